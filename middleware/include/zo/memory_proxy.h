@@ -1,0 +1,39 @@
+#pragma once
+
+#include <zo/export.h>
+#include <zo/value.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+class ZoBroker;
+class ZoProxy;
+
+/// The operations of a memory module, "ZoMemory". Every operation throws ZoError when its call
+/// fails or when there is no module behind the proxy, and may be called from any thread.
+class ZO_EXPORT ZoMemoryProxy
+{
+public:
+    /// The memory behind `proxy`.
+    explicit ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy);
+    /// The memory of this process that `broker` itself holds.
+    explicit ZoMemoryProxy(boost::shared_ptr<ZoBroker> broker);
+
+    /// The names of all keys, each once, in no particular order.
+    std::vector<std::string> getDataListName();
+
+    /// One value for each element of `request`, in order. An element is an array of a key's name
+    /// and the integer 0. A key that does not exist has an invalid value.
+    ZoValue getListData(const ZoValue& request);
+
+    /// Stores `value` under `key`, so that it reads back with its type.
+    void setData(const std::string& key, const ZoValue& value);
+
+    /// Stores `text` under `key` as it stands: it reads back with whatever type it spells.
+    void setText(const std::string& key, const std::string& text);
+
+private:
+    boost::shared_ptr<ZoProxy> fProxy;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+/// The whole client library of the robot's middleware.
+
+#include <zo/broker.h>
+#include <zo/error.h>
+#include <zo/memory_proxy.h>
+#include <zo/mutex.h>
+#include <zo/proxy.h>
+#include <zo/value.h>

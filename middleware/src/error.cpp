@@ -1,0 +1,5 @@
+#include <zo/error.h>
+
+ZoError::ZoError(const std::string& text) : fText(text) {}
+
+ZoError::~ZoError() = default;

@@ -1,0 +1,3 @@
+#include <zo/proxy.h>
+
+ZoProxy::~ZoProxy() = default;

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <zo/mutex.h>
+#include <zo/value.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+/// A plotting colour. Channels are usually 0 to 255, but any integer is kept as it is.
+struct Color
+{
+    /// A random colour out of rand(), which this never seeds. Channels are 0 to 254.
+    Color();
+
+    int red;
+    int green;
+    int blue;
+};
+
+/// One followed key of the robot's memory. Views keep plain pointers to its `color`, so a record
+/// is always held by a shared pointer and never moves.
+struct STMVal
+{
+    std::pair<std::string, std::string> names; ///< key in the robot's memory; alias shown for it
+    std::string type;                          ///< of the value last read; empty before that
+    std::string value;                         ///< last read, as text
+    bool watch = false;                        ///< read periodically
+    bool graph = false;                        ///< plotted
+    Color color;
+};
+
+/// The followed keys and how their values are read. Guarded by `fMutex`: who walks or changes
+/// `fSTMVals` or a record holds it, except where a comment says otherwise.
+class Model
+{
+public:
+    enum SubscribeMode : int
+    {
+        SUBSCRIBE_EVERY = 0,
+        SUBSCRIBE_NONE = 1,
+        SUBSCRIBE_ON_DATA = 2,
+        SUBSCRIBE_UNKNOWN = 3 ///< only as the answer for a text that names no mode
+    };
+
+    static const int fMinTime = 60;    ///< shortest period, ms
+    static const int fMaxTime = 10000; ///< longest period, ms
+
+    Model();
+    ~Model();
+
+    /// The label of a mode; "mode unknown" for any value that is none.
+    static std::string subscribeModeToString(SubscribeMode mode);
+    /// The mode with exactly this label; SUBSCRIBE_UNKNOWN when there is none.
+    static SubscribeMode subscribeModeFromString(const std::string& text);
+
+    /// Stores the period in ms, moved into [fMinTime, fMaxTime]. Takes no lock.
+    void setTimePolicy(int period);
+
+    /// Appends the record itself, whatever keys are already there. Takes the write lock.
+    void addSTMVal(boost::shared_ptr<STMVal> value);
+    /// Appends a new record. Takes the write lock.
+    void addSTMVal(const std::string& name, const std::string& alias);
+    /// Removes every record. Takes the write lock.
+    void resetSTMVals();
+
+    /// Stores type and text of `value` in the first record whose key is `name`; false when there
+    /// is none. Takes the write lock.
+    bool refreshSTMVal(const std::string& name, const ZoValue& value);
+
+    /// Puts the value of the first record whose alias is `alias` into `result`; false, and
+    /// `result` as it was, when there is none or it is no number. Takes the read lock.
+    bool getDoubleVal(const std::string& alias, double& result) const;
+
+    std::vector<boost::shared_ptr<STMVal>> fSTMVals; ///< in the order in which they were added
+    SubscribeMode fSubscribeMode;
+    int fTimePolicy; ///< period of SUBSCRIBE_EVERY, ms
+    boost::shared_ptr<ZoMutexRW> fMutex;
+};

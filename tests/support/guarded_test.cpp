@@ -1,0 +1,65 @@
+#include "support/guarded_test.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+#include <QStringList>
+#include <QtTest>
+
+namespace {
+
+QMutex messageMutex;
+QStringList expectedParts;
+QStringList strayWarnings;
+QtMessageHandler frameworkHandler = nullptr;
+
+bool takeExpected(const QString& text)
+{
+    for (int i = 0; i < expectedParts.size(); ++i) {
+        if (text.contains(expectedParts.at(i))) {
+            expectedParts.removeAt(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+void watchMessages(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type == QtWarningMsg || type == QtCriticalMsg) {
+        const QMutexLocker lock(&messageMutex);
+        if (takeExpected(text))
+            return;
+        strayWarnings += text;
+    }
+    if (frameworkHandler)
+        frameworkHandler(type, context, text);
+}
+
+} // namespace
+
+void GuardedTest::expectWarning(const QString& part)
+{
+    const QMutexLocker lock(&messageMutex);
+    expectedParts += part;
+}
+
+void GuardedTest::initTestCase()
+{
+    // Only now: the test framework installs its own handler when a run begins.
+    const QtMessageHandler previous = qInstallMessageHandler(watchMessages);
+    if (previous != watchMessages)
+        frameworkHandler = previous;
+}
+
+void GuardedTest::cleanup()
+{
+    QStringList stray;
+    QStringList missing;
+    {
+        const QMutexLocker lock(&messageMutex);
+        stray.swap(strayWarnings);
+        missing.swap(expectedParts);
+    }
+    QVERIFY2(stray.isEmpty(), qPrintable("unexpected warnings: " + stray.join(" | ")));
+    QVERIFY2(missing.isEmpty(), qPrintable("warnings that did not come: " + missing.join(" | ")));
+}

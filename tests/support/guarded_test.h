@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+/// Base of all test classes: a test function fails when the toolkit or the code under test
+/// prints a warning that the function did not announce with `expectWarning`, and when an
+/// announced one does not come. A derived class with an `initTestCase` or `cleanup` of its own
+/// calls this class's too.
+class GuardedTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    /// Announces one warning whose text contains `part`.
+    static void expectWarning(const QString& part);
+
+protected slots:
+    void initTestCase();
+    void cleanup();
+};
