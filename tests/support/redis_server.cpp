@@ -44,6 +44,7 @@ int freeLoopbackPort()
 pid_t spawn(const std::vector<std::string>& words, const std::string& logFile)
 {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
