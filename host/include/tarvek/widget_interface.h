@@ -6,6 +6,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <QMetaType>
 #include <QtPlugin>
 
 #include <string>
@@ -44,3 +45,4 @@ public:
 };
 
 Q_DECLARE_INTERFACE(WidgetInterface, "org.tarvek.desktop.WidgetInterface/0.1")
+Q_DECLARE_METATYPE(WidgetInterface*)
