@@ -5,17 +5,22 @@
 #include <string>
 #include <string_view>
 
-/// The robot's memory holds JSON texts; these two functions are the whole of that format.
+/// The robot's memory holds JSON texts; the first two functions are the whole of that format.
+
+/// Arrays and objects inside one another; a text that nests deeper is a string as it stands.
+constexpr int jsonMaxNesting = 128;
 
 /// The value that `text` stands for. JSON numbers, booleans, strings and arrays have their types;
 /// a number with a fraction or an exponent is a float, as is one beyond 64-bit integers; `NaN`,
-/// `Infinity` and `-Infinity` are floats; `null` is invalid. An object, and any text that is no
-/// JSON, is a string as it stands. Never fails, whatever the bytes.
+/// `Infinity` and `-Infinity` are floats; `null` is invalid. An object, also one inside an array,
+/// and any text that is no JSON, is a string as it stands. White space around a JSON value does
+/// not count. Whatever the bytes, it throws only when memory runs out.
 ZoValue decodeJson(std::string_view text);
 
 /// A text that decodeJson turns back into `value`. Throws ZoError for what has no such text: an
-/// array that holds a number that is not finite, or a string that is not UTF-8.
+/// array that holds a NaN or a string that is not UTF-8, or that nests too deep.
 std::string encodeJson(const ZoValue& value);
 
-/// Appends JSON for `value`, for people to read: what is not finite is written `nan`, `inf`.
-void appendJsonForDisplay(const ZoValue& value, std::string& text);
+/// Appends JSON of an array for people to read: what is not finite is written `nan`, `inf`, and
+/// no string is refused. It may end early once `text` is longer than `limit`.
+void appendJsonForDisplay(const ZoValue::Elements& values, std::size_t limit, std::string& text);

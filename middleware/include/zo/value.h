@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -45,7 +47,13 @@ public:
     /// No other pointer is a value: without this one, any pointer would quietly become a bool.
     ZoValue(const void*) = delete;
 
-    ZoValue& operator=(const int& value) noexcept;
+    /// Only an int itself: a plain overload for int would quietly take doubles and bools too.
+    template <typename T, std::enable_if_t<std::is_same_v<T, int>, int> = 0>
+    ZoValue& operator=(const T& value) noexcept
+    {
+        fData = std::int64_t{value};
+        return *this;
+    }
 
     /// Makes this an array of `size` elements. Elements of an array that fit are kept, new ones
     /// are invalid; a value that is no array is replaced. Throws ZoError for a negative size.
@@ -80,6 +88,9 @@ public:
     bool operator!=(const ZoValue& other) const noexcept { return !(*this == other); }
 
     using Elements = std::vector<ZoValue>;
+    /// An array of `elements`.
+    static ZoValue fromElements(Elements elements) noexcept;
+
     using Data = std::variant<std::monostate, Elements, bool, std::int64_t, double, std::string>;
     /// The content itself, for readers that know every type; the alternatives stand in the order
     /// of the type codes.

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string_view>
+
+/// The longest beginning of `text` that has at most `size` bytes and does not end inside a UTF-8
+/// character. Bytes that are no UTF-8 count as characters of their own.
+std::string_view wholeCharacters(std::string_view text, std::size_t size);

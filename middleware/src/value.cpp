@@ -1,0 +1,145 @@
+#include <zo/error.h>
+#include <zo/value.h>
+
+#include "json.h"
+#include "number_text.h"
+#include "utf8.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr std::size_t briefLength = 64;
+constexpr std::size_t normalLength = 1024;
+constexpr char cutMark[] = "...";
+
+std::size_t lengthLimit(_TVerbosity verbosity)
+{
+    if (verbosity >= ZoWhole)
+        return std::numeric_limits<std::size_t>::max();
+    return verbosity == ZoNormal ? normalLength : briefLength;
+}
+
+/// Writes each type as `ZoValue::toString` shows it. What is beyond the limit may be left out,
+/// as long as the text still is longer than the limit.
+struct DisplayText
+{
+    std::string& text;
+    std::size_t limit;
+
+    void operator()(std::monostate) const {}
+    void operator()(bool value) const { text = value ? "true" : "false"; }
+    void operator()(std::int64_t value) const { appendNumber(value, text); }
+    void operator()(double value) const { appendNumber(value, text); }
+    void operator()(const std::string& value) const
+    {
+        text.assign(value, 0, limit < value.size() ? limit + 1 : value.size());
+    }
+    void operator()(const ZoValue::Elements& values) const
+    {
+        appendJsonForDisplay(values, limit, text);
+    }
+};
+
+[[noreturn]] void throwWrongType(const char* wanted, int type)
+{
+    static const char* const names[] = {"an invalid value", "an array", "a bool",
+                                        "an int",           "a float",  "a string"};
+    throw ZoError(std::string("ZoValue: ") + wanted + " was asked of " + names[type]);
+}
+
+template <typename ElementsOfSomeConst>
+auto& elementAt(ElementsOfSomeConst* elements, int index, int type)
+{
+    if (!elements)
+        throwWrongType("an element", type);
+    if (index < 0 || static_cast<std::size_t>(index) >= elements->size())
+        throw ZoError("ZoValue: no element " + std::to_string(index) + " in an array of " +
+                      std::to_string(elements->size()));
+    return (*elements)[static_cast<std::size_t>(index)];
+}
+
+} // namespace
+
+ZoValue::ZoValue(const std::vector<std::string>& values)
+    : fData(Elements(values.begin(), values.end()))
+{
+}
+
+ZoValue ZoValue::fromElements(Elements elements) noexcept
+{
+    ZoValue value;
+    value.fData = std::move(elements);
+    return value;
+}
+
+void ZoValue::arraySetSize(int size)
+{
+    if (size < 0)
+        throw ZoError("ZoValue: an array of " + std::to_string(size) + " elements was asked for");
+    if (!std::holds_alternative<Elements>(fData))
+        fData = Elements();
+    std::get<Elements>(fData).resize(static_cast<std::size_t>(size));
+}
+
+ZoValue& ZoValue::operator[](int index)
+{
+    return elementAt(std::get_if<Elements>(&fData), index, getType());
+}
+
+const ZoValue& ZoValue::operator[](int index) const
+{
+    return elementAt(std::get_if<Elements>(&fData), index, getType());
+}
+
+int ZoValue::getSize() const noexcept
+{
+    const auto* elements = std::get_if<Elements>(&fData);
+    return elements ? static_cast<int>(elements->size()) : 0;
+}
+
+int ZoValue::getType() const noexcept
+{
+    return static_cast<int>(fData.index());
+}
+
+ZoValue::operator std::string&()
+{
+    return const_cast<std::string&>(asString());
+}
+
+const std::string& ZoValue::asString() const
+{
+    const auto* text = std::get_if<std::string>(&fData);
+    if (!text)
+        throwWrongType("a string", getType());
+    return *text;
+}
+
+std::string ZoValue::toString(_TVerbosity verbosity) const
+{
+    std::string text;
+    toString(verbosity, text);
+    return text;
+}
+
+void ZoValue::toString(_TVerbosity verbosity, std::string& text) const
+{
+    const std::size_t limit = lengthLimit(verbosity);
+    text.clear();
+    std::visit(DisplayText{text, limit}, fData);
+    if (text.size() > limit) {
+        text.resize(wholeCharacters(text, limit).size());
+        text += cutMark;
+    }
+}
+
+bool ZoValue::operator==(const ZoValue& other) const noexcept
+{
+    const auto* mine = std::get_if<double>(&fData);
+    const auto* theirs = std::get_if<double>(&other.fData);
+    if (mine && theirs && std::isnan(*mine))
+        return std::isnan(*theirs);
+    return fData == other.fData;
+}
