@@ -82,7 +82,7 @@ public:
 
 private:
     struct Parts;
-    ZoBroker(const std::string& name, std::unique_ptr<Parts> parts);
+    explicit ZoBroker(std::unique_ptr<Parts> parts);
 
     std::unique_ptr<Parts> fParts;
 };

@@ -1,0 +1,55 @@
+#include "local_memory.h"
+
+#include "json.h"
+#include "memory_arguments.h"
+#include "memory_methods.h"
+
+#include <zo/error.h>
+
+#include <mutex>
+
+ZoValue LocalMemory::call(const std::string& method, const ZoValue& arguments)
+{
+    if (method == memory_methods::getListData)
+        return values(arguments);
+    if (method == memory_methods::getDataListName)
+        return names();
+    if (method == memory_methods::setData)
+        store(keyToSet(memory_methods::setData, arguments), encodeJson(valueToSet(arguments)));
+    else if (method == memory_methods::setText)
+        store(keyToSet(memory_methods::setText, arguments), textToSet(arguments));
+    else
+        throw ZoError(std::string(memory_methods::moduleName) + " of this process has no method '" +
+                      method + "'");
+    return {};
+}
+
+ZoValue LocalMemory::values(const ZoValue& request) const
+{
+    ZoValue found;
+    found.arraySetSize(requestedCount(request));
+    const std::shared_lock<std::shared_mutex> lock(fMutex);
+    for (int i = 0; i < found.getSize(); ++i) {
+        const auto entry = fValues.find(requestedKey(request, i));
+        if (entry != fValues.end())
+            found[i] = entry->second;
+    }
+    return found;
+}
+
+ZoValue LocalMemory::names() const
+{
+    std::vector<std::string> keys;
+    const std::shared_lock<std::shared_mutex> lock(fMutex);
+    keys.reserve(fValues.size());
+    for (const auto& entry : fValues)
+        keys.push_back(entry.first);
+    return keys;
+}
+
+void LocalMemory::store(const std::string& key, const std::string& text)
+{
+    ZoValue value = decodeJson(text);
+    const std::lock_guard<std::shared_mutex> lock(fMutex);
+    fValues[key] = std::move(value);
+}

@@ -1,0 +1,62 @@
+#include <zo/broker.h>
+#include <zo/error.h>
+#include <zo/memory_proxy.h>
+#include <zo/proxy.h>
+
+#include "memory_methods.h"
+
+#include <utility>
+
+namespace {
+
+ZoValue call(const boost::shared_ptr<ZoProxy>& proxy, const char* method, const ZoValue& arguments)
+{
+    if (!proxy)
+        throw ZoError(std::string(method) + ": there is no memory module behind the proxy");
+    return proxy->call(method, arguments);
+}
+
+ZoValue pairOf(const std::string& key, const ZoValue& value)
+{
+    ZoValue pair;
+    pair.arraySetSize(2);
+    pair[0] = key;
+    pair[1] = value;
+    return pair;
+}
+
+} // namespace
+
+ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy) : fProxy(std::move(proxy)) {}
+
+ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoBroker> broker)
+    : fProxy(broker ? broker->getLocalMemory() : nullptr)
+{
+}
+
+std::vector<std::string> ZoMemoryProxy::getDataListName()
+{
+    ZoValue reply = call(fProxy, memory_methods::getDataListName, ZoValue());
+    if (reply.getType() != ZoValue::Array)
+        throw ZoError(std::string(memory_methods::getDataListName) + ": the reply is no array");
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(reply.getSize()));
+    for (int i = 0; i < reply.getSize(); ++i)
+        names.push_back(std::move(static_cast<std::string&>(reply[i])));
+    return names;
+}
+
+ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
+{
+    return call(fProxy, memory_methods::getListData, request);
+}
+
+void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)
+{
+    call(fProxy, memory_methods::setData, pairOf(key, value));
+}
+
+void ZoMemoryProxy::setText(const std::string& key, const std::string& text)
+{
+    call(fProxy, memory_methods::setText, pairOf(key, text));
+}

@@ -1,0 +1,173 @@
+#include "support/guarded_test.h"
+
+#include <zo/zo.h>
+
+#include <boost/make_shared.hpp>
+
+#include <QtTest>
+
+#include <cmath>
+#include <thread>
+
+/// The operations of a memory module, tried on the memory of this process.
+class TestZoMemoryProxy : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void valuesReadBackWithTheirTypes();
+    void textReadsBackAsWhatItSpells();
+    void keysRepeatAsAskedAndAMissingOneIsInvalid();
+    void everyKeyIsListedOnce();
+    void aRobotCouldNotHoldItSoItIsRefused();
+    void wrongRequestsThrow();
+    void aProxyWithoutAModuleThrows();
+    void aKeyListThatIsNoneThrows();
+    void threadsMayShareIt();
+};
+
+namespace {
+
+ZoValue requestOf(const std::vector<std::string>& keys)
+{
+    ZoValue request;
+    request.arraySetSize(static_cast<int>(keys.size()));
+    for (int i = 0; i < request.getSize(); ++i) {
+        request[i].arraySetSize(2);
+        request[i][0] = keys[static_cast<std::size_t>(i)];
+        request[i][1] = 0;
+    }
+    return request;
+}
+
+ZoValue valueOf(ZoMemoryProxy& memory, const std::string& key)
+{
+    return memory.getListData(requestOf({key}))[0];
+}
+
+/// A module that answers every call alike.
+class FixedAnswer : public ZoProxy
+{
+public:
+    explicit FixedAnswer(ZoValue answer) : fAnswer(std::move(answer)) {}
+    ZoValue call(const std::string& method, const ZoValue& arguments) override
+    {
+        Q_UNUSED(method);
+        Q_UNUSED(arguments);
+        return fAnswer;
+    }
+
+private:
+    ZoValue fAnswer;
+};
+
+} // namespace
+
+void TestZoMemoryProxy::valuesReadBackWithTheirTypes()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    ZoValue array(std::vector<std::string>{"a", "b"});
+    array[1] = 3.0;
+    for (const ZoValue& value :
+         {ZoValue(), ZoValue(3), ZoValue(3.0), ZoValue(std::nan("")), ZoValue(-HUGE_VAL),
+          ZoValue(true), ZoValue("3"), ZoValue(" padded "), ZoValue("{\"a\":1}"), ZoValue("\xff"),
+          ZoValue(std::string("a\0b", 3)), array}) {
+        memory.setData("key", value);
+        QCOMPARE(valueOf(memory, "key"), value);
+    }
+}
+
+void TestZoMemoryProxy::textReadsBackAsWhatItSpells()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    memory.setText("key", "3");
+    QCOMPARE(valueOf(memory, "key"), ZoValue(3));
+    memory.setText("key", "plain text");
+    QCOMPARE(valueOf(memory, "key"), ZoValue("plain text"));
+}
+
+void TestZoMemoryProxy::keysRepeatAsAskedAndAMissingOneIsInvalid()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    memory.setData("a", 1);
+    memory.setData("b", 2);
+    const ZoValue reply = memory.getListData(requestOf({"b", "missing", "a", "b"}));
+    QCOMPARE(reply.toString(ZoWhole), std::string("[2,null,1,2]"));
+    QCOMPARE(memory.getListData(requestOf({})), requestOf({}));
+}
+
+void TestZoMemoryProxy::everyKeyIsListedOnce()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    QVERIFY(memory.getDataListName().empty());
+    memory.setData("a", 1);
+    memory.setData("b", 2);
+    memory.setData("a", 3);
+    std::vector<std::string> names = memory.getDataListName();
+    std::sort(names.begin(), names.end());
+    QCOMPARE(names, (std::vector<std::string>{"a", "b"}));
+}
+
+void TestZoMemoryProxy::aRobotCouldNotHoldItSoItIsRefused()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    QVERIFY_EXCEPTION_THROWN(memory.setData("a", std::vector<std::string>{"\xff"}), ZoError);
+    QVERIFY(memory.getDataListName().empty());
+}
+
+void TestZoMemoryProxy::wrongRequestsThrow()
+{
+    const auto module = ZoBroker::create("test")->getLocalMemory();
+    ZoMemoryProxy memory(module);
+    QVERIFY_EXCEPTION_THROWN(memory.getListData(ZoValue()), ZoError);
+    QVERIFY_EXCEPTION_THROWN(memory.getListData(std::vector<std::string>{"a"}), ZoError);
+    ZoValue request = requestOf({"a"});
+    request[0][0] = 3;
+    QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
+    request = requestOf({"a"});
+    request[0].arraySetSize(1);
+    QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
+    for (const char* method : {"setData", "setText", "noMethod"})
+        QVERIFY_EXCEPTION_THROWN(module->call(method, ZoValue("a")), ZoError);
+    ZoValue pair(std::vector<std::string>{"a", "b"});
+    pair[1] = 3;
+    QVERIFY_EXCEPTION_THROWN(module->call("setText", pair), ZoError);
+}
+
+void TestZoMemoryProxy::aProxyWithoutAModuleThrows()
+{
+    ZoMemoryProxy noProxy{boost::shared_ptr<ZoProxy>()};
+    ZoMemoryProxy noBroker{boost::shared_ptr<ZoBroker>()};
+    QVERIFY_EXCEPTION_THROWN(noProxy.getDataListName(), ZoError);
+    QVERIFY_EXCEPTION_THROWN(noBroker.getListData(requestOf({})), ZoError);
+    QVERIFY_EXCEPTION_THROWN(noBroker.setData("a", 1), ZoError);
+    QVERIFY_EXCEPTION_THROWN(noBroker.setText("a", "1"), ZoError);
+}
+
+void TestZoMemoryProxy::aKeyListThatIsNoneThrows()
+{
+    ZoMemoryProxy noArray(boost::make_shared<FixedAnswer>(3));
+    QVERIFY_EXCEPTION_THROWN(noArray.getDataListName(), ZoError);
+    ZoMemoryProxy noNames(boost::make_shared<FixedAnswer>(requestOf({"a"})));
+    QVERIFY_EXCEPTION_THROWN(noNames.getDataListName(), ZoError);
+}
+
+void TestZoMemoryProxy::threadsMayShareIt()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    const auto work = [&memory](const std::string& key) {
+        for (int i = 0; i < 1000; ++i) {
+            memory.setData(key, i);
+            memory.setData("shared", i);
+            memory.getListData(requestOf({"a", "b", "shared"}));
+            memory.getDataListName();
+        }
+    };
+    std::thread other(work, "a");
+    work("b");
+    other.join();
+    QCOMPARE(memory.getListData(requestOf({"a", "b"})).toString(ZoWhole), std::string("[999,999]"));
+}
+
+QTEST_APPLESS_MAIN(TestZoMemoryProxy)
+#include "tst_zo_memory_proxy.moc"
