@@ -2,6 +2,7 @@
 
 /// The whole client library of the robot's middleware.
 
+#include <zo/address.h>
 #include <zo/broker.h>
 #include <zo/error.h>
 #include <zo/memory_proxy.h>
