@@ -18,6 +18,8 @@ private slots:
     void valuesReadBackWithTheirTypes();
     void textReadsBackAsWhatItSpells();
     void keysRepeatAsAskedAndAMissingOneIsInvalid();
+    void manyValuesAreStoredAtOnce();
+    void ofManyValuesAllOrNoneAreStored();
     void everyKeyIsListedOnce();
     void aRobotCouldNotHoldItSoItIsRefused();
     void wrongRequestsThrow();
@@ -38,6 +40,18 @@ ZoValue requestOf(const std::vector<std::string>& keys)
         request[i][1] = 0;
     }
     return request;
+}
+
+ZoValue pairsOf(const std::vector<std::pair<std::string, ZoValue>>& values)
+{
+    ZoValue pairs;
+    pairs.arraySetSize(static_cast<int>(values.size()));
+    for (int i = 0; i < pairs.getSize(); ++i) {
+        pairs[i].arraySetSize(2);
+        pairs[i][0] = values[static_cast<std::size_t>(i)].first;
+        pairs[i][1] = values[static_cast<std::size_t>(i)].second;
+    }
+    return pairs;
 }
 
 ZoValue valueOf(ZoMemoryProxy& memory, const std::string& key)
@@ -96,6 +110,31 @@ void TestZoMemoryProxy::keysRepeatAsAskedAndAMissingOneIsInvalid()
     QCOMPARE(memory.getListData(requestOf({})), requestOf({}));
 }
 
+void TestZoMemoryProxy::manyValuesAreStoredAtOnce()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    memory.setListData(pairsOf({{"a", 1}, {"b", "text"}, {"c", ZoValue()}, {"a", 2.0}}));
+    QCOMPARE(valueOf(memory, "a"), ZoValue(2.0));
+    QCOMPARE(valueOf(memory, "b"), ZoValue("text"));
+    QCOMPARE(memory.getDataListName().size(), std::size_t{3});
+    memory.setListData(pairsOf({}));
+    QCOMPARE(memory.getDataListName().size(), std::size_t{3});
+}
+
+void TestZoMemoryProxy::ofManyValuesAllOrNoneAreStored()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    const ZoValue noText = std::vector<std::string>{"\xff"};
+    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairsOf({{"a", 1}, {"b", noText}})), ZoError);
+    ZoValue pairs = pairsOf({{"a", 1}, {"b", 2}});
+    pairs[1].arraySetSize(1);
+    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairs), ZoError);
+    pairs[1].arraySetSize(2);
+    pairs[1][0] = 3;
+    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairs), ZoError);
+    QVERIFY(memory.getDataListName().empty());
+}
+
 void TestZoMemoryProxy::everyKeyIsListedOnce()
 {
     ZoMemoryProxy memory(ZoBroker::create("test"));
@@ -127,7 +166,7 @@ void TestZoMemoryProxy::wrongRequestsThrow()
     request = requestOf({"a"});
     request[0].arraySetSize(1);
     QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
-    for (const char* method : {"setData", "setText", "noMethod"})
+    for (const char* method : {"setData", "setListData", "setText", "noMethod"})
         QVERIFY_EXCEPTION_THROWN(module->call(method, ZoValue("a")), ZoError);
     ZoValue pair(std::vector<std::string>{"a", "b"});
     pair[1] = 3;
@@ -141,6 +180,7 @@ void TestZoMemoryProxy::aProxyWithoutAModuleThrows()
     QVERIFY_EXCEPTION_THROWN(noProxy.getDataListName(), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.getListData(requestOf({})), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.setData("a", 1), ZoError);
+    QVERIFY_EXCEPTION_THROWN(noBroker.setListData(pairsOf({})), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.setText("a", "1"), ZoError);
 }
 

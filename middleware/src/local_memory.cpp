@@ -16,6 +16,8 @@ ZoValue LocalMemory::call(const std::string& method, const ZoValue& arguments)
         return names();
     if (method == memory_methods::setData)
         store(keyToSet(memory_methods::setData, arguments), encodeJson(valueToSet(arguments)));
+    else if (method == memory_methods::setListData)
+        storeAll(arguments);
     else if (method == memory_methods::setText)
         store(keyToSet(memory_methods::setText, arguments), textToSet(arguments));
     else
@@ -45,6 +47,17 @@ ZoValue LocalMemory::names() const
     for (const auto& entry : fValues)
         keys.push_back(entry.first);
     return keys;
+}
+
+void LocalMemory::storeAll(const ZoValue& pairs)
+{
+    const int count = pairsToSet(pairs);
+    std::vector<ZoValue> values;
+    for (int i = 0; i < count; ++i)
+        values.push_back(decodeJson(encodeJson(pairs[i][1])));
+    const std::lock_guard<std::shared_mutex> lock(fMutex);
+    for (int i = 0; i < pairs.getSize(); ++i)
+        fValues[pairs[i][0].asString()] = std::move(values[static_cast<std::size_t>(i)]);
 }
 
 void LocalMemory::store(const std::string& key, const std::string& text)

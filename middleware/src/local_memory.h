@@ -17,6 +17,7 @@ public:
 private:
     ZoValue values(const ZoValue& request) const;
     ZoValue names() const;
+    void storeAll(const ZoValue& pairs);
     void store(const std::string& key, const std::string& text);
 
     mutable std::shared_mutex fMutex;

@@ -29,6 +29,18 @@ const std::string& requestedKey(const ZoValue& request, int index)
     return pair[0].asString();
 }
 
+int pairsToSet(const ZoValue& pairs)
+{
+    const std::string method = memory_methods::setListData;
+    if (pairs.getType() != ZoValue::Array)
+        throw ZoError(method + ": the argument is no array");
+    for (int i = 0; i < pairs.getSize(); ++i)
+        if (!isKeyAndMore(pairs[i]))
+            throw ZoError(method + ": element " + std::to_string(i) +
+                          " of the argument is not [key, value]");
+    return pairs.getSize();
+}
+
 const std::string& keyToSet(const char* method, const ZoValue& arguments)
 {
     if (!isKeyAndMore(arguments))

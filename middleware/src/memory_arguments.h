@@ -12,6 +12,9 @@ int requestedCount(const ZoValue& request);
 /// The key that element `index` of `request` asks for.
 const std::string& requestedKey(const ZoValue& request, int index);
 
+/// Number of pairs in `pairs`, the argument of setListData, which are all arrays [key, value].
+int pairsToSet(const ZoValue& pairs);
+
 /// The key in `arguments` of the method `method`, an array [key, something].
 const std::string& keyToSet(const char* method, const ZoValue& arguments);
 

@@ -56,6 +56,11 @@ void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)
     call(fProxy, memory_methods::setData, pairOf(key, value));
 }
 
+void ZoMemoryProxy::setListData(const ZoValue& pairs)
+{
+    call(fProxy, memory_methods::setListData, pairs);
+}
+
 void ZoMemoryProxy::setText(const std::string& key, const std::string& text)
 {
     call(fProxy, memory_methods::setText, pairOf(key, text));

@@ -31,6 +31,12 @@ public:
     /// Stores `value` under `key`, so that it reads back with its type.
     void setData(const std::string& key, const ZoValue& value);
 
+    /// Stores many values in one exchange. An element of `pairs` is an array of a key's name and
+    /// its value; of a key that repeats, the last value stays. A value that has no text makes the
+    /// whole call throw before anything is stored; a robot may still have stored a part of the
+    /// values when it refuses others or when the link breaks.
+    void setListData(const ZoValue& pairs);
+
     /// Stores `text` under `key` as it stands: it reads back with whatever type it spells.
     void setText(const std::string& key, const std::string& text);
 
