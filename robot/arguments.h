@@ -1,0 +1,39 @@
+#pragma once
+
+#include "robot_keys.h"
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// What the command line asks for.
+struct RobotArguments
+{
+    enum class Action
+    {
+        Run,
+        Help,
+        Version
+    };
+
+    Action action = Action::Run;
+    std::string host; ///< of the server to publish to; empty: a private server
+    int port = 0;     ///< of either; 0: a free one for the private server
+    double rate = 50; ///< ticks per second
+    int keys = defaultRobotKeys;
+    std::uint32_t seed = 1;
+};
+
+/// A command line that makes no sense: one line that says why.
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// `words` are the command line's without the program's name. Throws UsageError.
+RobotArguments parseArguments(const std::vector<std::string>& words);
+
+/// What --help prints.
+std::string helpText();

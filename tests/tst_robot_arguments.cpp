@@ -1,0 +1,166 @@
+#include "arguments.h"
+#include "support/guarded_test.h"
+#include "ticks.h"
+
+#include <QtTest>
+
+Q_DECLARE_METATYPE(std::vector<std::string>)
+
+class TestRobotArguments : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void noArgumentsMeanAPrivateServerOnAFreePort();
+    void everyOptionIsTaken();
+    void valueMayFollowAnEqualsSign();
+    void addressesToConnectTo_data();
+    void addressesToConnectTo();
+    void limitsAreInclusive();
+    void senselessArgumentsAreRefusedWithTheOption_data();
+    void senselessArgumentsAreRefusedWithTheOption();
+    void helpAndVersionWinOverWhatFollows();
+    void helpNamesEveryOption();
+    void ticksFollowTheClockWithoutDrift();
+    void lateTicksAreSkipped();
+};
+
+void TestRobotArguments::noArgumentsMeanAPrivateServerOnAFreePort()
+{
+    const RobotArguments arguments = parseArguments({});
+    QVERIFY(arguments.action == RobotArguments::Action::Run);
+    QVERIFY(arguments.host.empty());
+    QCOMPARE(arguments.port, 0);
+    QCOMPARE(arguments.rate, 50.0);
+    QCOMPARE(arguments.keys, 200);
+}
+
+void TestRobotArguments::everyOptionIsTaken()
+{
+    const RobotArguments arguments = parseArguments(
+        {"--port", "6400", "--rate", "12.5", "--keys", "10000", "--seed", "4294967295"});
+    QCOMPARE(arguments.port, 6400);
+    QCOMPARE(arguments.rate, 12.5);
+    QCOMPARE(arguments.keys, 10000);
+    QCOMPARE(arguments.seed, 4294967295U);
+}
+
+void TestRobotArguments::valueMayFollowAnEqualsSign()
+{
+    const RobotArguments arguments = parseArguments({"--keys=7", "--connect=robot:7000"});
+    QCOMPARE(arguments.keys, 7);
+    QCOMPARE(arguments.host, std::string("robot"));
+    QCOMPARE(arguments.port, 7000);
+}
+
+void TestRobotArguments::addressesToConnectTo_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<int>("port");
+    QTest::newRow("name") << "robot.lab"
+                          << "robot.lab" << 6379;
+    QTest::newRow("name and port") << "robot.lab:7000"
+                                   << "robot.lab" << 7000;
+    QTest::newRow("address with colons") << "[::1]"
+                                         << "::1" << 6379;
+    QTest::newRow("address with colons and port") << "[fe80::2]:65535"
+                                                  << "fe80::2" << 65535;
+}
+
+void TestRobotArguments::addressesToConnectTo()
+{
+    QFETCH(QString, text);
+    const RobotArguments arguments = parseArguments({"--connect", text.toStdString()});
+    QTEST(QString::fromStdString(arguments.host), "host");
+    QTEST(arguments.port, "port");
+}
+
+void TestRobotArguments::limitsAreInclusive()
+{
+    QCOMPARE(parseArguments({"--keys", "1"}).keys, 1);
+    QCOMPARE(parseArguments({"--keys", "100000"}).keys, 100000);
+    QCOMPARE(parseArguments({"--rate", "0.1"}).rate, 0.1);
+    QCOMPARE(parseArguments({"--rate", "1000"}).rate, 1000.0);
+    QCOMPARE(parseArguments({"--seed", "0"}).seed, 0U);
+}
+
+void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
+{
+    QTest::addColumn<std::vector<std::string>>("words");
+    QTest::addColumn<QString>("part");
+    const auto row = [](const char* name, std::vector<std::string> words, const char* part) {
+        QTest::newRow(name) << std::move(words) << part;
+    };
+    row("unknown option", {"--speed", "3"}, "\"--speed\"");
+    row("stray word", {"robot"}, "\"robot\"");
+    row("empty word", {""}, "\"\"");
+    row("value missing", {"--keys"}, "--keys needs a value");
+    row("no number", {"--keys", "many"}, "--keys needs a number from 1 to 100000, not \"many\"");
+    row("number with a tail", {"--keys", "12x"}, "\"12x\"");
+    row("blank before the number", {"--keys", " 12"}, "\" 12\"");
+    row("no keys", {"--keys", "0"}, "1 to 100000");
+    row("too many keys", {"--keys", "100001"}, "1 to 100000");
+    row("overflow", {"--keys", "99999999999999999999"}, "1 to 100000");
+    row("empty value", {"--keys="}, "\"\"");
+    row("no rate", {"--rate", "0"}, "--rate needs a number from 0.1 to 1000, not \"0\"");
+    row("rate that is no number", {"--rate", "nan"}, "\"nan\"");
+    row("endless rate", {"--rate", "inf"}, "\"inf\"");
+    row("decimal comma", {"--rate", "2,5"}, "\"2,5\"");
+    row("negative seed", {"--seed", "-1"}, "--seed needs a number from 0 to 4294967295");
+    row("port 0", {"--port", "0"}, "--port needs a number from 1 to 65535");
+    row("port too high", {"--port", "65536"}, "1 to 65535");
+    row("no host", {"--connect", ":6379"}, "--connect needs HOST");
+    row("nothing to connect to", {"--connect", ""}, "--connect needs HOST");
+    row("no port behind the colon", {"--connect", "robot:"}, "\"\"");
+    row("bracket left open", {"--connect", "[::1"}, "--connect needs HOST");
+    row("rubbish behind the bracket", {"--connect", "[::1]x"}, "--connect needs HOST");
+    row("bare address with colons", {"--connect", "::1"}, "--connect needs HOST");
+    row("own port of a foreign server", {"--port", "7000", "--connect", "robot"}, "--connect");
+}
+
+void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption()
+{
+    QFETCH(std::vector<std::string>, words);
+    QFETCH(QString, part);
+    try {
+        parseArguments(words);
+        QFAIL("accepted");
+    } catch (const UsageError& error) {
+        QVERIFY2(QString(error.what()).contains(part), error.what());
+        QVERIFY2(!QString(error.what()).contains('\n'), error.what());
+    }
+}
+
+void TestRobotArguments::helpAndVersionWinOverWhatFollows()
+{
+    QVERIFY(parseArguments({"--help", "--nonsense"}).action == RobotArguments::Action::Help);
+    QVERIFY(parseArguments({"--keys", "3", "--version"}).action == RobotArguments::Action::Version);
+}
+
+void TestRobotArguments::helpNamesEveryOption()
+{
+    const QString help = QString::fromStdString(helpText());
+    for (const char* option : {"--port", "--connect", "--rate", "--keys", "--seed", "--version"})
+        QVERIFY2(help.contains(option), option);
+}
+
+void TestRobotArguments::ticksFollowTheClockWithoutDrift()
+{
+    long long tick = 0;
+    for (int i = 1; i <= 100000; ++i)
+        tick = nextTick(tick, tickTime(tick, 50) + 0.003, 50);
+    QCOMPARE(tick, 100000LL);
+    QCOMPARE(tickTime(tick, 50), 2000.0);
+}
+
+void TestRobotArguments::lateTicksAreSkipped()
+{
+    QCOMPARE(nextTick(10, 0.205, 50), 11LL);
+    QCOMPARE(nextTick(10, 0.225, 50), 11LL);
+    QCOMPARE(nextTick(10, 0.265, 50), 13LL);
+    QCOMPARE(nextTick(10, 3600, 50), 180000LL);
+}
+
+QTEST_GUILESS_MAIN(TestRobotArguments)
+#include "tst_robot_arguments.moc"
