@@ -2,8 +2,11 @@
 #include <zo/error.h>
 #include <zo/proxy.h>
 
+#include "forbidden_keys.h"
+#include "link.h"
 #include "local_memory.h"
 #include "memory_methods.h"
+#include "remote_memory.h"
 
 #include <boost/make_shared.hpp>
 
@@ -14,11 +17,20 @@
 struct ZoBroker::Parts
 {
     std::string name;
+    std::shared_ptr<Link> link; ///< null without a robot
+    std::shared_ptr<ForbiddenKeys> forbidden = std::make_shared<ForbiddenKeys>();
     boost::shared_ptr<ZoProxy> memory = boost::make_shared<LocalMemory>();
     std::chrono::system_clock::time_point since = std::chrono::system_clock::now();
 
     std::mutex mutex; ///< guards what follows
     std::map<std::string, boost::shared_ptr<ZoProxy>> modules;
+
+    boost::shared_ptr<ZoProxy> makeMemory() const
+    {
+        if (!link)
+            return memory;
+        return boost::make_shared<RemoteMemory>(link, forbidden);
+    }
 };
 
 ZoBroker::ZoBroker(std::unique_ptr<Parts> parts) : fParts(std::move(parts)) {}
@@ -33,10 +45,11 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name)
 }
 
 boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std::string& ip,
-                                             int port, const ZoBrokerOptions&)
+                                             int port, const ZoBrokerOptions& options)
 {
-    throw ZoError(name + ": a link to " + ip + ":" + std::to_string(port) +
-                  " is not supported yet");
+    const auto broker = create(name);
+    broker->fParts->link = std::make_shared<Link>(ip, port, options);
+    return broker;
 }
 
 const std::string& ZoBroker::getName() const noexcept
@@ -51,7 +64,7 @@ boost::shared_ptr<ZoProxy> ZoBroker::getProxy(const std::string& moduleName, int
     if (module != fParts->modules.end())
         return module->second;
     if (moduleName == memory_methods::moduleName)
-        return fParts->memory;
+        return fParts->makeMemory();
     throw ZoError("broker '" + fParts->name + "' has no module '" + moduleName + "'");
 }
 
@@ -80,5 +93,7 @@ bool ZoBroker::isConnected() const
 
 ZoLinkStatus ZoBroker::linkStatus() const
 {
+    if (fParts->link)
+        return fParts->link->status();
     return {false, fParts->since, "broker '" + fParts->name + "' has no robot"};
 }

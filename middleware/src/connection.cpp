@@ -1,0 +1,112 @@
+#include "connection.h"
+
+#include <zo/error.h>
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/connect.hpp>
+
+#include <utility>
+
+namespace asio = boost::asio;
+
+namespace {
+
+constexpr std::size_t readBufferSize = std::size_t{256} << 10;
+
+} // namespace
+
+Connection::Connection(asio::io_context& context, asio::ssl::context* tls, const std::string& host,
+                       Listener listener)
+    : fStream(context, tls, host), fListener(std::move(listener)), fBuffer(readBufferSize)
+{
+}
+
+void Connection::open(const std::vector<asio::ip::tcp::endpoint>& endpoints)
+{
+    const auto self = shared_from_this();
+    asio::async_connect(fStream.socket(), endpoints,
+                        [self](const ErrorCode& error, const asio::ip::tcp::endpoint&) {
+                            if (!self->isBroken(error))
+                                self->startStream();
+                        });
+}
+
+void Connection::startStream()
+{
+    fStream.start([self = shared_from_this()](const ErrorCode& error) {
+        if (self->isBroken(error))
+            return;
+        self->read();
+        self->fListener.opened();
+    });
+}
+
+void Connection::send(std::shared_ptr<Exchange> exchange)
+{
+    fExchange = std::move(exchange);
+    fReader.expect(fExchange->replies(), fExchange->sink());
+    fIsWriting = true;
+    const auto bytes = fExchange->bytes();
+    fStream.write(asio::buffer(*bytes),
+                  [self = shared_from_this(), bytes](const ErrorCode& error, std::size_t) {
+                      if (self->isBroken(error))
+                          return;
+                      self->fIsWriting = false;
+                      self->endExchangeIfWhole();
+                  });
+}
+
+void Connection::read()
+{
+    fStream.readSome(asio::buffer(fBuffer),
+                     [self = shared_from_this()](const ErrorCode& error, std::size_t size) {
+                         if (!self->isBroken(error))
+                             self->takeBytes(size);
+                     });
+}
+
+void Connection::takeBytes(std::size_t size)
+{
+    try {
+        fReader.feed({fBuffer.data(), size});
+    } catch (const ZoError& error) {
+        lose(error.toString());
+        return;
+    }
+    read();
+    endExchangeIfWhole();
+}
+
+// A server may answer before it has read the whole request; the next one waits for both.
+void Connection::endExchangeIfWhole()
+{
+    if (!fExchange || fIsWriting || !fReader.isComplete())
+        return;
+    const auto whole = std::move(fExchange);
+    fExchange.reset();
+    whole->finish();
+    fListener.exchanged();
+}
+
+bool Connection::isBroken(const ErrorCode& error)
+{
+    if (error && !fIsClosed)
+        lose(fStream.explain(error));
+    return fIsClosed;
+}
+
+void Connection::lose(const std::string& cause)
+{
+    fStream.close();
+    fIsClosed = true;
+    const Listener listener = std::move(fListener);
+    fListener = {};
+    listener.lost(cause);
+}
+
+void Connection::close()
+{
+    fStream.close();
+    fIsClosed = true;
+    fListener = {};
+}

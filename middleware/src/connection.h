@@ -1,0 +1,55 @@
+#pragma once
+
+#include "exchange.h"
+#include "reply_reader.h"
+#include "stream.h"
+
+#include <boost/asio/io_context.hpp>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// One connection to the robot, from its opening to its loss, with one exchange at a time.
+/// Lives on the I/O thread. After `close` it does nothing more and calls nobody.
+class Connection : public std::enable_shared_from_this<Connection>
+{
+public:
+    /// Whom it calls. `opened` and `exchanged` are its good news; after `lost` it is closed.
+    struct Listener
+    {
+        std::function<void()> opened;
+        std::function<void()> exchanged;
+        std::function<void(const std::string& cause)> lost;
+    };
+
+    Connection(boost::asio::io_context& context, boost::asio::ssl::context* tls,
+               const std::string& host, Listener listener);
+
+    void open(const std::vector<boost::asio::ip::tcp::endpoint>& endpoints);
+
+    /// Sends `exchange`. None may be under way.
+    void send(std::shared_ptr<Exchange> exchange);
+    const std::shared_ptr<Exchange>& exchange() const { return fExchange; }
+
+    void close();
+
+private:
+    using ErrorCode = boost::system::error_code;
+
+    void startStream();
+    void read();
+    void takeBytes(std::size_t size);
+    void endExchangeIfWhole();
+    void lose(const std::string& cause);
+    bool isBroken(const ErrorCode& error);
+
+    Stream fStream;
+    Listener fListener;
+    ReplyReader fReader;
+    std::vector<char> fBuffer;
+    std::shared_ptr<Exchange> fExchange;
+    bool fIsWriting = false;
+    bool fIsClosed = false;
+};

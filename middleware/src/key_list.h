@@ -1,0 +1,9 @@
+#pragma once
+
+#include <zo/value.h>
+
+class Link;
+
+/// The names of all text keys of the robot behind `link`, each once: an array of strings.
+/// Throws ZoError when it takes too long, or is too large.
+ZoValue keyListOf(Link& link);

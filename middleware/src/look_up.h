@@ -1,0 +1,26 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The addresses of a host, or why there are none.
+struct LookUpResult
+{
+    std::vector<boost::asio::ip::tcp::endpoint> endpoints;
+    std::string problem;
+};
+
+/// Whether `host` is an IPv4 or IPv6 address, which needs no look-up.
+bool isNumericHost(const std::string& host);
+
+/// Finds the addresses of `host` and runs `done` in `context` then, for as long as that runs.
+///
+/// A name is asked for on a detached thread that shares `context`: the system's look-up may hang
+/// for minutes and cannot be cancelled, and neither a caller nor the end of a link may wait for it.
+void lookUp(const std::shared_ptr<boost::asio::io_context>& context, const std::string& host,
+            int port, std::function<void(const LookUpResult&)> done);

@@ -1,0 +1,130 @@
+#include "remote_memory.h"
+
+#include "json.h"
+#include "key_list.h"
+#include "memory_arguments.h"
+#include "memory_methods.h"
+#include "reply_reader.h"
+#include "request.h"
+#include "status_sink.h"
+
+#include <zo/error.h>
+
+#include <utility>
+
+namespace {
+
+bool isKeyForbidden(const std::string& text)
+{
+    return text.compare(0, 6, "NOPERM") == 0 &&
+           text.find("permissions to run") == std::string::npos;
+}
+
+std::string jsonOf(const std::string& key, const ZoValue& value)
+{
+    try {
+        return encodeJson(value);
+    } catch (const ZoError& error) {
+        throw ZoError("value for " + quotedKey(key) + ": " + error.toString());
+    }
+}
+
+} // namespace
+
+RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden)
+    : fLink(std::move(link)), fForbidden(std::move(forbidden))
+{
+}
+
+ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
+{
+    using namespace memory_methods;
+    if (method == getListData)
+        return values(arguments);
+    if (method == getDataListName)
+        return keyListOf(*fLink);
+    if (method == setData) {
+        const std::string& key = keyToSet(setData, arguments);
+        store(key, jsonOf(key, valueToSet(arguments)));
+    } else if (method == setText) {
+        store(keyToSet(setText, arguments), textToSet(arguments));
+    } else {
+        throw fLink->peer().error(std::string(moduleName) + " has no method '" + method + "'");
+    }
+    return {};
+}
+
+ZoValue RemoteMemory::values(const ZoValue& request)
+{
+    const auto list = encoded(request);
+    const auto& options = fLink->options();
+    const auto deadline =
+        SteadyClock::now() + options.exchangeTimeout + options.timeoutPerKey * list->count();
+    const auto sink = fetch(list, ZoValue::Elements(list->count()), deadline);
+    if (sink->refusals().empty())
+        return ZoValue::fromElements(sink->takeValues());
+    return ZoValue::fromElements(askKeyByKey(*list, *sink, deadline));
+}
+
+// Polls ask for the same keys again and again: one comparing pass spares the encoding.
+std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request)
+{
+    const auto forbidden = fForbidden->known();
+    std::shared_ptr<const ListRequest> last;
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        last = fLast;
+    }
+    if (last && last->isFor(request, forbidden.get()))
+        return last;
+    auto fresh = std::make_shared<const ListRequest>(request, forbidden);
+    const std::lock_guard<std::mutex> lock(fMutex);
+    fLast = fresh;
+    return fresh;
+}
+
+std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const ListRequest>& request,
+                                                ZoValue::Elements values,
+                                                SteadyClock::time_point deadline)
+{
+    auto sink = std::make_shared<ValuesSink>(request, std::move(values));
+    if (request->replies() > 0)
+        fLink->run(std::make_shared<Exchange>("MGET", request->bytes(), request->replies(), sink,
+                                              deadline));
+    for (const ValuesSink::Refusal& refusal : sink->refusals()) {
+        if (!isKeyForbidden(refusal.text))
+            throw fLink->refusal("MGET", refusal.text);
+    }
+    return sink;
+}
+
+// One forbidden key refuses its whole chunk: each of that chunk's keys is asked alone, once.
+ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSink& refused,
+                                            SteadyClock::time_point deadline)
+{
+    std::vector<int> chunks;
+    for (const ValuesSink::Refusal& refusal : refused.refusals())
+        chunks.push_back(refusal.reply);
+    const auto single = std::make_shared<const ListRequest>(request, chunks);
+    const auto sink = fetch(single, refused.takeValues(), deadline);
+    std::vector<std::string> forbidden;
+    for (const ValuesSink::Refusal& refusal : sink->refusals())
+        forbidden.push_back(single->key(single->position(refusal.reply, 0)));
+    fForbidden->add(forbidden);
+    return sink->takeValues();
+}
+
+void RemoteMemory::store(const std::string& key, const std::string& text)
+{
+    checkKey(key);
+    if (text.size() > ReplyReader::fMaxValue)
+        throw ZoError("value for " + quotedKey(key) + " is larger than " +
+                      std::to_string(ReplyReader::fMaxValue >> 20) + " MiB");
+    const auto sink = std::make_shared<StatusSink>("SET");
+    const auto bytes = std::make_shared<const std::string>(encodeCommand({"SET", key, text}));
+    fLink->run(std::make_shared<Exchange>("SET", bytes, 1, sink,
+                                          SteadyClock::now() + fLink->options().exchangeTimeout));
+    const StatusSink::Answer& answer = sink->answers().front();
+    if (answer.isError)
+        throw fLink->refusal("SET " + quotedKey(key), answer.text);
+}

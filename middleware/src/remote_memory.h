@@ -1,0 +1,37 @@
+#pragma once
+
+#include "forbidden_keys.h"
+#include "link.h"
+#include "list_request.h"
+#include "values_sink.h"
+
+#include <zo/proxy.h>
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+/// The robot's module "ZoMemory", behind a link. May be called from any thread.
+class RemoteMemory : public ZoProxy
+{
+public:
+    /// `forbidden` belongs to all proxies of `link`.
+    RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden);
+
+    ZoValue call(const std::string& method, const ZoValue& arguments) override;
+
+private:
+    ZoValue values(const ZoValue& request);
+    std::shared_ptr<const ListRequest> encoded(const ZoValue& request);
+    std::shared_ptr<ValuesSink> fetch(const std::shared_ptr<const ListRequest>& request,
+                                      ZoValue::Elements values, SteadyClock::time_point deadline);
+    ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused,
+                                  SteadyClock::time_point deadline);
+    void store(const std::string& key, const std::string& text);
+
+    const std::shared_ptr<Link> fLink;
+    const std::shared_ptr<ForbiddenKeys> fForbidden;
+
+    std::mutex fMutex; ///< guards fLast
+    std::shared_ptr<const ListRequest> fLast;
+};

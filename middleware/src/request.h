@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Appends one command with its arguments, encoded for the robot, to `bytes`.
+void appendCommand(const std::vector<std::string_view>& words, std::string& bytes);
+
+/// One command alone.
+std::string encodeCommand(const std::vector<std::string_view>& words);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <zo/zo.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Short words for tests that talk to a robot.
+
+/// Options with which a slow test machine does not miss a deadline.
+ZoBrokerOptions patientOptions();
+
+/// The argument of getListData for `keys`.
+ZoValue requestFor(const std::vector<std::string>& keys);
+
+/// The text of the ZoError that `action` throws; empty when it throws none.
+std::string errorOf(const std::function<void()>& action);
+
+/// Whether `text` contains `part`.
+bool contains(const std::string& text, const std::string& part);
