@@ -1,0 +1,74 @@
+#include "xml_file.h"
+
+#include "xml_guard.h"
+
+#include <memory>
+#include <sys/stat.h>
+#include <tinyxml.h>
+
+namespace {
+
+struct StreamCloser
+{
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+
+const char* const unreadable = "Failed to open file: it cannot be read.";
+
+// Only ordinary files end for certain: a device or a pipe may deliver for ever, or never.
+std::string kindRefusal(std::FILE* stream)
+{
+    struct stat status;
+    if (fstat(fileno(stream), &status) != 0)
+        return unreadable;
+    if (S_ISDIR(status.st_mode))
+        return "Failed to open file: it is a directory.";
+    if (!S_ISREG(status.st_mode))
+        return "Failed to open file: it is a device or a pipe.";
+    return std::string();
+}
+
+std::string readAll(std::FILE* stream, std::string& text)
+{
+    static const std::size_t chunk = std::size_t(1) << 20;
+    std::size_t got = chunk;
+    while (got == chunk && text.size() <= xmlMaxBytes) {
+        const std::size_t had = text.size();
+        text.resize(had + chunk);
+        got = std::fread(&text[had], 1, chunk, stream);
+        text.resize(had + got);
+    }
+    if (std::ferror(stream))
+        return unreadable;
+    if (text.size() > xmlMaxBytes)
+        return "Error: the file is larger than " + std::to_string(xmlMaxBytes >> 20) + " MiB.";
+    return std::string();
+}
+
+} // namespace
+
+bool loadXml(std::FILE* stream, TiXmlDocument& document, std::string& error)
+{
+    std::string text;
+    error = kindRefusal(stream);
+    if (error.empty())
+        error = readAll(stream, text);
+    return error.empty() && parseXml(std::move(text), document, error);
+}
+
+bool parseXml(std::string text, TiXmlDocument& document, std::string& error)
+{
+    normalizeXml(text);
+    error = xmlRefusal(xmlShape(text));
+    if (!error.empty())
+        return false;
+    // The parser looks for the end one byte at a time but steps over whole characters: behind
+    // the end it must find more of it.
+    text.append(4, '\0');
+    const std::unique_ptr<std::FILE, StreamCloser> stream(fmemopen(&text[0], text.size(), "rb"));
+    if (!stream)
+        error = unreadable;
+    else if (!document.LoadFile(stream.get(), TIXML_ENCODING_UNKNOWN))
+        error = document.ErrorDesc();
+    return error.empty();
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+class TiXmlDocument;
+
+/// Larger files are refused: 64 MiB are some 300,000 entries, and a document takes a multiple.
+const std::size_t xmlMaxBytes = std::size_t(64) << 20;
+
+/// Parses the whole of an open stream into `document`. False when that is refused or fails;
+/// `error` then tells why in one line. Never blocks on what is no ordinary file.
+bool loadXml(std::FILE* stream, TiXmlDocument& document, std::string& error);
+
+/// The same for bytes that were read already.
+bool parseXml(std::string text, TiXmlDocument& document, std::string& error);

@@ -1,0 +1,312 @@
+#include "xml_guard.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <strings.h>
+
+namespace {
+
+bool startsWith(const char* text, const char* prefix)
+{
+    return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
+}
+
+bool startsWithAnyCase(const char* text, const char* prefix)
+{
+    return strncasecmp(text, prefix, std::strlen(prefix)) == 0;
+}
+
+bool isSpace(char character)
+{
+    return std::isspace(static_cast<unsigned char>(character)) != 0;
+}
+
+// The parser takes every byte from 127 on for a letter.
+bool isNameStart(char character)
+{
+    const auto byte = static_cast<unsigned char>(character);
+    return byte >= 127 || std::isalpha(byte) || byte == '_';
+}
+
+bool isNamePart(char character)
+{
+    return isNameStart(character) || std::isdigit(static_cast<unsigned char>(character)) ||
+           (character != '\0' && std::strchr("-.:", character));
+}
+
+// How far the parser steps for a character that begins with this byte, valid or not.
+std::size_t utf8Step(char first)
+{
+    const auto byte = static_cast<unsigned char>(first);
+    if (byte < 0xC2 || byte > 0xF4)
+        return 1;
+    return byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+}
+
+/// Walks through a text with the parser's own idea of where markup begins and ends. Where the
+/// parser would give up, the walk may go on: that can only make the figures larger.
+class Scanner
+{
+public:
+    explicit Scanner(const std::string& text)
+        : fText(text), fAt(text.c_str()), fEnd(fAt + text.size())
+    {
+    }
+
+    XmlShape run();
+
+private:
+    enum class Encoding
+    {
+        UNKNOWN,
+        UTF8,
+        BYTES
+    };
+
+    void markup();
+    void startTag();
+    void endTag();
+    void declaration();
+    bool declaredAttribute(std::string& value);
+    void adoptEncoding(const std::string& name);
+    void skipSpace();
+    void skipName();
+    void skipUpTo(char stop);
+    void skipReference();
+    void skipPast(std::size_t prefix, const char* end);
+    bool skipQuoted();
+    bool skipByteOrderMark();
+    bool endsInsideCharacter() const;
+
+    const std::string& fText;
+    const char* fAt;
+    const char* const fEnd;
+    Encoding fEncoding = Encoding::UNKNOWN;
+    std::size_t fDepth = 0;
+    XmlShape fShape;
+};
+
+XmlShape Scanner::run()
+{
+    if (startsWith(fAt, "\xEF\xBB\xBF"))
+        fEncoding = Encoding::UTF8;
+    for (skipSpace(); fAt < fEnd; skipSpace()) {
+        if (*fAt == '<')
+            markup();
+        else if (fDepth > 0)
+            skipUpTo('<');
+        else
+            break; // text outside the root element ends the parser's work
+    }
+    fShape.cutCharacter = endsInsideCharacter();
+    return fShape;
+}
+
+void Scanner::markup()
+{
+    ++fShape.tags;
+    if (fDepth > 0 && fAt[1] == '/')
+        endTag();
+    else if (startsWithAnyCase(fAt, "<?xml"))
+        declaration();
+    else if (startsWith(fAt, "<!--"))
+        skipPast(4, "-->");
+    else if (startsWith(fAt, "<![CDATA["))
+        skipPast(9, "]]>");
+    else if (isNameStart(fAt[1]))
+        startTag();
+    else
+        skipPast(1, ">");
+}
+
+// Names and unquoted values hold neither quotes nor '>', and '/' only just before the '>'.
+void Scanner::startTag()
+{
+    std::size_t attributes = 0;
+    for (++fAt; fAt < fEnd && *fAt != '>'; ++fAt) {
+        if (*fAt == '=')
+            ++attributes;
+        else if ((*fAt == '"' || *fAt == '\'') && !skipQuoted())
+            break;
+    }
+    fShape.attributes = std::max(fShape.attributes, attributes);
+    if (fAt >= fEnd)
+        return;
+    if (fAt[-1] != '/')
+        fShape.nesting = std::max(fShape.nesting, ++fDepth);
+    ++fAt;
+}
+
+void Scanner::endTag()
+{
+    skipPast(2, ">");
+    --fDepth;
+}
+
+void Scanner::declaration()
+{
+    std::string encoding;
+    fAt += 5;
+    while (fAt < fEnd && *fAt != '>') {
+        std::string other;
+        skipSpace();
+        const bool isEncoding = startsWithAnyCase(fAt, "encoding");
+        if (isEncoding || startsWithAnyCase(fAt, "version") ||
+            startsWithAnyCase(fAt, "standalone")) {
+            if (!declaredAttribute(isEncoding ? encoding : other))
+                fAt = fEnd;
+        } else {
+            while (fAt < fEnd && *fAt != '>' && !isSpace(*fAt))
+                ++fAt;
+        }
+    }
+    if (fAt < fEnd)
+        ++fAt;
+    if (fDepth == 0 && fEncoding == Encoding::UNKNOWN)
+        adoptEncoding(encoding);
+}
+
+bool Scanner::declaredAttribute(std::string& value)
+{
+    skipName();
+    skipSpace();
+    if (*fAt != '=')
+        return false;
+    ++fAt;
+    skipSpace();
+    const char* begin = fAt;
+    if (*fAt == '"' || *fAt == '\'') {
+        if (!skipQuoted())
+            return false;
+        value.assign(begin + 1, fAt++);
+        return true;
+    }
+    while (fAt < fEnd && !isSpace(*fAt) && *fAt != '/' && *fAt != '>')
+        ++fAt;
+    value.assign(begin, fAt);
+    return true;
+}
+
+void Scanner::adoptEncoding(const std::string& name)
+{
+    if (name.find('&') != std::string::npos)
+        fShape.unclearEncoding = true;
+    const bool isUtf8 = name.empty() || startsWithAnyCase(name.c_str(), "UTF-8") ||
+                        startsWithAnyCase(name.c_str(), "UTF8");
+    fEncoding = isUtf8 ? Encoding::UTF8 : Encoding::BYTES;
+}
+
+void Scanner::skipSpace()
+{
+    while (fAt < fEnd && (isSpace(*fAt) || skipByteOrderMark()))
+        ++fAt;
+}
+
+// To the last byte of a mark that the parser takes for space; false when there is none.
+bool Scanner::skipByteOrderMark()
+{
+    const bool isMark = fEncoding == Encoding::UTF8 &&
+                        (startsWith(fAt, "\xEF\xBB\xBF") || startsWith(fAt, "\xEF\xBF\xBE") ||
+                         startsWith(fAt, "\xEF\xBF\xBF"));
+    if (isMark)
+        fAt += 2;
+    return isMark;
+}
+
+void Scanner::skipName()
+{
+    while (fAt < fEnd && isNamePart(*fAt))
+        ++fAt;
+}
+
+void Scanner::skipUpTo(char stop)
+{
+    while (fAt < fEnd && *fAt != stop) {
+        if (fAt[0] == '&' && fAt[1] == '#' && fAt[2] != '\0')
+            skipReference();
+        else if (fEncoding == Encoding::UTF8)
+            fAt += std::min(utf8Step(*fAt), static_cast<std::size_t>(fEnd - fAt));
+        else
+            ++fAt;
+    }
+}
+
+// The parser takes all up to the next ';' for the reference as soon as digits follow the last
+// '#' or 'x' before it, whatever else lies between; anything else ends its work.
+void Scanner::skipReference()
+{
+    const bool isHex = fAt[2] == 'x';
+    const char* const end = std::strchr(fAt + (isHex ? 3 : 2), ';');
+    const char* digit = end ? end - 1 : fEnd;
+    while (end && std::isxdigit(static_cast<unsigned char>(*digit)))
+        --digit;
+    fAt = end && *digit == (isHex ? 'x' : '#') ? end + 1 : fEnd;
+}
+
+void Scanner::skipPast(std::size_t prefix, const char* end)
+{
+    const auto from = static_cast<std::size_t>(fAt - fText.c_str()) + prefix;
+    const std::size_t found = fText.find(end, from);
+    fAt = found == std::string::npos ? fEnd : fText.c_str() + found + std::strlen(end);
+}
+
+// From the opening quote to the closing one; false when there is none.
+bool Scanner::skipQuoted()
+{
+    const char quote = *fAt++;
+    skipUpTo(quote);
+    return fAt < fEnd;
+}
+
+bool Scanner::endsInsideCharacter() const
+{
+    if (fEncoding != Encoding::UTF8)
+        return false;
+    const auto last = std::min<std::size_t>(3, fText.size());
+    for (std::size_t left = 1; left <= last; ++left) {
+        if (utf8Step(fEnd[-static_cast<std::ptrdiff_t>(left)]) > left)
+            return true;
+    }
+    return false;
+}
+
+std::string tooMany(const char* what, std::size_t limit)
+{
+    return std::string("Error parsing Element: more than ") + std::to_string(limit) + " " + what;
+}
+
+} // namespace
+
+void normalizeXml(std::string& text)
+{
+    text.resize(std::min(text.find('\0'), text.size()));
+    std::size_t to = std::min(text.find('\r'), text.size());
+    for (std::size_t from = to; from < text.size(); ++from) {
+        if (text[from] != '\r')
+            text[to++] = text[from];
+        else if (from + 1 == text.size() || text[from + 1] != '\n')
+            text[to++] = '\n';
+    }
+    text.resize(to);
+}
+
+XmlShape xmlShape(const std::string& text)
+{
+    return Scanner(text).run();
+}
+
+std::string xmlRefusal(const XmlShape& shape)
+{
+    if (shape.nesting > xmlMaxNesting)
+        return tooMany("nested elements.", xmlMaxNesting);
+    if (shape.attributes > xmlMaxAttributes)
+        return tooMany("attributes in one element.", xmlMaxAttributes);
+    if (shape.tags > xmlMaxTags)
+        return tooMany("elements, comments and end tags.", xmlMaxTags);
+    if (shape.cutCharacter)
+        return "Error reading Element value: the file ends inside a character.";
+    if (shape.unclearEncoding)
+        return "Error parsing Declaration: the name of the encoding is not plain text.";
+    return std::string();
+}
