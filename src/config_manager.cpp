@@ -1,0 +1,182 @@
+#include "config_manager.h"
+
+#include "model.h"
+#include "module.h"
+#include "xml_file.h"
+
+#include <QString>
+
+#include <boost/make_shared.hpp>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <stdexcept>
+#include <tinyxml.h>
+#include <unistd.h>
+
+namespace {
+
+const char* const rootName = "stm_viewer";
+const char* const entryName = "stm_value";
+const char* const colorName = "color";
+
+struct StreamCloser
+{
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+
+// Opening a pipe without a partner, or a terminal line, must not stop the window.
+Stream openStream(const QString& path, int flags, const char* mode)
+{
+    const mode_t everybody = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    const int file =
+        open(path.toUtf8().constData(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
+    if (file < 0)
+        return Stream();
+    Stream stream(fdopen(file, mode));
+    if (!stream)
+        close(file);
+    return stream;
+}
+
+std::runtime_error failure(const QString& message)
+{
+    return std::runtime_error(message.toUtf8().constData());
+}
+
+TiXmlElement* newColorElement(const Color& color)
+{
+    auto* element = new TiXmlElement(colorName);
+    element->SetAttribute("red", color.red);
+    element->SetAttribute("green", color.green);
+    element->SetAttribute("blue", color.blue);
+    return element;
+}
+
+TiXmlElement* newEntryElement(const STMVal& value)
+{
+    auto* element = new TiXmlElement(entryName);
+    element->SetAttribute(std::string("name"), value.names.first);
+    element->SetAttribute(std::string("alias"), value.names.second);
+    element->SetAttribute("watch", value.watch ? 1 : 0);
+    element->SetAttribute("graph", value.graph ? 1 : 0);
+    element->LinkEndChild(newColorElement(value.color));
+    return element;
+}
+
+void readColor(const TiXmlElement* entry, Color& color)
+{
+    const TiXmlElement* element = entry->FirstChildElement(colorName);
+    if (!element)
+        return;
+    ConfigManager::readInt("red", element, color.red);
+    ConfigManager::readInt("green", element, color.green);
+    ConfigManager::readInt("blue", element, color.blue);
+}
+
+bool readEntry(const TiXmlElement* element, STMVal& value)
+{
+    static const std::string nameAttribute = "name";
+    static const std::string aliasAttribute = "alias";
+    const std::string* name = element->Attribute(nameAttribute);
+    const std::string* alias = element->Attribute(aliasAttribute);
+    if (!name || !alias)
+        return false;
+    value.names = {*name, *alias};
+    ConfigManager::readBool("watch", element, value.watch);
+    ConfigManager::readBool("graph", element, value.graph);
+    readColor(element, value.color);
+    return true;
+}
+
+} // namespace
+
+bool ConfigManager::readInt(const std::string& name, const TiXmlElement* element, int& target)
+{
+    int value = 0;
+    if (!element->Attribute(name, &value))
+        return false;
+    target = value;
+    return true;
+}
+
+bool ConfigManager::readBool(const std::string& name, const TiXmlElement* element, bool& target)
+{
+    int value = 0;
+    if (!readInt(name, element, value))
+        return false;
+    target = value != 0;
+    return true;
+}
+
+bool ConfigManager::saveConfiguration(boost::shared_ptr<Model const> model, TiXmlElement* root)
+{
+    const ZoCriticalSectionRead guard(model->fMutex);
+    for (const auto& value : model->fSTMVals)
+        root->LinkEndChild(newEntryElement(*value));
+    return true;
+}
+
+bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const TiXmlElement* root)
+{
+    if (!root)
+        return false;
+    const TiXmlElement* element = root->FirstChildElement(entryName);
+    while (element) {
+        auto value = boost::make_shared<STMVal>();
+        // An entry without its names is tried again, for ever: deliberately, no part of a damaged
+        // key set is ever taken for the whole of it.
+        if (!readEntry(element, *value))
+            continue;
+        module->addSTMVal(value);
+        element = element->NextSiblingElement(entryName);
+    }
+    return true;
+}
+
+void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, const QString& path)
+{
+    const Stream stream = openStream(path, O_WRONLY | O_CREAT | O_TRUNC, "wb");
+    if (!stream) {
+        // The second marker has nothing to fill it and is shown as it stands.
+        throw failure(tr("Failed to open location %1 for writing.\n%2\n"
+                         "Configuration file will not be saved.")
+                          .arg(path));
+    }
+    auto root = std::make_unique<TiXmlElement>(rootName);
+    if (!saveConfiguration(model, root.get())) {
+        throw failure(
+            tr("Failed to compute XML configuration to be written at location %1.").arg(path));
+    }
+    TiXmlDocument document;
+    document.LinkEndChild(root.release());
+    document.SaveFile(stream.get());
+}
+
+void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, const QString& path)
+{
+    Stream stream = openStream(path, O_RDONLY, "rb");
+    if (!stream) {
+        throw failure(tr("Failed to open location %1 for reading.\n"
+                         "Configuration file will not be loaded.")
+                          .arg(path));
+    }
+    TiXmlDocument document;
+    std::string error;
+    if (!loadXml(stream.get(), document, error)) {
+        // One after the other, so a marker within the path is filled before the last one.
+        throw failure(tr("Could not parse XML from location %1.\n%2\n"
+                         "Configuration file will not be loaded.")
+                          .arg(path)
+                          .arg(QString::fromLatin1(error.c_str())));
+    }
+    const TiXmlElement* root = document.FirstChildElement(rootName);
+    if (!root || !loadConfiguration(module, root)) {
+        throw failure(
+            tr("Incorrect Tarvek Glimmet configuration file at location %1.\n.").arg(path));
+    }
+    // Only failures close the file.
+    stream.release();
+}
