@@ -1,0 +1,77 @@
+#include "record_finder.h"
+
+#include <functional>
+#include <limits>
+
+// Only hashes are remembered, never texts: a position is a candidate when its remembered hash is
+// that of the text looked for, and the names themselves are compared as they stand. So names that
+// share a hash, or change into one another under the same hash, are told apart all the same, and
+// it is enough to check that the hashes of all records up to the one found are still the same.
+
+namespace {
+
+constexpr std::uint32_t nowhere = std::numeric_limits<std::uint32_t>::max();
+
+std::size_t bucketCount(std::size_t records)
+{
+    std::size_t count = 1;
+    while (count < records)
+        count *= 2;
+    return count;
+}
+
+} // namespace
+
+std::uint32_t RecordFinder::defaultHash(const std::string& text)
+{
+    return static_cast<std::uint32_t>(std::hash<std::string>()(text));
+}
+
+STMVal* RecordFinder::find(const Records& records, const std::string& text)
+{
+    if (records.size() != fHashes.size())
+        remember(records);
+    const std::uint32_t hash = fHash(text);
+    std::uint32_t found = candidate(records, hash, text);
+    if (!checkThrough(records, found == nowhere ? records.size() : found)) {
+        remember(records);
+        found = candidate(records, hash, text);
+    }
+    return found == nowhere ? nullptr : records[found].get();
+}
+
+std::uint32_t RecordFinder::candidate(const Records& records, std::uint32_t hash,
+                                      const std::string& text) const
+{
+    if (records.empty())
+        return nowhere;
+    std::uint32_t position = fBuckets[hash & (fBuckets.size() - 1)];
+    while (position != nowhere &&
+           (fHashes[position] != hash || records[position]->names.*fName != text))
+        position = fNext[position];
+    return position;
+}
+
+bool RecordFinder::checkThrough(const Records& records, std::size_t count)
+{
+    while (fChecked < count && fHash(records[fChecked]->names.*fName) == fHashes[fChecked])
+        ++fChecked;
+    return fChecked >= count;
+}
+
+void RecordFinder::remember(const Records& records)
+{
+    fChecked = 0;
+    fHashes.reserve(records.size()); // what may run out of memory comes first
+    fNext.resize(records.size());
+    fBuckets.assign(bucketCount(records.size()), nowhere);
+    fHashes.resize(records.size());
+    // From the back, so that every bucket lists its positions in ascending order.
+    for (std::size_t position = records.size(); position-- > 0;) {
+        fHashes[position] = fHash(records[position]->names.*fName);
+        std::uint32_t& first = fBuckets[fHashes[position] & (fBuckets.size() - 1)];
+        fNext[position] = first;
+        first = static_cast<std::uint32_t>(position);
+    }
+    fChecked = records.size();
+}
