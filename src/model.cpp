@@ -1,5 +1,7 @@
 #include "model.h"
 
+#include "record_finder.h"
+
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
@@ -19,9 +21,18 @@ const char* typeName(int code)
     return known ? names[static_cast<std::size_t>(code)] : "unknown";
 }
 
-bool isNumber(const STMVal& record)
+void store(STMVal& record, const ZoValue& value)
 {
-    return record.type == "int" || record.type == "float";
+    record.type = typeName(value.getType());
+    value.toString(ZoNormal, record.value);
+}
+
+/// Parsed from the text at every call: a graph plots exactly what the table shows.
+std::optional<double> numberOf(const STMVal& record)
+{
+    if (record.type != "int" && record.type != "float")
+        return std::nullopt;
+    return std::strtod(record.value.c_str(), nullptr);
 }
 
 } // namespace
@@ -93,12 +104,26 @@ bool Model::refreshSTMVal(const std::string& name, const ZoValue& value)
     const ZoCriticalSectionWrite guard(fMutex);
     for (const auto& record : fSTMVals) {
         if (record->names.first == name) {
-            record->type = typeName(value.getType());
-            value.toString(ZoNormal, record->value);
+            store(*record, value);
             return true;
         }
     }
     return false;
+}
+
+void Model::refreshSTMVals(const ZoValue& request, const ZoValue& reply, KeyFinder& byKey)
+{
+    std::uint64_t ownWrites = 0;
+    for (int i = 0; i < reply.getSize(); ++i) {
+        const ZoCriticalSectionWrite guard(fMutex);
+        // Others may have changed the keys while the lock was free.
+        if (i == 0 || fMutex->writeCount() != ++ownWrites) {
+            byKey.begin();
+            ownWrites = fMutex->writeCount();
+        }
+        if (STMVal* record = byKey.find(fSTMVals, request[i][0].asString()))
+            store(*record, reply[i]);
+    }
 }
 
 bool Model::getDoubleVal(const std::string& alias, double& result) const
@@ -106,11 +131,22 @@ bool Model::getDoubleVal(const std::string& alias, double& result) const
     const ZoCriticalSectionRead guard(fMutex);
     for (const auto& record : fSTMVals) {
         if (record->names.second == alias) {
-            if (!isNumber(*record))
-                return false;
-            result = std::strtod(record->value.c_str(), nullptr);
-            return true;
+            const std::optional<double> number = numberOf(*record);
+            result = number.value_or(result);
+            return number.has_value();
         }
     }
     return false;
+}
+
+void Model::getDoubleVals(const std::vector<std::string>& aliases, AliasFinder& byAlias,
+                          std::vector<std::optional<double>>& numbers) const
+{
+    numbers.resize(aliases.size());
+    const ZoCriticalSectionRead guard(fMutex);
+    byAlias.begin();
+    for (std::size_t i = 0; i < aliases.size(); ++i) {
+        const STMVal* record = byAlias.find(fSTMVals, aliases[i]);
+        numbers[i] = record ? numberOf(*record) : std::nullopt;
+    }
 }

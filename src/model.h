@@ -5,9 +5,13 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+class AliasFinder;
+class KeyFinder;
 
 /// A plotting colour. Channels are usually 0 to 255, but any integer is kept as it is.
 struct Color
@@ -70,9 +74,21 @@ public:
     /// is none. Takes the write lock.
     bool refreshSTMVal(const std::string& name, const ZoValue& value);
 
+    /// `refreshSTMVal(request[i][0], reply[i])` for each element of `reply` in order, each under
+    /// a write lock of its own, at linear cost. `byKey` is kept from call to call. Throws ZoError
+    /// when `request` is not an array of arrays that begin with a string, as long as `reply`.
+    void refreshSTMVals(const ZoValue& request, const ZoValue& reply, KeyFinder& byKey);
+
     /// Puts the value of the first record whose alias is `alias` into `result`; false, and
     /// `result` as it was, when there is none or it is no number. Takes the read lock.
     bool getDoubleVal(const std::string& alias, double& result) const;
+
+    /// Makes `numbers` as long as `aliases`, each element what `getDoubleVal` finds for the alias
+    /// at its place: its number, or nothing where that is false. All under one read lock, at
+    /// linear cost. Aliases may come in any order and more than once. The caller keeps `byAlias`
+    /// and `numbers` from call to call: then nothing is allocated while aliases stay as they are.
+    void getDoubleVals(const std::vector<std::string>& aliases, AliasFinder& byAlias,
+                       std::vector<std::optional<double>>& numbers) const;
 
     std::vector<boost::shared_ptr<STMVal>> fSTMVals; ///< in the order in which they were added
     SubscribeMode fSubscribeMode;

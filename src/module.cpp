@@ -13,27 +13,26 @@
 
 namespace {
 
-std::vector<std::string> namesToRead(const Model& model, bool all)
+using Records = RecordFinder::Records;
+
+std::size_t countToRead(const Records& records, bool all)
 {
-    std::vector<std::string> names;
-    const ZoCriticalSectionRead guard(model.fMutex);
-    for (const auto& record : model.fSTMVals) {
-        if (all || record->watch)
-            names.push_back(record->names.first);
-    }
-    return names;
+    if (all)
+        return records.size();
+    const auto watched = [](const auto& record) { return record->watch; };
+    return static_cast<std::size_t>(std::count_if(records.begin(), records.end(), watched));
 }
 
-ZoValue requestFor(const std::vector<std::string>& names)
+/// Makes `element` ask for the key `name`, without a write when it does already.
+void askFor(const std::string& name, ZoValue& element)
 {
-    ZoValue request;
-    request.arraySetSize(static_cast<int>(names.size()));
-    for (int i = 0; i < request.getSize(); ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = ZoValue(names[static_cast<std::size_t>(i)]);
-        request[i][1] = 0;
+    if (element.getSize() != 2) {
+        element.arraySetSize(2);
+        element[1] = 0;
     }
-    return request;
+    ZoValue& key = element[0];
+    if (key.getType() != ZoValue::String || key.asString() != name)
+        key = name;
 }
 
 STMVal* firstWithAlias(const Model& model, const std::string& alias)
@@ -43,6 +42,46 @@ STMVal* firstWithAlias(const Model& model, const std::string& alias)
         return record->names.second == alias;
     });
     return found == records.end() ? nullptr : found->get();
+}
+
+void setGraph(STMVal& record, bool graph)
+{
+    record.graph = graph;
+    if (graph)
+        record.watch = true; // what is plotted is always read
+}
+
+void setWatch(STMVal& record, bool watch)
+{
+    record.watch = watch;
+    if (!watch)
+        record.graph = false; // what is not read cannot be plotted
+}
+
+using SetFlag = void (*)(STMVal&, bool);
+
+bool setFirst(Model& model, const std::string& alias, SetFlag set, bool flag)
+{
+    const ZoCriticalSectionWrite guard(model.fMutex);
+    STMVal* record = firstWithAlias(model, alias);
+    if (record)
+        set(*record, flag);
+    return record != nullptr;
+}
+
+std::size_t setFirstOfEach(Model& model, const std::vector<std::string>& aliases, SetFlag set,
+                           bool flag)
+{
+    std::size_t found = 0;
+    AliasFinder byAlias;
+    const ZoCriticalSectionWrite guard(model.fMutex);
+    for (const std::string& alias : aliases) {
+        if (STMVal* record = byAlias.find(model.fSTMVals, alias)) {
+            set(*record, flag);
+            ++found;
+        }
+    }
+    return found;
 }
 
 } // namespace
@@ -60,21 +99,32 @@ Module::~Module() = default;
 void Module::getDatas(bool all)
 {
     const ZoCriticalSection guard(fMutex);
-    const std::vector<std::string> names = namesToRead(*fModel, all);
-    if (names.empty())
+    gatherRequest(all);
+    if (fRequest.getSize() == 0)
         return;
-    ZoValue request = requestFor(names);
     ZoValue reply;
     try {
-        reply = fMemoryProxy->getListData(request);
+        reply = fMemoryProxy->getListData(fRequest);
     } catch (const ZoError&) {
         return; // the next fetch tries again; the link's state is shown elsewhere
     }
-    if (request.getSize() != reply.getSize())
+    if (fRequest.getSize() != reply.getSize())
         return;
-    for (int i = 0; i < reply.getSize(); ++i)
-        fModel->refreshSTMVal(request[i][0].asString(), reply[i]);
+    fModel->refreshSTMVals(fRequest, reply, fByKey);
     fGCInterface->refreshTree();
+}
+
+/// Reads the keys under the model's lock, and lets go of it before the robot is asked.
+void Module::gatherRequest(bool all)
+{
+    const ZoCriticalSectionRead guard(fModel->fMutex);
+    const Records& records = fModel->fSTMVals;
+    fRequest.arraySetSize(static_cast<int>(countToRead(records, all)));
+    int i = 0;
+    for (const auto& record : records) {
+        if (all || record->watch)
+            askFor(record->names.first, fRequest[i++]);
+    }
 }
 
 void Module::getListDatas(std::vector<std::string>& keys)
@@ -99,26 +149,22 @@ void Module::changeSubscription(Model::SubscribeMode mode, int period)
 
 bool Module::graphStmVal(const std::string& alias, bool graph)
 {
-    const ZoCriticalSectionWrite guard(fModel->fMutex);
-    STMVal* record = firstWithAlias(*fModel, alias);
-    if (!record)
-        return false;
-    record->graph = graph;
-    if (graph)
-        record->watch = true;
-    return true;
+    return setFirst(*fModel, alias, setGraph, graph);
 }
 
 bool Module::watchStmVal(const std::string& alias, bool watch)
 {
-    const ZoCriticalSectionWrite guard(fModel->fMutex);
-    STMVal* record = firstWithAlias(*fModel, alias);
-    if (!record)
-        return false;
-    record->watch = watch;
-    if (!watch)
-        record->graph = false;
-    return true;
+    return setFirst(*fModel, alias, setWatch, watch);
+}
+
+std::size_t Module::graphStmVals(const std::vector<std::string>& aliases, bool graph)
+{
+    return setFirstOfEach(*fModel, aliases, setGraph, graph);
+}
+
+std::size_t Module::watchStmVals(const std::vector<std::string>& aliases, bool watch)
+{
+    return setFirstOfEach(*fModel, aliases, setWatch, watch);
 }
 
 void Module::addSTMVal(const std::string& name, const std::string& alias)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model.h"
+#include "record_finder.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -38,6 +39,11 @@ public:
     /// is not watched is not graphed either.
     bool watchStmVal(const std::string& alias, bool watch);
 
+    /// The same for each of many aliases in order, at linear cost and under one write lock.
+    /// Returns for how many there is a record.
+    std::size_t graphStmVals(const std::vector<std::string>& aliases, bool graph);
+    std::size_t watchStmVals(const std::vector<std::string>& aliases, bool watch);
+
     void addSTMVal(const std::string& name, const std::string& alias);
     void addSTMVal(boost::shared_ptr<STMVal> value);
 
@@ -48,4 +54,10 @@ public:
     GCInterface* fGCInterface;         ///< not owned; to be set before the first fetch
     boost::shared_ptr<ZoMutex> fMutex; ///< held over a whole fetch
     boost::shared_ptr<ZoMemoryProxy> fMemoryProxy;
+
+private:
+    void gatherRequest(bool all);
+
+    ZoValue fRequest; ///< of the last fetch, used again as far as the keys are the same
+    KeyFinder fByKey;
 };

@@ -1,7 +1,11 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
+#include "support/random_records.h"
 
 #include "model.h"
+#include "record_finder.h"
+
+#include <zo/error.h>
 
 #include <boost/make_shared.hpp>
 #include <boost/weak_ptr.hpp>
@@ -52,6 +56,11 @@ private slots:
     void aNumberIsParsedFromTheShownText();
     void floatsSurviveTheirText();
     void onlyTheFirstRecordOfAnAliasIsRead();
+    void manyNumbersAreReadAsOneByOne();
+    void manyNumbersOfNothingAreNone();
+    void manyNumbersKeepUpWithAnyChange();
+    void manyValuesAreStoredAsOneByOne();
+    void aRequestThatFitsNoReplyIsAnErrorAndLeavesTheLockFree();
     void readersMayReadTogether();
     void changesWaitForReaders();
 };
@@ -355,6 +364,98 @@ void TestModel::onlyTheFirstRecordOfAnAliasIsRead()
     double result = 42;
     QVERIFY(!model.getDoubleVal("alias", result));
     QCOMPARE(result, 42.0);
+}
+
+void TestModel::manyNumbersAreReadAsOneByOne()
+{
+    Model model;
+    for (const char* name : {"int", "float", "text", "unread", "int"})
+        model.addSTMVal(name, name);
+    model.refreshSTMVal("int", ZoValue(3));
+    model.refreshSTMVal("float", ZoValue(-0.5));
+    model.refreshSTMVal("text", ZoValue("7"));
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> numbers(20, 42.0);
+    model.getDoubleVals({"float", "unread", "int", "text", "none", "float"}, byAlias, numbers);
+    const std::vector<std::optional<double>> expected{-0.5,         std::nullopt, 3.0,
+                                                      std::nullopt, std::nullopt, -0.5};
+    QVERIFY(numbers == expected);
+}
+
+void TestModel::manyNumbersOfNothingAreNone()
+{
+    const Model model;
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> numbers(3);
+    model.getDoubleVals({}, byAlias, numbers);
+    QVERIFY(numbers.empty());
+    model.getDoubleVals({"a"}, byAlias, numbers);
+    QVERIFY(numbers == std::vector<std::optional<double>>{std::nullopt});
+}
+
+void TestModel::manyNumbersKeepUpWithAnyChange()
+{
+    Model model;
+    RandomRecords random(model, 7);
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> numbers;
+    std::vector<std::string> aliases(10);
+    for (int step = 0; step < 2000; ++step) {
+        random.change();
+        model.refreshSTMVal(random.name(), random.below(4) == 0 ? ZoValue("x") : ZoValue(step));
+        aliases[random.below(aliases.size())] = random.name();
+        model.getDoubleVals(aliases, byAlias, numbers);
+        QCOMPARE(numbers.size(), aliases.size());
+        for (std::size_t i = 0; i < aliases.size(); ++i) {
+            double number = 42;
+            QCOMPARE(numbers[i].has_value(), model.getDoubleVal(aliases[i], number));
+            QCOMPARE(numbers[i].value_or(42), number);
+        }
+    }
+}
+
+void TestModel::manyValuesAreStoredAsOneByOne()
+{
+    Model model;
+    RandomRecords random(model, 8);
+    KeyFinder byKey;
+    for (int step = 0; step < 2000; ++step) {
+        random.change();
+        Model expected;
+        for (const auto& record : model.fSTMVals)
+            expected.addSTMVal(boost::make_shared<STMVal>(*record));
+        ZoValue request;
+        ZoValue reply;
+        const int count = static_cast<int>(random.below(6));
+        request.arraySetSize(count);
+        reply.arraySetSize(count);
+        for (int i = 0; i < count; ++i) {
+            const std::string name = random.name();
+            request[i] = std::vector<std::string>{name, ""};
+            reply[i] = step * 10 + i;
+            expected.refreshSTMVal(name, reply[i]);
+        }
+        model.refreshSTMVals(request, reply, byKey);
+        for (std::size_t i = 0; i < model.fSTMVals.size(); ++i) {
+            if (model.fSTMVals[i]->value != expected.fSTMVals[i]->value)
+                QCOMPARE(model.fSTMVals[i].use_count() > 1, true); // there twice: copies differ
+            else
+                QCOMPARE(model.fSTMVals[i]->type, expected.fSTMVals[i]->type);
+        }
+    }
+}
+
+void TestModel::aRequestThatFitsNoReplyIsAnErrorAndLeavesTheLockFree()
+{
+    Model model;
+    model.addSTMVal("k", "a");
+    ZoValue reply;
+    reply.arraySetSize(1);
+    KeyFinder byKey;
+    QVERIFY_EXCEPTION_THROWN(model.refreshSTMVals(ZoValue(), reply, byKey), ZoError);
+    QVERIFY_EXCEPTION_THROWN(model.refreshSTMVals(reply, reply, byKey), ZoError);
+    QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(model.fMutex).succeeds());
+    QVERIFY(model.fSTMVals[0]->type.empty());
 }
 
 void TestModel::readersMayReadTogether()

@@ -2,6 +2,7 @@
 #include "support/fake_memory.h"
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
+#include "support/random_records.h"
 
 #include "gc_interface.h"
 #include "module.h"
@@ -10,10 +11,13 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <atomic>
 #include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -102,6 +106,11 @@ private slots:
     void noWatchingImpliesNoGraphing();
     void flagsAreChangedByAliasAndOnTheFirstRecordOnly();
     void flagChangesWaitForReaders();
+    void manyFlagsAreChangedAsOneByOne();
+    void manyFlagsOfNothingChangeNothing();
+    void repeatedFetchesAskForTheKeysOfTheMoment();
+    void valuesGoWhereAScanWouldPutThemWhateverChanges();
+    void aKeyPutInFrontWhileValuesAreStoredGetsItsValue();
     void recordsAreAddedToTheModel();
     void theInnerTestAnswersYes();
 };
@@ -500,6 +509,146 @@ void TestModule::flagChangesWaitForReaders()
         QCOMPARE(bench.record(0).graph, graph);
         QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
     }
+}
+
+void TestModule::manyFlagsAreChangedAsOneByOne()
+{
+    Bench batch;
+    Bench single;
+    for (Bench* bench : {&batch, &single}) {
+        RandomRecords random(bench->model(), 11);
+        random.grow(40);
+    }
+    RandomRecords random(batch.model(), 12); // for its numbers only
+    for (int step = 0; step < 500; ++step) {
+        std::vector<std::string> aliases(random.below(5));
+        std::generate(aliases.begin(), aliases.end(), [&] { return random.name(); });
+        const bool flag = random.below(2) == 0;
+        const bool graph = random.below(2) == 0;
+        std::size_t found = 0;
+        for (const std::string& alias : aliases)
+            found += graph ? single.module.graphStmVal(alias, flag)
+                           : single.module.watchStmVal(alias, flag);
+        QCOMPARE(graph ? batch.module.graphStmVals(aliases, flag)
+                       : batch.module.watchStmVals(aliases, flag),
+                 found);
+        for (std::size_t i = 0; i < 40; ++i) {
+            QCOMPARE(batch.record(i).watch, single.record(i).watch);
+            QCOMPARE(batch.record(i).graph, single.record(i).graph);
+        }
+    }
+}
+
+void TestModule::manyFlagsOfNothingChangeNothing()
+{
+    Bench bench;
+    QCOMPARE(bench.module.graphStmVals({"a"}, true), std::size_t{0});
+    bench.module.addSTMVal("key", "alias");
+    QCOMPARE(bench.module.graphStmVals({}, true), std::size_t{0});
+    QCOMPARE(bench.module.watchStmVals({"key", ""}, true), std::size_t{0});
+    QVERIFY(!bench.record(0).graph && !bench.record(0).watch);
+    QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
+}
+
+void TestModule::repeatedFetchesAskForTheKeysOfTheMoment()
+{
+    Bench bench;
+    RandomRecords random(bench.model(), 3);
+    for (int step = 0; step < 1000; ++step) {
+        random.change();
+        const bool all = random.below(2) == 0;
+        std::vector<std::string> expected;
+        for (const auto& record : bench.model().fSTMVals) {
+            if (all || record->watch)
+                expected.push_back(record->names.first);
+        }
+        bench.memory.calls.clear();
+        bench.module.getDatas(all);
+        QCOMPARE(bench.memory.calls.size(), std::size_t{expected.empty() ? 0U : 1U});
+        if (expected.empty())
+            continue;
+        const ZoValue& request = bench.memory.calls[0].second;
+        QCOMPARE(request.getSize(), int(expected.size()));
+        for (int i = 0; i < request.getSize(); ++i)
+            QVERIFY(request[i] == arrayOf({expected[std::size_t(i)], 0}));
+    }
+}
+
+void TestModule::valuesGoWhereAScanWouldPutThemWhateverChanges()
+{
+    Bench bench;
+    RandomRecords random(bench.model(), 4);
+    random.grow(15);
+    int number = 0;
+    std::vector<std::pair<const STMVal*, std::string>> expected;
+    bench.memory.answer = [&](const ZoValue& request) {
+        for (std::size_t changes = random.below(5); changes > 0; --changes)
+            random.change();
+        ZoValue reply = request;
+        for (int i = 0; i < reply.getSize(); ++i)
+            reply[i] = ++number;
+        // What plain scans would do, told by a copy of the records' keys.
+        expected.clear();
+        for (const auto& record : bench.model().fSTMVals)
+            expected.emplace_back(record.get(), record->value);
+        for (int i = 0; i < reply.getSize(); ++i) {
+            for (const auto& record : bench.model().fSTMVals) {
+                if (record->names.first != request[i][0].asString())
+                    continue;
+                for (auto& [pointer, value] : expected)
+                    value = pointer == record.get() ? reply[i].toString(ZoWhole) : value;
+                break;
+            }
+        }
+        return reply;
+    };
+    for (int step = 0; step < 1000; ++step) {
+        random.change();
+        expected.clear();
+        bench.module.getDatas(random.below(2) == 0);
+        for (const auto& [record, value] : expected)
+            QCOMPARE(record->value, value);
+    }
+}
+
+void TestModule::aKeyPutInFrontWhileValuesAreStoredGetsItsValue()
+{
+    constexpr std::size_t count = 20000;
+    Bench bench;
+    for (std::size_t i = 0; i < count; ++i)
+        bench.module.addSTMVal("key " + std::to_string(i), "a");
+    Model& model = bench.model();
+    STMVal& first = *model.fSTMVals.front();
+    STMVal& last = *model.fSTMVals.back();
+    std::atomic<bool> fetched{false};
+    int inTime = 0;
+    // Another thread renames the first record to the last one's key, between two stores.
+    const auto rename = [&] {
+        bool renamed = false;
+        while (!renamed && !fetched) {
+            const ZoCriticalSectionWrite guard(model.fMutex);
+            renamed = !first.value.empty() && last.value.empty();
+            if (renamed)
+                first.names.first = last.names.first;
+        }
+        return renamed;
+    };
+    const QDeadlineTimer deadline(20000);
+    while (inTime < 5 && !deadline.hasExpired()) {
+        first.names.first = "first";
+        first.value.clear();
+        last.value.clear();
+        fetched = false;
+        auto other = std::async(std::launch::async, rename);
+        bench.module.getDatas(true);
+        fetched = true;
+        if (other.get()) {
+            ++inTime;
+            QCOMPARE(first.value, last.names.first);
+            QCOMPARE(last.value, std::string());
+        }
+    }
+    QVERIFY(inTime >= 5);
 }
 
 void TestModule::recordsAreAddedToTheModel()

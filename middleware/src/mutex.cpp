@@ -37,6 +37,7 @@ void ZoMutexRW::unlockRead()
 void ZoMutexRW::lockWrite()
 {
     fMutex.lock();
+    ++fWriteCount;
 }
 
 void ZoMutexRW::unlockWrite()

@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <mutex>
 #include <shared_mutex>
 
@@ -31,8 +32,13 @@ public:
     void lockWrite();
     void unlockWrite();
 
+    /// How many times it has been locked for writing so far. Only for a thread that holds the
+    /// lock: it tells who lets go of it for a while whether others wrote meanwhile.
+    std::uint64_t writeCount() const noexcept { return fWriteCount; }
+
 private:
     std::shared_mutex fMutex;
+    std::uint64_t fWriteCount = 0;
 };
 
 /// Holds a ZoMutex from its construction to its destruction, and keeps the lock alive meanwhile.
