@@ -34,6 +34,14 @@ void fill(const RedisServer& server, const std::vector<std::string>& keys)
     server.command(words);
 }
 
+ZoValue numberedPairs(const std::vector<std::string>& keys)
+{
+    ZoValue pairs = requestFor(keys);
+    for (int i = 0; i < pairs.getSize(); ++i)
+        pairs[i][1] = i;
+    return pairs;
+}
+
 int countWrong(const ZoValue& values)
 {
     int wrong = 0;
@@ -53,6 +61,9 @@ private slots:
     void readsEveryType();
     void storesEveryType();
     void storesTextAsItStands();
+    void storesManyValuesInChunks();
+    void storesNothingOfAListThatCannotBeStored();
+    void saysWhyAListWasRefused();
     void asksInChunks();
     void asksAgainForOtherKeys();
     void keysRepeatAsAsked();
@@ -126,6 +137,52 @@ void TestRemoteMemory::storesTextAsItStands()
     QCOMPARE(server.command({"GET", "key"}), text);
     memory.setText("key", "0.5");
     QVERIFY(memory.getListData(requestFor({"key"}))[0] == ZoValue(0.5));
+}
+
+void TestRemoteMemory::storesManyValuesInChunks()
+{
+    const RedisServer server;
+    ZoMemoryProxy memory = memoryOf(server);
+    const auto keys = numberedKeys(2500);
+    memory.setListData(numberedPairs(keys));
+    QCOMPARE(countWrong(memory.getListData(requestFor(keys))), 0);
+    memory.setListData(numberedPairs({}));
+    QVERIFY(contains(server.command({"INFO", "commandstats"}), "cmdstat_mset:calls=3,"));
+}
+
+void TestRemoteMemory::storesNothingOfAListThatCannotBeStored()
+{
+    const RedisServer server;
+    ZoMemoryProxy memory = memoryOf(server);
+    ZoValue pairs = numberedPairs(numberedKeys(1500));
+    pairs[1400][1] = std::vector<std::string>{"\xff"};
+    const std::string noText = errorOf([&] { memory.setListData(pairs); });
+    QVERIFY2(contains(noText, "Arm/Joint/1400"), noText.c_str());
+    pairs[1400][1] = std::string((1 << 20) + 1, 'x');
+    const std::string large = errorOf([&] { memory.setListData(pairs); });
+    QVERIFY2(contains(large, "Arm/Joint/1400") && contains(large, "1 MiB"), large.c_str());
+    pairs[1400].arraySetSize(1);
+    const std::string noPair = errorOf([&] { memory.setListData(pairs); });
+    QVERIFY2(contains(noPair, "setListData") && contains(noPair, "1400"), noPair.c_str());
+    QCOMPARE(server.command({"DBSIZE"}), std::string("0"));
+}
+
+void TestRemoteMemory::saysWhyAListWasRefused()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret %R~* %W~Arm/* +@all"};
+    const RedisServer server(access);
+    ZoBrokerOptions options = patientOptions();
+    options.user = "alice";
+    options.password = "secret";
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    memory.setListData(numberedPairs({"Arm/A", "Arm/B"}));
+    const std::string error = errorOf([&] {
+        memory.setListData(numberedPairs({"Arm/A", "Leg/A"}));
+    });
+    QVERIFY2(contains(error, "MSET") && contains(error, "NOPERM"), error.c_str());
+    QVERIFY(broker->isConnected());
 }
 
 void TestRemoteMemory::asksInChunks()

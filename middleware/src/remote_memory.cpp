@@ -1,12 +1,11 @@
 #include "remote_memory.h"
 
-#include "json.h"
 #include "key_list.h"
 #include "memory_arguments.h"
 #include "memory_methods.h"
-#include "reply_reader.h"
 #include "request.h"
 #include "status_sink.h"
+#include "store_request.h"
 
 #include <zo/error.h>
 
@@ -18,15 +17,6 @@ bool isKeyForbidden(const std::string& text)
 {
     return text.compare(0, 6, "NOPERM") == 0 &&
            text.find("permissions to run") == std::string::npos;
-}
-
-std::string jsonOf(const std::string& key, const ZoValue& value)
-{
-    try {
-        return encodeJson(value);
-    } catch (const ZoError& error) {
-        throw ZoError("value for " + quotedKey(key) + ": " + error.toString());
-    }
 }
 
 } // namespace
@@ -45,7 +35,9 @@ ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
         return keyListOf(*fLink);
     if (method == setData) {
         const std::string& key = keyToSet(setData, arguments);
-        store(key, jsonOf(key, valueToSet(arguments)));
+        store(key, storableText(key, valueToSet(arguments)));
+    } else if (method == setListData) {
+        storeAll(arguments);
     } else if (method == setText) {
         store(keyToSet(setText, arguments), textToSet(arguments));
     } else {
@@ -116,10 +108,7 @@ ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSi
 
 void RemoteMemory::store(const std::string& key, const std::string& text)
 {
-    checkKey(key);
-    if (text.size() > ReplyReader::fMaxValue)
-        throw ZoError("value for " + quotedKey(key) + " is larger than " +
-                      std::to_string(ReplyReader::fMaxValue >> 20) + " MiB");
+    checkStorable(key, text);
     const auto sink = std::make_shared<StatusSink>("SET");
     const auto bytes = std::make_shared<const std::string>(encodeCommand({"SET", key, text}));
     fLink->run(std::make_shared<Exchange>("SET", bytes, 1, sink,
@@ -127,4 +116,20 @@ void RemoteMemory::store(const std::string& key, const std::string& text)
     const StatusSink::Answer& answer = sink->answers().front();
     if (answer.isError)
         throw fLink->refusal("SET " + quotedKey(key), answer.text);
+}
+
+void RemoteMemory::storeAll(const ZoValue& pairs)
+{
+    const StoreRequest request = encodeStoreRequest(pairs);
+    if (request.commands == 0)
+        return;
+    const auto& options = fLink->options();
+    const auto sink = std::make_shared<StatusSink>("MSET");
+    fLink->run(std::make_shared<Exchange>("MSET", request.bytes, request.commands, sink,
+                                          SteadyClock::now() + options.exchangeTimeout +
+                                              options.timeoutPerKey * request.pairs));
+    for (const StatusSink::Answer& answer : sink->answers()) {
+        if (answer.isError)
+            throw fLink->refusal("MSET", answer.text);
+    }
 }

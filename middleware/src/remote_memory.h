@@ -28,6 +28,7 @@ private:
     ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused,
                                   SteadyClock::time_point deadline);
     void store(const std::string& key, const std::string& text);
+    void storeAll(const ZoValue& pairs);
 
     const std::shared_ptr<Link> fLink;
     const std::shared_ptr<ForbiddenKeys> fForbidden;
