@@ -1,11 +1,12 @@
 #include "arguments.h"
 
+#include <zo/error.h>
+
 #include <charconv>
 #include <limits>
 
 namespace {
 
-constexpr int serverPort = 6379;
 constexpr int maxPort = 65535;
 constexpr double minRate = 0.1;
 constexpr double maxRate = 1000;
@@ -26,27 +27,19 @@ Number parseNumber(const std::string& option, const std::string& text, Number mi
     return number;
 }
 
-/// HOST, HOST:PORT, [ADDRESS] or [ADDRESS]:PORT; brackets hold an address with colons.
-void parseAddress(const std::string& text, RobotArguments& arguments)
+ZoAddress parseAddress(const std::string& text)
 {
-    const bool bracketed = !text.empty() && text.front() == '[';
-    const std::size_t hostEnd = bracketed ? text.find(']') : text.find(':');
-    const std::string host = text.substr(bracketed ? 1 : 0, hostEnd - (bracketed ? 1 : 0));
-    std::string rest = hostEnd == std::string::npos ? "" : text.substr(hostEnd);
-    if (bracketed && !rest.empty())
-        rest.erase(0, 1);
-    const bool unclosed = bracketed && hostEnd == std::string::npos;
-    if (host.empty() || unclosed || (!rest.empty() && rest.front() != ':'))
-        throw UsageError("--connect needs HOST or HOST:PORT, not \"" + text + "\"");
-    arguments.host = host;
-    arguments.port =
-        rest.empty() ? serverPort : parseNumber<int>("--connect", rest.substr(1), 1, maxPort);
+    try {
+        return ZoAddress::fromText(text);
+    } catch (const ZoError& error) {
+        throw UsageError("--connect: " + error.toString());
+    }
 }
 
 void apply(const std::string& option, const std::string& value, RobotArguments& arguments)
 {
     if (option == "--connect")
-        parseAddress(value, arguments);
+        arguments.server = parseAddress(value);
     else if (option == "--port")
         arguments.port = parseNumber<int>(option, value, 1, maxPort);
     else if (option == "--rate")
@@ -71,7 +64,6 @@ bool takesValue(const std::string& option)
 RobotArguments parseArguments(const std::vector<std::string>& words)
 {
     RobotArguments arguments;
-    bool portGiven = false;
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::size_t equals = words[i].find('=');
         const std::string option = words[i].substr(0, equals);
@@ -86,9 +78,8 @@ RobotArguments parseArguments(const std::vector<std::string>& words)
             throw UsageError(option + " needs a value");
         apply(option, equals == std::string::npos ? words[++i] : words[i].substr(equals + 1),
               arguments);
-        portGiven = portGiven || option == "--port";
     }
-    if (portGiven && !arguments.host.empty())
+    if (arguments.port != 0 && arguments.server)
         throw UsageError("--port is for the robot's own server: write --connect HOST:PORT");
     return arguments;
 }

@@ -2,7 +2,10 @@
 
 #include "robot_keys.h"
 
+#include <zo/address.h>
+
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -18,9 +21,9 @@ struct RobotArguments
     };
 
     Action action = Action::Run;
-    std::string host; ///< of the server to publish to; empty: a private server
-    int port = 0;     ///< of either; 0: a free one for the private server
-    double rate = 50; ///< ticks per second
+    std::optional<ZoAddress> server; ///< to publish to; none: a private one
+    int port = 0;                    ///< of the private server; 0: a free one
+    double rate = 50;                ///< ticks per second
     int keys = defaultRobotKeys;
     std::uint32_t seed = 1;
 };

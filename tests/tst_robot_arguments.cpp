@@ -14,8 +14,7 @@ private slots:
     void noArgumentsMeanAPrivateServerOnAFreePort();
     void everyOptionIsTaken();
     void valueMayFollowAnEqualsSign();
-    void addressesToConnectTo_data();
-    void addressesToConnectTo();
+    void serverToConnectToHasADefaultPort();
     void limitsAreInclusive();
     void senselessArgumentsAreRefusedWithTheOption_data();
     void senselessArgumentsAreRefusedWithTheOption();
@@ -29,7 +28,7 @@ void TestRobotArguments::noArgumentsMeanAPrivateServerOnAFreePort()
 {
     const RobotArguments arguments = parseArguments({});
     QVERIFY(arguments.action == RobotArguments::Action::Run);
-    QVERIFY(arguments.host.empty());
+    QVERIFY(!arguments.server);
     QCOMPARE(arguments.port, 0);
     QCOMPARE(arguments.rate, 50.0);
     QCOMPARE(arguments.keys, 200);
@@ -49,31 +48,13 @@ void TestRobotArguments::valueMayFollowAnEqualsSign()
 {
     const RobotArguments arguments = parseArguments({"--keys=7", "--connect=robot:7000"});
     QCOMPARE(arguments.keys, 7);
-    QCOMPARE(arguments.host, std::string("robot"));
-    QCOMPARE(arguments.port, 7000);
+    QVERIFY(arguments.server);
+    QCOMPARE(arguments.server->toText(), std::string("robot:7000"));
 }
 
-void TestRobotArguments::addressesToConnectTo_data()
+void TestRobotArguments::serverToConnectToHasADefaultPort()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("host");
-    QTest::addColumn<int>("port");
-    QTest::newRow("name") << "robot.lab"
-                          << "robot.lab" << 6379;
-    QTest::newRow("name and port") << "robot.lab:7000"
-                                   << "robot.lab" << 7000;
-    QTest::newRow("address with colons") << "[::1]"
-                                         << "::1" << 6379;
-    QTest::newRow("address with colons and port") << "[fe80::2]:65535"
-                                                  << "fe80::2" << 65535;
-}
-
-void TestRobotArguments::addressesToConnectTo()
-{
-    QFETCH(QString, text);
-    const RobotArguments arguments = parseArguments({"--connect", text.toStdString()});
-    QTEST(QString::fromStdString(arguments.host), "host");
-    QTEST(arguments.port, "port");
+    QCOMPARE(parseArguments({"--connect", "[::1]"}).server->toText(), std::string("[::1]:6379"));
 }
 
 void TestRobotArguments::limitsAreInclusive()
@@ -110,12 +91,8 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     row("negative seed", {"--seed", "-1"}, "--seed needs a number from 0 to 4294967295");
     row("port 0", {"--port", "0"}, "--port needs a number from 1 to 65535");
     row("port too high", {"--port", "65536"}, "1 to 65535");
-    row("no host", {"--connect", ":6379"}, "--connect needs HOST");
-    row("nothing to connect to", {"--connect", ""}, "--connect needs HOST");
-    row("no port behind the colon", {"--connect", "robot:"}, "\"\"");
-    row("bracket left open", {"--connect", "[::1"}, "--connect needs HOST");
-    row("rubbish behind the bracket", {"--connect", "[::1]x"}, "--connect needs HOST");
-    row("bare address with colons", {"--connect", "::1"}, "--connect needs HOST");
+    row("no host", {"--connect", ":6379"}, "--connect: robot address ':6379': there is no host");
+    row("no port behind the colon", {"--connect", "robot:"}, "the port must be a number");
     row("own port of a foreign server", {"--port", "7000", "--connect", "robot"}, "--connect");
 }
 

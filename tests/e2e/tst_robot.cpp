@@ -1,0 +1,285 @@
+#include "program.h"
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+
+#include <zo/zo.h>
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <set>
+
+namespace {
+
+constexpr int deadline = 20000; ///< ms
+
+/// The simulated robot, started and awaited.
+class Robot : public Program
+{
+public:
+    explicit Robot(const QStringList& arguments = {}) : Program(TARVEK_ROBOT, arguments) {}
+
+    /// False when it does not say where it listens.
+    bool startAndWait()
+    {
+        start();
+        fAddress = waitForLine("listening on ");
+        return !fAddress.isEmpty();
+    }
+
+    const QString& address() const { return fAddress; }
+
+    ZoMemoryProxy memory() const
+    {
+        const ZoAddress address = ZoAddress::fromText(fAddress.toStdString());
+        return ZoMemoryProxy(
+            ZoBroker::create("test", address.host, address.port)->getProxy("ZoMemory", 0));
+    }
+
+private:
+    QString fAddress;
+};
+
+ZoValue valuesOf(ZoMemoryProxy& memory, const std::vector<std::string>& keys)
+{
+    ZoValue request;
+    request.arraySetSize(static_cast<int>(keys.size()));
+    for (int i = 0; i < request.getSize(); ++i) {
+        request[i].arraySetSize(2);
+        request[i][0] = keys[static_cast<std::size_t>(i)];
+        request[i][1] = 0;
+    }
+    return memory.getListData(request);
+}
+
+std::int64_t countOf(ZoMemoryProxy& memory, const std::string& key)
+{
+    return std::get<std::int64_t>(valuesOf(memory, {key})[0].data());
+}
+
+QStringList addressOf(const RedisServer& server)
+{
+    return {"--connect", QString("127.0.0.1:%1").arg(server.port())};
+}
+
+} // namespace
+
+/// The simulated robot as its users start it.
+class TestRobot : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void saysWhereItListensAndHasItsKeysThere();
+    void valuesFollowTheClock();
+    void tenThousandKeysAreAllThere();
+    void listensOnTheGivenPort();
+    void aPortInUseIsNamedWithTheWayOut();
+    void aMissingServerProgramIsNamedWithTheWayOut();
+    void aWrongCommandLineEndsWithOneLine();
+    void helpAndVersionGoToStandardOutput();
+    void signalsEndItAndItsServer_data();
+    void signalsEndItAndItsServer();
+    void itsServerEndsWithItWhenItIsKilled();
+    void theEndOfItsServerEndsItWithAMessage();
+    void leavesNoFileBehindAndReadsNone();
+    void publishesToAGivenServer();
+    void aLostServerIsToldOnceAndAwaited();
+    void noServerAtTheGivenAddressIsAnError();
+};
+
+void TestRobot::saysWhereItListensAndHasItsKeysThere()
+{
+    Robot robot;
+    QVERIFY(robot.startAndWait());
+    QVERIFY(robot.address().startsWith("127.0.0.1:"));
+    ZoMemoryProxy memory = robot.memory();
+    const std::vector<std::string> names = memory.getDataListName();
+    QCOMPARE(names.size(), std::size_t{200});
+    const ZoValue values = valuesOf(memory, names);
+    std::set<int> types;
+    for (int i = 0; i < values.getSize(); ++i)
+        types.insert(values[i].getType());
+    QCOMPARE(types.size(), std::size_t{6});
+    QCOMPARE(robot.errors(), QString());
+}
+
+void TestRobot::valuesFollowTheClock()
+{
+    Robot robot({"--rate", "4"});
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(robot.startAndWait());
+    ZoMemoryProxy memory = robot.memory();
+    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/Seconds") >= 2, deadline);
+    QVERIFY(clock.elapsed() >= 2000);
+    // 4 ticks a second, 500 counts a second.
+    QCOMPARE(countOf(memory, "Counter/ControlTicks") % 125, std::int64_t{0});
+}
+
+void TestRobot::tenThousandKeysAreAllThere()
+{
+    Robot robot({"--keys", "10000", "--rate", "5"});
+    QVERIFY(robot.startAndWait());
+    ZoMemoryProxy memory = robot.memory();
+    QCOMPARE(memory.getDataListName().size(), std::size_t{10000});
+    QCOMPARE(valuesOf(memory, {"Skin/01400/Pressure"})[0].getType(), int{ZoValue::Float});
+}
+
+void TestRobot::listensOnTheGivenPort()
+{
+    RedisServer other;
+    const int port = other.port(); // a free one, as soon as this server has gone
+    other.kill();
+    Robot robot({"--port", QString::number(port)});
+    QVERIFY(robot.startAndWait());
+    QCOMPARE(robot.address(), QString("127.0.0.1:%1").arg(port));
+}
+
+void TestRobot::aPortInUseIsNamedWithTheWayOut()
+{
+    const RedisServer other;
+    const QString port = QString::number(other.port());
+    Robot robot({"--port", port});
+    robot.start();
+    QCOMPARE(robot.waitForExit(), 1);
+    QVERIFY2(robot.errors().contains("cannot listen on 127.0.0.1:" + port),
+             qPrintable(robot.errors()));
+    QVERIFY(robot.errors().contains("--connect 127.0.0.1:" + port));
+}
+
+void TestRobot::aMissingServerProgramIsNamedWithTheWayOut()
+{
+    Robot robot;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PATH", "/nonexistent");
+    robot.setProcessEnvironment(environment);
+    robot.start();
+    QCOMPARE(robot.waitForExit(), 1);
+    QVERIFY2(robot.errors().contains("redis-server is missing"), qPrintable(robot.errors()));
+    QVERIFY(robot.errors().contains("apt-get install redis-server"));
+}
+
+void TestRobot::aWrongCommandLineEndsWithOneLine()
+{
+    Robot robot({"--rate", "fast"});
+    robot.start();
+    QCOMPARE(robot.waitForExit(), 2);
+    QCOMPARE(robot.errors(),
+             QString("tarvek-robot: --rate needs a number from 0.1 to 1000, not \"fast\" "
+                     "(see tarvek-robot --help)\n"));
+}
+
+void TestRobot::helpAndVersionGoToStandardOutput()
+{
+    for (const char* option : {"--help", "--version"}) {
+        Robot robot({option});
+        robot.start();
+        QCOMPARE(robot.waitForExit(), 0);
+        QVERIFY(robot.readAllStandardOutput().contains("tarvek-robot"));
+        QCOMPARE(robot.errors(), QString());
+    }
+}
+
+void TestRobot::signalsEndItAndItsServer_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("closed terminal") << SIGHUP;
+}
+
+void TestRobot::signalsEndItAndItsServer()
+{
+    QFETCH(int, number);
+    Robot robot;
+    QVERIFY(robot.startAndWait());
+    const QList<qint64> servers = robot.children();
+    QCOMPARE(servers.size(), 1);
+    robot.signal(number);
+    QCOMPARE(robot.waitForExit(), 0);
+    QVERIFY(hasEnded(servers.first()));
+    QCOMPARE(robot.errors(), QString());
+}
+
+void TestRobot::itsServerEndsWithItWhenItIsKilled()
+{
+    Robot robot;
+    QVERIFY(robot.startAndWait());
+    const QList<qint64> servers = robot.children();
+    QCOMPARE(servers.size(), 1);
+    robot.signal(SIGKILL);
+    QCOMPARE(robot.waitForExit(), -1);
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(servers.first()), deadline);
+}
+
+void TestRobot::theEndOfItsServerEndsItWithAMessage()
+{
+    Robot robot;
+    QVERIFY(robot.startAndWait());
+    ::kill(static_cast<pid_t>(robot.children().first()), SIGKILL);
+    QCOMPARE(robot.waitForExit(), 1);
+    QVERIFY2(robot.errors().contains("the robot's own server has ended"),
+             qPrintable(robot.errors()));
+}
+
+void TestRobot::leavesNoFileBehindAndReadsNone()
+{
+    const QTemporaryDir folder;
+    Robot robot;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", folder.path());
+    robot.setProcessEnvironment(environment);
+    robot.setWorkingDirectory(folder.path());
+    QFile stored(folder.filePath("dump.rdb"));
+    QVERIFY(stored.open(QIODevice::WriteOnly));
+    stored.write("no stored data: a server that reads this does not start");
+    stored.close();
+    QVERIFY(robot.startAndWait());
+    const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    QCOMPARE(QDir(folder.path()).entryList(everything), QStringList{"dump.rdb"});
+}
+
+void TestRobot::publishesToAGivenServer()
+{
+    const RedisServer server;
+    Robot robot(addressOf(server) + QStringList{"--keys", "20"});
+    robot.start();
+    QCOMPARE(robot.waitForLine("publishing to "), QString("127.0.0.1:%1").arg(server.port()));
+    QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
+    QVERIFY(robot.children().isEmpty());
+    robot.signal(SIGTERM);
+    QCOMPARE(robot.waitForExit(), 0);
+    QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
+}
+
+void TestRobot::aLostServerIsToldOnceAndAwaited()
+{
+    RedisServer server;
+    Robot robot(addressOf(server));
+    robot.start();
+    QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
+    server.kill();
+    QVERIFY(robot.waitForError("Trying again."));
+    server.restart();
+    QVERIFY(robot.waitForError("publishing again."));
+    QTRY_COMPARE_WITH_TIMEOUT(server.command({"DBSIZE"}), std::string("200"), deadline);
+    QCOMPARE(robot.errors().count('\n'), 2);
+    QVERIFY(robot.errors().contains(QString::number(server.port())));
+}
+
+void TestRobot::noServerAtTheGivenAddressIsAnError()
+{
+    RedisServer server;
+    const QStringList arguments = addressOf(server);
+    server.kill();
+    Robot robot(arguments);
+    robot.start();
+    QCOMPARE(robot.waitForExit(), 1);
+    QVERIFY2(robot.errors().contains(arguments.last()), qPrintable(robot.errors()));
+}
+
+QTEST_GUILESS_MAIN(TestRobot)
+#include "tst_robot.moc"
