@@ -23,8 +23,16 @@ bool takeExpected(const QString& text)
     return false;
 }
 
+/// The offscreen platform says so whenever a window of limited size is shown.
+bool isChatterOfThePlatform(const QString& text)
+{
+    return text == QLatin1String("This plugin does not support propagateSizeHints()");
+}
+
 void watchMessages(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    if (isChatterOfThePlatform(text))
+        return;
     if (type == QtWarningMsg || type == QtCriticalMsg) {
         const QMutexLocker lock(&messageMutex);
         if (takeExpected(text))
