@@ -1,0 +1,55 @@
+#include "graph_math.h"
+
+#include <algorithm>
+#include <cmath>
+
+int PlotScale::row(double value) const
+{
+    return truncated((top - value) / unitsPerPixel);
+}
+
+QPoint PlotScale::position(const TimeValue& sample) const
+{
+    const double column = width - static_cast<double>(truncated((now - sample.time) * speed));
+    return {truncated(column), row(sample.value)};
+}
+
+double secondsOf(qint64 milliseconds)
+{
+    return static_cast<float>(static_cast<float>(milliseconds) / 1000.0);
+}
+
+double visibleSpan(int width, double speed)
+{
+    return static_cast<double>(width) / speed;
+}
+
+double unitsPerPixel(const ValueRange& range, int rows)
+{
+    const double units = (range.top - range.bottom) / rows;
+    return units == 0.0 ? 1.0 : units;
+}
+
+void pruneSamples(QList<TimeValue>& samples, double cutOff)
+{
+    // Kept samples gather at the end, so that one cut at the front removes all the others.
+    int kept = samples.size();
+    for (int i = samples.size() - 1; i >= 0; --i) {
+        const double time = samples.at(i).time;
+        const bool tooOld = time < cutOff;
+        const bool outOfOrder = kept < samples.size() && time > samples.at(kept).time;
+        if (!tooOld && !outOfOrder)
+            samples.swapItemsAt(i, --kept);
+    }
+    samples.erase(samples.begin(), samples.begin() + kept);
+}
+
+void includeSamples(ValueRange& range, const QList<TimeValue>& samples)
+{
+    for (const TimeValue& sample : samples) {
+        if (!std::isfinite(sample.value))
+            continue;
+        range.bottom = std::min(sample.value, range.bottom);
+        range.top = std::max(sample.value, range.top);
+    }
+}

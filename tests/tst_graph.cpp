@@ -1,0 +1,447 @@
+#include "support/guarded_test.h"
+
+#include "graph.h"
+#include "model.h"
+
+#include <boost/make_shared.hpp>
+
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+/// Counts its paints.
+class CountingGraph : public Graph
+{
+public:
+    using Graph::Graph;
+    int fPaints = 0;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        ++fPaints;
+        Graph::paintEvent(event);
+    }
+};
+
+boost::shared_ptr<Model> modelWith(const QStringList& aliases)
+{
+    auto model = boost::make_shared<Model>();
+    for (const QString& alias : aliases) {
+        const std::string text = alias.toLatin1().toStdString();
+        model->addSTMVal("key/" + text, text);
+        model->refreshSTMVal("key/" + text, ZoValue(3));
+    }
+    return model;
+}
+
+QList<TimeValue>& samplesOf(Graph& graph, const QString& name)
+{
+    return graph.fSeries[name].second;
+}
+
+/// Runs steps without their own samples until one has pruned: the counter is the process's.
+void stepUntilPruned(Graph& graph)
+{
+    for (int i = 0; i < 10; ++i)
+        graph.xUpdateTime();
+}
+
+} // namespace
+
+/// Series, sampling, pruning and the automatic range.
+class TestGraph : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void startsEmptyAndStill();
+    void constantsAreTheGivenOnes();
+    void slotsStandInTheirOrder();
+    void addingAKeyTwiceKeepsItsCurve();
+    void removingDropsTheCurveOnly();
+    void initStartsSampling();
+    void initAgainTakesAFreshTimerAndClock();
+    void playBeforeInitIsIgnored();
+    void pausingEmptiesEveryCurve();
+    void aStepSamplesEveryCurveByAlias();
+    void aKeyThatIsNoNumberDropsOut();
+    void latin1AliasesAreFound();
+    void everyTenthStepOfTheProcessPrunes();
+    void samplesBeyondTheSpanAreForgotten();
+    void speedZeroForgetsOnlyUnorderedSamples();
+    void sizeZeroAndSpeedZeroAreHarmless();
+    void aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint();
+    void aHiddenOrPausedGraphDoesNotPaint();
+    void autoscaleFindsTheRange_data();
+    void autoscaleFindsTheRange();
+    void samplesReplacedFromOutsideCount();
+    void aSharedSeriesMapIsLeftAlone();
+};
+
+void TestGraph::startsEmptyAndStill()
+{
+    const auto model = modelWith({});
+    const Graph graph(model, nullptr);
+    QVERIFY(graph.fSeries.isEmpty());
+    QVERIFY(!graph.fTimer);
+    QVERIFY(!graph.fClock);
+    QCOMPARE(graph.fSpeed, 100.0);
+    QVERIFY(graph.fAutoscale);
+    QCOMPARE(graph.fMinY, 0.0);
+    QCOMPARE(graph.fMaxY, 0.0);
+    QWidget parent;
+    QCOMPARE((new Graph({}, &parent))->parentWidget(), &parent);
+}
+
+void TestGraph::constantsAreTheGivenOnes()
+{
+    QCOMPARE(Graph::fInterval, 40);
+    QCOMPARE(Graph::fMargin, 2);
+    QCOMPARE(Graph::fScaleAcc, 3);
+    QCOMPARE(Graph::fScaleMargin, 10);
+    QCOMPARE(Graph::fDefaultSpeed, 100);
+    QCOMPARE(Graph::fMaxSpeed, 1000);
+    QCOMPARE(Graph::fMinSpeed, 0);
+    QCOMPARE(Graph::fDefaultMinY, -100.0);
+    QCOMPARE(Graph::fDefaultMaxY, 100.0);
+    QCOMPARE(Graph::fMinYPossible, -2147483647.0);
+    QCOMPARE(Graph::fMaxYPossible, 2147483647.0);
+    QCOMPARE(Graph::fDefaultColor, QColor(70, 188, 236, 255));
+}
+
+void TestGraph::slotsStandInTheirOrder()
+{
+    const QMetaObject& meta = Graph::staticMetaObject;
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 2);
+    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("setPlay(bool)"));
+    QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QList<QByteArray>{"pPlay"});
+    QCOMPARE(meta.method(meta.methodOffset() + 1).methodSignature(), QByteArray("xUpdateTime()"));
+}
+
+void TestGraph::addingAKeyTwiceKeepsItsCurve()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    Color first;
+    Color second;
+    graph.addSTMValue("a", &first);
+    samplesOf(graph, "a").append({1, 2});
+    graph.addSTMValue("a", &second);
+    QCOMPARE(graph.fSeries.size(), 1);
+    QCOMPARE(graph.fSeries["a"].first, &first);
+    QCOMPARE(samplesOf(graph, "a").size(), 1);
+}
+
+void TestGraph::removingDropsTheCurveOnly()
+{
+    const auto model = modelWith({});
+    Graph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    graph.addSTMValue("b", nullptr);
+    graph.deleteSTMValue("none");
+    QCOMPARE(graph.fSeries.size(), 2);
+    graph.deleteSTMValue("a");
+    QCOMPARE(graph.fSeries.keys(), QStringList("b"));
+    graph.clear();
+    QVERIFY(graph.fSeries.isEmpty());
+}
+
+void TestGraph::initStartsSampling()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    QCOMPARE(graph.fTimer->interval(), 40);
+    QVERIFY(graph.fTimer->isActive());
+    QVERIFY(!graph.fTimer->parent());
+    QTRY_VERIFY(samplesOf(graph, "a").size() >= 3);
+    const QList<TimeValue> samples = samplesOf(graph, "a");
+    QCOMPARE(samples.last().value, 3.0);
+    QVERIFY(samples.at(0).time < samples.at(1).time);
+    QVERIFY(samples.at(0).time >= 0.03);
+}
+
+void TestGraph::initAgainTakesAFreshTimerAndClock()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    const QPointer<QTimer> oldTimer = graph.fTimer;
+    samplesOf(graph, "a").append({5, 6});
+    graph.init();
+    QVERIFY(!oldTimer);
+    QVERIFY(graph.fTimer->isActive());
+    QCOMPARE(samplesOf(graph, "a").size(), 1);
+}
+
+void TestGraph::playBeforeInitIsIgnored()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    samplesOf(graph, "a").append({1, 2});
+    graph.setPlay(false);
+    graph.setPlay(true);
+    QVERIFY(!graph.fTimer);
+    QCOMPARE(samplesOf(graph, "a").size(), 1);
+}
+
+void TestGraph::pausingEmptiesEveryCurve()
+{
+    const auto model = modelWith({"a", "b"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    Color color;
+    graph.addSTMValue("a", &color);
+    graph.addSTMValue("b", nullptr);
+    graph.init();
+    graph.xUpdateTime();
+    graph.setPlay(false);
+    QVERIFY(!graph.fTimer->isActive());
+    QCOMPARE(graph.fSeries.keys(), QStringList({"a", "b"}));
+    QCOMPARE(graph.fSeries["a"].first, &color);
+    QVERIFY(samplesOf(graph, "a").isEmpty());
+    QVERIFY(samplesOf(graph, "b").isEmpty());
+    graph.setPlay(true);
+    QVERIFY(graph.fTimer->isActive());
+    QTRY_VERIFY(!samplesOf(graph, "b").isEmpty());
+}
+
+void TestGraph::aStepSamplesEveryCurveByAlias()
+{
+    const auto model = modelWith({"a", "b"});
+    model->addSTMVal("a", "other"); // a key named like another's alias
+    model->refreshSTMVal("key/b", ZoValue(-0.5));
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    graph.addSTMValue("b", nullptr);
+    graph.xUpdateTime();
+    QCOMPARE(samplesOf(graph, "a").size(), 1);
+    QCOMPARE(samplesOf(graph, "a").first().value, 3.0);
+    QCOMPARE(samplesOf(graph, "b").first().value, -0.5);
+}
+
+void TestGraph::aKeyThatIsNoNumberDropsOut()
+{
+    const auto model = modelWith({"a", "b", "c"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    for (const char* name : {"a", "b", "c", "key/a", "unknown"})
+        graph.addSTMValue(name, nullptr);
+    graph.xUpdateTime();
+    QCOMPARE(graph.fSeries.keys(), QStringList({"a", "b", "c"}));
+    model->refreshSTMVal("key/b", ZoValue(std::string("text")));
+    graph.xUpdateTime();
+    QCOMPARE(graph.fSeries.keys(), QStringList({"a", "c"}));
+    QCOMPARE(samplesOf(graph, "c").size(), 2);
+    model->refreshSTMVal("key/b", ZoValue(4));
+    graph.xUpdateTime();
+    QCOMPARE(graph.fSeries.keys(), QStringList({"a", "c"}));
+}
+
+void TestGraph::latin1AliasesAreFound()
+{
+    const QString alias = QString::fromLatin1("\xe9paule");
+    const auto model = modelWith({alias});
+    Graph graph(model, nullptr);
+    graph.addSTMValue(alias, nullptr);
+    graph.xUpdateTime();
+    QCOMPARE(graph.fSeries.keys(), QStringList(alias));
+}
+
+void TestGraph::everyTenthStepOfTheProcessPrunes()
+{
+    const auto model = modelWith({"a"});
+    Graph one(model, nullptr);
+    Graph two(model, nullptr);
+    for (Graph* graph : {&one, &two}) {
+        graph->resize(800, 400);
+        graph->addSTMValue("a", nullptr);
+    }
+    stepUntilPruned(one);
+    int prunings = 0;
+    for (int step = 0; step < 40; ++step) {
+        Graph& graph = step % 2 == 0 ? one : two;
+        samplesOf(graph, "a") = {{-1000, 0}};
+        graph.xUpdateTime();
+        if (samplesOf(graph, "a").size() == 1)
+            ++prunings;
+    }
+    QCOMPARE(prunings, 4);
+}
+
+void TestGraph::samplesBeyondTheSpanAreForgotten()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    samplesOf(graph, "a") = {{-8.5, 1}, {-4, 2}};
+    stepUntilPruned(graph);
+    QCOMPARE(samplesOf(graph, "a").first().time, -4.0);
+    graph.fSpeed = 1000;
+    stepUntilPruned(graph);
+    QVERIFY(samplesOf(graph, "a").first().time >= -0.8);
+    QCOMPARE(samplesOf(graph, "a").size(), 20);
+}
+
+void TestGraph::speedZeroForgetsOnlyUnorderedSamples()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.fSpeed = 0;
+    graph.addSTMValue("a", nullptr);
+    samplesOf(graph, "a") = {{-1e9, 1}, {-1, 2}, {-5, 3}};
+    stepUntilPruned(graph);
+    QCOMPARE(samplesOf(graph, "a").size(), 12);
+    QCOMPARE(samplesOf(graph, "a").at(0).time, -1e9);
+    QCOMPARE(samplesOf(graph, "a").at(1).time, -5.0);
+}
+
+void TestGraph::sizeZeroAndSpeedZeroAreHarmless()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(0, 0);
+    graph.fSpeed = 0;
+    graph.addSTMValue("a", nullptr);
+    stepUntilPruned(graph);
+    QCOMPARE(samplesOf(graph, "a").size(), 10);
+}
+
+void TestGraph::aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint()
+{
+    auto model = modelWith({"a"});
+    CountingGraph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    graph.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    graph.init();
+    QTRY_VERIFY(!samplesOf(graph, "a").isEmpty());
+    model.reset();
+    QCoreApplication::processEvents();
+    const int size = samplesOf(graph, "a").size();
+    const int paints = graph.fPaints;
+    QSignalSpy ticks(graph.fTimer, SIGNAL(timeout()));
+    QTRY_VERIFY(ticks.size() >= 3);
+    QCoreApplication::processEvents();
+    QCOMPARE(samplesOf(graph, "a").size(), size);
+    QCOMPARE(graph.fPaints, paints);
+    Graph never({}, nullptr);
+    never.xUpdateTime();
+}
+
+void TestGraph::aHiddenOrPausedGraphDoesNotPaint()
+{
+    const auto model = modelWith({"a"});
+    CountingGraph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    QSignalSpy ticks(graph.fTimer, SIGNAL(timeout()));
+    QTRY_VERIFY(ticks.size() >= 2);
+    QCOMPARE(graph.fPaints, 0);
+    graph.show();
+    QTRY_VERIFY(graph.fPaints >= 3);
+    graph.hide();
+    QCoreApplication::processEvents();
+    const int paints = graph.fPaints;
+    ticks.clear();
+    QTRY_VERIFY(ticks.size() >= 3);
+    QCOMPARE(graph.fPaints, paints);
+    graph.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    graph.setPlay(false);
+    QCoreApplication::processEvents();
+    const int paused = graph.fPaints;
+    QTimer other;
+    QSignalSpy time(&other, SIGNAL(timeout()));
+    other.start(3 * Graph::fInterval);
+    QTRY_VERIFY(!time.isEmpty());
+    QCOMPARE(graph.fPaints, paused);
+}
+
+void TestGraph::autoscaleFindsTheRange_data()
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    using Values = QList<double>;
+    QTest::addColumn<QList<double>>("first");
+    QTest::addColumn<QList<double>>("second");
+    QTest::addColumn<double>("bottom");
+    QTest::addColumn<double>("top");
+    QTest::newRow("two curves") << Values{1, 2} << Values{-7, 0} << -7.0 << 2.0;
+    QTest::newRow("one value") << Values{5, 5} << Values{5} << -5.0 << 15.0;
+    QTest::newRow("no samples") << Values{} << Values{} << 2147483647.0 << -2147483647.0;
+    QTest::newRow("NaN among others")
+        << Values{notANumber, 2} << Values{4, notANumber} << 2.0 << 4.0;
+    QTest::newRow("infinities among others")
+        << Values{infinity, 2} << Values{4, -infinity} << 2.0 << 4.0;
+    QTest::newRow("nothing finite")
+        << Values{infinity} << Values{notANumber} << 2147483647.0 << -2147483647.0;
+    QTest::newRow("beyond the search") << Values{1e12, 2e12} << Values{} << 2147483647.0 << 2e12;
+}
+
+void TestGraph::autoscaleFindsTheRange()
+{
+    QFETCH(QList<double>, first);
+    QFETCH(QList<double>, second);
+    Graph graph({}, nullptr);
+    graph.addSTMValue("a", nullptr);
+    graph.addSTMValue("b", nullptr);
+    for (const double value : first)
+        samplesOf(graph, "a").append({0, value});
+    for (const double value : second)
+        samplesOf(graph, "b").append({0, value});
+    graph.xSetScaleFromAutoScale();
+    QTEST(graph.fMinY, "bottom");
+    QTEST(graph.fMaxY, "top");
+}
+
+void TestGraph::samplesReplacedFromOutsideCount()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    graph.xUpdateTime();
+    graph.xSetScaleFromAutoScale();
+    QCOMPARE(graph.fMaxY, 13.0);
+    samplesOf(graph, "a") = {{0, 50}, {0, 60}};
+    graph.xSetScaleFromAutoScale();
+    QCOMPARE(graph.fMinY, 50.0);
+    graph.xUpdateTime();
+    QCOMPARE(samplesOf(graph, "a").size(), 3);
+    graph.xSetScaleFromAutoScale();
+    QCOMPARE(graph.fMinY, 3.0);
+    QCOMPARE(graph.fMaxY, 60.0);
+}
+
+void TestGraph::aSharedSeriesMapIsLeftAlone()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.addSTMValue("a", nullptr);
+    samplesOf(graph, "a") = {{-1, 1}};
+    const auto copy = graph.fSeries;
+    graph.xUpdateTime();
+    QCOMPARE(copy["a"].second.size(), 1);
+    QVERIFY(!samplesOf(graph, "a").isEmpty());
+    graph.xCleanup();
+    QCOMPARE(copy["a"].second.size(), 1);
+    QVERIFY(samplesOf(graph, "a").isEmpty());
+}
+
+QTEST_MAIN(TestGraph)
+#include "tst_graph.moc"
