@@ -15,6 +15,7 @@ class TestZoValue : public GuardedTest
 
 private slots:
     void everyTypeHasItsCode();
+    void everyCodeHasItsWord();
     void anAssignedNumberKeepsItsType();
     void arraysGrowAndShrink();
     void wrongUseThrows();
@@ -36,6 +37,14 @@ void TestZoValue::everyTypeHasItsCode()
     QCOMPARE(ZoValue(0.5).getType(), 4);
     QCOMPARE(ZoValue("text").getType(), 5);
     QCOMPARE(ZoValue(std::string("text")).getType(), 5);
+}
+
+void TestZoValue::everyCodeHasItsWord()
+{
+    const char* const words[] = {"unknown", "invalid", "array",  "bool",
+                                 "int",     "float",   "string", "unknown"};
+    for (int code = -1; code <= 6; ++code)
+        QCOMPARE(ZoValue::typeName(code), words[code + 1]);
 }
 
 void TestZoValue::anAssignedNumberKeepsItsType()

@@ -44,9 +44,8 @@ struct DisplayText
 
 [[noreturn]] void throwWrongType(const char* wanted, int type)
 {
-    static const char* const names[] = {"an invalid value", "an array", "a bool",
-                                        "an int",           "a float",  "a string"};
-    throw ZoError(std::string("ZoValue: ") + wanted + " was asked of " + names[type]);
+    throw ZoError(std::string("ZoValue: ") + wanted + " was asked of a value of type " +
+                  ZoValue::typeName(type));
 }
 
 template <typename ElementsOfSomeConst>
@@ -102,6 +101,12 @@ int ZoValue::getSize() const noexcept
 int ZoValue::getType() const noexcept
 {
     return static_cast<int>(fData.index());
+}
+
+const char* ZoValue::typeName(int type) noexcept
+{
+    static constexpr const char* names[] = {"invalid", "array", "bool", "int", "float", "string"};
+    return type >= Invalid && type <= String ? names[type] : "unknown";
 }
 
 ZoValue::operator std::string&()

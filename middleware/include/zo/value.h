@@ -68,6 +68,9 @@ public:
 
     /// One of `Type`.
     int getType() const noexcept;
+    /// The word for a code of `getType`: "invalid", "array", "bool", "int", "float" or "string";
+    /// "unknown" for any other.
+    static const char* typeName(int type) noexcept;
 
     /// The string itself, to read or change. Throws ZoError when this is no string.
     operator std::string&();
