@@ -1,0 +1,37 @@
+#pragma once
+
+#include <zo/address.h>
+#include <zo/broker.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+/// What a user asks of the program `zo`.
+struct CommandLine
+{
+    enum class Command
+    {
+        None,
+        Help,
+        Version,
+        List,
+        Get,
+        Set,
+        Watch
+    };
+
+    Command command = Command::None;
+    ZoAddress address;
+    ZoBrokerOptions options;
+    std::vector<std::string> operands;      ///< what stands behind the command and its options
+    std::chrono::milliseconds period{1000}; ///< of watch
+    int count = 0;                          ///< polls of watch that print; 0: no end
+};
+
+/// Reads the words behind the program's name. Throws UsageError for every mistake. Reads the
+/// password file; opens nothing else.
+CommandLine readCommandLine(const std::vector<std::string>& words);
+
+/// The text of --help.
+std::string helpText();

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+class Output;
+class ZoMemoryProxy;
+
+/// What to watch, and how.
+struct Watch
+{
+    std::vector<std::string> keys;
+    std::chrono::milliseconds period;
+    int count; ///< polls that print; 0: no end
+};
+
+/// Prints a record for each key and poll, with the seconds since now before it. The polls keep
+/// their rate: one that is late makes the next no later. While the robot is lost, nothing is
+/// printed; `tell` hears once that it is lost, and once that it is back. Throws what Output does.
+void watchValues(ZoMemoryProxy& memory, const Watch& watch, Output& output,
+                 const std::function<void(const std::string&)>& tell);
+
+/// `time` in seconds with three decimals, in any locale.
+std::string secondsText(std::chrono::milliseconds time);

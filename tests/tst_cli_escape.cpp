@@ -1,0 +1,47 @@
+#include "support/guarded_test.h"
+
+#include <escape.h>
+
+#include <QtTest>
+
+/// How the program `zo` keeps a record on its line.
+class TestCliEscape : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void ordinaryTextStays();
+    void controlCharactersAreWrittenOut();
+    void unicodeLineBreaksAreWrittenOut();
+    void bytesThatAreNoUtf8Stay();
+};
+
+void TestCliEscape::ordinaryTextStays()
+{
+    for (const std::string text : {"", "Arm/Elbow/Angle", "a \"b\" 'c'", "\u00e9\u20ac\U0001F600"})
+        QCOMPARE(escaped(text), text);
+}
+
+void TestCliEscape::controlCharactersAreWrittenOut()
+{
+    QCOMPARE(escaped("a\tb\nc\rd\\e"), std::string("a\\tb\\nc\\rd\\\\e"));
+    QCOMPARE(escaped(std::string("\0\x01\x1b\x1f\x7f", 5)),
+             std::string("\\x00\\x01\\x1b\\x1f\\x7f"));
+    QCOMPARE(escaped("\\n"), std::string("\\\\n"));
+}
+
+void TestCliEscape::unicodeLineBreaksAreWrittenOut()
+{
+    QCOMPARE(escaped("a\u0085b\u009f"), std::string("a\\xc2\\x85b\\xc2\\x9f"));
+    QCOMPARE(escaped("\u2028\u2029\u2027"), std::string("\\xe2\\x80\\xa8\\xe2\\x80\\xa9\u2027"));
+    QCOMPARE(escaped("\u00a0\u00bf"), std::string("\u00a0\u00bf"));
+}
+
+void TestCliEscape::bytesThatAreNoUtf8Stay()
+{
+    for (const std::string text : {"\xe9t\xe9", "\xc2", "\xe2\x80", "\xff\xfe", "\x85"})
+        QCOMPARE(escaped(text), text);
+}
+
+QTEST_APPLESS_MAIN(TestCliEscape)
+#include "tst_cli_escape.moc"
