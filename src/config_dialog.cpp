@@ -1,0 +1,127 @@
+#include "config_dialog.h"
+
+#include "config_manager.h"
+#include "file_extension.h"
+#include "module.h"
+#include "stmlist_dialog.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QIcon>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+const int dialogWidth = 225;  // px
+const int dialogHeight = 120; // px
+
+QString fileFilter()
+{
+    const std::string filter = std::string("Xml file (*.") + configFileExtension + ")";
+    return ConfigDialog::tr(filter.c_str());
+}
+
+void addChosen(Module& module, const QList<QPair<QString, QString>>& chosen)
+{
+    std::vector<std::string> aliases;
+    aliases.reserve(static_cast<std::size_t>(chosen.size()));
+    for (const auto& each : chosen) {
+        aliases.push_back(each.second.toLatin1().toStdString());
+        module.addSTMVal(each.first.toLatin1().toStdString(), aliases.back());
+    }
+    module.graphStmVals(aliases, true);
+}
+
+} // namespace
+
+const QString ConfigDialog::fOpenImage = "buttons/open.png";
+const QString ConfigDialog::fNewImage = "buttons/new.png";
+
+ConfigDialog::ConfigDialog(boost::shared_ptr<Module> module, const std::string& imageDir,
+                           QWidget* parent)
+    : QDialog(parent), fModule(module)
+{
+    setFixedSize(dialogWidth, dialogHeight);
+    setWindowTitle("Glimmet configuration");
+    auto* layout = new QVBoxLayout(this);
+    const QString images = QString::fromStdString(imageDir);
+    auto* create = new QPushButton(QIcon(images + fNewImage), "New configuration file", this);
+    auto* open = new QPushButton(QIcon(images + fOpenImage), "Open configuration file", this);
+    auto* all = new QPushButton("Do not use a config file (slow)", this);
+    layout->addWidget(create);
+    layout->addWidget(open);
+    layout->addWidget(all);
+    connect(create, SIGNAL(clicked()), this, SLOT(xOnNew()));
+    connect(open, SIGNAL(clicked()), this, SLOT(xOnOpen()));
+    connect(all, SIGNAL(clicked()), this, SLOT(xOnAll()));
+}
+
+void ConfigDialog::xOnOpen()
+{
+    const boost::shared_ptr<Module> module = fModule.lock();
+    if (!module)
+        return;
+    const QString name = QFileDialog::getOpenFileName(
+        this, tr("Open File"), QCoreApplication::applicationDirPath(), fileFilter());
+    if (name.isEmpty())
+        return;
+    try {
+        ConfigManager::loadConfigurationFile(module, name);
+        accept();
+    } catch (const std::runtime_error& error) {
+        QMessageBox::warning(this, tr("Error"), tr(error.what()));
+        reject();
+    }
+}
+
+void ConfigDialog::xOnNew()
+{
+    const boost::shared_ptr<Module> module = fModule.lock();
+    if (!module)
+        return;
+    std::vector<std::string> names;
+    module->getListDatas(names);
+    StmListDialog dialog(names, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    addChosen(*module, dialog.chosen());
+    xSaveAliases(dialog.chosen());
+    accept();
+}
+
+// What is saved is the whole model, which holds more than the list when it was not empty before.
+void ConfigDialog::xSaveAliases(const QList<QPair<QString, QString>>& /*list*/)
+{
+    const boost::shared_ptr<Module> module = fModule.lock();
+    if (!module)
+        return;
+    QString name = QFileDialog::getSaveFileName(
+        this, tr("Save configuration file"), QCoreApplication::applicationDirPath(), fileFilter());
+    if (name.isEmpty())
+        return;
+    const QString ending = QString(".") + configFileExtension;
+    if (!name.endsWith(ending))
+        name += ending;
+    try {
+        ConfigManager::saveConfigurationFile(module->fModel, name);
+    } catch (const std::runtime_error& error) {
+        QMessageBox::warning(this, tr("Error"), QString::fromUtf8(error.what()));
+    }
+}
+
+void ConfigDialog::xOnAll()
+{
+    const boost::shared_ptr<Module> module = fModule.lock();
+    if (!module)
+        return;
+    std::vector<std::string> names;
+    module->getListDatas(names);
+    for (const std::string& name : names)
+        module->addSTMVal(name, name);
+    accept();
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/// What the names of configuration files end in, behind a dot.
+constexpr const char* configFileExtension = "xml";
