@@ -1,7 +1,11 @@
 #include "support/guarded_test.h"
+#include "support/redis_server.h"
 
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>
+
+#include <zo/error.h>
+#include <zo/memory_proxy.h>
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -28,6 +32,8 @@ private slots:
     void needsAConnectionUnlessOverridden();
     void startsWithoutBrokerPanelAndParent();
     void isKnownByItsIdentifier();
+    void connectsToTheRobotWithTheHostsOptions();
+    void keepsTheOldBrokerWhenTheRobotCannotBeReached();
     void panelsCanBeToldThatTheRobotIsGone();
 };
 
@@ -49,6 +55,34 @@ void TestWidgetInterface::isKnownByItsIdentifier()
 {
     QCOMPARE(QByteArray(qobject_interface_iid<WidgetInterface*>()),
              QByteArray("org.tarvek.desktop.WidgetInterface/0.1"));
+}
+
+void TestWidgetInterface::connectsToTheRobotWithTheHostsOptions()
+{
+    RedisServer::Options options;
+    options.users = {"reader on >look ~* +@all"};
+    options.defaultPassword = "not-for-everybody";
+    const RedisServer robot(options);
+    robot.command({"SET", "Arm/Angle", "0.5"});
+    PlainPlugin plugin;
+    plugin.fBrokerOptions.user = "reader";
+    plugin.fBrokerOptions.password = "look";
+    plugin.initBroker(plugin.fBroker, "PlainBroker", "127.0.0.1", robot.port(), "");
+    QCOMPARE(plugin.fBroker->getName(), std::string("PlainBroker"));
+    ZoMemoryProxy memory(plugin.fBroker->getProxy("ZoMemory", 0));
+    QCOMPARE(memory.getDataListName(), std::vector<std::string>{"Arm/Angle"});
+}
+
+void TestWidgetInterface::keepsTheOldBrokerWhenTheRobotCannotBeReached()
+{
+    RedisServer robot;
+    PlainPlugin plugin;
+    plugin.initBroker(plugin.fBroker, "first", "127.0.0.1", robot.port(), "");
+    const boost::shared_ptr<ZoBroker> first = plugin.fBroker;
+    robot.kill();
+    QVERIFY_EXCEPTION_THROWN(
+        plugin.initBroker(plugin.fBroker, "second", "127.0.0.1", robot.port(), ""), ZoError);
+    QCOMPARE(plugin.fBroker, first);
 }
 
 void TestWidgetInterface::panelsCanBeToldThatTheRobotIsGone()

@@ -8,3 +8,9 @@ bool WidgetInterface::requiresConnection() const
 {
     return true;
 }
+
+void WidgetInterface::initBroker(boost::shared_ptr<ZoBroker>& broker, const std::string& brokerName,
+                                 const std::string& ip, int port, const std::string&)
+{
+    broker = ZoBroker::create(brokerName, ip, port, fBrokerOptions);
+}
