@@ -1,0 +1,8 @@
+// A shared library like any other.
+
+#include <QtGlobal>
+
+extern "C" Q_DECL_EXPORT int answer()
+{
+    return 42;
+}
