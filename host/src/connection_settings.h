@@ -1,0 +1,19 @@
+#pragma once
+
+#include <zo/address.h>
+#include <zo/broker.h>
+
+#include <QString>
+
+/// How the user wants to reach one robot.
+struct ConnectionSettings
+{
+    ZoAddress address;
+    QString user;     ///< empty: the server's default user
+    QString password; ///< empty: none; never stored
+    bool tls = false;
+    QString caFile; ///< PEM file of authorities for TLS; empty: those of the system
+
+    QString addressText() const { return QString::fromStdString(address.toText()); }
+    ZoBrokerOptions brokerOptions() const;
+};
