@@ -1,0 +1,66 @@
+#pragma once
+
+#include <zo/broker.h>
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+
+/// What a window knows about its robot.
+struct ConnectionState
+{
+    bool connected = false;
+    bool wasLost = false; ///< was down before, in this window
+    QDateTime since;      ///< local time of the last change of `connected`
+    QString cause;        ///< why it is down; empty while connected
+};
+
+/// Watches the links of one window and tells when its robot is lost and back. It asks each link
+/// for its state, which never blocks. The robot counts as lost when any of the links is down for
+/// longer than `grace`: a link that is back before that has cost nobody a value.
+class ConnectionMonitor : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int pollInterval = 100; ///< ms
+    static constexpr int grace = 300;        ///< ms
+
+    using Link = std::function<ZoLinkStatus()>;
+
+    explicit ConnectionMonitor(QObject* parent = nullptr);
+
+    /// Starts watching one more link; returns a number to stop it with.
+    int watch(Link link);
+    int watch(boost::shared_ptr<ZoBroker> broker);
+    void stopWatching(int number);
+
+    const ConnectionState& state() const { return fState; }
+
+signals:
+    /// The robot is lost: once per outage.
+    void lost();
+    /// The robot is there again, on every link.
+    void back();
+    /// `state()` is another one.
+    void changed();
+
+private slots:
+    void xPoll();
+
+private:
+    ZoLinkStatus worst() const;
+    bool isLost() const { return !fState.connected && fState.wasLost; }
+    void setConnected(const ZoLinkStatus& status);
+    void setDown(const ZoLinkStatus& status);
+
+    std::map<int, Link> fLinks;
+    int fLastNumber = 0;
+    QTimer fTimer;
+    QElapsedTimer fDownFor; ///< invalid while all links are up
+    ConnectionState fState;
+};
