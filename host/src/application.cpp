@@ -1,0 +1,71 @@
+#include "application.h"
+
+#include "error_reporter.h"
+
+#include <QEvent>
+#include <QWidget>
+
+#include <clocale>
+#include <exception>
+
+namespace {
+
+bool isUserAction(int eventType)
+{
+    switch (eventType) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void Application::prepare()
+{
+    setAttribute(Qt::AA_EnableHighDpiScaling);
+    setAttribute(Qt::AA_UseHighDpiPixmaps);
+    setApplicationName("Tarvek Desktop");
+    setOrganizationName("Tarvek");
+    setApplicationVersion(TARVEK_VERSION);
+}
+
+Application::Application(int& argc, char** argv)
+    : QApplication(argc, argv), fErrors(new ErrorReporter(this))
+{
+    // The toolkit takes the user's locale for the C library, too. With a decimal comma there,
+    // strtod() would read "0.5" as 0, and panels read the robot's numbers with it.
+    std::setlocale(LC_NUMERIC, "C");
+    // Dialogs come and go while windows are being made: the program itself knows when to end.
+    setQuitOnLastWindowClosed(false);
+}
+
+Application::~Application() = default;
+
+bool Application::notify(QObject* receiver, QEvent* event)
+{
+    // Read now: whoever threw may have deleted both.
+    const QEvent::Type type = event->type();
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const std::exception& error) {
+        reportException(type, QString::fromUtf8(error.what()));
+    } catch (...) {
+        reportException(type, tr("An error that does not describe itself."));
+    }
+    return true;
+}
+
+void Application::reportException(int eventType, const QString& text)
+{
+    QWidget* window = activeModalWidget() ? activeModalWidget() : activeWindow();
+    fErrors->report(window, text,
+                    isUserAction(eventType) ? ErrorReporter::Origin::UserAction
+                                            : ErrorReporter::Origin::RunningWork);
+}
