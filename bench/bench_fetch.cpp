@@ -1,0 +1,270 @@
+// Reading a robot's memory: whole fetches beside a bare MGET of the same keys, storing a reply,
+// and reading numbers back. Prints the ratios that matter and the memory that a model takes.
+
+#include "ratios.h"
+
+#include "gc_interface.h"
+#include "module.h"
+#include "record_finder.h"
+#include "support/redis_server.h"
+
+#include <zo/zo.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/make_shared.hpp>
+#include <hiredis/hiredis.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int mostKeys = 100000;
+
+std::string keyName(int i)
+{
+    return "Body/Joint" + std::to_string(i) + "/Position";
+}
+
+std::string aliasName(int i)
+{
+    return "Joint" + std::to_string(i);
+}
+
+/// A float that needs all of its 17 digits.
+std::string longFloat(std::mt19937& generator)
+{
+    std::uniform_real_distribution<double> positions(0.1, 1.0);
+    std::string text(32, '\0');
+    std::string back(32, '\0');
+    double value = 0;
+    do {
+        value = positions(generator);
+        back.resize(static_cast<std::size_t>(std::snprintf(back.data(), 32, "%.16g", value)));
+    } while (std::strtod(back.c_str(), nullptr) == value);
+    text.resize(static_cast<std::size_t>(std::snprintf(text.data(), 32, "%.17g", value)));
+    return text;
+}
+
+/// The robot of all benchmarks, with every key.
+const RedisServer& robot()
+{
+    static const auto server = [] {
+        auto made = std::make_unique<RedisServer>();
+        std::mt19937 generator(1);
+        for (int i = 0; i < mostKeys;) {
+            std::vector<std::string> words{"MSET"};
+            for (const int end = i + 1000; i < end; ++i) {
+                words.push_back(keyName(i));
+                words.push_back(longFloat(generator));
+            }
+            made->command(words);
+        }
+        return made;
+    }();
+    return *server;
+}
+
+class Observer final : public GCInterface
+{
+public:
+    void refreshTree() override { ++refreshed; }
+    void resetTree() override {}
+
+    int refreshed = 0;
+};
+
+/// A module with the first `keys` keys of the robot.
+struct Panel
+{
+    explicit Panel(int keys)
+    {
+        module.fGCInterface = &observer;
+        for (int i = 0; i < keys; ++i)
+            module.addSTMVal(keyName(i), aliasName(i));
+    }
+
+    /// Whether a fetch went through: a failing one is silent and fast.
+    bool fetch()
+    {
+        const int before = observer.refreshed;
+        module.getDatas(true);
+        return observer.refreshed == before + 1;
+    }
+
+    static ZoBrokerOptions patient()
+    {
+        ZoBrokerOptions options;
+        options.exchangeTimeout = std::chrono::seconds(10); // a busy machine is no failure here
+        return options;
+    }
+
+    boost::shared_ptr<ZoBroker> broker =
+        ZoBroker::create("bench", "127.0.0.1", robot().port(), patient());
+    Observer observer;
+    Module module{boost::make_shared<ZoMemoryProxy>(broker->getProxy("ZoMemory", 0))};
+};
+
+void fetchGlimmet(benchmark::State& state)
+{
+    Panel panel(static_cast<int>(state.range(0)));
+    if (!panel.fetch() || panel.module.fModel->fSTMVals.back()->type != "float")
+        return state.SkipWithError("the first fetch failed");
+    for (auto _ : state) {
+        if (!panel.fetch())
+            return state.SkipWithError("a fetch failed");
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void fetchRawMget(benchmark::State& state)
+{
+    const std::unique_ptr<redisContext, decltype(&redisFree)> context(
+        redisConnect("127.0.0.1", robot().port()), &redisFree);
+    const int keys = static_cast<int>(state.range(0));
+    std::vector<std::string> words{"MGET"};
+    for (int i = 0; i < keys; ++i)
+        words.push_back(keyName(i));
+    std::vector<const char*> texts;
+    std::vector<std::size_t> sizes;
+    for (const std::string& word : words) {
+        texts.push_back(word.data());
+        sizes.push_back(word.size());
+    }
+    for (auto _ : state) {
+        auto* reply = static_cast<redisReply*>(
+            redisCommandArgv(context.get(), keys + 1, texts.data(), sizes.data()));
+        if (!reply || reply->type != REDIS_REPLY_ARRAY)
+            return state.SkipWithError("MGET failed");
+        freeReplyObject(reply);
+    }
+    state.SetItemsProcessed(state.iterations() * keys);
+}
+
+/// A request for a model's first `keys` keys, and a reply of as many floats.
+std::pair<ZoValue, ZoValue> exchangeOf(int keys)
+{
+    std::mt19937 generator(2);
+    ZoValue request;
+    ZoValue reply;
+    request.arraySetSize(keys);
+    reply.arraySetSize(keys);
+    for (int i = 0; i < keys; ++i) {
+        request[i].arraySetSize(2);
+        request[i][0] = keyName(i);
+        request[i][1] = 0;
+        reply[i] = std::strtod(longFloat(generator).c_str(), nullptr);
+    }
+    return {std::move(request), std::move(reply)};
+}
+
+void fill(Model& model, int keys)
+{
+    for (int i = 0; i < keys; ++i)
+        model.addSTMVal(keyName(i), aliasName(i));
+}
+
+void store(benchmark::State& state)
+{
+    const int keys = static_cast<int>(state.range(0));
+    Model model;
+    fill(model, keys);
+    const auto [request, reply] = exchangeOf(keys);
+    KeyFinder byKey;
+    for (auto _ : state)
+        model.refreshSTMVals(request, reply, byKey);
+    state.SetItemsProcessed(state.iterations() * keys);
+}
+
+void numbers(benchmark::State& state)
+{
+    const int keys = static_cast<int>(state.range(0));
+    Model model;
+    fill(model, keys);
+    const auto [request, reply] = exchangeOf(keys);
+    KeyFinder byKey;
+    model.refreshSTMVals(request, reply, byKey);
+    std::vector<std::string> aliases;
+    for (int i = 0; i < keys; ++i)
+        aliases.push_back(aliasName(i));
+    std::sort(aliases.begin(), aliases.end()); // as series are kept, not as keys were added
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> found;
+    for (auto _ : state) {
+        model.getDoubleVals(aliases, byAlias, found);
+        benchmark::DoNotOptimize(found.data());
+    }
+    state.SetItemsProcessed(state.iterations() * keys);
+}
+
+std::size_t allocatedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+std::size_t textBytes(const Model& model)
+{
+    std::size_t bytes = 0;
+    for (const auto& record : model.fSTMVals)
+        bytes += record->names.first.size() + record->names.second.size() + record->type.size() +
+                 record->value.size();
+    return bytes;
+}
+
+void printMemory()
+{
+    robot();
+    const std::size_t before = allocatedBytes();
+    Panel panel(mostKeys);
+    if (!panel.fetch())
+        throw std::runtime_error("the fetch for the memory figure failed");
+    const double all = static_cast<double>(allocatedBytes() - before) / mostKeys;
+    const double texts = static_cast<double>(textBytes(*panel.module.fModel)) / mostKeys;
+    std::printf("memory of %d fetched keys: %.0f bytes a key, of which %.0f are texts "
+                "and %.0f are not (aim below 400)\n",
+                mostKeys, all, texts, all - texts);
+}
+
+std::vector<Ratio> ratiosWanted()
+{
+    std::vector<Ratio> ratios;
+    for (const char* keys : {"1000", "10000", "100000"})
+        ratios.push_back(
+            {std::string("fetch/glimmet/") + keys, std::string("fetch/raw_mget/") + keys, 1.5});
+    for (const std::string name : {"fetch/glimmet", "store", "numbers"})
+        ratios.push_back({name + "/100000", name + "/10000", 12});
+    return ratios;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    const auto add = [](const char* name, void (*body)(benchmark::State&)) {
+        benchmark::RegisterBenchmark(name, body)
+            ->RangeMultiplier(10)
+            ->Range(100, mostKeys)
+            ->Unit(benchmark::kMicrosecond)
+            ->UseRealTime();
+    };
+    add("fetch/glimmet", fetchGlimmet);
+    add("fetch/raw_mget", fetchRawMget);
+    add("store", store);
+    add("numbers", numbers);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.print(ratiosWanted());
+    printMemory();
+}
