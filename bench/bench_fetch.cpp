@@ -39,18 +39,13 @@ std::string aliasName(int i)
     return "Joint" + std::to_string(i);
 }
 
-/// A float that needs all of its 17 digits.
+/// A float between 0.1 and 1, written with all of its 17 digits.
 std::string longFloat(std::mt19937& generator)
 {
     std::uniform_real_distribution<double> positions(0.1, 1.0);
     std::string text(32, '\0');
-    std::string back(32, '\0');
-    double value = 0;
-    do {
-        value = positions(generator);
-        back.resize(static_cast<std::size_t>(std::snprintf(back.data(), 32, "%.16g", value)));
-    } while (std::strtod(back.c_str(), nullptr) == value);
-    text.resize(static_cast<std::size_t>(std::snprintf(text.data(), 32, "%.17g", value)));
+    const int size = std::snprintf(text.data(), text.size(), "%.17g", positions(generator));
+    text.resize(static_cast<std::size_t>(size));
     return text;
 }
 
