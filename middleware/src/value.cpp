@@ -48,17 +48,6 @@ struct DisplayText
                   ZoValue::typeName(type));
 }
 
-template <typename ElementsOfSomeConst>
-auto& elementAt(ElementsOfSomeConst* elements, int index, int type)
-{
-    if (!elements)
-        throwWrongType("an element", type);
-    if (index < 0 || static_cast<std::size_t>(index) >= elements->size())
-        throw ZoError("ZoValue: no element " + std::to_string(index) + " in an array of " +
-                      std::to_string(elements->size()));
-    return (*elements)[static_cast<std::size_t>(index)];
-}
-
 } // namespace
 
 ZoValue::ZoValue(const std::vector<std::string>& values)
@@ -82,25 +71,17 @@ void ZoValue::arraySetSize(int size)
     std::get<Elements>(fData).resize(static_cast<std::size_t>(size));
 }
 
-ZoValue& ZoValue::operator[](int index)
+void ZoValue::throwNoElement(int index) const
 {
-    return elementAt(std::get_if<Elements>(&fData), index, getType());
+    if (!std::holds_alternative<Elements>(fData))
+        throwWrongType("an element", getType());
+    throw ZoError("ZoValue: no element " + std::to_string(index) + " in an array of " +
+                  std::to_string(getSize()));
 }
 
-const ZoValue& ZoValue::operator[](int index) const
+void ZoValue::throwNoString() const
 {
-    return elementAt(std::get_if<Elements>(&fData), index, getType());
-}
-
-int ZoValue::getSize() const noexcept
-{
-    const auto* elements = std::get_if<Elements>(&fData);
-    return elements ? static_cast<int>(elements->size()) : 0;
-}
-
-int ZoValue::getType() const noexcept
-{
-    return static_cast<int>(fData.index());
+    throwWrongType("a string", getType());
 }
 
 const char* ZoValue::typeName(int type) noexcept
@@ -112,14 +93,6 @@ const char* ZoValue::typeName(int type) noexcept
 ZoValue::operator std::string&()
 {
     return const_cast<std::string&>(asString());
-}
-
-const std::string& ZoValue::asString() const
-{
-    const auto* text = std::get_if<std::string>(&fData);
-    if (!text)
-        throwWrongType("a string", getType());
-    return *text;
 }
 
 std::string ZoValue::toString(_TVerbosity verbosity) const

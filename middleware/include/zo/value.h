@@ -60,14 +60,27 @@ public:
     void arraySetSize(int size);
 
     /// Element of an array. Throws ZoError when this is no array or has no such element.
-    ZoValue& operator[](int index);
-    const ZoValue& operator[](int index) const;
+    ZoValue& operator[](int index)
+    {
+        return const_cast<ZoValue&>(static_cast<const ZoValue&>(*this)[index]);
+    }
+    const ZoValue& operator[](int index) const
+    {
+        const auto* elements = std::get_if<Elements>(&fData);
+        if (!elements || static_cast<std::size_t>(index) >= elements->size())
+            throwNoElement(index);
+        return (*elements)[static_cast<std::size_t>(index)];
+    }
 
     /// Number of elements of an array; 0 for any other type.
-    int getSize() const noexcept;
+    int getSize() const noexcept
+    {
+        const auto* elements = std::get_if<Elements>(&fData);
+        return elements ? static_cast<int>(elements->size()) : 0;
+    }
 
     /// One of `Type`.
-    int getType() const noexcept;
+    int getType() const noexcept { return static_cast<int>(fData.index()); }
     /// The word for a code of `getType`: "invalid", "array", "bool", "int", "float" or "string";
     /// "unknown" for any other.
     static const char* typeName(int type) noexcept;
@@ -75,7 +88,13 @@ public:
     /// The string itself, to read or change. Throws ZoError when this is no string.
     operator std::string&();
     /// The string itself. Throws ZoError when this is no string.
-    const std::string& asString() const;
+    const std::string& asString() const
+    {
+        const auto* text = std::get_if<std::string>(&fData);
+        if (!text)
+            throwNoString();
+        return *text;
+    }
 
     /// The value as text. A string is its own text; a bool is "true" or "false"; a number is the
     /// shortest text that strtod reads back exactly ("3" for 3 and for 3.0, "nan", "inf",
@@ -100,5 +119,8 @@ public:
     const Data& data() const noexcept { return fData; }
 
 private:
+    [[noreturn]] void throwNoElement(int index) const;
+    [[noreturn]] void throwNoString() const;
+
     Data fData;
 };
