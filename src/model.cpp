@@ -7,23 +7,26 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
 /// One less than a channel has values: no random colour is ever full white.
 constexpr int randomChannelValues = 255;
 
-const char* typeName(int code)
+std::string_view typeName(int code)
 {
-    static constexpr std::array<const char*, 6> names{"invalid", "array", "bool",
-                                                      "int",     "float", "string"};
+    static constexpr std::array<std::string_view, 6> names{"invalid", "array", "bool",
+                                                           "int",     "float", "string"};
     const bool known = code >= 0 && code < static_cast<int>(names.size());
     return known ? names[static_cast<std::size_t>(code)] : "unknown";
 }
 
 void store(STMVal& record, const ZoValue& value)
 {
-    record.type = typeName(value.getType());
+    const std::string_view type = typeName(value.getType());
+    if (record.type != type)
+        record.type = type;
     value.toString(ZoNormal, record.value);
 }
 

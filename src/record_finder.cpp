@@ -37,17 +37,27 @@ STMVal* RecordFinder::find(const Records& records, const std::string& text)
         remember(records);
         found = candidate(records, hash, text);
     }
-    return found == nowhere ? nullptr : records[found].get();
+    if (found == nowhere)
+        return nullptr;
+    if (found == fChecked)
+        ++fChecked; // its very text was just compared
+    fGuess = found + 1;
+    return records[found].get();
 }
 
 std::uint32_t RecordFinder::candidate(const Records& records, std::uint32_t hash,
                                       const std::string& text) const
 {
+    const auto matches = [&](std::uint32_t position) {
+        return fHashes[position] == hash && records[position]->names.*fName == text;
+    };
+    // Texts often come in the order of the records; then the buckets need not be touched.
+    if (fGuess < records.size() && fIsFirst[fGuess] && matches(fGuess))
+        return fGuess;
     if (records.empty())
         return nowhere;
     std::uint32_t position = fBuckets[hash & (fBuckets.size() - 1)];
-    while (position != nowhere &&
-           (fHashes[position] != hash || records[position]->names.*fName != text))
+    while (position != nowhere && !matches(position))
         position = fNext[position];
     return position;
 }
@@ -64,12 +74,16 @@ void RecordFinder::remember(const Records& records)
     fChecked = 0;
     fHashes.reserve(records.size()); // what may run out of memory comes first
     fNext.resize(records.size());
+    fIsFirst.assign(records.size(), false);
     fBuckets.assign(bucketCount(records.size()), nowhere);
     fHashes.resize(records.size());
     // From the back, so that every bucket lists its positions in ascending order.
     for (std::size_t position = records.size(); position-- > 0;) {
         fHashes[position] = fHash(records[position]->names.*fName);
         std::uint32_t& first = fBuckets[fHashes[position] & (fBuckets.size() - 1)];
+        if (first != nowhere)
+            fIsFirst[first] = false;
+        fIsFirst[position] = true;
         fNext[position] = first;
         first = static_cast<std::uint32_t>(position);
     }
