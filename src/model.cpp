@@ -5,28 +5,16 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <string_view>
 
 namespace {
 
 /// One less than a channel has values: no random colour is ever full white.
 constexpr int randomChannelValues = 255;
 
-std::string_view typeName(int code)
-{
-    static constexpr std::array<std::string_view, 6> names{"invalid", "array", "bool",
-                                                           "int",     "float", "string"};
-    const bool known = code >= 0 && code < static_cast<int>(names.size());
-    return known ? names[static_cast<std::size_t>(code)] : "unknown";
-}
-
 void store(STMVal& record, const ZoValue& value)
 {
-    const std::string_view type = typeName(value.getType());
-    if (record.type != type)
-        record.type = type;
+    record.type = ZoValue::typeName(value.getType());
     value.toString(ZoNormal, record.value);
 }
 
