@@ -6,7 +6,7 @@ namespace {
 
 std::string latenessOf(const std::string& name, SteadyClock::time_point deadline)
 {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now());
+    const auto left = std::chrono::round<std::chrono::milliseconds>(deadline - SteadyClock::now());
     return "no reply to " + name + " within " + std::to_string(left.count()) + " ms";
 }
 

@@ -1,5 +1,7 @@
 #include "peer.h"
 
+#include <zo/address.h>
+
 #include <algorithm>
 #include <utility>
 

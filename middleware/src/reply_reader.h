@@ -16,7 +16,7 @@ class ReplyReader
 public:
     static constexpr std::size_t fMaxValue = std::size_t{1} << 20;
     static constexpr std::size_t fMaxReply = std::size_t{64} << 20;
-    static constexpr std::size_t fMaxLine = std::size_t{1} << 16;
+    static constexpr std::size_t fMaxLine = std::size_t{1} << 12;
 
     ReplyReader();
 

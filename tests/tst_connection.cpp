@@ -1,0 +1,316 @@
+#include "support/fake_robot.h"
+#include "support/guarded_test.h"
+#include "support/robot.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <future>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+volatile std::sig_atomic_t pipeSignals = 0;
+
+/// A link to `robot` whose every exchange has `limit`.
+boost::shared_ptr<ZoBroker> linkTo(const FakeRobot& robot, milliseconds limit = milliseconds(10000))
+{
+    ZoBrokerOptions options = patientOptions();
+    options.exchangeTimeout = limit;
+    options.keyListTimeout = limit;
+    options.pingInterval = std::chrono::hours(1);
+    return ZoBroker::create("TestBroker", "127.0.0.1", robot.port(), options);
+}
+
+ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
+{
+    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+}
+
+/// Greets, and answers each further command with `reply`.
+FakeRobot::Script answering(const std::string& reply)
+{
+    return [reply](FakeConnection& connection) {
+        connection.greet();
+        while (true) {
+            connection.readCommand();
+            connection.send(reply);
+        }
+    };
+}
+
+std::vector<std::string> manyKeys(int count)
+{
+    return std::vector<std::string>(static_cast<std::size_t>(count), "Arm/Angle");
+}
+
+std::string arrayOf(int size, const std::string& element)
+{
+    std::string reply = "*" + std::to_string(size) + "\r\n";
+    for (int i = 0; i < size; ++i)
+        reply += element;
+    return reply;
+}
+
+} // namespace
+
+/// What a hostile or broken server can do to a link: nothing but end it with a clear error.
+class TestConnection : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aBadReplyEndsTheLink_data();
+    void aBadReplyEndsTheLink();
+    void aTooLargeReplyEndsTheLink();
+    void drippingBytesDoNotMoveTheDeadline();
+    void aReplyThatBreaksOffEndsTheLink();
+    void aLateReplyReachesNobody();
+    void aReplyTooManyEndsTheLink();
+    void anErrorForOneChunkKeepsTheLink();
+    void aKeyListThatNeverEndsIsGivenUp();
+    void aBadKeyListEndsTheLink_data();
+    void aBadKeyListEndsTheLink();
+    void aClosedPeerRaisesNoSignal();
+    void oneWhoWaitsInVainForItsTurnLeavesTheLinkUp();
+    void errorTextsAreShownWithoutControlCharacters();
+};
+
+void TestConnection::aBadReplyEndsTheLink_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("two billion values")
+        << QByteArray("*2147483647\r\n") << "2147483647 values for 2";
+    QTest::newRow("one too few") << QByteArray("*1\r\n$1\r\n1\r\n") << "1 values for 2 keys";
+    QTest::newRow("one too many") << QByteArray("*3\r\n$1\r\n1\r\n$1\r\n1\r\n$1\r\n1\r\n")
+                                  << "3 values for 2 keys";
+    QTest::newRow("a value of 2 GiB")
+        << QByteArray("*2\r\n$1\r\n1\r\n$2147483648\r\n") << "value of \"Leg\" is larger";
+    QTest::newRow("garbage") << QByteArray("lorem ipsum\r\n") << "malformed reply";
+    QTest::newRow("a status") << QByteArray("+OK\r\n") << "malformed reply";
+    QTest::newRow("a number") << QByteArray(":2\r\n") << "malformed reply";
+    QTest::newRow("no array") << QByteArray("*-1\r\n") << "malformed reply";
+    QTest::newRow("arrays as values") << QByteArray("*2\r\n*1\r\n$1\r\n1\r\n") << "malformed reply";
+    QTest::newRow("numbers as values") << QByteArray("*2\r\n:1\r\n:1\r\n") << "malformed reply";
+    QTest::newRow("errors as values") << QByteArray("*2\r\n-ERR\r\n-ERR\r\n") << "malformed reply";
+}
+
+void TestConnection::aBadReplyEndsTheLink()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, message);
+    const FakeRobot robot([&](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
+        answering(reply.toStdString())(connection);
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm", "Leg"})); });
+    QVERIFY2(contains(error, message.toStdString()), error.c_str());
+    QVERIFY2(contains(error, "127.0.0.1:" + std::to_string(robot.port())), error.c_str());
+    QVERIFY(!broker->isConnected());
+    QCOMPARE(broker->linkStatus().cause, error);
+    QVERIFY(contains(errorOf([&] { memory.getDataListName(); }), error));
+}
+
+void TestConnection::aTooLargeReplyEndsTheLink()
+{
+    const std::string value = "$1048576\r\n" + std::string(1 << 20, 'x') + "\r\n";
+    const FakeRobot robot(answering(arrayOf(70, value)));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot));
+    const std::string error = errorOf([&] { memory.getListData(requestFor(manyKeys(70))); });
+    QVERIFY2(contains(error, "64 MiB"), error.c_str());
+}
+
+void TestConnection::drippingBytesDoNotMoveTheDeadline()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        connection.sendSlowly("*1\r\n$100000\r\n" + std::string(100000, 'x') + "\r\n");
+    });
+    const auto broker = linkTo(robot, milliseconds(300));
+    ZoMemoryProxy memory = memoryOf(broker);
+    QElapsedTimer timer;
+    timer.start();
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    QVERIFY2(contains(error, "no reply to MGET within 300 ms"), error.c_str());
+    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    QTRY_VERIFY(!broker->isConnected());
+}
+
+void TestConnection::aReplyThatBreaksOffEndsTheLink()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
+        connection.greet();
+        connection.readCommand();
+        connection.send("*2\r\n$1\r\n1\r\n$5\r\nab");
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm", "Leg"})); });
+    QVERIFY2(contains(error, "closed the connection"), error.c_str());
+    QVERIFY(!broker->isConnected());
+}
+
+void TestConnection::aLateReplyReachesNobody()
+{
+    std::promise<void> isLate;
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        if (connection.number() == 0) {
+            connection.readCommand();
+            isLate.get_future().wait();
+            connection.send("*1\r\n$1\r\n1\r\n");
+        }
+        while (true) {
+            connection.readCommand();
+            connection.send("*1\r\n$1\r\n2\r\n");
+        }
+    });
+    const auto broker = linkTo(robot, milliseconds(500));
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    isLate.set_value();
+    QVERIFY2(contains(error, "no reply"), error.c_str());
+    ZoValue values;
+    QTRY_VERIFY(errorOf([&] { values = memory.getListData(requestFor({"Leg"})); }).empty());
+    QVERIFY(values[0] == ZoValue(2));
+}
+
+void TestConnection::aReplyTooManyEndsTheLink()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
+        answering("*1\r\n$1\r\n1\r\n*1\r\n$1\r\n2\r\n")(connection);
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    QTRY_VERIFY(!broker->isConnected());
+    QVERIFY(contains(broker->linkStatus().cause, "more than was asked for"));
+}
+
+void TestConnection::anErrorForOneChunkKeepsTheLink()
+{
+    std::atomic<bool> isLoading{true};
+    const std::string chunk = arrayOf(1000, "$1\r\n1\r\n");
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        while (true) {
+            connection.readCommand();
+            connection.send(chunk);
+            connection.readCommand();
+            connection.send(isLoading ? "-LOADING the robot wakes up\r\n" : chunk);
+        }
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const ZoValue request = requestFor(manyKeys(2000));
+    const std::string error = errorOf([&] { memory.getListData(request); });
+    QVERIFY2(contains(error, "refuses MGET: LOADING the robot wakes up"), error.c_str());
+    QVERIFY(broker->isConnected());
+    isLoading = false;
+    QVERIFY(memory.getListData(request)[1999] == ZoValue(1));
+}
+
+void TestConnection::aKeyListThatNeverEndsIsGivenUp()
+{
+    const FakeRobot robot(answering("*2\r\n$1\r\n7\r\n*1\r\n$1\r\na\r\n"));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot, milliseconds(300)));
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "SCAN"), error.c_str());
+}
+
+void TestConnection::aBadKeyListEndsTheLink_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::newRow("one part") << QByteArray("*1\r\n$1\r\n0\r\n");
+    QTest::newRow("no cursor") << QByteArray("*2\r\n$3\r\nfoo\r\n*0\r\n");
+    QTest::newRow("long cursor") << QByteArray("*2\r\n$30\r\n" + QByteArray(30, '1') +
+                                               "\r\n*0\r\n");
+    QTest::newRow("no list") << QByteArray("*2\r\n$1\r\n0\r\n$1\r\na\r\n");
+    QTest::newRow("list first") << QByteArray("*2\r\n*0\r\n$1\r\n0\r\n");
+    QTest::newRow("a huge list") << QByteArray("*2\r\n$1\r\n0\r\n*2147483647\r\n");
+    QTest::newRow("lists in the list") << QByteArray("*2\r\n$1\r\n0\r\n*1\r\n*0\r\n");
+    QTest::newRow("nil in the list") << QByteArray("*2\r\n$1\r\n0\r\n*1\r\n$-1\r\n");
+    QTest::newRow("a status") << QByteArray("+OK\r\n");
+    QTest::newRow("a number") << QByteArray(":0\r\n");
+}
+
+void TestConnection::aBadKeyListEndsTheLink()
+{
+    QFETCH(QByteArray, reply);
+    const FakeRobot robot([&](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
+        answering(reply.toStdString())(connection);
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "malformed reply to SCAN"), error.c_str());
+    QVERIFY(!broker->isConnected());
+}
+
+void TestConnection::aClosedPeerRaisesNoSignal()
+{
+    const auto before = std::signal(SIGPIPE, [](int) { pipeSignals = 1; });
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        connection.readBytes(1); // and ends: most of what is written meets a closed socket
+    });
+    for (int round = 0; round < 20; ++round) {
+        ZoMemoryProxy memory = memoryOf(linkTo(robot));
+        QVERIFY(!errorOf([&] { memory.setText("Arm", std::string(1 << 20, 'x')); }).empty());
+    }
+    std::signal(SIGPIPE, before);
+    QCOMPARE(int(pipeSignals), 0);
+}
+
+void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
+{
+    std::promise<void> mayAnswer;
+    std::promise<void> isAsked;
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        isAsked.set_value();
+        mayAnswer.get_future().wait();
+        connection.send(arrayOf(1000, "$1\r\n1\r\n"));
+        answering("+OK\r\n")(connection);
+    });
+    ZoBrokerOptions options = patientOptions();
+    options.exchangeTimeout = milliseconds(100);
+    options.timeoutPerKey = std::chrono::milliseconds(20); // a thousand keys have 20 s
+    options.pingInterval = std::chrono::hours(1);
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", robot.port(), options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    auto first = std::async(std::launch::async,
+                            [&] { return memory.getListData(requestFor(manyKeys(1000))); });
+    isAsked.get_future().wait();
+    const std::string error = errorOf([&] { memory.setText("Leg", "1"); });
+    QVERIFY2(contains(error, "no reply to SET"), error.c_str());
+    mayAnswer.set_value();
+    QCOMPARE(first.get().getSize(), 1000);
+    QVERIFY(broker->isConnected());
+}
+
+void TestConnection::errorTextsAreShownWithoutControlCharacters()
+{
+    const FakeRobot robot(answering("-ERR \x1b[2Jgone\r\n"));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot));
+    const std::string error = errorOf([&] { memory.setText("Arm", "1"); });
+    QVERIFY2(contains(error, "refuses SET \"Arm\": ERR ?[2Jgone"), error.c_str());
+}
+
+QTEST_GUILESS_MAIN(TestConnection)
+#include "tst_connection.moc"
