@@ -33,9 +33,11 @@ void Connection::open(const std::vector<asio::ip::tcp::endpoint>& endpoints)
 
 void Connection::startStream()
 {
+    fStage = "setting up TLS";
     fStream.start([self = shared_from_this()](const ErrorCode& error) {
         if (self->isBroken(error))
             return;
+        self->fStage = "authenticating";
         self->read();
         self->fListener.opened();
     });

@@ -35,6 +35,9 @@ public:
 
     void close();
 
+    /// What it does before the first exchange is through, for messages.
+    const char* stage() const { return fStage; }
+
 private:
     using ErrorCode = boost::system::error_code;
 
@@ -50,6 +53,7 @@ private:
     ReplyReader fReader;
     std::vector<char> fBuffer;
     std::shared_ptr<Exchange> fExchange;
+    const char* fStage = "connecting";
     bool fIsWriting = false;
     bool fIsClosed = false;
 };

@@ -79,7 +79,6 @@ void LinkIo::abandon(const std::shared_ptr<Exchange>& exchange)
 void LinkIo::attempt()
 {
     fIsTrying = true;
-    fStage = "looking up the host";
     fAttemptTimer.expires_after(fOptions.connectTimeout);
     fAttemptTimer.async_wait([this](const boost::system::error_code& error) {
         if (!error)
@@ -110,7 +109,6 @@ void LinkIo::connectTo(const LookUpResult& found)
         goDown(found.problem);
         return;
     }
-    fStage = "connecting";
     fConnection = std::make_shared<Connection>(
         *fContext, fTls.get(), fPeer.host(),
         Connection::Listener{[this] { greet(); }, [this] { onExchanged(); },
@@ -120,7 +118,6 @@ void LinkIo::connectTo(const LookUpResult& found)
 
 void LinkIo::greet()
 {
-    fStage = "authenticating";
     auto bytes = std::make_shared<std::string>();
     int replies = 1;
     if (!fOptions.user.empty() || !fOptions.password.empty()) {
@@ -156,7 +153,7 @@ void LinkIo::attemptTimedOut()
 {
     if (fIsTrying)
         goDown("no connection within " + std::to_string(fOptions.connectTimeout.count()) +
-               " ms, while " + fStage);
+               " ms, while " + (fConnection ? fConnection->stage() : "looking up the host"));
 }
 
 void LinkIo::goUp()
@@ -217,7 +214,10 @@ void LinkIo::retryLater()
 void LinkIo::onExchanged()
 {
     fLastUse = SteadyClock::now();
-    fPing.reset();
+    if (fPing) {
+        fPing.reset();
+        watchIdleLink();
+    }
     if (fGreeting)
         checkGreeting();
     else

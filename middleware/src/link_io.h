@@ -79,7 +79,6 @@ private:
     std::deque<std::shared_ptr<Exchange>> fQueue;
     std::shared_ptr<StatusSink> fGreeting;
     std::shared_ptr<Exchange> fPing;
-    const char* fStage = "";
     bool fIsTrying = false;
     bool fIsUp = false;
     bool fIsLookingUp = false;

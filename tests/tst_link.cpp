@@ -1,0 +1,266 @@
+#include "support/fake_robot.h"
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+#include "support/robot.h"
+
+#include <QDir>
+#include <QtTest>
+
+#include <atomic>
+#include <future>
+#include <thread>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options)
+{
+    return ZoBroker::create("TestBroker", "127.0.0.1", port, options);
+}
+
+/// Options whose deadlines no test waits for, and without pings.
+ZoBrokerOptions quietOptions()
+{
+    ZoBrokerOptions options = patientOptions();
+    options.exchangeTimeout = std::chrono::minutes(10);
+    options.pingInterval = std::chrono::hours(1);
+    return options;
+}
+
+ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
+{
+    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+}
+
+uint threadCount()
+{
+    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+} // namespace
+
+/// A link in the course of time: lost, found again, shared, and ended.
+class TestLink : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aKilledServerFailsCallsAtOnceUntilItIsBack();
+    void aStoppedServerFailsTheCallAtItsDeadline();
+    void anIdleLinkNoticesAStoppedServer();
+    void anIdleLinkNoticesAKilledServer();
+    void aPollingLinkIsNotPinged();
+    void waitersFailTogetherWhenTheLinkIsLost();
+    void aServerThatClosesAtOnceIsNotBesieged();
+    void aProxyOutlivesItsBroker();
+    void itsThreadEndsWithTheLastProxy();
+    void itEndsWhileAnotherThreadWaits();
+    void itEndsWhileConnecting();
+};
+
+void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
+{
+    RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    ZoMemoryProxy memory = memoryOf(broker);
+    QVERIFY(broker->isConnected());
+    QVERIFY(broker->linkStatus().cause.empty());
+    server.kill();
+    const ZoValue request = requestFor({"Arm"});
+    const std::string first = errorOf([&] { memory.getListData(request); });
+    const std::string where = "127.0.0.1:" + std::to_string(server.port());
+    QVERIFY2(contains(first, where), first.c_str());
+    QVERIFY(!broker->isConnected());
+
+    qint64 quickest = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 100; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        const std::string error = errorOf([&] { memory.getListData(request); });
+        quickest = std::min(quickest, timer.nsecsElapsed());
+        QVERIFY2(contains(error, where) && contains(error, "no link since"), error.c_str());
+    }
+    QVERIFY2(quickest < 1000000, qPrintable(QString::number(quickest)));
+    QVERIFY(contains(broker->linkStatus().cause, where));
+
+    server.restart();
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QCOMPARE(memory.getListData(request).getSize(), 1);
+}
+
+void TestLink::aStoppedServerFailsTheCallAtItsDeadline()
+{
+    RedisServer server;
+    ZoBrokerOptions options;
+    options.pingInterval = std::chrono::hours(1);
+    const auto broker = linkTo(server.port(), options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    server.stop();
+    QElapsedTimer timer;
+    timer.start();
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    const qint64 elapsed = timer.elapsed();
+    QVERIFY2(contains(error, "no reply to MGET within 250 ms"), error.c_str());
+    QVERIFY2(elapsed >= 250 && elapsed < 5000, qPrintable(QString::number(elapsed)));
+    QTRY_VERIFY(!broker->isConnected());
+    server.resume();
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QVERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
+}
+
+void TestLink::anIdleLinkNoticesAStoppedServer()
+{
+    RedisServer server;
+    ZoBrokerOptions options;
+    options.pingInterval = milliseconds(50);
+    const auto broker = linkTo(server.port(), options);
+    server.stop();
+    QTRY_VERIFY(!broker->isConnected());
+    const ZoLinkStatus status = broker->linkStatus();
+    QVERIFY2(contains(status.cause, "PING") || contains(status.cause, "authenticating"),
+             status.cause.c_str());
+    server.resume();
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QVERIFY(broker->linkStatus().since >= status.since);
+}
+
+void TestLink::anIdleLinkNoticesAKilledServer()
+{
+    RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    server.kill();
+    QTRY_VERIFY(!broker->isConnected());
+}
+
+void TestLink::aPollingLinkIsNotPinged()
+{
+    const RedisServer server;
+    ZoBrokerOptions options = patientOptions();
+    options.pingInterval = milliseconds(300);
+    const auto broker = linkTo(server.port(), options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const auto pings = [&] {
+        const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
+        return statistics.section("cmdstat_ping:calls=", 1).section(',', 0, 0).toInt();
+    };
+    const int before = pings();
+    QElapsedTimer timer;
+    for (timer.start(); timer.elapsed() < 1500;)
+        memory.getListData(requestFor({"Arm"}));
+    // A busy machine may hold the loop up for a moment, but not the whole time.
+    QVERIFY2(pings() - before < 3, qPrintable(QString::number(pings())));
+    QTRY_VERIFY(pings() - before >= 3);
+}
+
+void TestLink::waitersFailTogetherWhenTheLinkIsLost()
+{
+    RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    server.stop();
+    std::atomic<int> failed{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 20; ++i) {
+        threads.emplace_back([&, memory = memoryOf(broker)]() mutable {
+            failed += !errorOf([&] { memory.getListData(requestFor({"Arm"})); }).empty();
+        });
+    }
+    server.kill();
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(failed.load(), 20);
+}
+
+void TestLink::aServerThatClosesAtOnceIsNotBesieged()
+{
+    std::atomic<int> connections{0};
+    const FakeRobot robot([&](FakeConnection& connection) {
+        ++connections;
+        connection.greet();
+        if (connection.number() == 0)
+            connection.readCommand();
+    });
+    ZoBrokerOptions options = quietOptions();
+    const auto broker = linkTo(robot.port(), options);
+    errorOf([&] { memoryOf(broker).setText("Arm", "1"); });
+    QTRY_VERIFY(connections >= 3);
+    // Random waits of up to 100, 200, 400, ... ms: hundreds of attempts would be no waits.
+    QTest::qWait(500);
+    QVERIFY2(connections < 50, qPrintable(QString::number(connections)));
+}
+
+void TestLink::aProxyOutlivesItsBroker()
+{
+    RedisServer server;
+    auto broker = linkTo(server.port(), quietOptions());
+    ZoMemoryProxy memory = memoryOf(broker);
+    const boost::weak_ptr<ZoBroker> watched(broker);
+    broker.reset();
+    QVERIFY(watched.expired());
+    memory.setText("Arm", "1");
+    QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
+    server.restart();
+    QTRY_VERIFY(errorOf([&] { memory.setText("Arm", "2"); }).empty());
+}
+
+void TestLink::itsThreadEndsWithTheLastProxy()
+{
+    const RedisServer server;
+    const uint before = threadCount();
+    {
+        auto broker = linkTo(server.port(), quietOptions());
+        const ZoMemoryProxy memory = memoryOf(broker);
+        const ZoMemoryProxy another = memoryOf(broker);
+        QCOMPARE(threadCount(), before + 1);
+        broker.reset();
+        QCOMPARE(threadCount(), before + 1);
+    }
+    QTRY_COMPARE(threadCount(), before);
+}
+
+void TestLink::itEndsWhileAnotherThreadWaits()
+{
+    std::promise<void> isAsked;
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        isAsked.set_value();
+        connection.waitForEnd();
+    });
+    ZoBrokerOptions options = quietOptions();
+    options.exchangeTimeout = milliseconds(500);
+    auto broker = linkTo(robot.port(), options);
+    auto waiting = std::async(std::launch::async, [memory = memoryOf(broker)]() mutable {
+        return errorOf([&] { memory.setText("Arm", "1"); });
+    });
+    isAsked.get_future().wait();
+    broker.reset(); // the last link but the waiting thread's
+    QVERIFY(contains(waiting.get(), "no reply to SET"));
+}
+
+void TestLink::itEndsWhileConnecting()
+{
+    std::promise<void> isTryingAgain;
+    const FakeRobot robot([&](FakeConnection& connection) {
+        if (connection.number() == 0) {
+            connection.greet();
+            connection.readCommand();
+            return;
+        }
+        connection.readCommand();
+        isTryingAgain.set_value();
+        connection.waitForEnd();
+    });
+    ZoBrokerOptions options = quietOptions();
+    options.connectTimeout = std::chrono::minutes(10);
+    auto broker = linkTo(robot.port(), options);
+    errorOf([&] { memoryOf(broker).setText("Arm", "1"); });
+    isTryingAgain.get_future().wait();
+    QElapsedTimer timer;
+    timer.start();
+    broker.reset();
+    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+}
+
+QTEST_GUILESS_MAIN(TestLink)
+#include "tst_link.moc"

@@ -1,0 +1,219 @@
+#include "support/fake_robot.h"
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+#include "support/robot.h"
+
+#include <QtTest>
+
+#include <chrono>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+std::string problemAt(const std::string& host, int port, const ZoBrokerOptions& options)
+{
+    return errorOf([&] { ZoBroker::create("TestBroker", host, port, options); });
+}
+
+} // namespace
+
+/// What a broker says that gets no link to its robot.
+class TestLinkOpening : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aRefusedConnectionIsNamed();
+    void anUnknownHostIsNamed();
+    void aHostNameIsLookedUp();
+    void whatIsNoAddressIsRefused();
+    void aSilentServerIsGivenUpInTime();
+    void anotherProtocolIsNamed();
+    void aRefusedPasswordIsNeverShown();
+    void aHostileServerCannotMakeUsShowThePassword();
+    void aMissingPasswordIsNamed();
+    void userAndPasswordOpenTheLink();
+    void aPasswordAloneOpensTheLink();
+    void aUserWithoutTheRightToPingHasALink();
+    void aServerThatIsNotReadyIsNamed();
+    void anUnknownModuleIsNamed();
+    void wildTimeoutsAreConfined();
+};
+
+void TestLinkOpening::aRefusedConnectionIsNamed()
+{
+    const DeafPort deaf;
+    const std::string error = problemAt("127.0.0.1", deaf.port(), patientOptions());
+    QVERIFY2(contains(error, "127.0.0.1:" + std::to_string(deaf.port())), error.c_str());
+    QVERIFY2(contains(error, "refused"), error.c_str());
+}
+
+void TestLinkOpening::anUnknownHostIsNamed()
+{
+    const std::string error = problemAt("nowhere.invalid", 6379, patientOptions());
+    QVERIFY2(contains(error, "nowhere.invalid:6379: unknown host"), error.c_str());
+}
+
+void TestLinkOpening::aHostNameIsLookedUp()
+{
+    const RedisServer server;
+    const auto broker =
+        ZoBroker::create("TestBroker", "localhost", server.port(), patientOptions());
+    QVERIFY(broker->isConnected());
+}
+
+void TestLinkOpening::whatIsNoAddressIsRefused()
+{
+    QVERIFY(contains(problemAt("", 6379, {}), "neither an address nor a host name"));
+    QVERIFY(contains(problemAt("a b", 6379, {}), "neither"));
+    QVERIFY(contains(problemAt(std::string("a\0b", 3), 6379, {}), "neither"));
+    QVERIFY(contains(problemAt("127.0.0.1", 0, {}), "port 0"));
+    QVERIFY(contains(problemAt("127.0.0.1", 65536, {}), "port 65536"));
+    const DeafPort deaf;
+    QVERIFY(contains(problemAt("::1", deaf.port(), {}), "[::1]:"));
+}
+
+void TestLinkOpening::aSilentServerIsGivenUpInTime()
+{
+    const FakeRobot robot([](FakeConnection& connection) { connection.waitForEnd(); });
+    ZoBrokerOptions options;
+    options.connectTimeout = milliseconds(200);
+    QElapsedTimer timer;
+    timer.start();
+    const std::string error = problemAt("127.0.0.1", robot.port(), options);
+    QVERIFY2(contains(error, "no connection within 200 ms, while authenticating"), error.c_str());
+    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestLinkOpening::anotherProtocolIsNamed()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.send("HTTP/1.1 400 Bad Request\r\n\r\n");
+        connection.waitForEnd();
+    });
+    const std::string error = problemAt("127.0.0.1", robot.port(), patientOptions());
+    QVERIFY2(contains(error, "malformed reply"), error.c_str());
+}
+
+void TestLinkOpening::aRefusedPasswordIsNeverShown()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret ~* +@all"};
+    access.defaultPassword = "main-secret";
+    const RedisServer server(access);
+    ZoBrokerOptions options = patientOptions();
+    options.password = "hunter22";
+    for (const std::string user : {"", "alice", "mallory"}) {
+        options.user = user;
+        const std::string error = problemAt("127.0.0.1", server.port(), options);
+        QVERIFY2(contains(error, "password refused: WRONGPASS"), error.c_str());
+        QVERIFY2(!contains(error, options.password), error.c_str());
+    }
+}
+
+void TestLinkOpening::aHostileServerCannotMakeUsShowThePassword()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        const auto words = connection.readCommand();
+        connection.send("-ERR " + words.back() + words.back() + " is wrong\r\n");
+        connection.readCommand();
+        connection.send("-NOAUTH " + words.back() + "\r\n");
+        connection.waitForEnd();
+    });
+    ZoBrokerOptions options = patientOptions();
+    options.password = "hunter22";
+    const std::string error = problemAt("127.0.0.1", robot.port(), options);
+    QVERIFY2(contains(error, "is wrong") && !contains(error, "hunter22"), error.c_str());
+}
+
+void TestLinkOpening::aMissingPasswordIsNamed()
+{
+    RedisServer::Options access;
+    access.defaultPassword = "main-secret";
+    const RedisServer server(access);
+    const std::string error = problemAt("127.0.0.1", server.port(), patientOptions());
+    QVERIFY2(contains(error, "NOAUTH"), error.c_str());
+}
+
+void TestLinkOpening::userAndPasswordOpenTheLink()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret ~* +@all"};
+    const RedisServer server(access);
+    ZoBrokerOptions options = patientOptions();
+    options.user = "alice";
+    options.password = "secret";
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    QVERIFY(contains(server.command({"CLIENT", "LIST"}), "user=alice"));
+}
+
+void TestLinkOpening::aPasswordAloneOpensTheLink()
+{
+    RedisServer::Options access;
+    access.defaultPassword = "main-secret";
+    const RedisServer server(access);
+    ZoBrokerOptions options = patientOptions();
+    options.password = "main-secret";
+    QVERIFY(ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options)->isConnected());
+}
+
+void TestLinkOpening::aUserWithoutTheRightToPingHasALink()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret ~* +mget"};
+    const RedisServer server(access);
+    ZoBrokerOptions options = patientOptions();
+    options.user = "alice";
+    options.password = "secret";
+    options.pingInterval = milliseconds(20);
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const auto refusedPings = [&] {
+        const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
+        const QString pings = statistics.section("cmdstat_ping:", 1).section("rejected_calls=", 1);
+        return pings.section(',', 0, 0).toInt();
+    };
+    QTRY_VERIFY(refusedPings() >= 3);
+    QVERIFY(broker->isConnected());
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    QCOMPARE(memory.getListData(requestFor({"a"})).getSize(), 1);
+}
+
+void TestLinkOpening::aServerThatIsNotReadyIsNamed()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.readCommand();
+        connection.send("-LOADING the robot wakes up\r\n");
+        connection.waitForEnd();
+    });
+    const std::string error = problemAt("127.0.0.1", robot.port(), patientOptions());
+    QVERIFY2(contains(error, "not ready: LOADING the robot wakes up"), error.c_str());
+}
+
+void TestLinkOpening::anUnknownModuleIsNamed()
+{
+    const RedisServer server;
+    const auto broker =
+        ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    QVERIFY(contains(errorOf([&] { broker->getProxy("ZoMotion", 0); }), "ZoMotion"));
+    QVERIFY(broker->getProxy("ZoMemory", 0) != broker->getLocalMemory());
+}
+
+void TestLinkOpening::wildTimeoutsAreConfined()
+{
+    const RedisServer server;
+    ZoBrokerOptions options;
+    options.connectTimeout = milliseconds::max();
+    options.exchangeTimeout = milliseconds::max();
+    options.keyListTimeout = milliseconds::max();
+    options.timeoutPerKey = std::chrono::microseconds::max();
+    options.pingInterval = milliseconds::max();
+    options.reconnectWait = milliseconds::min();
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    memory.setText("Arm", "1");
+    QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
+}
+
+QTEST_GUILESS_MAIN(TestLinkOpening)
+#include "tst_link_opening.moc"

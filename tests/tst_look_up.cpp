@@ -1,0 +1,155 @@
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+#include "support/robot.h"
+
+#include <QtTest>
+
+#include <condition_variable>
+#include <dlfcn.h>
+#include <mutex>
+#include <netdb.h>
+#include <string>
+
+namespace {
+
+/// A name service that can be made to hang, in place of the system's.
+class NameService
+{
+public:
+    void hang()
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        fIsHanging = true;
+    }
+    void answer()
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        fIsHanging = false;
+        fChanged.notify_all();
+    }
+    void waitWhileHanging()
+    {
+        std::unique_lock<std::mutex> lock(fMutex);
+        ++fWaiting;
+        ++fAsked;
+        fChanged.wait(lock, [this] { return !fIsHanging; });
+        --fWaiting;
+    }
+    int waiting()
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fWaiting;
+    }
+    int asked()
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        return fAsked;
+    }
+
+private:
+    std::mutex fMutex;
+    std::condition_variable fChanged;
+    bool fIsHanging = false;
+    int fWaiting = 0;
+    int fAsked = 0;
+};
+
+NameService& nameService()
+{
+    static NameService service;
+    return service;
+}
+
+} // namespace
+
+// Stands before the system's function of this name, also for the libraries of this program.
+extern "C" __attribute__((visibility("default"))) int
+getaddrinfo(const char* host, const char* service, const addrinfo* hints, addrinfo** found)
+{
+    static const auto system =
+        reinterpret_cast<decltype(&::getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));
+    nameService().waitWhileHanging();
+    return system(host, service, hints, found);
+}
+
+/// The system's look-up of host names may hang; nobody else may.
+class TestLookUp : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void anAddressNeedsNoLookUp();
+    void aLinkIsGivenUpInTimeWhileTheLookUpHangs();
+    void aLinkEndsWhileTheLookUpHangs();
+    void oneHangingLookUpIsEnough();
+};
+
+void TestLookUp::init()
+{
+    nameService().hang();
+}
+
+void TestLookUp::cleanup()
+{
+    nameService().answer();
+    QTRY_COMPARE(nameService().waiting(), 0);
+    GuardedTest::cleanup();
+}
+
+void TestLookUp::anAddressNeedsNoLookUp()
+{
+    const RedisServer server;
+    QVERIFY(ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions())
+                ->isConnected());
+    QCOMPARE(nameService().asked(), 0);
+}
+
+void TestLookUp::aLinkIsGivenUpInTimeWhileTheLookUpHangs()
+{
+    ZoBrokerOptions options;
+    options.connectTimeout = std::chrono::milliseconds(200);
+    const std::string error =
+        errorOf([&] { ZoBroker::create("TestBroker", "localhost", 6379, options); });
+    QVERIFY2(contains(error, "robot at localhost:6379: no connection within 200 ms, "
+                             "while looking up the host"),
+             error.c_str());
+    QCOMPARE(nameService().waiting(), 1);
+}
+
+void TestLookUp::aLinkEndsWhileTheLookUpHangs()
+{
+    RedisServer server;
+    nameService().answer();
+    ZoBrokerOptions options = patientOptions();
+    options.connectTimeout = std::chrono::minutes(10);
+    auto broker = ZoBroker::create("TestBroker", "localhost", server.port(), options);
+    nameService().hang();
+    server.kill();
+    QTRY_COMPARE(nameService().waiting(), 1);
+    QVERIFY(!broker->isConnected());
+    broker.reset();
+    QCOMPARE(nameService().waiting(), 1);
+}
+
+void TestLookUp::oneHangingLookUpIsEnough()
+{
+    RedisServer server;
+    nameService().answer();
+    ZoBrokerOptions options;
+    options.connectTimeout = std::chrono::milliseconds(100);
+    options.reconnectWaitMax = std::chrono::milliseconds(10);
+    auto broker = ZoBroker::create("TestBroker", "localhost", server.port(), options);
+    nameService().hang();
+    server.restart();
+    // Several attempts end without an answer; they share one look-up, whose answer serves all.
+    QTRY_VERIFY(contains(broker->linkStatus().cause, "looking up the host"));
+    QTest::qWait(500);
+    QCOMPARE(nameService().waiting(), 1);
+    nameService().answer();
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+}
+
+QTEST_GUILESS_MAIN(TestLookUp)
+#include "tst_look_up.moc"

@@ -1,0 +1,180 @@
+#include "support/fake_robot.h"
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+#include "support/robot.h"
+
+#include <QFile>
+#include <QtTest>
+
+#include <memory>
+
+/// Links over TLS.
+class TestStream : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void aTrustedServerIsTalkedTo_data();
+    void aTrustedServerIsTalkedTo();
+    void manyValuesTravelThroughTls();
+    void anUntrustedServerIsRefused();
+    void aServerOfAnotherNameIsRefused();
+    void theCheckCanBeSwitchedOff();
+    void aClientCertificateIsShown();
+    void aServerMayAskForAClientCertificate();
+    void badFilesAreNamed();
+    void aServerWithoutTlsIsRefused();
+    void aClientWithoutTlsIsRefused();
+    void aLinkOverTlsComesBack();
+
+private:
+    ZoBrokerOptions trusting() const;
+    std::string problem(const ZoBrokerOptions& options,
+                        const std::string& host = "127.0.0.1") const;
+
+    std::unique_ptr<RedisServer> fServer;
+};
+
+void TestStream::initTestCase()
+{
+    GuardedTest::initTestCase();
+    RedisServer::Options options;
+    options.tls = true;
+    fServer = std::make_unique<RedisServer>(options);
+}
+
+ZoBrokerOptions TestStream::trusting() const
+{
+    ZoBrokerOptions options = patientOptions();
+    options.tls = true;
+    options.tlsCaFile = fServer->caFile();
+    return options;
+}
+
+std::string TestStream::problem(const ZoBrokerOptions& options, const std::string& host) const
+{
+    return errorOf([&] { ZoBroker::create("TestBroker", host, fServer->port(), options); });
+}
+
+void TestStream::aTrustedServerIsTalkedTo_data()
+{
+    QTest::addColumn<QString>("host");
+    QTest::newRow("by address") << "127.0.0.1";
+    QTest::newRow("by name") << "localhost";
+}
+
+void TestStream::aTrustedServerIsTalkedTo()
+{
+    QFETCH(QString, host);
+    const auto broker =
+        ZoBroker::create("TestBroker", host.toStdString(), fServer->port(), trusting());
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    memory.setText("Arm", "0.5");
+    QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(0.5));
+}
+
+void TestStream::manyValuesTravelThroughTls()
+{
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    const std::string text(1 << 20, 'x');
+    memory.setText("Arm", text);
+    const ZoValue values = memory.getListData(requestFor(std::vector<std::string>(20, "Arm")));
+    for (int i = 0; i < values.getSize(); ++i)
+        QVERIFY(values[i].asString() == text);
+}
+
+void TestStream::anUntrustedServerIsRefused()
+{
+    ZoBrokerOptions options = trusting();
+    options.tlsCaFile.clear();
+    const std::string error = problem(options);
+    QVERIFY2(contains(error, "certificate is not trusted"), error.c_str());
+    QVERIFY2(contains(error, "127.0.0.1:" + std::to_string(fServer->port())), error.c_str());
+}
+
+void TestStream::aServerOfAnotherNameIsRefused()
+{
+    // The certificate is made out to 127.0.0.1 and localhost.
+    const std::string error = problem(trusting(), "127.1");
+    QVERIFY2(contains(error, "certificate is not trusted: hostname mismatch"), error.c_str());
+}
+
+void TestStream::theCheckCanBeSwitchedOff()
+{
+    ZoBrokerOptions options = trusting();
+    options.tlsCaFile.clear();
+    options.tlsVerify = false;
+    QCOMPARE(problem(options), std::string());
+}
+
+void TestStream::aClientCertificateIsShown()
+{
+    ZoBrokerOptions options = trusting();
+    options.tlsCertFile = fServer->clientCertFile();
+    options.tlsKeyFile = fServer->clientKeyFile();
+    QCOMPARE(problem(options), std::string());
+}
+
+void TestStream::aServerMayAskForAClientCertificate()
+{
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "yes"});
+    const std::string without = problem(trusting());
+    ZoBrokerOptions options = trusting();
+    options.tlsCertFile = fServer->clientCertFile();
+    options.tlsKeyFile = fServer->clientKeyFile();
+    const std::string with = problem(options);
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "optional"});
+    QVERIFY2(contains(without, "certificate required"), without.c_str());
+    QCOMPARE(with, std::string());
+}
+
+void TestStream::badFilesAreNamed()
+{
+    const std::string missing = fServer->folder() + "/missing.pem";
+    const std::string empty = fServer->folder() + "/empty.pem";
+    QVERIFY(QFile(QString::fromStdString(empty)).open(QIODevice::WriteOnly));
+    for (const std::string& file : {missing, empty}) {
+        ZoBrokerOptions options = trusting();
+        options.tlsCaFile = file;
+        QVERIFY2(contains(problem(options), file), problem(options).c_str());
+        options = trusting();
+        options.tlsCertFile = file;
+        options.tlsKeyFile = fServer->clientKeyFile();
+        QVERIFY2(contains(problem(options), file), problem(options).c_str());
+        options.tlsCertFile = fServer->clientCertFile();
+        options.tlsKeyFile = file;
+        QVERIFY2(contains(problem(options), file), problem(options).c_str());
+    }
+    ZoBrokerOptions options = trusting();
+    options.tlsCertFile = fServer->clientCertFile();
+    QVERIFY(contains(problem(options), "needs both"));
+}
+
+void TestStream::aServerWithoutTlsIsRefused()
+{
+    const RedisServer plain;
+    ZoBrokerOptions options = trusting();
+    options.connectTimeout = std::chrono::milliseconds(500); // it waits for more, silently
+    const std::string error =
+        errorOf([&] { ZoBroker::create("TestBroker", "127.0.0.1", plain.port(), options); });
+    QVERIFY2(contains(error, "127.0.0.1:" + std::to_string(plain.port())), error.c_str());
+    QVERIFY2(contains(error, "while setting up TLS"), error.c_str());
+}
+
+void TestStream::aClientWithoutTlsIsRefused()
+{
+    QVERIFY(!problem(patientOptions()).empty());
+}
+
+void TestStream::aLinkOverTlsComesBack()
+{
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    fServer->restart();
+    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    QTRY_VERIFY_WITH_TIMEOUT(errorOf([&] { memory.setText("Arm", "1"); }).empty(), 20000);
+}
+
+QTEST_GUILESS_MAIN(TestStream)
+#include "tst_stream.moc"
