@@ -130,6 +130,8 @@ void TestConnection::aTooLargeReplyEndsTheLink()
 void TestConnection::drippingBytesDoNotMoveTheDeadline()
 {
     const FakeRobot robot([](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
         connection.greet();
         connection.readCommand();
         connection.sendSlowly("*1\r\n$100000\r\n" + std::string(100000, 'x') + "\r\n");

@@ -2,25 +2,19 @@
 
 #include <utility>
 
-namespace {
-
-std::string latenessOf(const std::string& name, SteadyClock::time_point deadline)
-{
-    const auto left = std::chrono::round<std::chrono::milliseconds>(deadline - SteadyClock::now());
-    return "no reply to " + name + " within " + std::to_string(left.count()) + " ms";
-}
-
-} // namespace
-
 Exchange::Exchange(std::string name, std::shared_ptr<const std::string> bytes, int replies,
-                   std::shared_ptr<ReplySink> sink, SteadyClock::time_point deadline)
+                   std::shared_ptr<ReplySink> sink, const Deadline& deadline)
     : fName(std::move(name)),
       fBytes(std::move(bytes)),
       fReplies(replies),
       fSink(std::move(sink)),
-      fDeadline(deadline),
-      fLateness(latenessOf(fName, deadline))
+      fDeadline(deadline)
 {
+}
+
+std::string Exchange::lateness() const
+{
+    return "no reply to " + fName + " within " + std::to_string(fDeadline.allowed.count()) + " ms";
 }
 
 void Exchange::finish()
@@ -46,7 +40,7 @@ void Exchange::end(const std::string& problem)
 bool Exchange::waitUntilDone()
 {
     std::unique_lock<std::mutex> lock(fMutex);
-    if (!fChanged.wait_until(lock, fDeadline, [this] { return fDone; }))
+    if (!fChanged.wait_until(lock, fDeadline.at, [this] { return fDone; }))
         return false;
     if (!fProblem.empty())
         throw ZoError(fProblem);

@@ -11,6 +11,18 @@
 
 using SteadyClock = std::chrono::steady_clock;
 
+/// When an exchange must be over, and how long that was when it began, for messages.
+struct Deadline
+{
+    SteadyClock::time_point at;
+    std::chrono::milliseconds allowed;
+
+    static Deadline after(SteadyClock::time_point start, std::chrono::microseconds allowed)
+    {
+        return {start + allowed, std::chrono::round<std::chrono::milliseconds>(allowed)};
+    }
+};
+
 /// One request on its way to the robot and back. The caller's thread makes it and waits; the I/O
 /// thread sends it, fills the sink, and ends it. Whoever is late finds it still whole: both
 /// threads own it.
@@ -20,15 +32,15 @@ public:
     /// `name` is the command, for messages; `bytes` the encoded request, which is answered by
     /// `replies` replies.
     Exchange(std::string name, std::shared_ptr<const std::string> bytes, int replies,
-             std::shared_ptr<ReplySink> sink, SteadyClock::time_point deadline);
+             std::shared_ptr<ReplySink> sink, const Deadline& deadline);
 
     const std::string& name() const { return fName; }
     const std::shared_ptr<const std::string>& bytes() const { return fBytes; }
     int replies() const { return fReplies; }
     ReplySink& sink() const { return *fSink; }
-    SteadyClock::time_point deadline() const { return fDeadline; }
+    SteadyClock::time_point deadline() const { return fDeadline.at; }
     /// Why a caller gives up at the deadline: "no reply to MGET within 250 ms".
-    const std::string& lateness() const { return fLateness; }
+    std::string lateness() const;
 
     /// Called on the I/O thread, once each at most; what comes after the first is ignored.
     void finish();
@@ -44,8 +56,7 @@ private:
     const std::shared_ptr<const std::string> fBytes;
     const int fReplies;
     const std::shared_ptr<ReplySink> fSink;
-    const SteadyClock::time_point fDeadline;
-    const std::string fLateness;
+    const Deadline fDeadline;
 
     std::mutex fMutex;
     std::condition_variable fChanged;

@@ -56,11 +56,11 @@ private:
         fNames.insert(std::move(name));
     }
 
-    SteadyClock::time_point deadline() const
+    Deadline deadline() const
     {
         const ZoBrokerOptions& options = fLink.options();
         const auto keys = static_cast<std::chrono::microseconds::rep>(fNames.size());
-        return fStart + options.keyListTimeout + options.timeoutPerKey * keys;
+        return Deadline::after(fStart, options.keyListTimeout + options.timeoutPerKey * keys);
     }
 
     Link& fLink;

@@ -75,6 +75,12 @@ void Link::run(const std::shared_ptr<Exchange>& exchange)
     throw fPeer.error(exchange->lateness());
 }
 
+Deadline Link::deadlineFor(int keys) const
+{
+    return Deadline::after(SteadyClock::now(),
+                           fOptions.exchangeTimeout + fOptions.timeoutPerKey * keys);
+}
+
 ZoError Link::refusal(const std::string& command, const std::string& text) const
 {
     return fPeer.error("refuses " + command + ": " + fPeer.quote(text));

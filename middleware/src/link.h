@@ -27,6 +27,9 @@ public:
     const ZoBrokerOptions& options() const { return fOptions; }
     ZoLinkStatus status() const { return fState.status(); }
 
+    /// When an exchange about `keys` keys that begins now must be over.
+    Deadline deadlineFor(int keys) const;
+
     /// What is thrown when the server answers `command` with the error `text`.
     ZoError refusal(const std::string& command, const std::string& text) const;
 

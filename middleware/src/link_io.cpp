@@ -130,7 +130,7 @@ void LinkIo::greet()
     appendCommand({"PING"}, *bytes);
     fGreeting = std::make_shared<StatusSink>("PING");
     fConnection->send(std::make_shared<Exchange>("PING", bytes, replies, fGreeting,
-                                                 SteadyClock::time_point::max()));
+                                                 Deadline{SteadyClock::time_point::max(), {}}));
 }
 
 void LinkIo::checkGreeting()
@@ -299,7 +299,8 @@ void LinkIo::onWatch()
 void LinkIo::sendPing()
 {
     static const auto bytes = std::make_shared<const std::string>(encodeCommand({"PING"}));
-    fPing = std::make_shared<Exchange>("PING", bytes, 1, std::make_shared<StatusSink>("PING"),
-                                       SteadyClock::now() + fOptions.exchangeTimeout);
+    fPing =
+        std::make_shared<Exchange>("PING", bytes, 1, std::make_shared<StatusSink>("PING"),
+                                   Deadline::after(SteadyClock::now(), fOptions.exchangeTimeout));
     fConnection->send(fPing);
 }

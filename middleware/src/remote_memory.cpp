@@ -49,9 +49,7 @@ ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
 ZoValue RemoteMemory::values(const ZoValue& request)
 {
     const auto list = encoded(request);
-    const auto& options = fLink->options();
-    const auto deadline =
-        SteadyClock::now() + options.exchangeTimeout + options.timeoutPerKey * list->count();
+    const Deadline deadline = fLink->deadlineFor(list->count());
     const auto sink = fetch(list, ZoValue::Elements(list->count()), deadline);
     if (sink->refusals().empty())
         return ZoValue::fromElements(sink->takeValues());
@@ -76,8 +74,7 @@ std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request)
 }
 
 std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const ListRequest>& request,
-                                                ZoValue::Elements values,
-                                                SteadyClock::time_point deadline)
+                                                ZoValue::Elements values, const Deadline& deadline)
 {
     auto sink = std::make_shared<ValuesSink>(request, std::move(values));
     if (request->replies() > 0)
@@ -92,7 +89,7 @@ std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const List
 
 // One forbidden key refuses its whole chunk: each of that chunk's keys is asked alone, once.
 ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSink& refused,
-                                            SteadyClock::time_point deadline)
+                                            const Deadline& deadline)
 {
     std::vector<int> chunks;
     for (const ValuesSink::Refusal& refusal : refused.refusals())
@@ -109,27 +106,25 @@ ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSi
 void RemoteMemory::store(const std::string& key, const std::string& text)
 {
     checkStorable(key, text);
-    const auto sink = std::make_shared<StatusSink>("SET");
-    const auto bytes = std::make_shared<const std::string>(encodeCommand({"SET", key, text}));
-    fLink->run(std::make_shared<Exchange>("SET", bytes, 1, sink,
-                                          SteadyClock::now() + fLink->options().exchangeTimeout));
-    const StatusSink::Answer& answer = sink->answers().front();
-    if (answer.isError)
-        throw fLink->refusal("SET " + quotedKey(key), answer.text);
+    send("SET " + quotedKey(key),
+         std::make_shared<const std::string>(encodeCommand({"SET", key, text})), 1, 1);
 }
 
 void RemoteMemory::storeAll(const ZoValue& pairs)
 {
     const StoreRequest request = encodeStoreRequest(pairs);
-    if (request.commands == 0)
-        return;
-    const auto& options = fLink->options();
-    const auto sink = std::make_shared<StatusSink>("MSET");
-    fLink->run(std::make_shared<Exchange>("MSET", request.bytes, request.commands, sink,
-                                          SteadyClock::now() + options.exchangeTimeout +
-                                              options.timeoutPerKey * request.pairs));
+    if (request.commands > 0)
+        send("MSET", request.bytes, request.commands, request.pairs);
+}
+
+void RemoteMemory::send(const std::string& what, std::shared_ptr<const std::string> commands,
+                        int replies, int keys)
+{
+    const auto sink = std::make_shared<StatusSink>(what);
+    fLink->run(std::make_shared<Exchange>(what, std::move(commands), replies, sink,
+                                          fLink->deadlineFor(keys)));
     for (const StatusSink::Answer& answer : sink->answers()) {
         if (answer.isError)
-            throw fLink->refusal("MSET", answer.text);
+            throw fLink->refusal(what, answer.text);
     }
 }

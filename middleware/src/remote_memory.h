@@ -24,11 +24,14 @@ private:
     ZoValue values(const ZoValue& request);
     std::shared_ptr<const ListRequest> encoded(const ZoValue& request);
     std::shared_ptr<ValuesSink> fetch(const std::shared_ptr<const ListRequest>& request,
-                                      ZoValue::Elements values, SteadyClock::time_point deadline);
+                                      ZoValue::Elements values, const Deadline& deadline);
     ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused,
-                                  SteadyClock::time_point deadline);
+                                  const Deadline& deadline);
     void store(const std::string& key, const std::string& text);
     void storeAll(const ZoValue& pairs);
+    /// Sends `commands` about `keys` keys, which so many one-line `replies` answer.
+    void send(const std::string& what, std::shared_ptr<const std::string> commands, int replies,
+              int keys);
 
     const std::shared_ptr<Link> fLink;
     const std::shared_ptr<ForbiddenKeys> fForbidden;
