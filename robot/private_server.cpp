@@ -128,6 +128,7 @@ private:
 pid_t spawn(std::vector<std::string> words, int log)
 {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

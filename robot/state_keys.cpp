@@ -9,6 +9,7 @@ constexpr double packSeconds = 2 * 60 * 60; ///< one battery pack lasts so long
 constexpr double fullCharge = 98;
 constexpr double emptyCharge = 16;
 constexpr double lowCharge = 25;
+constexpr int cellCount = 6;
 
 /// Falls from full to empty; then a fresh pack is put in.
 double batteryCharge(double t)
@@ -46,7 +47,7 @@ void addComputer(KeyList& keys)
     keys.addFloat("Computer/Load", 2, [motion, seed](double t) {
         return load(motion, t) + 0.08 * smoothNoise(seed, t / 2);
     });
-    keys.addFloat("Computer/Temperature", 1, [motion, seed](double t) {
+    keys.addFloat("Computer/Temperature", 1, [seed](double t) {
         return 51 + 6 * (1 - std::exp(-t / 200)) + 2 * smoothNoise(seed, t / 25);
     });
     keys.addInt("Computer/FreeMemory",
@@ -90,10 +91,10 @@ void addBatteryKeys(KeyList& keys)
     });
     keys.add("Battery/Low", [](double t) { return ZoValue(batteryCharge(t) < lowCharge); });
     keys.addInt("Battery/PacksUsed", [](double t) { return 1 + t / packSeconds; });
-    std::vector<Curve> cells;
-    for (int cell = 0; cell < 6; ++cell)
-        cells.push_back([voltage, seed, cell](double t) {
-            return voltage(t) / 6 + 0.02 * scatter(seed, static_cast<std::uint64_t>(cell));
-        });
+    std::vector<Curve> cells(cellCount);
+    for (std::size_t cell = 0; cell < cells.size(); ++cell)
+        cells[cell] = [voltage, seed, cell](double t) {
+            return voltage(t) / cellCount + 0.02 * scatter(seed, cell);
+        };
     keys.addArray("Battery/Cells", 3, cells);
 }

@@ -70,8 +70,8 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
 {
     QTest::addColumn<std::vector<std::string>>("words");
     QTest::addColumn<QString>("part");
-    const auto row = [](const char* name, std::vector<std::string> words, const char* part) {
-        QTest::newRow(name) << std::move(words) << part;
+    const auto row = [](const char* name, const std::vector<std::string>& words, const char* part) {
+        QTest::newRow(name) << words << part;
     };
     row("unknown option", {"--speed", "3"}, "\"--speed\"");
     row("stray word", {"robot"}, "\"robot\"");
