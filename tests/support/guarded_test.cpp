@@ -23,10 +23,14 @@ bool takeExpected(const QString& text)
     return false;
 }
 
-/// The offscreen platform says so whenever a window of limited size is shown.
+/// The offscreen platform says what it cannot do whenever a window of limited size or a popup is
+/// shown.
 bool isChatterOfThePlatform(const QString& text)
 {
-    return text == QLatin1String("This plugin does not support propagateSizeHints()");
+    static const QStringList chatter{"This plugin does not support propagateSizeHints()",
+                                     "This plugin does not support raise()",
+                                     "This plugin does not support grabbing the keyboard"};
+    return chatter.contains(text);
 }
 
 void watchMessages(QtMsgType type, const QMessageLogContext& context, const QString& text)
