@@ -3,42 +3,90 @@
 #include <QPainter>
 #include <QVector>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
-/// Whether b lies between a and c on one upright line: drawing a to b to c blends the same rows
-/// as drawing a to c.
-bool isOnTheWay(const QPointF& a, const QPointF& b, const QPointF& c)
+using Rows = QVector<int>;
+
+/// Drops each row on the way from its predecessor to its successor, and each equal to its
+/// predecessor. Up and down one upright line at width 1, every leg blends its rows once more;
+/// the legs that remain blend the same rows as often.
+void keepTurns(Rows& rows)
 {
-    return a.x() == b.x() && b.x() == c.x() && (a.y() < b.y()) == (b.y() < c.y());
+    int kept = 0;
+    for (const int row : qAsConst(rows)) {
+        if (kept > 0 && rows[kept - 1] == row)
+            continue;
+        const bool onTheWay =
+            kept > 1 && (rows[kept - 2] < rows[kept - 1]) == (rows[kept - 1] < row);
+        rows[onTheWay ? kept - 1 : kept++] = row;
+    }
+    rows.resize(kept);
 }
 
-/// The points of one line, without those that change nothing.
+/// Drops all but the first, the last and the two outermost rows: enough where a line is filled
+/// as one area, in which nothing shows how often it was passed.
+void keepExtent(Rows& rows)
+{
+    const auto [lowest, highest] = std::minmax_element(rows.cbegin(), rows.cend());
+    if (rows.first() < rows.last())
+        rows = {rows.first(), *lowest, *highest, rows.last()};
+    else
+        rows = {rows.first(), *highest, *lowest, rows.last()};
+    keepTurns(rows);
+}
+
+/// The points of one line, gathered column by column so that the many samples of a dense curve
+/// become a few points each column.
 class Polyline
 {
 public:
-    explicit Polyline(int expectedPoints) { fPoints.reserve(expectedPoints); }
-
-    void add(const QPointF& point)
+    explicit Polyline(QPainter& painter)
+        : fPainter(painter),
+          // A pen wider than one device pixel is filled as the outline of the whole line.
+          fFillsOutline(painter.deviceTransform().m11() > 1)
     {
-        const int count = fPoints.size();
-        if (count > 0 && fPoints.at(count - 1) == point)
-            return;
-        if (count > 1 && isOnTheWay(fPoints.at(count - 2), fPoints.at(count - 1), point))
-            fPoints[count - 1] = point;
-        else
-            fPoints.append(point);
     }
 
-    void paint(QPainter& painter)
+    void add(const QPoint& point)
     {
+        if (point.x() != fColumn)
+            endColumn();
+        fColumn = point.x();
+        fRows.append(point.y());
+    }
+
+    void paint()
+    {
+        endColumn();
         if (fPoints.size() > 1)
-            painter.drawPolyline(fPoints.constData(), fPoints.size());
+            fPainter.drawPolyline(fPoints.constData(), fPoints.size());
         fPoints.clear();
     }
 
 private:
+    void endColumn()
+    {
+        if (fRows.size() > 1)
+            fFillsOutline ? keepExtent(fRows) : keepTurns(fRows);
+        for (const int row : qAsConst(fRows))
+            fPoints.append(QPointF(fColumn, row));
+        fRows.clear();
+        if (fFillsOutline && fPoints.size() >= fMaxPiece) {
+            fPainter.drawPolyline(fPoints.constData(), fPoints.size());
+            fPoints = {fPoints.last()};
+        }
+    }
+
+    /// Filling an outline takes more than linear time, so that a line is cut after some points.
+    static constexpr int fMaxPiece = 32;
+
+    QPainter& fPainter;
+    bool fFillsOutline;
+    int fColumn = 0;
+    Rows fRows;
     QVector<QPointF> fPoints;
 };
 
@@ -46,12 +94,12 @@ private:
 
 void paintCurve(QPainter& painter, const QList<TimeValue>& samples, const PlotScale& scale)
 {
-    Polyline line(samples.size());
+    Polyline line(painter);
     for (const TimeValue& sample : samples) {
         if (std::isnan(sample.value))
-            line.paint(painter);
+            line.paint();
         else
             line.add(scale.position(sample));
     }
-    line.paint(painter);
+    line.paint();
 }
