@@ -1,22 +1,22 @@
 #include "curve_painter.h"
 
 #include <QPainter>
-#include <QVector>
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
-using Rows = QVector<int>;
+using Rows = std::vector<int>;
 
 /// Drops each row on the way from its predecessor to its successor, and each equal to its
 /// predecessor. Up and down one upright line at width 1, every leg blends its rows once more;
 /// the legs that remain blend the same rows as often.
 void keepTurns(Rows& rows)
 {
-    int kept = 0;
-    for (const int row : qAsConst(rows)) {
+    std::size_t kept = 0;
+    for (const int row : rows) {
         if (kept > 0 && rows[kept - 1] == row)
             continue;
         const bool onTheWay =
@@ -31,10 +31,10 @@ void keepTurns(Rows& rows)
 void keepExtent(Rows& rows)
 {
     const auto [lowest, highest] = std::minmax_element(rows.cbegin(), rows.cend());
-    if (rows.first() < rows.last())
-        rows = {rows.first(), *lowest, *highest, rows.last()};
+    if (rows.front() < rows.back())
+        rows = {rows.front(), *lowest, *highest, rows.back()};
     else
-        rows = {rows.first(), *highest, *lowest, rows.last()};
+        rows = {rows.front(), *highest, *lowest, rows.back()};
     keepTurns(rows);
 }
 
@@ -55,14 +55,14 @@ public:
         if (point.x() != fColumn)
             endColumn();
         fColumn = point.x();
-        fRows.append(point.y());
+        fRows.push_back(point.y());
     }
 
     void paint()
     {
         endColumn();
         if (fPoints.size() > 1)
-            fPainter.drawPolyline(fPoints.constData(), fPoints.size());
+            fPainter.drawPolyline(fPoints.data(), static_cast<int>(fPoints.size()));
         fPoints.clear();
     }
 
@@ -71,23 +71,23 @@ private:
     {
         if (fRows.size() > 1)
             fFillsOutline ? keepExtent(fRows) : keepTurns(fRows);
-        for (const int row : qAsConst(fRows))
-            fPoints.append(QPointF(fColumn, row));
+        for (const int row : fRows)
+            fPoints.emplace_back(fColumn, row);
         fRows.clear();
         if (fFillsOutline && fPoints.size() >= fMaxPiece) {
-            fPainter.drawPolyline(fPoints.constData(), fPoints.size());
-            fPoints = {fPoints.last()};
+            fPainter.drawPolyline(fPoints.data(), static_cast<int>(fPoints.size()));
+            fPoints = {fPoints.back()};
         }
     }
 
     /// Filling an outline takes more than linear time, so that a line is cut after some points.
-    static constexpr int fMaxPiece = 32;
+    static constexpr std::size_t fMaxPiece = 32;
 
     QPainter& fPainter;
     bool fFillsOutline;
     int fColumn = 0;
     Rows fRows;
-    QVector<QPointF> fPoints;
+    std::vector<QPointF> fPoints;
 };
 
 } // namespace
