@@ -188,6 +188,7 @@ void numbers(benchmark::State& state)
     KeyFinder byKey;
     model.refreshSTMVals(request, reply, byKey);
     std::vector<std::string> aliases;
+    aliases.reserve(static_cast<std::size_t>(keys));
     for (int i = 0; i < keys; ++i)
         aliases.push_back(aliasName(i));
     std::sort(aliases.begin(), aliases.end()); // as series are kept, not as keys were added
@@ -215,18 +216,34 @@ std::size_t textBytes(const Model& model)
     return bytes;
 }
 
+void printBytes(const char* what, std::size_t bytes, const Model& model)
+{
+    const double all = static_cast<double>(bytes) / mostKeys;
+    const double texts = static_cast<double>(textBytes(model)) / mostKeys;
+    std::printf("%s of %d fetched keys: %.0f bytes a key, of which %.0f are texts and %.0f are "
+                "not\n",
+                what, mostKeys, all, texts, all - texts);
+}
+
+/// Of the records with what finds them, and of everything that stays after a fetch: beside the
+/// model, the request kept for the next one, as values and encoded, and the link's buffers.
 void printMemory()
 {
+    const auto exchange = exchangeOf(mostKeys);
     robot();
-    const std::size_t before = allocatedBytes();
+    std::size_t before = allocatedBytes();
+    {
+        Model model;
+        KeyFinder byKey;
+        fill(model, mostKeys);
+        model.refreshSTMVals(exchange.first, exchange.second, byKey);
+        printBytes("model    ", allocatedBytes() - before, model);
+    }
+    before = allocatedBytes();
     Panel panel(mostKeys);
     if (!panel.fetch())
         throw std::runtime_error("the fetch for the memory figure failed");
-    const double all = static_cast<double>(allocatedBytes() - before) / mostKeys;
-    const double texts = static_cast<double>(textBytes(*panel.module.fModel)) / mostKeys;
-    std::printf("memory of %d fetched keys: %.0f bytes a key, of which %.0f are texts "
-                "and %.0f are not (aim below 400)\n",
-                mostKeys, all, texts, all - texts);
+    printBytes("all of it", allocatedBytes() - before, *panel.module.fModel);
 }
 
 std::vector<Ratio> ratiosWanted()
