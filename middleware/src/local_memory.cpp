@@ -53,6 +53,7 @@ void LocalMemory::storeAll(const ZoValue& pairs)
 {
     const int count = pairsToSet(pairs);
     std::vector<ZoValue> values;
+    values.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         values.push_back(decodeJson(encodeJson(pairs[i][1])));
     const std::lock_guard<std::shared_mutex> lock(fMutex);

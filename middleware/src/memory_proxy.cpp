@@ -29,7 +29,7 @@ ZoValue pairOf(const std::string& key, const ZoValue& value)
 
 ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy) : fProxy(std::move(proxy)) {}
 
-ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoBroker> broker)
+ZoMemoryProxy::ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker)
     : fProxy(broker ? broker->getLocalMemory() : nullptr)
 {
 }

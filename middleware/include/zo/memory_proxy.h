@@ -19,7 +19,7 @@ public:
     /// The memory behind `proxy`.
     explicit ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy);
     /// The memory of this process that `broker` itself holds.
-    explicit ZoMemoryProxy(boost::shared_ptr<ZoBroker> broker);
+    explicit ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker);
 
     /// The names of all keys, each once, in no particular order.
     std::vector<std::string> getDataListName();

@@ -40,7 +40,8 @@ public:
     ZoValue(int value) noexcept : fData(std::int64_t{value}) {}
     ZoValue(std::int64_t value) noexcept : fData(value) {}
     ZoValue(double value) noexcept : fData(value) {}
-    ZoValue(std::string value) noexcept : fData(std::move(value)) {}
+    ZoValue(const std::string& value) : fData(value) {}
+    ZoValue(std::string&& value) noexcept : fData(std::move(value)) {}
     ZoValue(const char* value) : fData(std::string(value)) {}
     /// An array of strings.
     ZoValue(const std::vector<std::string>& values);
