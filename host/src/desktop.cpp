@@ -1,0 +1,181 @@
+#include "desktop.h"
+
+#include "error_reporter.h"
+#include "recent_connections.h"
+#include "resource_paths.h"
+
+#include <QApplication>
+#include <QStringList>
+
+#include <utility>
+
+namespace {
+
+constexpr int deleteInterval = 20; ///< ms
+
+/// Shows the user that the program is busy.
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+boost::shared_ptr<ZoBroker> makeBroker(const ConnectionSettings& settings)
+{
+    const WaitCursor busy;
+    return ZoBroker::create("TarvekDesktop", settings.address.host, settings.address.port,
+                            settings.brokerOptions());
+}
+
+} // namespace
+
+Desktop::Desktop(const CommandLine& commandLine, ErrorReporter& errors)
+    : fCommandLine(commandLine), fErrors(errors)
+{
+    if (fCommandLine.imageDir.isEmpty())
+        fCommandLine.imageDir = ownImageDir();
+    fDeleteTimer.setInterval(deleteInterval);
+    connect(&fDeleteTimer, &QTimer::timeout, this, &Desktop::xDeleteClosed);
+    loadPlugins();
+}
+
+Desktop::~Desktop()
+{
+    delete fDialog;
+    qDeleteAll(fWindows);
+    qDeleteAll(fClosedWindows);
+}
+
+void Desktop::loadPlugins()
+{
+    for (const QString& file : fCommandLine.pluginFiles)
+        fPlugins.loadFile(file);
+    for (const QString& folder : fCommandLine.pluginDirs)
+        fPlugins.loadFolder(folder);
+    fPlugins.loadFolder(ownPluginDir());
+}
+
+void Desktop::start()
+{
+    if (fCommandLine.connectAtOnce)
+        connectTo(fCommandLine.settings);
+    else
+        showConnectDialog();
+}
+
+void Desktop::showConnectDialog()
+{
+    openDialog(fCommandLine.settings);
+}
+
+void Desktop::openDialog(const ConnectionSettings& settings)
+{
+    if (!fDialog) {
+        fDialog = new ConnectDialog(recent_connections::load(), settings);
+        fDialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(fDialog, &ConnectDialog::connectRequested, this, &Desktop::connectTo);
+        connect(fDialog, &ConnectDialog::refused, this, &Desktop::xOnRefused);
+        connect(fDialog, &QObject::destroyed, this, &Desktop::xFinishIfNothingIsOpen,
+                Qt::QueuedConnection);
+    }
+    fDialog->show();
+    fDialog->raise();
+    fDialog->activateWindow();
+}
+
+void Desktop::connectTo(const ConnectionSettings& settings)
+{
+    boost::shared_ptr<ZoBroker> broker;
+    try {
+        broker = makeBroker(settings);
+    } catch (const std::exception& error) {
+        askAgain(tr("There is no connection to %1.\n\n%2")
+                     .arg(settings.addressText(), QString::fromUtf8(error.what())),
+                 settings);
+        return;
+    }
+    recent_connections::remember(settings);
+    MainWindow* window = openWindow(settings, std::move(broker));
+    if (fDialog)
+        fDialog->accept();
+    openFirstPanel(window);
+}
+
+void Desktop::askAgain(const QString& problem, const ConnectionSettings& settings)
+{
+    openDialog(settings);
+    fErrors.report(fDialog, problem);
+}
+
+void Desktop::xOnRefused(const QString& pProblem)
+{
+    fErrors.report(fDialog, pProblem);
+}
+
+MainWindow* Desktop::openWindow(const ConnectionSettings& settings,
+                                boost::shared_ptr<ZoBroker> broker)
+{
+    const WindowContext context{fPlugins, fErrors, imageDirForPanels(fCommandLine.imageDir)};
+    auto* window = new MainWindow(context, settings, std::move(broker));
+    fWindows += window;
+    connect(window, &MainWindow::newConnectionRequested, this, &Desktop::showConnectDialog);
+    connect(window, &MainWindow::quitRequested, this, &Desktop::closeAll);
+    connect(window, &MainWindow::closed, this, [this, window] {
+        fWindows.removeOne(window);
+        fClosedWindows += window;
+        fDeleteTimer.start();
+    });
+    window->show();
+    return window;
+}
+
+void Desktop::openFirstPanel(MainWindow* window)
+{
+    if (fCommandLine.panel.isEmpty())
+        return;
+    PanelPlugin* plugin = fPlugins.find(fCommandLine.panel);
+    if (plugin) {
+        // Its start-up dialog runs an event loop of its own: let this function return first.
+        QTimer::singleShot(0, window, [window, plugin] { window->openPanel(plugin); });
+        return;
+    }
+    QStringList names;
+    for (const auto& found : fPlugins.plugins())
+        names += found->name;
+    fErrors.report(window,
+                   tr("There is no panel \"%1\". Found: %2")
+                       .arg(fCommandLine.panel, names.isEmpty() ? tr("none") : names.join(", ")));
+}
+
+void Desktop::closeAll()
+{
+    if (fDialog)
+        fDialog->reject();
+    const QList<MainWindow*> windows = fWindows;
+    for (MainWindow* window : windows)
+        window->close();
+    xFinishIfNothingIsOpen();
+}
+
+void Desktop::xDeleteClosed()
+{
+    const QList<MainWindow*> windows = fClosedWindows;
+    for (MainWindow* window : windows) {
+        if (window->isIdle()) {
+            fClosedWindows.removeOne(window);
+            delete window;
+        }
+    }
+    if (fClosedWindows.isEmpty())
+        fDeleteTimer.stop();
+    xFinishIfNothingIsOpen();
+}
+
+void Desktop::xFinishIfNothingIsOpen()
+{
+    if (fWindows.isEmpty() && fClosedWindows.isEmpty() && !fDialog)
+        emit finished();
+}

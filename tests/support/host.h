@@ -1,0 +1,41 @@
+#pragma once
+
+#include "application.h"
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QString>
+
+#include <functional>
+
+class QFileDialog;
+
+/// Words for tests that run the host's windows.
+
+/// The dialog or box of this kind on screen; null when there is none.
+QMessageBox* shownBox();
+QDialog* shownDialog(const QString& objectName);
+
+/// Runs `action` once the dialog of this name is shown: that dialog, and the function that opened
+/// it, are at work meanwhile. Set up before it opens.
+void whenShown(const QString& objectName, std::function<void(QDialog&)> action);
+
+/// Clicks the box's Ok button; the box is gone when it returns.
+void clickOk(QMessageBox* box);
+
+/// Types the name of `file` and confirms it.
+void chooseFile(QFileDialog& dialog, const QString& file);
+
+/// Gives the test a settings file of its own, which lasts as long as the program.
+void useOwnSettings();
+
+/// The main function of a test that runs in the host's own application object.
+#define HOST_TEST_MAIN(TestClass)                                                                  \
+    int main(int argc, char** argv)                                                                \
+    {                                                                                              \
+        Application::prepare();                                                                    \
+        Application application(argc, argv);                                                       \
+        useOwnSettings();                                                                          \
+        TestClass test;                                                                            \
+        return QTest::qExec(&test, argc, argv);                                                    \
+    }

@@ -1,0 +1,325 @@
+#include "error_reporter.h"
+#include "main_window.h"
+#include "plugin_loader.h"
+#include "support/guarded_test.h"
+#include "support/host.h"
+#include "support/modal_driver.h"
+#include "support/redis_server.h"
+
+#include <tarvek/tarvek_widget.h>
+#include <tarvek/widget_interface.h>
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTreeWidget>
+#include <QtTest>
+
+/// The window of one robot, with real plug-ins and a real server as the robot.
+class TestMainWindow : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void offersThePanelsThatWereFound();
+    void opensAPanelFromTheMenu();
+    void opensAPanelFromTheStartPage();
+    void handsThePanelWhatItNeeds();
+    void anErrorOfAPluginEndsInABox();
+    void aPanelThatFailsHalfWayLeavesNothingBehind();
+    void aCancelledPanelIsNoError();
+    void severalPanelsStandSideBySide();
+    void closingTheTabEndsThePanelAndItsLink();
+    void losingTheRobotTellsThePanelOnceWithinTwoSeconds();
+    void saysThatTheRobotIsBackAndTellsTheNextLoss();
+    void aPanelMadeWhileTheRobotWentAwayIsTold();
+    void panelsCannotBeOpenedWithoutTheRobot();
+    void savesAPictureOfThePanel();
+    void aPictureThatCannotBeSavedIsAnError();
+    void listsPluginsThatFailed();
+    void closesWhileAStartUpDialogIsOpen();
+    void anExceptionOfAPanelEndsInABox();
+
+private:
+    QAction* action(const QString& text) const;
+    TarvekWidget* probe() const { return fWindow->findChild<TarvekWidget*>("probe"); }
+    QString stateText() const;
+    QString detailText() const;
+    void openProbe();
+    int clients() const;
+
+    QScopedPointer<RedisServer> fRobot;
+    QScopedPointer<PluginLoader> fPlugins;
+    QScopedPointer<ErrorReporter> fErrors;
+    QScopedPointer<MainWindow> fWindow;
+};
+
+void TestMainWindow::init()
+{
+    fRobot.reset(new RedisServer);
+    fPlugins.reset(new PluginLoader);
+    fPlugins->loadFolder(TEST_PLUGIN_DIR);
+    fErrors.reset(new ErrorReporter);
+    ConnectionSettings settings;
+    settings.address.port = fRobot->port();
+    fWindow.reset(
+        new MainWindow({*fPlugins, *fErrors, "/some/where/"}, settings,
+                       ZoBroker::create("test", settings.address.host, settings.address.port,
+                                        settings.brokerOptions())));
+    fWindow->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fWindow.data()));
+}
+
+void TestMainWindow::cleanup()
+{
+    fWindow.reset();
+    fErrors.reset();
+    fPlugins.reset();
+    fRobot.reset();
+    GuardedTest::cleanup();
+}
+
+QAction* TestMainWindow::action(const QString& text) const
+{
+    for (QAction* action : fWindow->findChildren<QAction*>())
+        if (action->text().remove('&').startsWith(text))
+            return action;
+    return nullptr;
+}
+
+QString TestMainWindow::stateText() const
+{
+    return fWindow->findChild<QLabel*>("connectionState")->text();
+}
+
+QString TestMainWindow::detailText() const
+{
+    return fWindow->findChild<QLabel*>("connectionDetail")->text();
+}
+
+void TestMainWindow::openProbe()
+{
+    action("Probe")->trigger();
+    QVERIFY(probe());
+}
+
+/// Connections that the robot sees, but the one that asks.
+int TestMainWindow::clients() const
+{
+    const std::string list = fRobot->command({"CLIENT", "LIST"});
+    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
+}
+
+void TestMainWindow::offersThePanelsThatWereFound()
+{
+    QVERIFY(action("Probe")->isEnabled());
+    QVERIFY(action("throws")->isEnabled());
+    QVERIFY(!action("other_interface"));
+    QVERIFY(!action("Save picture")->isEnabled());
+    QVERIFY(stateText().startsWith("Connected since"));
+}
+
+void TestMainWindow::opensAPanelFromTheMenu()
+{
+    openProbe();
+    QVERIFY(probe()->isVisible());
+    QCOMPARE(probe()->window(), fWindow.data());
+    QVERIFY(action("Save picture")->isEnabled());
+}
+
+void TestMainWindow::opensAPanelFromTheStartPage()
+{
+    QPushButton* found = nullptr;
+    for (QPushButton* button : fWindow->findChildren<QPushButton*>())
+        if (button->text() == "Probe")
+            found = button;
+    QVERIFY(found && found->isVisible());
+    QTest::mouseClick(found, Qt::LeftButton);
+    QVERIFY(probe() && probe()->isVisible());
+}
+
+void TestMainWindow::handsThePanelWhatItNeeds()
+{
+    ConnectionSettings settings = fWindow->settings();
+    openProbe();
+    QCOMPARE(probe()->property("imageDir").toString(), QString("/some/where/"));
+    QCOMPARE(probe()->property("user").toString(), settings.user);
+    QCOMPARE(fPlugins->find("Probe")->panels->fParent, fWindow.data());
+    QCOMPARE(fPlugins->find("Probe")->panels->fPanel, probe());
+}
+
+void TestMainWindow::anErrorOfAPluginEndsInABox()
+{
+    action("throws")->trigger();
+    QMessageBox* box = shownBox();
+    QVERIFY(box);
+    QVERIFY(box->text().contains("\"throws\""));
+    QVERIFY(box->text().contains("the arm is <b>too</b> short"));
+    QCOMPARE(box->textFormat(), Qt::PlainText);
+    clickOk(box);
+    openProbe();
+}
+
+void TestMainWindow::aPanelThatFailsHalfWayLeavesNothingBehind()
+{
+    action("throws")->trigger();
+    QVERIFY(fWindow->findChildren<TarvekWidget*>().isEmpty());
+    QCOMPARE(fPlugins->find("throws")->panels->fPanel, nullptr);
+}
+
+void TestMainWindow::aCancelledPanelIsNoError()
+{
+    action("nothing")->trigger();
+    QVERIFY(!shownBox());
+    QVERIFY(!action("Save picture")->isEnabled());
+}
+
+void TestMainWindow::severalPanelsStandSideBySide()
+{
+    openProbe();
+    action("Probe")->trigger();
+    QCOMPARE(fWindow->findChildren<TarvekWidget*>("probe").size(), 2);
+    QCOMPARE(clients(), 3);
+    fRobot->kill();
+    for (TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
+        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
+}
+
+void TestMainWindow::closingTheTabEndsThePanelAndItsLink()
+{
+    openProbe();
+    QCOMPARE(clients(), 2);
+    auto* tabs = fWindow->findChild<QTabBar*>();
+    QWidget* button = tabs->tabButton(0, QTabBar::RightSide);
+    QVERIFY(button && button->isVisible());
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTRY_VERIFY(!probe());
+    QTRY_COMPARE(clients(), 1);
+    QCOMPARE(fPlugins->find("Probe")->panels->fPanel, nullptr);
+    QVERIFY(!action("Save picture")->isEnabled());
+    QVERIFY(stateText().startsWith("Connected since"));
+}
+
+void TestMainWindow::losingTheRobotTellsThePanelOnceWithinTwoSeconds()
+{
+    openProbe();
+    QElapsedTimer clock;
+    clock.start();
+    fRobot->stop();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(probe()->property("disconnectedBy").value<WidgetInterface*>(),
+             fPlugins->find("Probe")->panels);
+    QVERIFY(stateText().startsWith("Connection lost since"));
+    QVERIFY2(detailText().contains(fWindow->settings().addressText()), qPrintable(detailText()));
+    QTRY_VERIFY(fWindow->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 2500);
+    QCOMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->resume();
+}
+
+void TestMainWindow::saysThatTheRobotIsBackAndTellsTheNextLoss()
+{
+    openProbe();
+    fRobot->kill();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->restart();
+    QTRY_VERIFY_WITH_TIMEOUT(stateText().startsWith("Connected since"), 15000);
+    QVERIFY2(detailText().contains("Choose the subscription mode"), qPrintable(detailText()));
+    QCOMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->kill();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 2);
+}
+
+void TestMainWindow::aPanelMadeWhileTheRobotWentAwayIsTold()
+{
+    fWindow->setProperty("askFirst", true);
+    whenShown("innerProbeDialog", [this](QDialog& inner) {
+        fRobot->kill();
+        QTRY_VERIFY(stateText().startsWith("Connection lost"));
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY(probe() && probe()->isVisible());
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+}
+
+void TestMainWindow::panelsCannotBeOpenedWithoutTheRobot()
+{
+    fRobot->kill();
+    QTRY_VERIFY(!action("Probe")->isEnabled());
+    fRobot->restart();
+    QTRY_VERIFY_WITH_TIMEOUT(action("Probe")->isEnabled(), 15000);
+}
+
+void TestMainWindow::savesAPictureOfThePanel()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    const QSize size = probe()->size();
+    ModalDriver user;
+    user.then<QFileDialog>(
+        [&folder](QFileDialog& dialog) { chooseFile(dialog, folder.filePath("panel")); });
+    action("Save picture")->trigger();
+    const QImage image(folder.filePath("panel.png"));
+    QCOMPARE(image.size(), size * fWindow->devicePixelRatioF());
+    QVERIFY(detailText().contains(folder.filePath("panel.png")));
+}
+
+void TestMainWindow::aPictureThatCannotBeSavedIsAnError()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    QVERIFY(QDir(folder.path()).mkdir("panel.png"));
+    ModalDriver user;
+    user.then<QFileDialog>(
+        [&folder](QFileDialog& dialog) { chooseFile(dialog, folder.filePath("panel")); });
+    action("Save picture")->trigger();
+    QVERIFY(shownBox());
+    QVERIFY(shownBox()->text().contains(folder.filePath("panel.png")));
+}
+
+void TestMainWindow::listsPluginsThatFailed()
+{
+    QVERIFY(action("Plug-ins that failed")->text().contains("(6)"));
+    action("Plug-ins that failed")->trigger();
+    auto* table = fWindow->findChild<QTreeWidget*>();
+    QVERIFY(table && table->isVisible());
+    QCOMPARE(table->topLevelItemCount(), 6);
+    const auto found = table->findItems("other_interface.so", Qt::MatchEndsWith);
+    QCOMPARE(found.size(), 1);
+    QVERIFY(found[0]->text(1).contains("9.9"));
+}
+
+void TestMainWindow::closesWhileAStartUpDialogIsOpen()
+{
+    fWindow->setProperty("askFirst", true);
+    bool wasIdle = true;
+    whenShown("innerProbeDialog", [this, &wasIdle](QDialog&) {
+        fWindow->close();
+        wasIdle = fWindow->isIdle();
+    });
+    action("Probe")->trigger();
+    QVERIFY(!wasIdle);
+    QVERIFY(fWindow->isIdle());
+    QVERIFY(!fWindow->isVisible());
+    QVERIFY(!probe());
+}
+
+void TestMainWindow::anExceptionOfAPanelEndsInABox()
+{
+    openProbe();
+    QTest::mouseClick(probe()->findChild<QPushButton*>(), Qt::LeftButton);
+    QTRY_VERIFY(shownBox());
+    QCOMPARE(shownBox()->text(), QString("the probe broke off"));
+    clickOk(shownBox());
+    QVERIFY(probe()->isVisible());
+}
+
+HOST_TEST_MAIN(TestMainWindow)
+#include "tst_main_window.moc"
