@@ -1,0 +1,296 @@
+#include "support/guarded_test.h"
+#include "support/host.h"
+#include "support/redis_server.h"
+
+#include <tarvek/tarvek_widget.h>
+#include <tarvek/widget_interface.h>
+
+#include <zo/error.h>
+#include <zo/memory_proxy.h>
+
+#include <QFileDialog>
+#include <QLibrary>
+#include <QPluginLoader>
+#include <QProcess>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QtTest>
+
+/// The real plug-in file, as a host meets it.
+class TestInterface : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void exportsItsEntryPointsAndNothingElse();
+    void verificationTextIsTheRequiredOne();
+    void hasANameForTheMenu();
+    void thereIsOneInstance();
+    void aDeletedInstanceIsMadeAnew();
+    void answersToItsNames();
+    void declaresNoSignalsSlotsOrPropertiesOfItsOwn();
+    void needsAConnection();
+    void acceptingTheDialogGivesThePanelAfterOneFullFetch();
+    void aChosenFileFillsThePanel();
+    void cancellingTheDialogGivesNothingAndFetchesNothing();
+    void aRobotThatIsNotThereThrowsBeforeAnyWidgetIsMade();
+    void wrongPasswordThrows();
+    void eachPanelHasItsOwnConnection();
+    void theParentIsKeptEvenWhenItThrows();
+
+private:
+    QObject* instance() const;
+    WidgetInterface* panels() const { return qobject_cast<WidgetInterface*>(instance()); }
+    TarvekWidget* open();
+    int fetches() const;
+
+    QScopedPointer<RedisServer> fRobot;
+    QScopedPointer<QWidget> fParent;
+    QLibrary fLibrary{GLIMMET_PLUGIN};
+};
+
+namespace {
+
+const std::string imageDir = "/images/";
+
+/// Clicks the start-up dialog's button with this text as soon as the dialog is shown.
+void choose(const QString& text)
+{
+    whenShown({}, [text](QDialog& dialog) {
+        QCOMPARE(dialog.windowTitle(), QString("Glimmet configuration"));
+        for (auto* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == text)
+                QTest::mouseClick(button, Qt::LeftButton);
+    });
+}
+
+void cancel()
+{
+    whenShown({}, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+}
+
+QStringList exportedSymbols()
+{
+    QProcess lister;
+    lister.start("nm", {"-D", "--defined-only", "--format=posix", GLIMMET_PLUGIN});
+    if (!lister.waitForFinished())
+        return {};
+    QStringList names;
+    for (const QString& line : QString(lister.readAllStandardOutput()).split('\n'))
+        if (!line.isEmpty())
+            names += line.section(' ', 0, 0);
+    names.sort();
+    return names;
+}
+
+} // namespace
+
+void TestInterface::init()
+{
+    fRobot.reset(new RedisServer);
+    fRobot->command({"SET", "Arm/Angle", "0.5"});
+    fRobot->command({"SET", "Name", "\"Robin\""});
+    fParent.reset(new QWidget);
+    fParent->setWindowTitle("before");
+    fParent->show();
+}
+
+void TestInterface::cleanup()
+{
+    panels()->fBroker.reset();
+    fParent.reset();
+    fRobot.reset();
+    GuardedTest::cleanup();
+}
+
+QObject* TestInterface::instance() const
+{
+    QPluginLoader loader(GLIMMET_PLUGIN);
+    return loader.instance();
+}
+
+TarvekWidget* TestInterface::open()
+{
+    return panels()->getWidget(fParent.data(), "127.0.0.1", fRobot->port(), imageDir);
+}
+
+/// How often values were fetched from the robot.
+int TestInterface::fetches() const
+{
+    const QString stats = QString::fromStdString(fRobot->command({"INFO", "commandstats"}));
+    const QRegularExpressionMatch match =
+        QRegularExpression("cmdstat_mget:calls=(\\d+)").match(stats);
+    return match.hasMatch() ? match.captured(1).toInt() : 0;
+}
+
+void TestInterface::exportsItsEntryPointsAndNothingElse()
+{
+    QCOMPARE(exportedSymbols(), QStringList({"qt_plugin_instance", "qt_plugin_query_metadata",
+                                             "qt_plugin_query_verification_data"}));
+}
+
+void TestInterface::verificationTextIsTheRequiredOne()
+{
+    using Query = const char* (*)();
+    const auto query =
+        reinterpret_cast<Query>(fLibrary.resolve("qt_plugin_query_verification_data"));
+    QVERIFY(query);
+    QCOMPARE(QByteArray(query()),
+             QByteArray("pattern=QT_PLUGIN_VERIFICATION_DATA\nversion=4.8.1\ndebug=false\n"
+                        "buildkey=x86_64 linux g++-4 full-config"));
+}
+
+void TestInterface::hasANameForTheMenu()
+{
+    const QJsonObject description = QPluginLoader(GLIMMET_PLUGIN).metaData();
+    QCOMPARE(description["IID"].toString(), QString("org.tarvek.desktop.WidgetInterface/0.1"));
+    QCOMPARE(description["MetaData"].toObject()["name"].toString(), QString("Glimmet"));
+}
+
+void TestInterface::thereIsOneInstance()
+{
+    using Instance = QObject* (*)();
+    const auto make = reinterpret_cast<Instance>(fLibrary.resolve("qt_plugin_instance"));
+    QVERIFY(make);
+    QVERIFY(make());
+    QCOMPARE(make(), make());
+    QCOMPARE(make(), instance());
+}
+
+void TestInterface::aDeletedInstanceIsMadeAnew()
+{
+    const QPointer<QObject> first = instance();
+    delete first;
+    QVERIFY(!first);
+    QVERIFY(panels());
+    QCOMPARE(panels()->fPanel, nullptr);
+}
+
+void TestInterface::answersToItsNames()
+{
+    QObject* object = instance();
+    QCOMPARE(object->metaObject()->className(), "Interface");
+    QCOMPARE(object->qt_metacast("Interface"), static_cast<void*>(object));
+    QVERIFY(panels());
+    QCOMPARE(object->qt_metacast("WidgetInterface"), static_cast<void*>(panels()));
+    QCOMPARE(object->qt_metacast("org.tarvek.desktop.WidgetInterface/0.1"),
+             static_cast<void*>(panels()));
+    QCOMPARE(object->qt_metacast("QObject"), static_cast<void*>(object));
+    QCOMPARE(object->qt_metacast("SomethingElse"), static_cast<void*>(nullptr));
+    QCOMPARE(object->qt_metacast(nullptr), static_cast<void*>(nullptr));
+}
+
+void TestInterface::declaresNoSignalsSlotsOrPropertiesOfItsOwn()
+{
+    const QMetaObject* meta = instance()->metaObject();
+    QCOMPARE(meta->methodCount(), meta->methodOffset());
+    QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+    QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
+}
+
+void TestInterface::needsAConnection()
+{
+    QVERIFY(panels()->requiresConnection());
+}
+
+void TestInterface::acceptingTheDialogGivesThePanelAfterOneFullFetch()
+{
+    choose("Do not use a config file (slow)");
+    TarvekWidget* panel = open();
+    QVERIFY(panel);
+    QCOMPARE(fetches(), 1);
+    QCOMPARE(panels()->fPanel, panel);
+    QCOMPARE(panels()->fParent, fParent.data());
+    QCOMPARE(panels()->fBroker->getName(), std::string("GlimmetBroker"));
+    QCOMPARE(panel->parentWidget(), fParent.data());
+    QCOMPARE(fParent->windowTitle(), QString("Tarvek Desktop (connected to 127.0.0.1)"));
+
+    // The table holds the keys already; their values follow with the table's next tick.
+    auto* table = panel->findChild<QTreeWidget*>();
+    QCOMPARE(table->topLevelItemCount(), 2);
+    const auto found = table->findItems("Name", Qt::MatchExactly);
+    QCOMPARE(found.size(), 1);
+    QTRY_COMPARE(found[0]->text(4), QString("Robin"));
+    QCOMPARE(fetches(), 1);
+}
+
+void TestInterface::aChosenFileFillsThePanel()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("keys.xml");
+    QFile output(file);
+    QVERIFY(output.open(QIODevice::WriteOnly));
+    output.write("<stm_viewer><stm_value name=\"Arm/Angle\" alias=\"angle\" watch=\"1\" "
+                 "graph=\"0\"><color red=\"1\" green=\"2\" blue=\"3\"/></stm_value>"
+                 "</stm_viewer>");
+    output.close();
+    whenShown({}, [file](QDialog& dialog) {
+        whenShown("QFileDialog",
+                  [file](QDialog& files) { chooseFile(static_cast<QFileDialog&>(files), file); });
+        for (auto* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == "Open configuration file")
+                QTest::mouseClick(button, Qt::LeftButton);
+    });
+    TarvekWidget* panel = open();
+    QVERIFY(panel);
+    auto* table = panel->findChild<QTreeWidget*>();
+    QCOMPARE(table->topLevelItemCount(), 1);
+    QCOMPARE(table->topLevelItem(0)->text(0), QString("angle"));
+    fRobot->command({"SET", "Arm/Angle", "1.5"});
+    QTRY_COMPARE(table->topLevelItem(0)->text(4), QString("1.5"));
+}
+
+void TestInterface::cancellingTheDialogGivesNothingAndFetchesNothing()
+{
+    cancel();
+    QCOMPARE(open(), nullptr);
+    QCOMPARE(panels()->fPanel, nullptr);
+    QVERIFY(fParent->findChildren<QWidget*>().isEmpty());
+    QCOMPARE(fParent->windowTitle(), QString("Tarvek Desktop (connected to 127.0.0.1)"));
+    QVERIFY(panels()->fBroker && panels()->fBroker->isConnected());
+    QCOMPARE(fetches(), 0);
+}
+
+void TestInterface::aRobotThatIsNotThereThrowsBeforeAnyWidgetIsMade()
+{
+    fRobot->kill();
+    QVERIFY_EXCEPTION_THROWN(open(), ZoError);
+    QVERIFY(fParent->findChildren<QWidget*>().isEmpty());
+    QCOMPARE(fParent->windowTitle(), QString("before"));
+}
+
+void TestInterface::wrongPasswordThrows()
+{
+    panels()->fBrokerOptions.password = "wrong";
+    QVERIFY_EXCEPTION_THROWN(open(), ZoError);
+    panels()->fBrokerOptions = ZoBrokerOptions();
+}
+
+void TestInterface::eachPanelHasItsOwnConnection()
+{
+    choose("Do not use a config file (slow)");
+    TarvekWidget* first = open();
+    const boost::shared_ptr<ZoBroker> firstBroker = panels()->fBroker;
+    choose("Do not use a config file (slow)");
+    TarvekWidget* second = open();
+    QVERIFY(first && second && first != second);
+    QVERIFY(firstBroker != panels()->fBroker);
+    QCOMPARE(panels()->fPanel, second);
+    delete second;
+    panels()->fBroker.reset();
+    QCOMPARE(first->findChild<QTreeWidget*>()->topLevelItemCount(), 2);
+    QVERIFY(firstBroker->isConnected());
+}
+
+void TestInterface::theParentIsKeptEvenWhenItThrows()
+{
+    fRobot->kill();
+    panels()->fParent = nullptr;
+    QVERIFY_EXCEPTION_THROWN(open(), ZoError);
+    QCOMPARE(panels()->fParent, fParent.data());
+}
+
+HOST_TEST_MAIN(TestInterface)
+#include "tst_interface.moc"
