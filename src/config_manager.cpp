@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <stdexcept>
+#include <stdio_ext.h>
 #include <tinyxml.h>
 #include <unistd.h>
 
@@ -46,47 +47,73 @@ std::runtime_error failure(const QString& message)
     return std::runtime_error(message.toUtf8().constData());
 }
 
+/// Names of the attributes, made once: a file has seven of them for each key.
+struct AttributeNames
+{
+    const std::string name = "name";
+    const std::string alias = "alias";
+    const std::string watch = "watch";
+    const std::string graph = "graph";
+    const std::string red = "red";
+    const std::string green = "green";
+    const std::string blue = "blue";
+};
+
+const AttributeNames& attributeNames()
+{
+    static const AttributeNames names;
+    return names;
+}
+
+// The library's own way to write an integer gives the same text and takes twice as long.
+void setNumber(TiXmlElement& element, const std::string& name, int number)
+{
+    element.SetAttribute(name, std::to_string(number));
+}
+
 TiXmlElement* newColorElement(const Color& color)
 {
+    const AttributeNames& names = attributeNames();
     auto* element = new TiXmlElement(colorName);
-    element->SetAttribute("red", color.red);
-    element->SetAttribute("green", color.green);
-    element->SetAttribute("blue", color.blue);
+    setNumber(*element, names.red, color.red);
+    setNumber(*element, names.green, color.green);
+    setNumber(*element, names.blue, color.blue);
     return element;
 }
 
 TiXmlElement* newEntryElement(const STMVal& value)
 {
+    const AttributeNames& names = attributeNames();
     auto* element = new TiXmlElement(entryName);
-    element->SetAttribute(std::string("name"), value.names.first);
-    element->SetAttribute(std::string("alias"), value.names.second);
-    element->SetAttribute("watch", value.watch ? 1 : 0);
-    element->SetAttribute("graph", value.graph ? 1 : 0);
+    element->SetAttribute(names.name, value.names.first);
+    element->SetAttribute(names.alias, value.names.second);
+    setNumber(*element, names.watch, value.watch ? 1 : 0);
+    setNumber(*element, names.graph, value.graph ? 1 : 0);
     element->LinkEndChild(newColorElement(value.color));
     return element;
 }
 
 void readColor(const TiXmlElement* entry, Color& color)
 {
+    const AttributeNames& names = attributeNames();
     const TiXmlElement* element = entry->FirstChildElement(colorName);
     if (!element)
         return;
-    ConfigManager::readInt("red", element, color.red);
-    ConfigManager::readInt("green", element, color.green);
-    ConfigManager::readInt("blue", element, color.blue);
+    ConfigManager::readInt(names.red, element, color.red);
+    ConfigManager::readInt(names.green, element, color.green);
+    ConfigManager::readInt(names.blue, element, color.blue);
 }
 
 bool readEntry(const TiXmlElement* element, STMVal& value)
 {
-    static const std::string nameAttribute = "name";
-    static const std::string aliasAttribute = "alias";
-    const std::string* name = element->Attribute(nameAttribute);
-    const std::string* alias = element->Attribute(aliasAttribute);
+    const AttributeNames& names = attributeNames();
+    const std::string* name = element->Attribute(names.name);
+    const std::string* alias = element->Attribute(names.alias);
     if (!name || !alias)
         return false;
     value.names = {*name, *alias};
-    ConfigManager::readBool("watch", element, value.watch);
-    ConfigManager::readBool("graph", element, value.graph);
+    ConfigManager::readBool(names.watch, element, value.watch);
+    ConfigManager::readBool(names.graph, element, value.graph);
     readColor(element, value.color);
     return true;
 }
@@ -152,6 +179,7 @@ void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, 
     }
     TiXmlDocument document;
     document.LinkEndChild(root.release());
+    __fsetlocking(stream.get(), FSETLOCKING_BYCALLER); // nobody else ever sees the stream
     document.SaveFile(stream.get());
 }
 

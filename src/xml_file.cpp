@@ -2,6 +2,7 @@
 
 #include "xml_guard.h"
 
+#include <algorithm>
 #include <memory>
 #include <sys/stat.h>
 #include <tinyxml.h>
@@ -16,11 +17,8 @@ struct StreamCloser
 const char* const unreadable = "Failed to open file: it cannot be read.";
 
 // Only ordinary files end for certain: a device or a pipe may deliver for ever, or never.
-std::string kindRefusal(std::FILE* stream)
+std::string kindRefusal(const struct stat& status)
 {
-    struct stat status;
-    if (fstat(fileno(stream), &status) != 0)
-        return unreadable;
     if (S_ISDIR(status.st_mode))
         return "Failed to open file: it is a directory.";
     if (!S_ISREG(status.st_mode))
@@ -28,9 +26,11 @@ std::string kindRefusal(std::FILE* stream)
     return std::string();
 }
 
-std::string readAll(std::FILE* stream, std::string& text)
+// The size is no more than a hint: the file may be growing, or made by the system as it is read.
+std::string readAll(std::FILE* stream, std::size_t expected, std::string& text)
 {
     static const std::size_t chunk = std::size_t(1) << 20;
+    text.reserve(std::min(expected, xmlMaxBytes) + chunk + 1);
     std::size_t got = chunk;
     while (got == chunk && text.size() <= xmlMaxBytes) {
         const std::size_t had = text.size();
@@ -49,10 +49,15 @@ std::string readAll(std::FILE* stream, std::string& text)
 
 bool loadXml(std::FILE* stream, TiXmlDocument& document, std::string& error)
 {
+    struct stat status;
+    if (fstat(fileno(stream), &status) != 0) {
+        error = unreadable;
+        return false;
+    }
     std::string text;
-    error = kindRefusal(stream);
+    error = kindRefusal(status);
     if (error.empty())
-        error = readAll(stream, text);
+        error = readAll(stream, static_cast<std::size_t>(status.st_size), text);
     return error.empty() && parseXml(std::move(text), document, error);
 }
 
