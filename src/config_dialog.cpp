@@ -7,11 +7,13 @@
 
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QFontInfo>
 #include <QIcon>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -19,6 +21,28 @@ namespace {
 
 const int dialogWidth = 225;  // px
 const int dialogHeight = 120; // px
+const int smallestFont = 8;   // px
+
+int widestOf(const QList<QPushButton*>& buttons)
+{
+    int widest = 0;
+    for (const QPushButton* button : buttons)
+        widest = std::max(widest, button->sizeHint().width());
+    return widest;
+}
+
+// The dialog's size is fixed and the desktop's font is not: better small texts than cut ones.
+void fitTexts(const QList<QPushButton*>& buttons, int width)
+{
+    buttons.first()->ensurePolished();
+    QFont font = buttons.first()->font();
+    for (int size = QFontInfo(font).pixelSize(); size > smallestFont && widestOf(buttons) > width;
+         --size) {
+        font.setPixelSize(size - 1);
+        for (QPushButton* button : buttons)
+            button->setFont(font);
+    }
+}
 
 QString fileFilter()
 {
@@ -42,6 +66,7 @@ void addChosen(Module& module, const QList<QPair<QString, QString>>& chosen)
 const QString ConfigDialog::fOpenImage = "buttons/open.png";
 const QString ConfigDialog::fNewImage = "buttons/new.png";
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a weak reference cannot be moved from it
 ConfigDialog::ConfigDialog(boost::shared_ptr<Module> module, const std::string& imageDir,
                            QWidget* parent)
     : QDialog(parent), fModule(module)
@@ -59,6 +84,8 @@ ConfigDialog::ConfigDialog(boost::shared_ptr<Module> module, const std::string& 
     connect(create, SIGNAL(clicked()), this, SLOT(xOnNew()));
     connect(open, SIGNAL(clicked()), this, SLOT(xOnOpen()));
     connect(all, SIGNAL(clicked()), this, SLOT(xOnAll()));
+    const QMargins margins = layout->contentsMargins();
+    fitTexts({create, open, all}, dialogWidth - margins.left() - margins.right());
 }
 
 void ConfigDialog::xOnOpen()

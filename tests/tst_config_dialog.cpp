@@ -121,6 +121,7 @@ private slots:
     void init();
     void itHasThreePrivateSlots();
     void itShowsThreeButtonsInAFixedSize();
+    void textsFitTheButtonsInAnyFont();
     void imagesAreFoundBehindThePrefix();
     void theKeyboardReachesAndOperatesEveryButton();
     void aFileIsOpened();
@@ -190,6 +191,24 @@ void TestConfigDialog::itShowsThreeButtonsInAFixedSize()
         QCOMPARE(layout->itemAt(i)->alignment(), Qt::Alignment());
     }
     QVERIFY(buttonOf(dialog, allText)->icon().isNull());
+}
+
+void TestConfigDialog::textsFitTheButtonsInAnyFont()
+{
+    const QFont usual = QApplication::font();
+    for (const int size : {10, 13, 20, 30}) {
+        QFont font = usual;
+        font.setPixelSize(size);
+        QApplication::setFont(font);
+        ConfigDialog dialog(Start().module, "", nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QAbstractButton* longest = buttonOf(dialog, allText);
+        QVERIFY(longest->fontMetrics().horizontalAdvance(allText) < longest->width());
+        if (size == 10)
+            QCOMPARE(longest->font().pixelSize(), 10);
+    }
+    QApplication::setFont(usual);
 }
 
 void TestConfigDialog::imagesAreFoundBehindThePrefix()
@@ -280,9 +299,10 @@ void TestConfigDialog::aFailedOpenEndsTheStart_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("message");
-    QTest::newRow("no XML") << QByteArray("<stm_viewer>")
-                            << "Could not parse XML from location %1.\nError reading Element value.\n"
-                               "Configuration file will not be loaded.";
+    QTest::newRow("no XML")
+        << QByteArray("<stm_viewer>")
+        << "Could not parse XML from location %1.\nError reading Element value.\n"
+           "Configuration file will not be loaded.";
     QTest::newRow("other root") << QByteArray("<viewer/>")
                                 << "Incorrect Tarvek Glimmet configuration file at location %1.\n.";
 }
