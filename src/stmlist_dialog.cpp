@@ -40,6 +40,8 @@ StmListDialog::StmListDialog(const std::vector<std::string>& names, QWidget* par
     auto* layout = new QVBoxLayout(this);
     QHBoxLayout* buttonRow = newButtonRow();
     layout->addWidget(fList);
+    // With hidden entries, the toolkit's scrolling by entries leaves the current one out of sight.
+    fList->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     QHBoxLayout* filterRow = newFilterRow();
     addEntries(names);
     fList->sortItems(Qt::AscendingOrder);
@@ -57,6 +59,7 @@ QHBoxLayout* StmListDialog::newButtonRow()
     auto* cancel = new QPushButton(tr("Cancel"), this);
     connect(ok, SIGNAL(clicked()), this, SLOT(onOk()));
     connect(cancel, SIGNAL(clicked()), this, SLOT(reject()));
+    ok->setDefault(true); // else the first one that Tab reaches would be it
     row->addStretch();
     row->addWidget(cancel);
     row->addWidget(ok);

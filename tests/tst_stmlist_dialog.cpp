@@ -127,6 +127,8 @@ private slots:
     void closingLeavesNothingChosen();
     void acceptingAgainForgetsTheFirstChoice();
     void theKeyboardReachesAndOperatesEverything();
+    void theCurrentEntryStaysInSightAmongHiddenOnes();
+    void theKeyEnterAccepts();
     void anAliasRowHasALabelAndAnEdit();
     void tenThousandNamesAreFilteredAndSorted();
 };
@@ -385,6 +387,34 @@ void TestStmListDialog::theKeyboardReachesAndOperatesEverything()
     shown.button("Ok")->setFocus();
     QTest::keyClick(shown.button("Ok"), Qt::Key_Space);
     QCOMPARE(shown.dialog.chosen(), Pairs({{last, "other"}}));
+}
+
+void TestStmListDialog::theCurrentEntryStaysInSightAmongHiddenOnes()
+{
+    std::vector<std::string> names;
+    for (int i = 0; i < 100; ++i)
+        names.push_back((i % 6 ? "Motion/Body/Joint" : "Device/Joint") + std::to_string(i));
+    Shown shown(names);
+    QVERIFY(shown.isReady());
+    const int visible = shown.texts(true).size();
+    QCOMPARE(visible, 83);
+    for (int i = 0; i < visible; ++i) {
+        QCOMPARE(shown.list->currentItem()->text(), shown.texts(true).at(i));
+        const QRect place = shown.list->visualItemRect(shown.list->currentItem());
+        QVERIFY(shown.list->viewport()->rect().contains(place.center()));
+        QTest::keyClick(shown.list, Qt::Key_Down);
+    }
+}
+
+void TestStmListDialog::theKeyEnterAccepts()
+{
+    Shown shown;
+    QVERIFY(shown.isReady());
+    shown.clickCheckBoxOf("Battery");
+    shown.filter->setFocus();
+    QTest::keyClick(shown.filter, Qt::Key_Return);
+    QCOMPARE(shown.dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(shown.dialog.chosen(), Pairs({{"Battery", "Battery"}}));
 }
 
 void TestStmListDialog::anAliasRowHasALabelAndAnEdit()
