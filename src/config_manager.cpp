@@ -15,6 +15,7 @@
 #include <stdio_ext.h>
 #include <tinyxml.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -138,6 +139,8 @@ bool ConfigManager::readBool(const std::string& name, const TiXmlElement* elemen
     return true;
 }
 
+// The callers keep what they pass: the operations share it.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 bool ConfigManager::saveConfiguration(boost::shared_ptr<Model const> model, TiXmlElement* root)
 {
     const ZoCriticalSectionRead guard(model->fMutex);
@@ -163,6 +166,8 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
     return true;
 }
 
+// NOLINTEND(performance-unnecessary-value-param)
+
 void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, const QString& path)
 {
     const Stream stream = openStream(path, O_WRONLY | O_CREAT | O_TRUNC, "wb");
@@ -173,14 +178,14 @@ void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, 
                           .arg(path));
     }
     auto root = std::make_unique<TiXmlElement>(rootName);
-    if (!saveConfiguration(model, root.get())) {
+    if (!saveConfiguration(std::move(model), root.get())) {
         throw failure(
             tr("Failed to compute XML configuration to be written at location %1.").arg(path));
     }
     TiXmlDocument document;
     document.LinkEndChild(root.release());
     __fsetlocking(stream.get(), FSETLOCKING_BYCALLER); // nobody else ever sees the stream
-    document.SaveFile(stream.get());
+    static_cast<void>(document.SaveFile(stream.get()));
 }
 
 void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, const QString& path)
@@ -201,10 +206,10 @@ void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, cons
                           .arg(QString::fromLatin1(error.c_str())));
     }
     const TiXmlElement* root = document.FirstChildElement(rootName);
-    if (!root || !loadConfiguration(module, root)) {
+    if (!root || !loadConfiguration(std::move(module), root)) {
         throw failure(
             tr("Incorrect Tarvek Glimmet configuration file at location %1.\n.").arg(path));
     }
     // Only failures close the file.
-    stream.release();
+    static_cast<void>(stream.release());
 }
