@@ -1,6 +1,7 @@
 #include "widget.h"
 
 #include "color_button.h"
+#include "file_extension.h"
 #include "graph.h"
 #include "graph_config.h"
 #include "key_row.h"
@@ -21,7 +22,7 @@ int Widget::fRefreshInterval = 100;
 const QString Widget::fRefreshImg = "buttons/refresh.png";
 const QString Widget::fOpenImg = "buttons/open.png";
 const QString Widget::fSaveImg = "buttons/save.png";
-const QString Widget::fFileExtension = "xml";
+const QString Widget::fFileExtension = configFileExtension;
 
 Widget::Widget(boost::shared_ptr<Module> module, const QString& imageDir, QWidget* parent)
     : TarvekWidget(parent),
