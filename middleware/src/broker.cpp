@@ -47,7 +47,7 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name)
 boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std::string& ip,
                                              int port, const ZoBrokerOptions& options)
 {
-    const auto broker = create(name);
+    auto broker = create(name);
     broker->fParts->link = std::make_shared<Link>(ip, port, options);
     return broker;
 }

@@ -13,7 +13,7 @@ constexpr std::size_t longestKey = std::size_t{64} << 10;
 std::string printable(std::string text)
 {
     if (text.size() > longestQuote)
-        text = text.substr(0, longestQuote) + "...";
+        text.replace(longestQuote, std::string::npos, "...");
     std::replace_if(
         text.begin(), text.end(),
         [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '?');

@@ -70,13 +70,13 @@ struct ReplyReader::Hooks
         return guarded(task, [](ReplySink& sink, const ReplyPlace& place) { sink.takeNil(place); });
     }
 
-    static redisReplyObjectFunctions table;
+    static redisReplyObjectFunctions fTable;
 };
 
-redisReplyObjectFunctions ReplyReader::Hooks::table = {&Hooks::text, &Hooks::array, &Hooks::integer,
-                                                       &Hooks::nil, nullptr};
+redisReplyObjectFunctions ReplyReader::Hooks::fTable = {&Hooks::text, &Hooks::array,
+                                                        &Hooks::integer, &Hooks::nil, nullptr};
 
-ReplyReader::ReplyReader() : fReader(redisReaderCreateWithFunctions(&Hooks::table))
+ReplyReader::ReplyReader() : fReader(redisReaderCreateWithFunctions(&Hooks::fTable))
 {
     if (!fReader)
         throw std::bad_alloc();

@@ -53,7 +53,7 @@ void watchMessages(QtMsgType type, const QMessageLogContext& context, const QStr
 // The test framework's own watchdog thread is not compiled for data-race checks, which therefore
 // see its end as a race. Nothing of the project stands on such a stack.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the checks look for
-extern "C" const char* __tsan_default_suppressions()
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions()
 {
     return "race:QWaitCondition::~QWaitCondition\nrace:QTest::qRun\n";
 }
