@@ -49,6 +49,15 @@ void watchMessages(QtMsgType type, const QMessageLogContext& context, const QStr
 
 } // namespace
 
+#ifdef __SANITIZE_ADDRESS__
+// The offscreen platform never frees the screen that it makes.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the checks look for
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    return "leak:libqoffscreen.so\n";
+}
+#endif
+
 #ifdef __SANITIZE_THREAD__
 // The test framework's own watchdog thread is not compiled for data-race checks, which therefore
 // see its end as a race. Nothing of the project stands on such a stack.
