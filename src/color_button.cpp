@@ -16,9 +16,10 @@ ColorButton::ColorButton(Color& color, QWidget* parent) : QPushButton(parent), f
 void ColorButton::xOnClick()
 {
     // The button may be deleted, and the dialog with it, while the dialog is open.
-    const QPointer<QColorDialog> dialog = new QColorDialog(shownColor(fColor), this);
+    auto* dialog = new QColorDialog(shownColor(fColor), this);
+    const QPointer<QColorDialog> stillThere(dialog);
     dialog->exec();
-    if (!dialog)
+    if (!stillThere)
         return;
     const QColor chosen = dialog->selectedColor();
     delete dialog;

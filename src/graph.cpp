@@ -37,7 +37,8 @@ int pointSize(const QPainter& painter)
 
 } // namespace
 
-Graph::Graph(boost::shared_ptr<const Model> model, QWidget* parent) : QWidget(parent), fModel(model)
+Graph::Graph(const boost::shared_ptr<const Model>& model, QWidget* parent)
+    : QWidget(parent), fModel(model)
 {
 }
 
@@ -155,7 +156,8 @@ void Graph::paintEvent(QPaintEvent*)
     // Changes no pixel, but tells the raster engine that the clip is one rectangle: it then
     // blends lines straight into the image, in half the time.
     painter.setClipRect(rect());
-    painter.translate(0, fMargin / 2);
+    constexpr int topMargin = fMargin / 2;
+    painter.translate(0, topMargin);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(penOf(fDefaultColor));
     if (fAutoscale)
@@ -163,7 +165,7 @@ void Graph::paintEvent(QPaintEvent*)
     else if (fMinY == fMaxY)
         return;
     paintPlot(painter);
-    painter.translate(0, -(fMargin / 2));
+    painter.translate(0, -topMargin);
 }
 
 void Graph::paintPlot(QPainter& painter) const

@@ -46,7 +46,7 @@ public:
     static const QColor fDefaultColor; ///< of a curve without colour
 
     /// Keeps a weak reference to `model`. Does not run before `init()`.
-    Graph(boost::shared_ptr<const Model> model, QWidget* parent);
+    Graph(const boost::shared_ptr<const Model>& model, QWidget* parent);
     ~Graph() override;
 
     /// Starts sampling, on a fresh timer and clock; the curves stay as they are.

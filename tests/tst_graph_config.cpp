@@ -27,6 +27,9 @@ struct Panel
         graph.show();
     }
 
+    Panel(const Panel&) = delete;
+    Panel& operator=(const Panel&) = delete;
+
     QCheckBox* autoscaleBox() const { return config->findChild<QCheckBox*>(); }
 
     QDoubleSpinBox* speedBox() const
