@@ -18,6 +18,8 @@ public:
     explicit KeyRow(Color& color);
 
     Color& color() const { return fColor; }
+    /// The text of a cell; null where none was written.
+    const QString& cellText(int column) const { return cell(column).text; }
 
     QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant& value) override;

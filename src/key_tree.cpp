@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QStyledItemDelegate>
@@ -128,6 +129,21 @@ void KeyTree::installButtons(int column, ButtonMaker maker)
     viewport()->show();
 }
 
+/// Each new button asks for a layout, unless one is pending: so those that the coming layout is
+/// likely to bring in sight are made before it.
+void KeyTree::installButtonsAhead()
+{
+    if (fButtonColumn < 0 || fInstalling || verticalScrollMode() != ScrollPerItem)
+        return;
+    const QScopedValueRollback<bool> installing(fInstalling, true);
+    scheduleDelayedItemsLayout();
+    const int first = verticalScrollBar()->value();
+    const int count = viewport()->height() / fontMetrics().height() + 1;
+    const int last = qMin(first + count, topLevelItemCount() - 1);
+    for (int row = first; row <= last; ++row)
+        installButton(model()->index(row, fButtonColumn));
+}
+
 void KeyTree::installButton(const QModelIndex& index)
 {
     QTreeWidgetItem* item = itemFromIndex(index);
@@ -139,16 +155,21 @@ void KeyTree::installButton(const QModelIndex& index)
     }
 }
 
-/// Deletes all buttons. The focus stays in the table if one of them had it.
+/// Deletes all widgets of cells. The focus stays in the table if one of them had it.
 void KeyTree::reset()
 {
     if (viewport()->isAncestorOf(QApplication::focusWidget()))
         setFocus();
+    // The base class would have them go in any order, and each be searched among those left.
+    for (QObject* child : viewport()->children())
+        if (child->isWidgetType() && !static_cast<QWidget*>(child)->isWindow())
+            child->deleteLater();
     QTreeWidget::reset();
 }
 
 void KeyTree::doItemsLayout()
 {
+    installButtonsAhead();
     QTreeWidget::doItemsLayout();
     placeWidgetsInSight();
 }

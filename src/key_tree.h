@@ -20,7 +20,7 @@ public:
     using ButtonMaker = std::function<QWidget*(QTreeWidgetItem&)>;
 
     /// So many rows have their button from the start, the others once they came into sight.
-    static constexpr int fButtonLimit = 10000;
+    static constexpr int fButtonLimit = 5000;
 
     class WriteBatch;
 
@@ -47,6 +47,7 @@ private:
     void sortRows();
     void tellAccessibility();
 
+    void installButtonsAhead();
     void installButton(const QModelIndex& index);
     void placeWidgetsInSight();
     QModelIndexList rowsInSight() const;

@@ -11,7 +11,7 @@ namespace {
 struct Entry
 {
     quint64 head; ///< first four characters of the text: most comparisons end here
-    QString text;
+    const QString* text;
     KeyRow* row;
 };
 
@@ -25,18 +25,19 @@ quint64 headOf(const QString& text)
 
 bool isLess(const Entry& one, const Entry& other)
 {
-    return one.head != other.head ? one.head < other.head : one.text < other.text;
+    return one.head != other.head ? one.head < other.head : *one.text < *other.text;
 }
 
 QVector<Entry> entriesOf(const QTreeWidget& tree)
 {
     QVector<Entry> entries;
     const int count = tree.topLevelItemCount();
+    const int column = tree.sortColumn();
     entries.reserve(count);
     for (int i = 0; i < count; ++i) {
         if (auto* row = dynamic_cast<KeyRow*>(tree.topLevelItem(i))) {
-            const QString text = row->text(tree.sortColumn());
-            entries.append({headOf(text), text, row});
+            const QString& text = row->cellText(column);
+            entries.append({headOf(text), &text, row});
         }
     }
     return entries;

@@ -179,7 +179,7 @@ void Widget::resetTree()
     // Only now: buttons of rows that do not move any more cost less.
     table().installButtons(fColColor, [this](QTreeWidgetItem& item) -> QWidget* {
         const auto* row = dynamic_cast<KeyRow*>(&item);
-        return row ? new ColorButton(row->color(), fTree) : nullptr;
+        return row ? new ColorButton(row->color(), fTree->viewport()) : nullptr;
     });
     for (const int column : {fColName, fColType, fColValue, fColWatch, fColGraph, fColColor})
         fTree->resizeColumnToContents(column);

@@ -536,7 +536,8 @@ void WidgetTest::tenThousandRowsAreBuiltWrittenAndSorted()
     for (const int row : {0, 5000, 9999}) {
         QTreeWidgetItem* item = panel.tree()->topLevelItem(row);
         QCOMPARE(item->text(Widget::fColValue), QString("key%1").arg(100000 + row));
-        QVERIFY(panel.tree()->itemWidget(item, Widget::fColColor));
+        panel.tree()->scrollToItem(item);
+        QTRY_VERIFY(panel.tree()->itemWidget(item, Widget::fColColor));
     }
 }
 

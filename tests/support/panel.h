@@ -34,8 +34,10 @@ public:
         return *module->fModel->fSTMVals.back();
     }
 
+    /// Shows the rows of all keys. The graph is paused: it would drop keys that are no numbers.
     void show()
     {
+        graph()->setPlay(false);
         widget->resetTree();
         widget->show();
         QVERIFY(QTest::qWaitForWindowExposed(widget.get()));
