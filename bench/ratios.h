@@ -39,7 +39,7 @@ public:
             if (over == fBest.end() || under == fBest.end())
                 continue;
             const double value = over->second / under->second;
-            std::printf("%-24s / %-24s %7.2f  (at most %.1f%s)\n", ratio.numerator.c_str(),
+            std::printf("%-24s / %-24s %7.4g  (at most %g%s)\n", ratio.numerator.c_str(),
                         ratio.denominator.c_str(), value, ratio.atMost,
                         value <= ratio.atMost ? "" : ": MISSED");
         }

@@ -1,0 +1,386 @@
+// The key table: building it, writing it, and the commands that touch every row.
+//
+//   bench_table [--share [SECONDS]] [benchmark options]
+//
+// --share prints how much of a core a shown panel takes while 1,000 watched keys of a real server
+// change every 100 ms, and ends. The platform is "offscreen" unless QT_QPA_PLATFORM names another.
+
+#include "color_button.h"
+#include "graph.h"
+#include "latin1.h"
+#include "module.h"
+#include "ratios.h"
+#include "support/redis_server.h"
+#include "widget.h"
+
+#include <zo/zo.h>
+
+#include <boost/make_shared.hpp>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// Processor time of this process: unlike the clock on the wall it does not count what else runs.
+double processSeconds()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+std::string aliasOf(int i, int count)
+{
+    return "Device/SubDeviceList/Joint" + std::to_string(1000000 + i * 7919LL % count) +
+           "/Position/Sensor/Value";
+}
+
+/// As many records as asked for, whose values can all be changed at once.
+class Keys
+{
+public:
+    explicit Keys(int count) : fModel(boost::make_shared<Module>(nullptr))
+    {
+        for (int i = 0; i < count; ++i) {
+            fModel->addSTMVal(aliasOf(i, count), aliasOf(i, count));
+            records().back()->type = "float";
+        }
+        change();
+    }
+
+    /// Gives every key another number, so that their order by value changes, too.
+    void change()
+    {
+        ++fGeneration;
+        const auto count = static_cast<long>(records().size());
+        for (long i = 0; i < count; ++i)
+            records()[static_cast<std::size_t>(i)]->value =
+                std::to_string((i * 7919 + fGeneration * (i % 13)) % count) + ".125";
+    }
+
+    const boost::shared_ptr<Module>& module() const { return fModel; }
+    std::vector<boost::shared_ptr<STMVal>>& records() const { return fModel->fModel->fSTMVals; }
+
+private:
+    boost::shared_ptr<Module> fModel;
+    long fGeneration = 0;
+};
+
+/// Tells when a widget was painted.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* widget) { widget->installEventFilter(this); }
+
+    /// Until the widget was painted and nothing is left to do.
+    void settle()
+    {
+        for (fIsPainted = false; !fIsPainted;)
+            QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        fIsPainted = fIsPainted || event->type() == QEvent::Paint;
+        return QObject::eventFilter(watched, event);
+    }
+
+    bool fIsPainted = false;
+};
+
+/// A shown panel that fetches nothing by itself.
+class ShownPanel
+{
+public:
+    explicit ShownPanel(const Keys& keys) : widget(keys.module(), QString(), nullptr)
+    {
+        emit widget.disconnected(nullptr);
+        widget.findChild<Graph*>()->setPlay(false);
+        widget.resetTree();
+        widget.resize(1200, 700);
+        widget.show();
+        tree->sortByColumn(Widget::fColName, Qt::AscendingOrder);
+        paint.settle();
+    }
+
+    void pass()
+    {
+        widget.refreshTree();
+        QMetaObject::invokeMethod(&widget, "xRefreshTree");
+        paint.settle();
+    }
+
+    Widget widget;
+    QTreeWidget* tree = widget.findChild<QTreeWidget*>();
+    PaintWatch paint{tree->viewport()};
+};
+
+/// The rows of a table, as the panel has them, made of the toolkit's own items.
+QList<QTreeWidgetItem*> makeItems(const Keys& keys)
+{
+    QList<QTreeWidgetItem*> items;
+    for (const auto& record : keys.records()) {
+        auto* item = new QTreeWidgetItem;
+        item->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
+        item->setText(Widget::fColName, fromLatin1(record->names.second));
+        item->setText(Widget::fColType, fromLatin1(record->type));
+        item->setText(Widget::fColValue, fromLatin1(record->value));
+        item->setCheckState(Widget::fColWatch, Qt::Unchecked);
+        item->setCheckState(Widget::fColGraph, Qt::Unchecked);
+        items.append(item);
+    }
+    return items;
+}
+
+void writeCells(const Keys& keys, const QList<QTreeWidgetItem*>& items)
+{
+    for (int i = 0; i < items.size(); ++i) {
+        const STMVal& record = *keys.records()[static_cast<std::size_t>(i)];
+        const QString name = items[i]->text(Widget::fColName);
+        items[i]->setText(Widget::fColName, "vieux flan rabougri");
+        items[i]->setText(Widget::fColName, name);
+        items[i]->setText(Widget::fColType, fromLatin1(record.type));
+        items[i]->setText(Widget::fColValue, fromLatin1(record.value));
+    }
+}
+
+int rowsOf(const benchmark::State& state)
+{
+    return static_cast<int>(state.range(0));
+}
+
+/// Times `work` alone, after `prepare`, at each iteration, in processor time.
+template <class Prepare, class Work>
+void measure(benchmark::State& state, Prepare prepare, Work work)
+{
+    for (auto _ : state) {
+        prepare();
+        const double start = processSeconds();
+        work();
+        state.SetIterationTime(processSeconds() - start);
+    }
+}
+
+const auto nothing = [] {};
+
+void rebuildGlimmet(benchmark::State& state)
+{
+    const Keys keys(rowsOf(state));
+    ShownPanel panel(keys);
+    measure(state, nothing, [&panel] {
+        panel.widget.resetTree();
+        panel.paint.settle();
+    });
+}
+
+void rebuildBare(benchmark::State& state)
+{
+    const Keys keys(rowsOf(state));
+    measure(state, nothing, [&keys] {
+        const QList<QTreeWidgetItem*> items = makeItems(keys);
+        std::vector<std::unique_ptr<ColorButton>> buttons;
+        for (const auto& record : keys.records())
+            buttons.push_back(std::make_unique<ColorButton>(record->color, nullptr));
+        QCoreApplication::processEvents();
+        qDeleteAll(items);
+    });
+}
+
+void passGlimmet(benchmark::State& state, int sortColumn)
+{
+    Keys keys(rowsOf(state));
+    ShownPanel panel(keys);
+    panel.tree->sortByColumn(sortColumn, Qt::AscendingOrder);
+    panel.pass();
+    measure(
+        state, [&keys] { keys.change(); }, [&panel] { panel.pass(); });
+}
+
+void passBare(benchmark::State& state)
+{
+    Keys keys(rowsOf(state));
+    QTreeWidget tree;
+    tree.setColumnCount(6);
+    const QList<QTreeWidgetItem*> items = makeItems(keys);
+    tree.addTopLevelItems(items);
+    // The first writes of new items search for their rows.
+    writeCells(keys, items);
+    measure(
+        state, [&keys] { keys.change(); }, [&] { writeCells(keys, items); });
+}
+
+void passLiteral(benchmark::State& state)
+{
+    Keys keys(rowsOf(state));
+    QTreeWidget tree;
+    tree.setColumnCount(6);
+    tree.resize(600, 600);
+    const QList<QTreeWidgetItem*> items = makeItems(keys);
+    tree.addTopLevelItems(items);
+    for (int i = 0; i < items.size(); ++i) {
+        Color& color = keys.records()[static_cast<std::size_t>(i)]->color;
+        tree.setItemWidget(items[i], Widget::fColColor, new ColorButton(color, &tree));
+    }
+    tree.setSortingEnabled(true);
+    tree.sortByColumn(Widget::fColName, Qt::AscendingOrder);
+    tree.show();
+    PaintWatch paint(tree.viewport());
+    paint.settle();
+    measure(
+        state, [&keys] { keys.change(); },
+        [&] {
+            writeCells(keys, items);
+            tree.viewport()->update();
+            paint.settle();
+        });
+}
+
+/// One click on a box for all rows; every other click takes it back.
+void command(benchmark::State& state, const QString& text)
+{
+    const Keys keys(rowsOf(state));
+    ShownPanel panel(keys);
+    QCheckBox* box = nullptr;
+    for (QCheckBox* candidate : panel.widget.findChildren<QCheckBox*>())
+        if (candidate->text() == text)
+            box = candidate;
+    measure(state, nothing, [&] {
+        box->click();
+        panel.paint.settle();
+    });
+}
+
+void registerAll()
+{
+    using benchmark::RegisterBenchmark;
+    const auto add = [](const char* name, auto run, std::initializer_list<int> counts) {
+        auto* made = RegisterBenchmark(name, run);
+        for (const int count : counts)
+            made->Arg(count);
+        made->UseManualTime()->Unit(benchmark::kMillisecond);
+    };
+    const auto all = {100, 1000, 10000, 100000};
+    add("rebuild/glimmet", rebuildGlimmet, all);
+    add("rebuild/bare", rebuildBare, all);
+    add(
+        "pass/glimmet/name", [](benchmark::State& state) { passGlimmet(state, Widget::fColName); },
+        all);
+    add(
+        "pass/glimmet/value",
+        [](benchmark::State& state) { passGlimmet(state, Widget::fColValue); }, all);
+    add("pass/bare", passBare, all);
+    add("pass/literal", passLiteral, {100, 1000});
+    add(
+        "command/graph_all", [](benchmark::State& state) { command(state, "Graph All"); }, all);
+    add(
+        "command/watch_all", [](benchmark::State& state) { command(state, "Watch All"); }, all);
+}
+
+const std::vector<Ratio> ratios{
+    {"rebuild/glimmet/10000", "rebuild/bare/10000", 3},
+    {"rebuild/glimmet/100000", "rebuild/glimmet/10000", 12},
+    {"pass/glimmet/name/10000", "pass/bare/10000", 2},
+    {"pass/glimmet/value/10000", "pass/bare/10000", 4},
+    {"pass/glimmet/name/1000", "pass/literal/1000", 0.01},
+    {"pass/glimmet/name/100000", "pass/glimmet/name/10000", 12},
+    {"pass/glimmet/value/100000", "pass/glimmet/value/10000", 12},
+    {"command/graph_all/10000", "command/graph_all/1000", 15},
+    {"command/watch_all/10000", "command/watch_all/1000", 15},
+};
+
+constexpr int sharedKeys = 1000;
+
+/// Changes all keys of the server every 100 ms, in a process of its own, which the caller ends.
+pid_t startWriter(const RedisServer& server)
+{
+    const pid_t writer = ::fork();
+    if (writer != 0)
+        return writer;
+    for (long generation = 0; ::getppid() != 1; ++generation) {
+        std::vector<std::string> words{"MSET"};
+        for (int i = 0; i < sharedKeys; ++i) {
+            words.push_back(aliasOf(i, sharedKeys));
+            words.push_back(std::to_string((i * 31L + generation * 17) % 1000) + ".125");
+        }
+        server.command(words);
+        ::usleep(100000);
+    }
+    ::_exit(0);
+}
+
+void printShare(int sortColumn, const char* sortedBy, const RedisServer& server, int seconds)
+{
+    const auto broker = ZoBroker::create("BenchTable", "127.0.0.1", server.port());
+    const auto module = boost::make_shared<Module>(
+        boost::make_shared<ZoMemoryProxy>(broker->getProxy("ZoMemory", 0)));
+    for (int i = 0; i < sharedKeys; ++i) {
+        module->addSTMVal(aliasOf(i, sharedKeys), aliasOf(i, sharedKeys));
+        module->watchStmVal(aliasOf(i, sharedKeys), true);
+    }
+    Widget panel(module, QString(), nullptr);
+    module->fGCInterface = &panel;
+    panel.resetTree();
+    panel.resize(1200, 700);
+    panel.show();
+    auto* tree = panel.findChild<QTreeWidget*>();
+    tree->sortByColumn(sortColumn, Qt::AscendingOrder);
+
+    int changes = 0;
+    QObject::connect(tree->model(), &QAbstractItemModel::dataChanged,
+                     [&](const QModelIndex& cell) { changes += cell.column() == 4; });
+    const double before = processSeconds();
+    const Clock::time_point start = Clock::now();
+    QTimer::singleShot(seconds * 1000, qApp, &QCoreApplication::quit);
+    QApplication::exec();
+    const double wall = secondsSince(start);
+    std::printf("sorted by %-5s: %4.1f %% of a core, %.0f value cells changed a second "
+                "(aim: below 10 %%)\n",
+                sortedBy, (processSeconds() - before) / wall * 100, changes / wall);
+}
+
+int share(int seconds)
+{
+    const RedisServer server;
+    const pid_t writer = startWriter(server);
+    printShare(Widget::fColName, "name", server, seconds);
+    printShare(Widget::fColValue, "value", server, seconds);
+    return ::kill(writer, SIGKILL);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    if (argc > 1 && std::string(argv[1]) == "--share")
+        return share(argc > 2 ? std::max(1, std::atoi(argv[2])) : 10);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    registerAll();
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.print(ratios);
+    return 0;
+}
