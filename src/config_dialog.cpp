@@ -2,6 +2,7 @@
 
 #include "config_manager.h"
 #include "file_extension.h"
+#include "latin1.h"
 #include "module.h"
 #include "stmlist_dialog.h"
 
@@ -55,8 +56,8 @@ void addChosen(Module& module, const QList<QPair<QString, QString>>& chosen)
     std::vector<std::string> aliases;
     aliases.reserve(static_cast<std::size_t>(chosen.size()));
     for (const auto& each : chosen) {
-        aliases.push_back(each.second.toLatin1().toStdString());
-        module.addSTMVal(each.first.toLatin1().toStdString(), aliases.back());
+        aliases.push_back(toLatin1(each.second));
+        module.addSTMVal(toLatin1(each.first), aliases.back());
     }
     module.graphStmVals(aliases, true);
 }

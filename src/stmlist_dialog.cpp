@@ -1,5 +1,7 @@
 #include "stmlist_dialog.h"
 
+#include "latin1.h"
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -86,7 +88,7 @@ void StmListDialog::addEntries(const std::vector<std::string>& names)
 {
     fItems.reserve(static_cast<int>(names.size()));
     for (const std::string& each : names) {
-        const QString name = QString::fromLatin1(each.data(), static_cast<int>(each.size()));
+        const QString name = fromLatin1(each);
         fItems.append({newEntry(name), name});
         fList->addItem(fItems.last().first);
     }

@@ -546,9 +546,9 @@ void TestConfigManager::aFileBeyondTheLimitCannotBeLoaded()
 
 void TestConfigManager::aFileEndsAtItsFirstZeroByte()
 {
-    const auto module = loaded(
-        QByteArray("<stm_viewer><stm_value name='a' alias='a'/></stm_viewer>\0<stm_viewer", 72));
-    QCOMPARE(module->fModel->fSTMVals.size(), std::size_t(1));
+    QByteArray bytes = "<stm_viewer><stm_value name='a' alias='a'/></stm_viewer>";
+    bytes.append('\0').append("<stm_viewer");
+    QCOMPARE(loaded(bytes)->fModel->fSTMVals.size(), std::size_t(1));
 }
 
 void TestConfigManager::anotherRootElementCannotBeLoaded()
