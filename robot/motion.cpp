@@ -41,7 +41,7 @@ std::string Motion::legName(int leg)
 }
 
 Motion::Motion(std::uint32_t seed)
-    : fStrideRate(1.1 + 0.2 * scatter(seed, 1)), fStrideLength(0.32 + 0.06 * scatter(seed, 2))
+    : fStrideRate(0.55 + 0.1 * scatter(seed, 1)), fStrideLength(0.32 + 0.06 * scatter(seed, 2))
 {
 }
 

@@ -143,7 +143,7 @@ void TestRobotMotion::stridesGrowWithWalkingOnly()
         if (motion.walking(t) == 0 && motion.walking(t + step) == 0)
             QVERIFY(grown < 1e-9);
     }
-    QVERIFY(motion.strides(2 * minutes) > 40);
+    QVERIFY(motion.strides(2 * minutes) > 20);
 }
 
 void TestRobotMotion::stridesAreTheIntegralOfWalking()
