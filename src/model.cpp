@@ -67,7 +67,7 @@ Model::SubscribeMode Model::subscribeModeFromString(const std::string& text)
 
 void Model::setTimePolicy(int period)
 {
-    fTimePolicy = std::min(std::max(period, int{fMinTime}), int{fMaxTime});
+    fTimePolicy = std::clamp(period, fMinTime, fMaxTime);
 }
 
 void Model::addSTMVal(boost::shared_ptr<STMVal> value)

@@ -49,8 +49,8 @@ public:
         SUBSCRIBE_UNKNOWN = 3 ///< only as the answer for a text that names no mode
     };
 
-    static const int fMinTime = 60;    ///< shortest period, ms
-    static const int fMaxTime = 10000; ///< longest period, ms
+    static constexpr int fMinTime = 60;    ///< shortest period, ms
+    static constexpr int fMaxTime = 10000; ///< longest period, ms
 
     Model();
     ~Model();

@@ -67,10 +67,16 @@ private slots:
 
 void TestModel::aNewRecordIsEmptyWithARandomColour()
 {
+    std::srand(3);
+    const Color expected;
+    std::srand(3);
     const STMVal record;
     QVERIFY(record.names.first.empty() && record.names.second.empty());
     QVERIFY(record.type.empty() && record.value.empty());
     QVERIFY(!record.watch && !record.graph);
+    QCOMPARE(record.color.red, expected.red);
+    QCOMPARE(record.color.green, expected.green);
+    QCOMPARE(record.color.blue, expected.blue);
 }
 
 void TestModel::aColourTakesThreeNumbersInOrderAndIsNeverFullWhite()
@@ -154,6 +160,8 @@ void TestModel::thePeriodStaysWithinItsBounds()
     Model model;
     model.setTimePolicy(given);
     QTEST(model.fTimePolicy, "stored");
+    QCOMPARE(Model::fMinTime, 60); // by reference: the bounds are objects, too
+    QCOMPARE(Model::fMaxTime, 10000);
 }
 
 void TestModel::recordsKeepTheirOrderAndMayRepeat()
