@@ -176,7 +176,6 @@ void TestCliCommandLine::mistakesAreNamed_data()
     row({"watch", "--period", "soon", "a"}, "'soon'");
     row({"watch", "--count", "0", "a"}, "--count must be a whole number from 1");
     row({"watch", "a", "--period", "60"}, "'--period'");
-    row({"--user", "alice", "list"}, "--user needs --password-file");
     row({"--ca", "ca.pem", "list"}, "need --tls");
     row({"--tls", "--cert", "c.pem", "list"}, "need each other");
     row({"--tls", "--key", "k.pem", "list"}, "need each other");

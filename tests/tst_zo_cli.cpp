@@ -350,7 +350,7 @@ void TestZoCli::anUnreachableRobotIsAFailure()
 void TestZoCli::aPasswordOpensTheRobotAndIsNeverShown()
 {
     RedisServer::Options options;
-    options.users = {"alice on >open-sesame ~* +@all"};
+    options.users = {"alice on >open-sesame ~* +@all", "guest on nopass ~* +@read +ping"};
     options.defaultPassword = "default-secret";
     const RedisServer server(options);
     server.command({"SET", "a", "1"});
@@ -370,6 +370,8 @@ void TestZoCli::aPasswordOpensTheRobotAndIsNeverShown()
         QVERIFY2(!refused.errors.contains("wrong-word"), refused.errors.constData());
     }
     QCOMPARE(run(at(server, {"get", "a"})).status, 1);
+    QCOMPARE(run(at(server, {"--user", "alice", "get", "a"})).status, 1);
+    QCOMPARE(run(at(server, {"--user", "guest", "get", "a"})).output, QByteArray("a\tint\t1\n"));
 }
 
 void TestZoCli::tlsChecksTheRobotsCertificate()

@@ -156,8 +156,6 @@ CommandLine readCommandLine(const std::vector<std::string>& arguments)
     readOptions(words, generalOptions, line);
     if (line.command == CommandLine::Command::None)
         readCommand(words, line);
-    if (!line.options.user.empty() && line.options.password.empty())
-        throw UsageError("--user needs --password-file");
     checkTls(line.options);
     return line;
 }

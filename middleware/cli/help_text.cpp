@@ -25,7 +25,7 @@ printed as \t \n \r \\ or \xHH, so each line is one record.
 Options:
   --connect HOST[:PORT]  where the robot's memory is (127.0.0.1:6379); put an IPv6
                          address in brackets: [::1]:6379
-  --user NAME            the robot's user; needs --password-file
+  --user NAME            the robot's user; some need no password
   --password-file FILE   file whose first line is the password
   --tls                  connect by TLS and check the robot's certificate
   --ca FILE              authorities to trust (PEM), in place of the system's
