@@ -39,7 +39,9 @@ void TestZoBroker::aRegisteredModuleTakesTheNamesPlace()
     QCOMPARE(broker->getProxy("Arm", 0).get(), module.get());
     broker->registerModule("ZoMemory", module);
     QCOMPARE(broker->getProxy("ZoMemory", 0).get(), module.get());
-    QVERIFY(broker->getLocalMemory() != module);
+    QCOMPARE(broker->getLocalMemory().get(), module.get());
+    ZoMemoryProxy(broker).setData("a", 1);
+    QCOMPARE(ZoMemoryProxy(module).getDataListName(), std::vector<std::string>{"a"});
 }
 
 void TestZoBroker::unknownAndEmptyModulesThrow()

@@ -25,6 +25,12 @@ struct ZoBroker::Parts
     std::mutex mutex; ///< guards what follows
     std::map<std::string, boost::shared_ptr<ZoProxy>> modules;
 
+    boost::shared_ptr<ZoProxy> registered(const std::string& moduleName)
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        const auto module = modules.find(moduleName);
+        return module == modules.end() ? nullptr : module->second;
+    }
     boost::shared_ptr<ZoProxy> makeMemory() const
     {
         if (!link)
@@ -59,10 +65,8 @@ const std::string& ZoBroker::getName() const noexcept
 
 boost::shared_ptr<ZoProxy> ZoBroker::getProxy(const std::string& moduleName, int)
 {
-    const std::lock_guard<std::mutex> lock(fParts->mutex);
-    const auto module = fParts->modules.find(moduleName);
-    if (module != fParts->modules.end())
-        return module->second;
+    if (auto module = fParts->registered(moduleName))
+        return module;
     if (moduleName == memory_methods::moduleName)
         return fParts->makeMemory();
     throw ZoError("broker '" + fParts->name + "' has no module '" + moduleName + "'");
@@ -70,7 +74,8 @@ boost::shared_ptr<ZoProxy> ZoBroker::getProxy(const std::string& moduleName, int
 
 boost::shared_ptr<ZoProxy> ZoBroker::getLocalMemory()
 {
-    return fParts->memory;
+    const auto module = fParts->registered(memory_methods::moduleName);
+    return module ? module : fParts->memory;
 }
 
 boost::shared_ptr<ZoBroker> ZoBroker::getThis()

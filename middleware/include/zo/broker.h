@@ -15,7 +15,7 @@ class ZoProxy;
 struct ZoBrokerOptions
 {
     std::string user;     ///< empty: the server's default user
-    std::string password; ///< empty: no authentication; appears in no message
+    std::string password; ///< empty: none; appears in no message
 
     bool tls = false;
     bool tlsVerify = true;   ///< check the server's certificate and name
@@ -66,7 +66,8 @@ public:
     /// stays usable when the broker is gone. `reserved` is 0. Throws ZoError for an unknown name.
     boost::shared_ptr<ZoProxy> getProxy(const std::string& moduleName, int reserved);
 
-    /// The memory that lives in this process, with the operations of "ZoMemory".
+    /// The module "ZoMemory" of this process: the one registered here, else a memory that the
+    /// broker itself holds.
     boost::shared_ptr<ZoProxy> getLocalMemory();
 
     /// The broker itself.

@@ -18,7 +18,7 @@ class ZO_EXPORT ZoMemoryProxy
 public:
     /// The memory behind `proxy`.
     explicit ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy);
-    /// The memory of this process that `broker` itself holds.
+    /// The memory of this process that `broker` has, and not the robot's.
     explicit ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker);
 
     /// The names of all keys, each once, in no particular order.
