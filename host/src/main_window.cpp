@@ -47,12 +47,12 @@ void MainWindow::setUpFileMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
     menu->addAction(tr("&New connection..."), this, &MainWindow::newConnectionRequested,
-                    QKeySequence::New);
+                    QKeySequence(tr("Ctrl+N")));
     fSaveAction = menu->addAction(tr("&Save picture..."), this, &MainWindow::xSavePicture,
-                                  QKeySequence::Save);
+                                  QKeySequence(tr("Ctrl+S")));
     menu->addSeparator();
-    menu->addAction(tr("&Close window"), this, &MainWindow::close, QKeySequence::Close);
-    menu->addAction(tr("&Quit"), this, &MainWindow::quitRequested, QKeySequence::Quit);
+    menu->addAction(tr("&Close window"), this, &MainWindow::close, QKeySequence(tr("Ctrl+W")));
+    menu->addAction(tr("&Quit"), this, &MainWindow::quitRequested, QKeySequence(tr("Ctrl+Q")));
 }
 
 void MainWindow::setUpPanelMenu()

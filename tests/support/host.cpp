@@ -11,12 +11,13 @@
 namespace {
 
 template <typename Dialog>
-Dialog* shown(const QString& objectName)
+Dialog* shown(const QString& name)
 {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         auto* dialog = qobject_cast<Dialog*>(widget);
         if (dialog && dialog->isVisible() &&
-            (objectName.isEmpty() || dialog->objectName() == objectName))
+            (name.isEmpty() || dialog->objectName() == name ||
+             dialog->metaObject()->className() == name))
             return dialog;
     }
     return nullptr;
@@ -29,9 +30,9 @@ QMessageBox* shownBox()
     return shown<QMessageBox>({});
 }
 
-QDialog* shownDialog(const QString& objectName)
+QDialog* shownDialog(const QString& name)
 {
-    return shown<QDialog>(objectName);
+    return shown<QDialog>(name);
 }
 
 void whenShown(const QString& objectName, std::function<void(QDialog&)> action)

@@ -12,9 +12,10 @@ class QFileDialog;
 
 /// Words for tests that run the host's windows.
 
-/// The dialog or box of this kind on screen; null when there is none.
+/// The box, or the dialog with this object or class name, on screen; null when there is none. An
+/// empty name is that of any.
 QMessageBox* shownBox();
-QDialog* shownDialog(const QString& objectName);
+QDialog* shownDialog(const QString& name);
 
 /// Runs `action` once the dialog of this name is shown: that dialog, and the function that opened
 /// it, are at work meanwhile. Set up before it opens.
