@@ -67,7 +67,7 @@ void ConnectDialog::setUpTls(QFormLayout* form)
     row->addWidget(fCaEdit);
     row->addWidget(fBrowseButton);
     form->addRow(QString(), fTlsBox);
-    form->addRow(tr("Author&ities:"), row);
+    form->addRow(tr("Authorities:"), row);
     connect(fTlsBox, &QCheckBox::toggled, this, &ConnectDialog::xUpdate);
     connect(fBrowseButton, &QPushButton::clicked, this, &ConnectDialog::xBrowse);
 }

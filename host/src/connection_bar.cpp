@@ -29,7 +29,7 @@ QString connection_text::brief(const ConnectionState& state, const QDateTime& no
 QString connection_text::detail(const ConnectionState& state, const QString& address)
 {
     if (!state.connected)
-        return tr("Trying again to reach %1. %2").arg(address, state.cause);
+        return tr("Trying again: %1").arg(state.cause); // which names the address
     if (state.wasLost)
         return tr("%1 is back. Choose the subscription mode to start fetching again.").arg(address);
     return address;

@@ -92,9 +92,11 @@ void Desktop::connectTo(const ConnectionSettings& settings)
     try {
         broker = makeBroker(settings);
     } catch (const std::exception& error) {
-        askAgain(tr("There is no connection to %1.\n\n%2")
-                     .arg(settings.addressText(), QString::fromUtf8(error.what())),
-                 settings);
+        askAgain(
+            tr("There is no connection to %1.\n\n%2\n\nCheck the address and the port, what the "
+               "robot asks for (user, password, encryption), and whether it is on.")
+                .arg(settings.addressText(), QString::fromUtf8(error.what())),
+            settings);
         return;
     }
     recent_connections::remember(settings);

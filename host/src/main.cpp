@@ -11,8 +11,9 @@ namespace {
 bool wantsText(int argc, char** argv)
 {
     return std::any_of(argv + 1, argv + argc, [](const char* word) {
-        return !std::strcmp(word, "--help") || !std::strcmp(word, "-h") ||
-               !std::strcmp(word, "--version") || !std::strcmp(word, "-v");
+        return !std::strcmp(word, "--help") || !std::strcmp(word, "--help-all") ||
+               !std::strcmp(word, "-h") || !std::strcmp(word, "--version") ||
+               !std::strcmp(word, "-v");
     });
 }
 

@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
+#include <QScreen>
 #include <QStatusBar>
 #include <QThread>
 
@@ -30,7 +31,8 @@ MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& s
       fBar(new ConnectionBar(settings.addressText(), this))
 {
     setWindowTitle(QApplication::applicationName());
-    resize(1000, 640);
+    // Wide enough for all columns of a table beside a plot, where the screen is.
+    resize(QSize(1280, 760).boundedTo(screen()->availableSize()));
     setCentralWidget(fArea);
     connect(fArea, &PanelArea::chosen, this, &MainWindow::openPanel);
     connect(fArea, &PanelArea::currentChanged, this, &MainWindow::xUpdateActions);

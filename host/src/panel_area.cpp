@@ -3,7 +3,9 @@
 #include "plugin_loader.h"
 #include "start_page.h"
 
+#include <QTabBar>
 #include <QTabWidget>
+#include <QToolButton>
 
 PanelArea::PanelArea(const PluginLoader& plugins, QWidget* parent)
     : QStackedWidget(parent), fTabs(new QTabWidget(this))
@@ -12,9 +14,7 @@ PanelArea::PanelArea(const PluginLoader& plugins, QWidget* parent)
     addWidget(startPage);
     addWidget(fTabs);
     fTabs->setDocumentMode(true);
-    fTabs->setTabsClosable(true);
     connect(startPage, &StartPage::chosen, this, &PanelArea::chosen);
-    connect(fTabs, &QTabWidget::tabCloseRequested, this, &PanelArea::xClose);
     connect(fTabs, &QTabWidget::currentChanged, this, &PanelArea::xUpdate);
 }
 
@@ -22,7 +22,19 @@ void PanelArea::add(TarvekWidget* panel, PanelPlugin* plugin)
 {
     fEntries.push_back({panel, plugin});
     fTabs->setCurrentIndex(fTabs->addTab(panel, plugin->name));
+    addCloseButton(panel);
     xUpdate();
+}
+
+/// The tab's own close button is an image that vanishes before a dark background.
+void PanelArea::addCloseButton(TarvekWidget* panel)
+{
+    auto* button = new QToolButton(fTabs);
+    button->setText(QString(QChar(0x00d7)));
+    button->setToolTip(tr("Close"));
+    button->setAutoRaise(true);
+    connect(button, &QToolButton::clicked, panel, &QObject::deleteLater);
+    fTabs->tabBar()->setTabButton(fTabs->indexOf(panel), QTabBar::RightSide, button);
 }
 
 TarvekWidget* PanelArea::current() const
@@ -44,12 +56,6 @@ void PanelArea::tellDisconnected(TarvekWidget* panel, PanelPlugin* plugin)
     // the next panel.
     QMetaObject::invokeMethod(
         panel, [panel, plugin] { emit panel->disconnected(plugin->panels); }, Qt::QueuedConnection);
-}
-
-void PanelArea::xClose(int pIndex)
-{
-    if (QWidget* panel = fTabs->widget(pIndex))
-        panel->deleteLater();
 }
 
 void PanelArea::xUpdate()

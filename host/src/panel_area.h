@@ -33,10 +33,11 @@ signals:
     void currentChanged();
 
 private slots:
-    void xClose(int pIndex);
     void xUpdate();
 
 private:
+    void addCloseButton(TarvekWidget* panel);
+
     struct Entry
     {
         QPointer<TarvekWidget> panel;

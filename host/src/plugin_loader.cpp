@@ -72,6 +72,8 @@ std::unique_ptr<PanelPlugin> load(const QString& path)
 void PluginLoader::loadFolder(const QString& folder)
 {
     const QDir dir(folder);
+    if (fFolders.contains(dir.absolutePath()))
+        return;
     fFolders += dir.absolutePath();
     if (!dir.exists()) {
         addFailure(dir.absolutePath(), tr("There is no such folder."));
