@@ -17,6 +17,7 @@ private slots:
     void everyTypeHasItsCode();
     void everyCodeHasItsWord();
     void anAssignedNumberKeepsItsType();
+    void aValueMayBecomeOneOfItsOwnElements();
     void arraysGrowAndShrink();
     void wrongUseThrows();
     void aStringIsReadAndChangedInPlace();
@@ -58,6 +59,30 @@ void TestZoValue::anAssignedNumberKeepsItsType()
     QCOMPARE(value.getType(), int(ZoValue::Bool));
     value = "text";
     QCOMPARE(value.getType(), int(ZoValue::String));
+}
+
+void TestZoValue::aValueMayBecomeOneOfItsOwnElements()
+{
+    ZoValue inner(std::vector<std::string>{"a", "b"});
+    ZoValue array;
+    array.arraySetSize(4);
+    array[0] = 3;
+    array[1] = std::string(100, 'x'); // too long to be stored in the value itself
+    array[2] = inner;
+    for (int i = 0; i < array.getSize(); ++i) {
+        const ZoValue expected = array[i];
+        ZoValue copied = array;
+        copied = copied[i];
+        QCOMPARE(copied, expected);
+        ZoValue moved = array;
+        moved = std::move(moved[i]);
+        QCOMPARE(moved, expected);
+    }
+    inner[0] = inner;
+    QCOMPARE(inner.toString(ZoWhole), std::string("[[\"a\",\"b\"],\"b\"]"));
+    const ZoValue& itself = inner;
+    inner = itself;
+    QCOMPARE(inner.getSize(), 2);
 }
 
 void TestZoValue::arraysGrowAndShrink()

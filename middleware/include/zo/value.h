@@ -48,6 +48,18 @@ public:
     /// No other pointer is a value: without this one, any pointer would quietly become a bool.
     ZoValue(const void*) = delete;
 
+    ZoValue(const ZoValue&) = default;
+    ZoValue(ZoValue&&) noexcept = default;
+    ~ZoValue() = default;
+    /// `other` may be inside this value, as in `value = value[0]`.
+    ZoValue& operator=(const ZoValue& other) { return *this = ZoValue(other); }
+    ZoValue& operator=(ZoValue&& other) noexcept
+    {
+        Data data(std::move(other.fData));
+        fData = std::move(data);
+        return *this;
+    }
+
     /// Only an int itself: a plain overload for int would quietly take doubles and bools too.
     template <typename T, std::enable_if_t<std::is_same_v<T, int>, int> = 0>
     ZoValue& operator=(const T& value) noexcept
