@@ -392,6 +392,7 @@ void TestStmListDialog::theKeyboardReachesAndOperatesEverything()
 void TestStmListDialog::theCurrentEntryStaysInSightAmongHiddenOnes()
 {
     std::vector<std::string> names;
+    names.reserve(100);
     for (int i = 0; i < 100; ++i)
         names.push_back((i % 6 ? "Motion/Body/Joint" : "Device/Joint") + std::to_string(i));
     Shown shown(names);
@@ -437,6 +438,7 @@ void TestStmListDialog::anAliasRowHasALabelAndAnEdit()
 void TestStmListDialog::tenThousandNamesAreFilteredAndSorted()
 {
     std::vector<std::string> names;
+    names.reserve(10000);
     for (int i = 0; i < 10000; ++i)
         names.push_back((i % 10 ? "Joint/" : "Device/") + std::to_string(i * 7919 % 10000));
     Shown shown(names);
