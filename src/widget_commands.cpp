@@ -26,7 +26,7 @@ QString askForFile(const QPointer<QFileDialog>& dialog, QFileDialog::AcceptMode 
     dialog->setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                         : QFileDialog::AnyFile);
     const bool accepted = dialog->exec() == QDialog::Accepted && dialog;
-    const QString file = accepted ? dialog->selectedFiles().value(0) : QString();
+    QString file = accepted ? dialog->selectedFiles().value(0) : QString();
     delete dialog;
     return file;
 }

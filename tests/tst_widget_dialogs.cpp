@@ -1,0 +1,399 @@
+#include "support/dialog_driver.h"
+#include "support/guarded_test.h"
+#include "support/panel.h"
+
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+const QByteArray oneKeyFile = "<stm_viewer>\n"
+                              "    <stm_value name=\"Key/new\" alias=\"new\" watch=\"1\" "
+                              "graph=\"1\">\n"
+                              "        <color red=\"1\" green=\"2\" blue=\"3\" />\n"
+                              "    </stm_value>\n"
+                              "</stm_viewer>\n";
+
+/// Answers the file dialog with `path`, then records every box that comes, and closes it.
+class ErrorBoxes
+{
+public:
+    explicit ErrorBoxes(const QString& path)
+        : fFile([this, path](QWidget& dialog) {
+              QTimer::singleShot(0, [this] { waitForBox(); });
+              chooseFile(dialog, path);
+          })
+    {
+    }
+
+    QStringList texts;
+
+private:
+    void waitForBox()
+    {
+        fBox = std::make_unique<DialogDriver>([this](QWidget& dialog) {
+            const auto* box = qobject_cast<QMessageBox*>(&dialog);
+            QVERIFY(box);
+            QCOMPARE(box->windowTitle(), QString("Error"));
+            QCOMPARE(box->icon(), QMessageBox::Warning);
+            QCOMPARE(box->standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+            texts += box->text();
+            acceptDialog(dialog);
+        });
+    }
+
+    DialogDriver fFile;
+    std::unique_ptr<DialogDriver> fBox;
+};
+
+} // namespace
+
+class WidgetDialogsTest : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void periodDialogStartsAtThePeriodAndHasItsBounds();
+    void confirmedPeriodIsUsed_data();
+    void confirmedPeriodIsUsed();
+    void cancelledPeriodDialogEndsFetching();
+    void noSubscriptionStopsFetching();
+    void subscribeOnDataIsPassedOn();
+    void textThatNamesNoModeChangesNothing();
+    void savingAddsTheExtension_data();
+    void savingAddsTheExtension();
+    void cancelledFileDialogsDoNothing();
+    void failedSaveShowsOneErrorBox();
+    void mergeAddsTheKeysOfAFile();
+    void rejectedMergeShowsOneErrorBoxAndKeepsTheTable();
+    void savedFileMergesBack();
+    void colourButtonOfARowChangesTheCurvesColour();
+    void panelMayBeDeletedWhileADialogIsOpen_data();
+    void panelMayBeDeletedWhileADialogIsOpen();
+    void panelMayBeDeletedWhileThePopupsChoiceIsAskedFor();
+};
+
+void WidgetDialogsTest::initTestCase()
+{
+    GuardedTest::initTestCase();
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+}
+
+void WidgetDialogsTest::periodDialogStartsAtThePeriodAndHasItsBounds()
+{
+    Panel panel;
+    panel.module->fModel->setTimePolicy(250);
+    panel.show();
+    panel.subscriptionBox()->setCurrentIndex(1);
+    const DialogDriver driver([&](QWidget& dialog) {
+        auto* input = qobject_cast<QInputDialog*>(&dialog);
+        QVERIFY(input);
+        QCOMPARE(input->parentWidget(), panel.widget.get());
+        QCOMPARE(input->windowTitle(), QString("Time interval"));
+        QCOMPARE(input->labelText(), QString("Get data every (ms):"));
+        QCOMPARE(input->intValue(), 250);
+        QCOMPARE(input->intMinimum(), 60);
+        QCOMPARE(input->intMaximum(), 10000);
+        QCOMPARE(input->intStep(), 1);
+        cancelDialog(dialog);
+    });
+    panel.subscriptionBox()->setCurrentIndex(0);
+    QVERIFY(driver.wasShown());
+}
+
+void WidgetDialogsTest::confirmedPeriodIsUsed_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("period");
+    QTest::newRow("shortest") << "60" << 60;
+    QTest::newRow("longest") << "10000" << 10000;
+    QTest::newRow("ordinary") << "500" << 500;
+    QTest::newRow("more digits than fit") << "100001" << 10000;
+}
+
+void WidgetDialogsTest::confirmedPeriodIsUsed()
+{
+    QFETCH(QString, typed);
+    QFETCH(int, period);
+    Panel panel;
+    panel.show();
+    panel.subscriptionBox()->setCurrentIndex(1);
+    QVERIFY(!panel.dataTimer()->isActive());
+    const DialogDriver driver([&](QWidget& dialog) {
+        auto* spin = dialog.findChild<QSpinBox*>();
+        QVERIFY(spin);
+        spin->selectAll();
+        QTest::keyClicks(spin, typed);
+        acceptDialog(dialog);
+    });
+    panel.subscriptionBox()->setFocus();
+    QTest::keyClick(panel.subscriptionBox(), Qt::Key_Up);
+    QVERIFY(driver.wasShown());
+    QCOMPARE(panel.dataTimer()->interval(), period);
+    QVERIFY(panel.dataTimer()->isActive() && panel.dataTimer()->isSingleShot());
+    QCOMPARE(panel.module->fModel->fTimePolicy, period);
+    QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_EVERY);
+}
+
+void WidgetDialogsTest::cancelledPeriodDialogEndsFetching()
+{
+    Panel panel;
+    panel.module->fModel->setTimePolicy(250);
+    panel.show();
+    panel.subscriptionBox()->setCurrentIndex(1);
+    panel.dataTimer()->start();
+    const DialogDriver driver(cancelDialog);
+    panel.subscriptionBox()->setCurrentIndex(0);
+    QVERIFY(driver.wasShown());
+    QCOMPARE(panel.subscriptionBox()->currentIndex(), 1);
+    QVERIFY(!panel.dataTimer()->isActive());
+    QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_NONE);
+    QCOMPARE(panel.module->fModel->fTimePolicy, 250);
+}
+
+void WidgetDialogsTest::noSubscriptionStopsFetching()
+{
+    Panel panel;
+    panel.add("a").watch = true;
+    panel.show();
+    QTest::keyClick(panel.subscriptionBox(), Qt::Key_Down);
+    QCOMPARE(panel.subscriptionBox()->currentText(), QString("No subcription"));
+    QVERIFY(!panel.dataTimer()->isActive());
+    QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_NONE);
+    QCOMPARE(panel.module->fModel->fTimePolicy, 100);
+}
+
+void WidgetDialogsTest::subscribeOnDataIsPassedOn()
+{
+    Panel panel;
+    panel.show();
+    panel.subscriptionBox()->addItem("Subscribe on data");
+    panel.subscriptionBox()->setCurrentIndex(2);
+    QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_ON_DATA);
+    QVERIFY(panel.dataTimer()->isActive());
+}
+
+void WidgetDialogsTest::textThatNamesNoModeChangesNothing()
+{
+    Panel panel;
+    panel.show();
+    panel.subscriptionBox()->addItem("No subscription");
+    panel.subscriptionBox()->setCurrentIndex(2);
+    QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_EVERY);
+    QVERIFY(panel.dataTimer()->isActive());
+}
+
+void WidgetDialogsTest::savingAddsTheExtension_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("without") << "cfg"
+                             << "cfg.xml";
+    QTest::newRow("with") << "cfg.xml"
+                          << "cfg.xml";
+    QTest::newRow("upper case") << "cfg.XML"
+                                << "cfg.XML.xml";
+    QTest::newRow("without dot") << "xml"
+                                 << "xml.xml";
+}
+
+void WidgetDialogsTest::savingAddsTheExtension()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, written);
+    const QTemporaryDir folder;
+    Panel panel;
+    panel.add("a");
+    panel.show();
+    const DialogDriver driver([&](QWidget& dialog) {
+        auto* file = qobject_cast<QFileDialog*>(&dialog);
+        QVERIFY(file);
+        QCOMPARE(file->windowTitle(), QString("Save configuration file"));
+        QCOMPARE(file->nameFilters(), QStringList{"Xml file (*.xml)"});
+        QCOMPARE(file->directory().absolutePath(), QApplication::applicationDirPath());
+        chooseFile(dialog, folder.filePath(typed));
+    });
+    QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
+    QVERIFY(driver.wasShown());
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{written});
+    QFile saved(folder.filePath(written));
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    QVERIFY(saved.readAll().contains("alias=\"a\""));
+}
+
+void WidgetDialogsTest::cancelledFileDialogsDoNothing()
+{
+    Panel panel;
+    panel.add("a");
+    panel.show();
+    for (const char* toolTip : {"Save", "Open"}) {
+        const DialogDriver driver(cancelDialog);
+        QTest::mouseClick(panel.button(toolTip), Qt::LeftButton);
+        QVERIFY(driver.wasShown());
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+    QCOMPARE(panel.tree()->topLevelItemCount(), 1);
+}
+
+void WidgetDialogsTest::failedSaveShowsOneErrorBox()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir("taken.xml"));
+    Panel panel;
+    panel.show();
+    const ErrorBoxes boxes(folder.filePath("taken"));
+    QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
+    QCOMPARE(boxes.texts, QStringList{QString("Failed to open location %1 for writing.\n%2\n"
+                                              "Configuration file will not be saved.")
+                                          .arg(folder.filePath("taken.xml"), "%2")});
+}
+
+void WidgetDialogsTest::mergeAddsTheKeysOfAFile()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("keys.any");
+    writeFile(path, oneKeyFile);
+    Panel panel;
+    panel.add("a");
+    panel.show();
+    const DialogDriver driver([&](QWidget& dialog) {
+        auto* file = qobject_cast<QFileDialog*>(&dialog);
+        QVERIFY(file);
+        QCOMPARE(file->windowTitle(), QString("Merge with File"));
+        QCOMPARE(file->nameFilters(), QStringList{"Xml file (*.xml)"});
+        QCOMPARE(file->directory().absolutePath(), QApplication::applicationDirPath());
+        chooseFile(dialog, path);
+    });
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QVERIFY(driver.wasShown());
+    QCOMPARE(panel.tree()->topLevelItemCount(), 2);
+    QCOMPARE(panel.row("new")->checkState(Widget::fColGraph), Qt::Checked);
+    QCOMPARE(panel.graph()->fSeries["new"].first->blue, 3);
+}
+
+void WidgetDialogsTest::rejectedMergeShowsOneErrorBoxAndKeepsTheTable()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("other.xml");
+    writeFile(path, "<other/>");
+    Panel panel;
+    panel.add("a");
+    panel.show();
+    QTreeWidgetItem* row = panel.row("a");
+    const ErrorBoxes boxes(path);
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QCOMPARE(boxes.texts, QStringList{"Incorrect Tarvek Glimmet configuration file at location " +
+                                      path + ".\n."});
+    QCOMPARE(panel.tree()->topLevelItemCount(), 1);
+    QCOMPARE(panel.row("a"), row);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void WidgetDialogsTest::savedFileMergesBack()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("keys.xml");
+    Panel panel;
+    panel.add("a").graph = true;
+    panel.show();
+    const DialogDriver save([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
+    const DialogDriver open([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QCOMPARE(panel.tree()->topLevelItemCount(), 2);
+    QCOMPARE(panel.module->fModel->fSTMVals[1]->names.first, std::string("Key/a"));
+    QVERIFY(panel.module->fModel->fSTMVals[1]->graph);
+}
+
+void WidgetDialogsTest::colourButtonOfARowChangesTheCurvesColour()
+{
+    Panel panel;
+    STMVal& value = panel.add("a");
+    value.graph = true;
+    panel.show();
+    const DialogDriver driver([](QWidget& dialog) {
+        auto* chooser = qobject_cast<QColorDialog*>(&dialog);
+        QVERIFY(chooser);
+        chooser->setCurrentColor(QColor(10, 20, 30));
+        acceptDialog(dialog);
+    });
+    panel.tree()->scrollToItem(panel.row("a"));
+    QTest::mouseClick(panel.tree()->itemWidget(panel.row("a"), Widget::fColColor), Qt::LeftButton);
+    QVERIFY(driver.wasShown());
+    QCOMPARE(value.color.green, 20);
+    QCOMPARE(panel.graph()->fSeries["a"].first->green, 20);
+}
+
+void WidgetDialogsTest::panelMayBeDeletedWhileADialogIsOpen_data()
+{
+    QTest::addColumn<QString>("opener");
+    for (const char* opener : {"Save", "Open", "period", "colour", "error"})
+        QTest::newRow(opener) << opener;
+}
+
+void WidgetDialogsTest::panelMayBeDeletedWhileADialogIsOpen()
+{
+    QFETCH(QString, opener);
+    const QTemporaryDir folder;
+    Panel panel;
+    panel.add("a");
+    panel.show();
+    const QPointer<Widget> widget = panel.widget.get();
+    const DialogDriver::Action remove = [&panel](QWidget&) { panel.widget.reset(); };
+    std::unique_ptr<DialogDriver> second;
+    const DialogDriver driver([&](QWidget& dialog) {
+        if (opener != "error") {
+            remove(dialog);
+            return;
+        }
+        QTimer::singleShot(0, [&] { second = std::make_unique<DialogDriver>(remove); });
+        chooseFile(dialog, folder.filePath("missing/cfg"));
+    });
+    if (opener == "Save" || opener == "Open")
+        QTest::mouseClick(panel.button(opener), Qt::LeftButton);
+    else if (opener == "error")
+        QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
+    else if (opener == "colour")
+        QTest::mouseClick(panel.tree()->itemWidget(panel.row("a"), Widget::fColColor),
+                          Qt::LeftButton);
+    else {
+        panel.subscriptionBox()->setCurrentIndex(1);
+        panel.subscriptionBox()->setCurrentIndex(0);
+    }
+    QVERIFY(driver.wasShown());
+    QVERIFY(!widget);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void WidgetDialogsTest::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
+{
+    Panel panel;
+    panel.show();
+    const QPointer<QComboBox> box = panel.subscriptionBox();
+    box->setCurrentIndex(1);
+    const DialogDriver driver([&panel](QWidget&) { panel.widget.reset(); });
+    box->showPopup();
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    QWidget* list = QApplication::activePopupWidget()->findChild<QAbstractItemView*>();
+    QTest::keyClick(list, Qt::Key_Up);
+    QTest::keyClick(list, Qt::Key_Return);
+    QVERIFY(driver.wasShown());
+    QVERIFY(!panel.widget);
+    QTRY_VERIFY(!box);
+}
+
+QTEST_MAIN(WidgetDialogsTest)
+#include "tst_widget_dialogs.moc"
