@@ -67,6 +67,7 @@ private slots:
     void asksInChunks();
     void asksAgainForOtherKeys();
     void keysRepeatAsAsked();
+    void aKeyTooLongForAnyRobotIsInvalidAlone();
     void anEmptyRequestSendsNothing();
     void refusesMalformedRequests_data();
     void refusesMalformedRequests();
@@ -220,6 +221,16 @@ void TestRemoteMemory::keysRepeatAsAsked()
     QCOMPARE(values.getSize(), 4);
     QVERIFY(values[0] == ZoValue(1) && values[1] == ZoValue(0));
     QVERIFY(values[2] == ZoValue(1) && values[3] == ZoValue(1));
+}
+
+void TestRemoteMemory::aKeyTooLongForAnyRobotIsInvalidAlone()
+{
+    const RedisServer server;
+    fill(server, {"a", "b"});
+    const std::string tooLong(100 * 1024, 'k');
+    const ZoValue values = memoryOf(server).getListData(requestFor({"a", tooLong, "b"}));
+    QCOMPARE(values.getSize(), 3);
+    QVERIFY(values[0] == ZoValue(0) && values[1] == ZoValue() && values[2] == ZoValue(1));
 }
 
 void TestRemoteMemory::anEmptyRequestSendsNothing()

@@ -16,7 +16,8 @@ public:
     /// How many keys one command asks for: more would hold up the robot's other clients.
     static constexpr int fChunk = 1000;
 
-    /// What `request`, the argument of getListData, asks for, without the keys in `forbidden`.
+    /// What `request`, the argument of getListData, asks for, without the keys in `forbidden` and
+    /// those that cannot be keys: their values stay invalid.
     /// Throws ZoError when it is malformed.
     ListRequest(const ZoValue& request, std::shared_ptr<const ForbiddenKeys::Set> forbidden);
 

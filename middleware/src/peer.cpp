@@ -68,9 +68,14 @@ std::string quotedKey(std::string_view key)
     return "\"" + printable(std::string(key)) + "\"";
 }
 
+bool canBeKey(const std::string& key)
+{
+    return key.size() <= longestKey;
+}
+
 void checkKey(const std::string& key)
 {
-    if (key.size() > longestKey)
+    if (!canBeKey(key))
         throw ZoError("key " + quotedKey(key) + " is longer than " +
                       std::to_string(longestKey >> 10) + " KiB");
 }
