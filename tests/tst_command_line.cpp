@@ -17,6 +17,7 @@ private slots:
     void refusesWithAReason_data();
     void refusesWithAReason();
     void refusesAPasswordFileOfAnotherKind();
+    void keepsItsPluginOptionFromTheToolkit();
     void helpNamesEveryOption();
     void versionNamesTheProgram();
 
@@ -128,6 +129,18 @@ void TestCommandLine::refusesAPasswordFileOfAnotherKind()
         QVERIFY2(line.text.contains(path), qPrintable(line.text));
         QVERIFY(!line.text.contains("secret"));
     }
+}
+
+void TestCommandLine::keepsItsPluginOptionFromTheToolkit()
+{
+    using Words = std::vector<std::string>;
+    QCOMPARE(hidePluginOption({"a", "--plugin", "b.so", "--tls"}),
+             Words({"a", "--plugin=b.so", "--tls"}));
+    QCOMPARE(hidePluginOption({"--plugin=b.so", "--plugin-dir", "c"}),
+             Words({"--plugin=b.so", "--plugin-dir", "c"}));
+    QCOMPARE(hidePluginOption({"--plugin", "--plugin"}), Words({"--plugin=--plugin"}));
+    QCOMPARE(hidePluginOption({"--plugin"}), Words({"--plugin"}));
+    QCOMPARE(hidePluginOption({}), Words());
 }
 
 void TestCommandLine::helpNamesEveryOption()

@@ -129,3 +129,15 @@ CommandLine parseCommandLine(const QStringList& words)
     }
     return result;
 }
+
+std::vector<std::string> hidePluginOption(const std::vector<std::string>& words)
+{
+    std::vector<std::string> hidden;
+    for (size_t i = 0; i < words.size(); ++i) {
+        const bool isPair = words[i] == "--plugin" && i + 1 < words.size();
+        hidden.push_back(isPair ? "--plugin=" + words[i + 1] : words[i]);
+        if (isPair)
+            ++i;
+    }
+    return hidden;
+}

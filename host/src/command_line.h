@@ -5,6 +5,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <string>
+#include <vector>
+
 /// What the words of the command line ask for.
 struct CommandLine
 {
@@ -28,3 +31,7 @@ struct CommandLine
 
 /// Understands the words after the program's name. Reads the password file if one is given.
 CommandLine parseCommandLine(const QStringList& words);
+
+/// The same words, with each "--plugin FILE" as "--plugin=FILE": the toolkit has an option of that
+/// name, too, and would take the two words for itself.
+std::vector<std::string> hidePluginOption(const std::vector<std::string>& words);

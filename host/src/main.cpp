@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -28,9 +30,16 @@ int answer(const CommandLine& commandLine)
     return 2;
 }
 
-int runWindows(int argc, char** argv)
+int runWindows(const std::vector<std::string>& words)
 {
-    Application application(argc, argv);
+    // The toolkit changes what it is given and reads it as long as the program runs.
+    std::vector<std::string> texts = hidePluginOption(words);
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    int count = static_cast<int>(texts.size());
+    Application application(count, pointers.data());
     const CommandLine commandLine = parseCommandLine(Application::arguments().mid(1));
     if (commandLine.action != CommandLine::Action::Run)
         return answer(commandLine);
@@ -46,7 +55,7 @@ int main(int argc, char** argv)
 {
     Application::prepare();
     if (!wantsText(argc, argv))
-        return runWindows(argc, argv);
+        return runWindows({argv, argv + argc});
     const QCoreApplication application(argc, argv);
     return answer(parseCommandLine(QCoreApplication::arguments().mid(1)));
 }
