@@ -1,8 +1,6 @@
-#include "program.h"
+#include "robot_program.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
-
-#include <zo/zo.h>
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -14,33 +12,6 @@
 namespace {
 
 constexpr int deadline = 20000; ///< ms
-
-/// The simulated robot, started and awaited.
-class Robot : public Program
-{
-public:
-    explicit Robot(const QStringList& arguments = {}) : Program(TARVEK_ROBOT, arguments) {}
-
-    /// False when it does not say where it listens.
-    bool startAndWait()
-    {
-        start();
-        fAddress = waitForLine("listening on ");
-        return !fAddress.isEmpty();
-    }
-
-    const QString& address() const { return fAddress; }
-
-    ZoMemoryProxy memory() const
-    {
-        const ZoAddress address = ZoAddress::fromText(fAddress.toStdString());
-        return ZoMemoryProxy(
-            ZoBroker::create("test", address.host, address.port)->getProxy("ZoMemory", 0));
-    }
-
-private:
-    QString fAddress;
-};
 
 ZoValue valuesOf(ZoMemoryProxy& memory, const std::vector<std::string>& keys)
 {
@@ -92,7 +63,7 @@ private slots:
 
 void TestRobot::saysWhereItListensAndHasItsKeysThere()
 {
-    Robot robot;
+    RobotProgram robot;
     QVERIFY(robot.startAndWait());
     QVERIFY(robot.address().startsWith("127.0.0.1:"));
     ZoMemoryProxy memory = robot.memory();
@@ -108,7 +79,7 @@ void TestRobot::saysWhereItListensAndHasItsKeysThere()
 
 void TestRobot::valuesFollowTheClock()
 {
-    Robot robot({"--rate", "4"});
+    RobotProgram robot({"--rate", "4"});
     QElapsedTimer clock;
     clock.start();
     QVERIFY(robot.startAndWait());
@@ -121,7 +92,7 @@ void TestRobot::valuesFollowTheClock()
 
 void TestRobot::tenThousandKeysAreAllThere()
 {
-    Robot robot({"--keys", "10000", "--rate", "5"});
+    RobotProgram robot({"--keys", "10000", "--rate", "5"});
     QVERIFY(robot.startAndWait());
     ZoMemoryProxy memory = robot.memory();
     QCOMPARE(memory.getDataListName().size(), std::size_t{10000});
@@ -133,7 +104,7 @@ void TestRobot::listensOnTheGivenPort()
     RedisServer other;
     const int port = other.port(); // a free one, as soon as this server has gone
     other.kill();
-    Robot robot({"--port", QString::number(port)});
+    RobotProgram robot({"--port", QString::number(port)});
     QVERIFY(robot.startAndWait());
     QCOMPARE(robot.address(), QString("127.0.0.1:%1").arg(port));
 }
@@ -142,7 +113,7 @@ void TestRobot::aPortInUseIsNamedWithTheWayOut()
 {
     const RedisServer other;
     const QString port = QString::number(other.port());
-    Robot robot({"--port", port});
+    RobotProgram robot({"--port", port});
     robot.start();
     QCOMPARE(robot.waitForExit(), 1);
     QVERIFY2(robot.errors().contains("cannot listen on 127.0.0.1:" + port),
@@ -152,7 +123,7 @@ void TestRobot::aPortInUseIsNamedWithTheWayOut()
 
 void TestRobot::aMissingServerProgramIsNamedWithTheWayOut()
 {
-    Robot robot;
+    RobotProgram robot;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("PATH", "/nonexistent");
     robot.setProcessEnvironment(environment);
@@ -164,7 +135,7 @@ void TestRobot::aMissingServerProgramIsNamedWithTheWayOut()
 
 void TestRobot::aWrongCommandLineEndsWithOneLine()
 {
-    Robot robot({"--rate", "fast"});
+    RobotProgram robot({"--rate", "fast"});
     robot.start();
     QCOMPARE(robot.waitForExit(), 2);
     QCOMPARE(robot.errors(),
@@ -175,7 +146,7 @@ void TestRobot::aWrongCommandLineEndsWithOneLine()
 void TestRobot::helpAndVersionGoToStandardOutput()
 {
     for (const char* option : {"--help", "--version"}) {
-        Robot robot({option});
+        RobotProgram robot({option});
         robot.start();
         QCOMPARE(robot.waitForExit(), 0);
         QVERIFY(robot.readAllStandardOutput().contains("tarvek-robot"));
@@ -194,7 +165,7 @@ void TestRobot::signalsEndItAndItsServer_data()
 void TestRobot::signalsEndItAndItsServer()
 {
     QFETCH(int, number);
-    Robot robot;
+    RobotProgram robot;
     QVERIFY(robot.startAndWait());
     const QList<qint64> servers = robot.children();
     QCOMPARE(servers.size(), 1);
@@ -206,7 +177,7 @@ void TestRobot::signalsEndItAndItsServer()
 
 void TestRobot::itsServerEndsWithItWhenItIsKilled()
 {
-    Robot robot;
+    RobotProgram robot;
     QVERIFY(robot.startAndWait());
     const QList<qint64> servers = robot.children();
     QCOMPARE(servers.size(), 1);
@@ -217,7 +188,7 @@ void TestRobot::itsServerEndsWithItWhenItIsKilled()
 
 void TestRobot::theEndOfItsServerEndsItWithAMessage()
 {
-    Robot robot;
+    RobotProgram robot;
     QVERIFY(robot.startAndWait());
     ::kill(static_cast<pid_t>(robot.children().first()), SIGKILL);
     QCOMPARE(robot.waitForExit(), 1);
@@ -228,7 +199,7 @@ void TestRobot::theEndOfItsServerEndsItWithAMessage()
 void TestRobot::leavesNoFileBehindAndReadsNone()
 {
     const QTemporaryDir folder;
-    Robot robot;
+    RobotProgram robot;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("TMPDIR", folder.path());
     robot.setProcessEnvironment(environment);
@@ -245,7 +216,7 @@ void TestRobot::leavesNoFileBehindAndReadsNone()
 void TestRobot::publishesToAGivenServer()
 {
     const RedisServer server;
-    Robot robot(addressOf(server) + QStringList{"--keys", "20"});
+    RobotProgram robot(addressOf(server) + QStringList{"--keys", "20"});
     robot.start();
     QCOMPARE(robot.waitForLine("publishing to "), QString("127.0.0.1:%1").arg(server.port()));
     QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
@@ -258,7 +229,7 @@ void TestRobot::publishesToAGivenServer()
 void TestRobot::aLostServerIsToldOnceAndAwaited()
 {
     RedisServer server;
-    Robot robot(addressOf(server));
+    RobotProgram robot(addressOf(server));
     robot.start();
     QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
     server.kill();
@@ -275,7 +246,7 @@ void TestRobot::noServerAtTheGivenAddressIsAnError()
     RedisServer server;
     const QStringList arguments = addressOf(server);
     server.kill();
-    Robot robot(arguments);
+    RobotProgram robot(arguments);
     robot.start();
     QCOMPARE(robot.waitForExit(), 1);
     QVERIFY2(robot.errors().contains(arguments.last()), qPrintable(robot.errors()));

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "program.h"
+
+#include "support/redis_server.h"
+
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+/// The desktop as users start it, but without a display and with settings of its own.
+class DesktopProgram : public Program
+{
+public:
+    DesktopProgram(const QString& file, const QStringList& words,
+                   const QString& platform = "offscreen")
+        : Program(file, words)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", platform);
+        environment.insert("XDG_CONFIG_HOME", fHome.path());
+        environment.insert("XDG_RUNTIME_DIR", fHome.path());
+        environment.remove("DISPLAY");
+        setProcessEnvironment(environment);
+    }
+
+    /// Standard error so far, without what the offscreen platform says of itself.
+    QString warnings()
+    {
+        QStringList lines = errors().split('\n', Qt::SkipEmptyParts);
+        const auto isChatter = [](const QString& line) {
+            return line.startsWith("This plugin does not support ");
+        };
+        lines.erase(std::remove_if(lines.begin(), lines.end(), isChatter), lines.end());
+        return lines.join('\n');
+    }
+
+    static QStringList wordsFor(const RedisServer& robot)
+    {
+        return {"--connect", QString("127.0.0.1:%1").arg(robot.port())};
+    }
+
+private:
+    QTemporaryDir fHome;
+};
+
+/// How many are connected to the robot, but the one that asks.
+inline int clientsOf(const RedisServer& robot)
+{
+    const std::string list = robot.command({"CLIENT", "LIST"});
+    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
+}

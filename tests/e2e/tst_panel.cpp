@@ -1,0 +1,340 @@
+#include "graph.h"
+#include "session.h"
+#include "support/guarded_test.h"
+#include "support/host.h"
+#include "support/redis_server.h"
+
+#include <tarvek/tarvek_widget.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QtTest>
+
+#include <csignal>
+
+/// The real plug-in in real windows, with the simulated robot.
+class TestPanel : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void startsWithAllKeys();
+    void startsWithChosenKeys();
+    void startsFromAConfigurationFile();
+    void showsLiveValuesOfWatchedKeys();
+    void graphsAKeyAndPauses();
+    void readsFractionsInALocaleWithADecimalComma();
+    void mergesASavedConfiguration();
+    void keepsAnsweringWhileTheRobotHangs();
+    void goesOnAfterTheRobotWasStartedAgain();
+    void closesWhileItsStartUpDialogsAreOpen();
+    void closesWhileFetching();
+    void closesWhileTheRobotHangs();
+    void followsTwoRobotsAtOnce();
+    void carriesTenThousandKeys();
+
+private:
+    qint64 server() const { return fRobot->children().value(0); }
+    MainWindow* window();
+    TarvekWidget* openAll();
+    static QString valueOf(TarvekWidget* panel, const QString& alias);
+    static bool lives(TarvekWidget* panel, const QString& alias);
+
+    QScopedPointer<RobotProgram> fRobot;
+    QScopedPointer<Session> fSession;
+    QScopedPointer<QTemporaryDir> fFolder;
+};
+
+namespace {
+
+const QString liveKey = "Battery/Voltage";
+constexpr int watchColumn = 1;
+constexpr int graphColumn = 2;
+constexpr int valueColumn = 4;
+
+/// The longest time between two turns of the event loop.
+class StallMeter
+{
+public:
+    StallMeter()
+    {
+        QObject::connect(&fTimer, &QTimer::timeout,
+                         [this] { fLongest = qMax(fLongest, fClock.restart()); });
+        fClock.start();
+        fTimer.start(5);
+    }
+    qint64 longest() const { return fLongest; }
+
+private:
+    QTimer fTimer;
+    QElapsedTimer fClock;
+    qint64 fLongest = 0;
+};
+
+} // namespace
+
+void TestPanel::init()
+{
+    fFolder.reset(new QTemporaryDir);
+    fRobot.reset(new RobotProgram);
+    QVERIFY(fRobot->startAndWait());
+    fSession.reset(new Session);
+}
+
+void TestPanel::cleanup()
+{
+    fSession.reset();
+    fRobot.reset();
+    GuardedTest::cleanup();
+}
+
+MainWindow* TestPanel::window()
+{
+    return fSession->connectTo(fRobot->address());
+}
+
+TarvekWidget* TestPanel::openAll()
+{
+    MainWindow* shown = window();
+    return shown ? fSession->open(shown, Session::allKeys) : nullptr;
+}
+
+QString TestPanel::valueOf(TarvekWidget* panel, const QString& alias)
+{
+    QTreeWidgetItem* row = rowOf(panel, alias);
+    return row ? row->text(valueColumn) : QString();
+}
+
+/// Whether the shown value changes.
+bool TestPanel::lives(TarvekWidget* panel, const QString& alias)
+{
+    const QString before = valueOf(panel, alias);
+    return QTest::qWaitFor([&] { return valueOf(panel, alias) != before; });
+}
+
+void TestPanel::startsWithAllKeys()
+{
+    TarvekWidget* panel = openAll();
+    QVERIFY(panel);
+    QCOMPARE(static_cast<size_t>(tableOf(panel)->topLevelItemCount()),
+             fRobot->memory().getDataListName().size());
+    QTRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
+    QVERIFY(panel->window()->windowTitle().startsWith("Tarvek Desktop (connected to 127.0.0.1)"));
+}
+
+void TestPanel::startsWithChosenKeys()
+{
+    const QString file = fFolder->filePath("chosen.xml");
+    TarvekWidget* panel =
+        fSession->open(window(), Session::newFile, "StmListDialog", [file](QDialog& dialog) {
+            auto* list = dialog.findChild<QListWidget*>();
+            const auto found = list->findItems(liveKey, Qt::MatchExactly);
+            QCOMPARE(found.size(), 1);
+            found[0]->setCheckState(Qt::Checked);
+            whenShown("QFileDialog", [file](QDialog& files) {
+                chooseFile(static_cast<QFileDialog&>(files), file);
+            });
+            clickButton(dialog, "Ok");
+        });
+    QVERIFY(panel);
+    QCOMPARE(tableOf(panel)->topLevelItemCount(), 1);
+    QVERIFY(lives(panel, liveKey));
+    QVERIFY(QFile::exists(file));
+}
+
+void TestPanel::startsFromAConfigurationFile()
+{
+    QFile file(fFolder->filePath("keys.xml"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<stm_viewer><stm_value name=\"Battery/Voltage\" alias=\"volts\" watch=\"1\" "
+               "graph=\"0\"><color red=\"1\" green=\"2\" blue=\"3\"/></stm_value></stm_viewer>");
+    file.close();
+    TarvekWidget* panel =
+        fSession->open(window(), Session::openFile, "QFileDialog", [&file](QDialog& files) {
+            chooseFile(static_cast<QFileDialog&>(files), file.fileName());
+        });
+    QVERIFY(panel);
+    QVERIFY(lives(panel, "volts"));
+}
+
+void TestPanel::showsLiveValuesOfWatchedKeys()
+{
+    TarvekWidget* panel = openAll();
+    QTRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
+    clickBox(panel, liveKey, watchColumn);
+    QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Checked);
+    QVERIFY(lives(panel, liveKey));
+}
+
+void TestPanel::graphsAKeyAndPauses()
+{
+    TarvekWidget* panel = openAll();
+    QWidget* graph = partOf(panel, "Graph");
+    QVERIFY(graph);
+    clickBox(panel, liveKey, graphColumn);
+    QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Checked);
+    const QImage first = graph->grab().toImage();
+    QVERIFY(QTest::qWaitFor([&] { return graph->grab().toImage() != first; }));
+    QWidget* strip = partOf(panel, "GraphConfig");
+    QVERIFY(strip);
+    for (auto* button : strip->findChildren<QAbstractButton*>())
+        if (button->isCheckable() && button->text().isEmpty())
+            QTest::mouseClick(static_cast<QWidget*>(button), Qt::LeftButton);
+    const QImage paused = graph->grab().toImage();
+    // Several sampling steps of a running graph would show by then.
+    QTimer ticker;
+    QSignalSpy ticks(&ticker, &QTimer::timeout);
+    ticker.start(Graph::fInterval);
+    QTRY_VERIFY(ticks.size() > 8);
+    QCOMPARE(graph->grab().toImage(), paused);
+}
+
+void TestPanel::readsFractionsInALocaleWithADecimalComma()
+{
+    QCOMPARE(QLocale().decimalPoint(), QChar(','));
+    const RedisServer robot;
+    robot.command({"SET", "Half", "0.5"});
+    TarvekWidget* panel = fSession->open(
+        fSession->connectTo(QString("127.0.0.1:%1").arg(robot.port())), Session::allKeys);
+    clickBox(panel, "Half", graphColumn);
+    auto* graph = static_cast<Graph*>(partOf(panel, "Graph"));
+    QTRY_VERIFY(graph->fSeries.contains("Half") && !graph->fSeries["Half"].second.isEmpty());
+    QCOMPARE(graph->fSeries["Half"].second.last().value, 0.5);
+    QTRY_COMPARE(valueOf(panel, "Half"), QString("0.5"));
+}
+
+void TestPanel::mergesASavedConfiguration()
+{
+    const QString file = fFolder->filePath("saved");
+    TarvekWidget* panel = openAll();
+    clickBox(panel, liveKey, watchColumn);
+    whenShown("QFileDialog",
+              [file](QDialog& files) { chooseFile(static_cast<QFileDialog&>(files), file); });
+    clickButton(*panel, "Save");
+    QVERIFY(QFile::exists(file + ".xml"));
+    clickBox(panel, liveKey, watchColumn);
+    QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Unchecked);
+    const int rows = tableOf(panel)->topLevelItemCount();
+    whenShown("QFileDialog", [file](QDialog& files) {
+        chooseFile(static_cast<QFileDialog&>(files), file + ".xml");
+    });
+    clickButton(*panel, "Open");
+    QVERIFY(tableOf(panel)->topLevelItemCount() >= rows);
+    const auto found = tableOf(panel)->findItems(liveKey, Qt::MatchExactly);
+    QVERIFY(std::any_of(found.begin(), found.end(), [](QTreeWidgetItem* row) {
+        return row->checkState(watchColumn) == Qt::Checked;
+    }));
+}
+
+void TestPanel::keepsAnsweringWhileTheRobotHangs()
+{
+    TarvekWidget* panel = openAll();
+    auto* shown = static_cast<MainWindow*>(panel->window());
+    clickBox(panel, liveKey, watchColumn);
+    QVERIFY(lives(panel, liveKey));
+    StallMeter meter;
+    ::kill(static_cast<pid_t>(server()), SIGSTOP);
+    QTRY_VERIFY(!shown->monitor().state().connected);
+    QTRY_VERIFY(shown->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 3000);
+    ::kill(static_cast<pid_t>(server()), SIGCONT);
+    // One exchange deadline of 250 ms, and room for a busy test machine.
+    QVERIFY2(meter.longest() < 500, qPrintable(QString::number(meter.longest())));
+    qInfo("longest stall: %lld ms", meter.longest());
+    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, 15000);
+}
+
+void TestPanel::goesOnAfterTheRobotWasStartedAgain()
+{
+    TarvekWidget* panel = openAll();
+    auto* shown = static_cast<MainWindow*>(panel->window());
+    clickBox(panel, liveKey, watchColumn);
+    QVERIFY(lives(panel, liveKey));
+    const QString port = fRobot->address().section(':', 1);
+    fRobot->signal(SIGTERM);
+    QCOMPARE(fRobot->waitForExit(), 0);
+    QTRY_VERIFY(!shown->monitor().state().connected);
+    fRobot.reset(new RobotProgram({"--port", port}));
+    QVERIFY(fRobot->startAndWait());
+    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, 15000);
+    QVERIFY(shown->findChild<QLabel*>("connectionDetail")->text().contains("subscription mode"));
+
+    // What the status bar tells the user to do.
+    auto* mode = panel->findChild<QComboBox*>();
+    QTest::keyClick(mode, Qt::Key_Down);
+    QCOMPARE(mode->currentIndex(), 1);
+    whenShown("QInputDialog", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+    QTest::keyClick(mode, Qt::Key_Up);
+    QCOMPARE(mode->currentIndex(), 0);
+    QVERIFY(lives(panel, liveKey));
+}
+
+void TestPanel::closesWhileItsStartUpDialogsAreOpen()
+{
+    const QPointer<MainWindow> shown = window();
+    TarvekWidget* panel = fSession->open(shown, Session::newFile, "StmListDialog",
+                                         [shown](QDialog&) { shown->close(); });
+    QVERIFY(!panel || !panel->isVisible());
+    QTRY_VERIFY(!shown);
+}
+
+void TestPanel::closesWhileFetching()
+{
+    TarvekWidget* panel = openAll();
+    clickButton(*panel, "Watch All");
+    QVERIFY(lives(panel, liveKey));
+    const QPointer<QWidget> shown = panel->window();
+    shown->close();
+    QTRY_VERIFY(!shown);
+}
+
+void TestPanel::closesWhileTheRobotHangs()
+{
+    TarvekWidget* panel = openAll();
+    clickBox(panel, liveKey, watchColumn);
+    ::kill(static_cast<pid_t>(server()), SIGSTOP);
+    const QPointer<QWidget> shown = panel->window();
+    QElapsedTimer clock;
+    clock.start();
+    shown->close();
+    QTRY_VERIFY(!shown);
+    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    ::kill(static_cast<pid_t>(server()), SIGCONT);
+}
+
+void TestPanel::followsTwoRobotsAtOnce()
+{
+    RobotProgram other({"--seed", "7"});
+    QVERIFY(other.startAndWait());
+    TarvekWidget* first = openAll();
+    TarvekWidget* second = fSession->open(fSession->connectTo(other.address()), Session::allKeys);
+    QVERIFY(first && second && first->window() != second->window());
+    clickBox(first, liveKey, watchColumn);
+    clickBox(second, liveKey, watchColumn);
+    QVERIFY(lives(first, liveKey));
+    QVERIFY(lives(second, liveKey));
+    const QPointer<QWidget> closed = second->window();
+    closed->close();
+    QTRY_VERIFY(!closed);
+    QVERIFY(lives(first, liveKey));
+}
+
+void TestPanel::carriesTenThousandKeys()
+{
+    fRobot.reset(new RobotProgram({"--keys", "10000", "--rate", "10"}));
+    QVERIFY(fRobot->startAndWait());
+    TarvekWidget* panel = openAll();
+    QVERIFY(panel);
+    QCOMPARE(tableOf(panel)->topLevelItemCount(), 10000);
+    clickButton(*panel, "Watch All");
+    QVERIFY(lives(panel, liveKey));
+}
+
+HOST_TEST_MAIN(TestPanel)
+#include "tst_panel.moc"

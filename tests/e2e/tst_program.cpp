@@ -1,0 +1,98 @@
+#include "desktop_program.h"
+#include "support/guarded_test.h"
+
+#include <QtTest>
+
+#include <csignal>
+
+/// The program tarvek-desktop, as a process.
+class TestProgram : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void helpAndVersionNeedNoDisplay_data();
+    void helpAndVersionNeedNoDisplay();
+    void refusesNonsenseWithAReason();
+    void findsItsPanelByItself();
+    void staysWhenTheRobotIsNotThere();
+    void signsInWithThePasswordOfAFile();
+};
+
+void TestProgram::helpAndVersionNeedNoDisplay_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::newRow("--help") << "Usage: ";
+    QTest::newRow("--help-all") << "Usage: ";
+    QTest::newRow("-h") << "Usage: ";
+    QTest::newRow("--version") << "Tarvek Desktop ";
+    QTest::newRow("-v") << "Tarvek Desktop ";
+}
+
+void TestProgram::helpAndVersionNeedNoDisplay()
+{
+    QFETCH(QString, start);
+    DesktopProgram desktop(TARVEK_DESKTOP, {QTest::currentDataTag()}, "xcb");
+    desktop.start();
+    QVERIFY(!desktop.waitForLine(start).isEmpty());
+    QCOMPARE(desktop.waitForExit(), 0);
+    QCOMPARE(desktop.warnings(), QString());
+}
+
+void TestProgram::refusesNonsenseWithAReason()
+{
+    DesktopProgram desktop(TARVEK_DESKTOP, {"--connect", "robot:x"});
+    desktop.start();
+    QCOMPARE(desktop.waitForExit(), 2);
+    QVERIFY2(desktop.errors().contains("the port must be a number"), qPrintable(desktop.errors()));
+}
+
+void TestProgram::findsItsPanelByItself()
+{
+    const RedisServer robot;
+    DesktopProgram desktop(TARVEK_DESKTOP,
+                           DesktopProgram::wordsFor(robot) + QStringList{"--panel", "Glimmet"});
+    desktop.start();
+    // The window's own connection, and that of the panel, whose start-up dialog waits.
+    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(robot), 2, 20000);
+    desktop.signal(SIGTERM);
+    QVERIFY(desktop.waitForFinished());
+    QCOMPARE(desktop.warnings(), QString());
+    QTRY_COMPARE(clientsOf(robot), 0);
+}
+
+void TestProgram::staysWhenTheRobotIsNotThere()
+{
+    RedisServer robot;
+    const QStringList words = DesktopProgram::wordsFor(robot);
+    robot.kill();
+    DesktopProgram desktop(TARVEK_DESKTOP, words);
+    desktop.start();
+    // The error box and the connect dialog wait for the user.
+    QVERIFY(!desktop.waitForFinished(2000));
+    QCOMPARE(desktop.state(), QProcess::Running);
+    desktop.signal(SIGTERM);
+    QVERIFY(desktop.waitForFinished());
+    QCOMPARE(desktop.warnings(), QString());
+}
+
+void TestProgram::signsInWithThePasswordOfAFile()
+{
+    RedisServer::Options options;
+    options.users = {"reader on >look ~* +@all"};
+    options.defaultPassword = "another";
+    const RedisServer robot(options);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("look\n");
+    file.flush();
+    DesktopProgram desktop(TARVEK_DESKTOP,
+                           DesktopProgram::wordsFor(robot) +
+                               QStringList{"--user", "reader", "--password-file", file.fileName()});
+    desktop.start();
+    QTRY_VERIFY_WITH_TIMEOUT(
+        robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, 20000);
+}
+
+QTEST_GUILESS_MAIN(TestProgram)
+#include "tst_program.moc"
