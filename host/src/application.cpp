@@ -1,8 +1,10 @@
 #include "application.h"
 
 #include "error_reporter.h"
+#include "resource_paths.h"
 
 #include <QEvent>
+#include <QIcon>
 #include <QWidget>
 
 #include <clocale>
@@ -44,6 +46,8 @@ Application::Application(int& argc, char** argv)
     std::setlocale(LC_NUMERIC, "C");
     // Dialogs come and go while windows are being made: the program itself knows when to end.
     setQuitOnLastWindowClosed(false);
+    setWindowIcon(QIcon(ownIconFile()));
+    setDesktopFileName("tarvek-desktop");
 }
 
 Application::~Application() = default;

@@ -24,6 +24,11 @@ QString ownImageDir()
     return besideProgram(TARVEK_IMAGE_DIR);
 }
 
+QString ownIconFile()
+{
+    return besideProgram(TARVEK_ICON);
+}
+
 std::string imageDirForPanels(const QString& folder)
 {
     const bool isAscii =

@@ -11,6 +11,8 @@
 QString ownPluginDir();
 /// The folder of the images that panels read.
 QString ownImageDir();
+/// The program's icon.
+QString ownIconFile();
 
 /// `folder` as panels take it: ends in "/", ready to have an image's name put behind it. Panels
 /// read these bytes as Latin-1, so a folder whose name has other letters than ASCII goes by a
