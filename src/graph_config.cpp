@@ -18,6 +18,8 @@ GraphConfig::GraphConfig(Graph* graph, const QString& imageDir)
     auto* grid = new QGridLayout(this);
     setUpPlayButton();
     QDoubleSpinBox* speedBox = makeSpeedBox();
+    auto* playLabel = new QLabel(QStringLiteral("Start/Stop graph: "), this);
+    auto* speedLabel = new QLabel(QStringLiteral("Speed in pixels/second: "), this);
     auto* autoscaleBox = new QCheckBox(QStringLiteral("Autoscale"), this);
     setUpRangeBoxes();
     if (fGraph) {
@@ -29,7 +31,12 @@ GraphConfig::GraphConfig(Graph* graph, const QString& imageDir)
     connect(fMinBox, SIGNAL(valueChanged(double)), this, SLOT(xMinYChange(double)));
     connect(fMaxBox, SIGNAL(valueChanged(double)), this, SLOT(xMaxYChange(double)));
     connect(autoscaleBox, SIGNAL(stateChanged(int)), this, SLOT(xAutoScaleChange(int)));
-    placeControls(*grid, speedBox, autoscaleBox);
+    grid->addWidget(playLabel, 0, 0);
+    grid->addWidget(fPlayButton, 0, 1);
+    grid->addWidget(speedLabel, 0, 4);
+    grid->addWidget(speedBox, 0, 5);
+    grid->addWidget(autoscaleBox, 1, 0, 1, 2);
+    placeRangeControls(*grid);
 }
 
 void GraphConfig::setUpPlayButton()
@@ -68,14 +75,8 @@ void GraphConfig::setUpRangeBoxes()
     fMaxBox->setRange(Graph::fMinYPossible, Graph::fMaxYPossible);
 }
 
-void GraphConfig::placeControls(QGridLayout& grid, QDoubleSpinBox* speedBox,
-                                QCheckBox* autoscaleBox)
+void GraphConfig::placeRangeControls(QGridLayout& grid)
 {
-    grid.addWidget(new QLabel(QStringLiteral("Start/Stop graph: "), this), 0, 0);
-    grid.addWidget(fPlayButton, 0, 1);
-    grid.addWidget(new QLabel(QStringLiteral("Speed in pixels/second: "), this), 0, 4);
-    grid.addWidget(speedBox, 0, 5);
-    grid.addWidget(autoscaleBox, 1, 0, 1, 2);
     grid.addWidget(fMinLabel, 1, 2, Qt::AlignRight);
     grid.addWidget(fMinBox, 1, 3);
     grid.addWidget(fMaxLabel, 1, 4, Qt::AlignRight);

@@ -7,7 +7,6 @@
 #include <QWidget>
 
 class Graph;
-class QCheckBox;
 class QGridLayout;
 
 /// The control strip of a graph: play and pause, speed, automatic or manual range. Writes into
@@ -50,5 +49,5 @@ private:
     void setUpPlayButton();
     QDoubleSpinBox* makeSpeedBox();
     void setUpRangeBoxes();
-    void placeControls(QGridLayout& grid, QDoubleSpinBox* speedBox, QCheckBox* autoscaleBox);
+    void placeRangeControls(QGridLayout& grid);
 };

@@ -81,6 +81,7 @@ class TestGraphConfig : public GuardedTest
 
 private slots:
     void slotsStandInTheirOrder();
+    void controlsAreMadeInTheirOrder();
     void controlsStandInTheirPlaces();
     void theStripStartsAsTheGraphIs();
     void aManualGraphStartsWithEnabledBoxes();
@@ -111,6 +112,19 @@ void TestGraphConfig::slotsStandInTheirOrder()
     QCOMPARE(found, QStringList({"xOnChangePlayMode(bool) pChecked", "xSpeedChanged(double) pSpeed",
                                  "xMinYChange(double) pMin", "xMaxYChange(double) pMax",
                                  "xAutoScaleChange(int) pState"}));
+}
+
+void TestGraphConfig::controlsAreMadeInTheirOrder()
+{
+    const Panel panel;
+    QStringList labels;
+    for (const auto* label : panel.config->findChildren<QLabel*>())
+        labels += label->text();
+    QCOMPARE(labels,
+             QStringList({"Start/Stop graph: ", "Speed in pixels/second: ", "Min:", "Max:"}));
+    QCOMPARE(
+        panel.config->findChildren<QDoubleSpinBox*>(),
+        (QList<QDoubleSpinBox*>{panel.speedBox(), panel.config->fMinBox, panel.config->fMaxBox}));
 }
 
 void TestGraphConfig::controlsStandInTheirPlaces()
