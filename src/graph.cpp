@@ -50,12 +50,17 @@ Graph::~Graph()
 
 void Graph::init()
 {
+    // The fresh clock goes on where the old one was: samples that are there keep their times.
+    QElapsedTimer clock;
+    if (fClock)
+        clock = *fClock;
+    else
+        clock.start();
     delete fTimer;
     delete fClock;
     fTimer = new QTimer;
     fTimer->setInterval(fInterval);
-    fClock = new QElapsedTimer;
-    fClock->start();
+    fClock = new QElapsedTimer(clock);
     connect(fTimer, SIGNAL(timeout()), this, SLOT(xUpdateTime()));
     fTimer->start();
 }

@@ -67,6 +67,7 @@ private slots:
     void removingDropsTheCurveOnly();
     void initStartsSampling();
     void initAgainTakesAFreshTimerAndClock();
+    void samplesKeepTheirTimesWhenInitIsCalledAgain();
     void playBeforeInitIsIgnored();
     void pausingEmptiesEveryCurve();
     void aStepSamplesEveryCurveByAlias();
@@ -181,6 +182,22 @@ void TestGraph::initAgainTakesAFreshTimerAndClock()
     QVERIFY(!oldTimer);
     QVERIFY(graph.fTimer->isActive());
     QCOMPARE(samplesOf(graph, "a").size(), 1);
+}
+
+void TestGraph::samplesKeepTheirTimesWhenInitIsCalledAgain()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    QTRY_VERIFY(!samplesOf(graph, "a").isEmpty());
+    const double before = samplesOf(graph, "a").first().time;
+    QVERIFY(before > 0);
+    graph.init();
+    stepUntilPruned(graph);
+    QCOMPARE(samplesOf(graph, "a").first().time, before);
+    QVERIFY(samplesOf(graph, "a").last().time >= before);
 }
 
 void TestGraph::playBeforeInitIsIgnored()
