@@ -96,7 +96,7 @@ void paintCurve(QPainter& painter, const QList<TimeValue>& samples, const PlotSc
 {
     Polyline line(painter);
     for (const TimeValue& sample : samples) {
-        if (std::isnan(sample.value))
+        if (std::isnan(sample.second))
             line.paint();
         else
             line.add(scale.position(sample));

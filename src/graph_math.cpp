@@ -10,8 +10,8 @@ int PlotScale::row(double value) const
 
 QPoint PlotScale::position(const TimeValue& sample) const
 {
-    const double column = width - static_cast<double>(truncated((now - sample.time) * speed));
-    return {truncated(column), row(sample.value)};
+    const double column = width - static_cast<double>(truncated((now - sample.first) * speed));
+    return {truncated(column), row(sample.second)};
 }
 
 double secondsOf(qint64 milliseconds)
@@ -35,9 +35,9 @@ void pruneSamples(QList<TimeValue>& samples, double cutOff)
     // Kept samples gather at the end, so that one cut at the front removes all the others.
     int kept = samples.size();
     for (int i = samples.size() - 1; i >= 0; --i) {
-        const double time = samples.at(i).time;
+        const double time = samples.at(i).first;
         const bool tooOld = time < cutOff;
-        const bool outOfOrder = kept < samples.size() && time > samples.at(kept).time;
+        const bool outOfOrder = kept < samples.size() && time > samples.at(kept).first;
         if (!tooOld && !outOfOrder)
             samples.swapItemsAt(i, --kept);
     }
@@ -46,10 +46,10 @@ void pruneSamples(QList<TimeValue>& samples, double cutOff)
 
 void includeSamples(ValueRange& range, const QList<TimeValue>& samples)
 {
-    for (const TimeValue& sample : samples) {
-        if (!std::isfinite(sample.value))
+    for (const auto& [time, value] : samples) {
+        if (!std::isfinite(value))
             continue;
-        range.bottom = std::min(sample.value, range.bottom);
-        range.top = std::max(sample.value, range.top);
+        range.bottom = std::min(value, range.bottom);
+        range.top = std::max(value, range.top);
     }
 }

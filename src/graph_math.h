@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPair>
 #include <QPoint>
 
 #include <limits>
@@ -8,15 +9,8 @@
 /// The arithmetic of the graph, free of widgets. Times are seconds of the graph's own clock,
 /// positions are pixels from the top left corner, speeds are pixels per second.
 
-/// One sample of a curve.
-struct TimeValue
-{
-    TimeValue() = default;
-    TimeValue(double sampleTime, double sampleValue) : time(sampleTime), value(sampleValue) {}
-
-    double time = 0;  ///< s
-    double value = 0; ///< any double: NaN and infinities, too
-};
+/// One sample of a curve: its time in s, then its value, which may be NaN or an infinity.
+using TimeValue = QPair<double, double>;
 
 /// The vertical range of a plot: the values at its bottom and at its top row.
 struct ValueRange

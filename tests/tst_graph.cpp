@@ -165,9 +165,9 @@ void TestGraph::initStartsSampling()
     QVERIFY(!graph.fTimer->parent());
     QTRY_VERIFY(samplesOf(graph, "a").size() >= 3);
     const QList<TimeValue> samples = samplesOf(graph, "a");
-    QCOMPARE(samples.last().value, 3.0);
-    QVERIFY(samples.at(0).time < samples.at(1).time);
-    QVERIFY(samples.at(0).time >= 0.03);
+    QCOMPARE(samples.last().second, 3.0);
+    QVERIFY(samples.at(0).first < samples.at(1).first);
+    QVERIFY(samples.at(0).first >= 0.03);
 }
 
 void TestGraph::initAgainTakesAFreshTimerAndClock()
@@ -192,12 +192,12 @@ void TestGraph::samplesKeepTheirTimesWhenInitIsCalledAgain()
     graph.addSTMValue("a", nullptr);
     graph.init();
     QTRY_VERIFY(!samplesOf(graph, "a").isEmpty());
-    const double before = samplesOf(graph, "a").first().time;
+    const double before = samplesOf(graph, "a").first().first;
     QVERIFY(before > 0);
     graph.init();
     stepUntilPruned(graph);
-    QCOMPARE(samplesOf(graph, "a").first().time, before);
-    QVERIFY(samplesOf(graph, "a").last().time >= before);
+    QCOMPARE(samplesOf(graph, "a").first().first, before);
+    QVERIFY(samplesOf(graph, "a").last().first >= before);
 }
 
 void TestGraph::playBeforeInitIsIgnored()
@@ -244,8 +244,8 @@ void TestGraph::aStepSamplesEveryCurveByAlias()
     graph.addSTMValue("b", nullptr);
     graph.xUpdateTime();
     QCOMPARE(samplesOf(graph, "a").size(), 1);
-    QCOMPARE(samplesOf(graph, "a").first().value, 3.0);
-    QCOMPARE(samplesOf(graph, "b").first().value, -0.5);
+    QCOMPARE(samplesOf(graph, "a").first().second, 3.0);
+    QCOMPARE(samplesOf(graph, "b").first().second, -0.5);
 }
 
 void TestGraph::aKeyThatIsNoNumberDropsOut()
@@ -305,10 +305,10 @@ void TestGraph::samplesBeyondTheSpanAreForgotten()
     graph.addSTMValue("a", nullptr);
     samplesOf(graph, "a") = {{-8.5, 1}, {-4, 2}};
     stepUntilPruned(graph);
-    QCOMPARE(samplesOf(graph, "a").first().time, -4.0);
+    QCOMPARE(samplesOf(graph, "a").first().first, -4.0);
     graph.fSpeed = 1000;
     stepUntilPruned(graph);
-    QVERIFY(samplesOf(graph, "a").first().time >= -0.8);
+    QVERIFY(samplesOf(graph, "a").first().first >= -0.8);
     QCOMPARE(samplesOf(graph, "a").size(), 20);
 }
 
@@ -322,8 +322,8 @@ void TestGraph::speedZeroForgetsOnlyUnorderedSamples()
     samplesOf(graph, "a") = {{-1e9, 1}, {-1, 2}, {-5, 3}};
     stepUntilPruned(graph);
     QCOMPARE(samplesOf(graph, "a").size(), 12);
-    QCOMPARE(samplesOf(graph, "a").at(0).time, -1e9);
-    QCOMPARE(samplesOf(graph, "a").at(1).time, -5.0);
+    QCOMPARE(samplesOf(graph, "a").at(0).first, -1e9);
+    QCOMPARE(samplesOf(graph, "a").at(1).first, -5.0);
 }
 
 void TestGraph::sizeZeroAndSpeedZeroAreHarmless()

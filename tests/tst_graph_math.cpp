@@ -24,7 +24,7 @@ QList<double> timesOf(const QList<TimeValue>& samples)
 {
     QList<double> times;
     for (const TimeValue& sample : samples)
-        times.append(sample.time);
+        times.append(sample.first);
     return times;
 }
 
@@ -206,8 +206,8 @@ void TestGraphMath::pruningKeepsValuesWithTheirTimes()
     const QList<TimeValue> shared = samples;
     pruneSamples(samples, 1.5);
     QCOMPARE(timesOf(samples), (QList<double>{2, 3}));
-    QCOMPARE(samples.at(0).value, 20.0);
-    QCOMPARE(samples.at(1).value, 30.0);
+    QCOMPARE(samples.at(0).second, 20.0);
+    QCOMPARE(samples.at(1).second, 30.0);
     QCOMPARE(timesOf(shared), (QList<double>{1, 7, 2, 3}));
 }
 
@@ -228,7 +228,7 @@ void TestGraphMath::pruningHalfOfManySamplesIsQuick()
     pruneSamples(samples, 500000);
     QVERIFY2(clock.elapsed() < 2000, "one move per removed sample takes minutes");
     QCOMPARE(samples.size(), 500000);
-    QCOMPARE(samples.first().time, 500000.0);
+    QCOMPARE(samples.first().first, 500000.0);
 }
 
 void TestGraphMath::theRangeHoldsAllFiniteSamples()

@@ -46,8 +46,8 @@ QPainterPath plainPath(const Graph& graph, const QList<TimeValue>& samples, doub
 {
     QPainterPath path;
     for (const TimeValue& sample : samples) {
-        const double x = graph.width() - static_cast<int>(-sample.time * graph.fSpeed);
-        const double y = static_cast<int>((graph.fMaxY - sample.value) / units);
+        const double x = graph.width() - static_cast<int>(-sample.first * graph.fSpeed);
+        const double y = static_cast<int>((graph.fMaxY - sample.second) / units);
         if (path.elementCount() == 0)
             path.moveTo(x, y);
         else
