@@ -58,6 +58,12 @@ private:
     bool fIsOrphan = false;
 };
 
+QString fileFilter()
+{
+    const QString filter = "Xml file (*." + Widget::fFileExtension + ")";
+    return Widget::tr(filter.toLatin1().constData());
+}
+
 bool isChecked(const QTreeWidgetItem& item, int column)
 {
     return item.data(column, Qt::CheckStateRole) == Qt::Checked;
@@ -199,9 +205,8 @@ void Widget::xSaveConfig()
     if (!module)
         return;
     const QPointer<Widget> self(this);
-    const QString filter = tr("Xml file (*.%1)").arg(fFileExtension);
     QString file = askForFile(new QFileDialog(this, tr("Save configuration file"),
-                                              QCoreApplication::applicationDirPath(), filter),
+                                              QCoreApplication::applicationDirPath(), fileFilter()),
                               QFileDialog::AcceptSave);
     if (!self || file.isEmpty())
         return;
@@ -220,10 +225,10 @@ void Widget::xLoadConfig()
     if (!module)
         return;
     const QPointer<Widget> self(this);
-    const QString filter = tr("Xml file (*.%1)").arg(fFileExtension);
-    const QString file = askForFile(new QFileDialog(this, tr("Merge with File"),
-                                                    QCoreApplication::applicationDirPath(), filter),
-                                    QFileDialog::AcceptOpen);
+    const QString file =
+        askForFile(new QFileDialog(this, tr("Merge with File"),
+                                   QCoreApplication::applicationDirPath(), fileFilter()),
+                   QFileDialog::AcceptOpen);
     if (!self || file.isEmpty())
         return;
     try {

@@ -58,6 +58,38 @@ private:
     std::unique_ptr<DialogDriver> fBox;
 };
 
+/// Knows the panel's texts word for word, and only these.
+class Dictionary : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char* text, const char* /*disambiguation*/,
+                      int /*n*/) const override
+    {
+        static const QMap<QByteArray, QString> german{
+            {"Save configuration file", "Konfiguration speichern"},
+            {"Merge with File", "Mit Datei vereinen"},
+            {"Xml file (*.xml)", "XML-Datei (*.xml)"},
+            {"Time interval", "Zeitabstand"},
+            {"Get data every (ms):", "Daten holen alle (ms):"}};
+        return qstrcmp(context, "Widget") == 0 ? german.value(text) : QString();
+    }
+};
+
+/// What a user reads in the file dialog behind a button: title, filters, folder.
+QStringList fileDialogOf(const Panel& panel, const QString& toolTip)
+{
+    QStringList read;
+    const DialogDriver driver([&](QWidget& dialog) {
+        if (const auto* files = qobject_cast<QFileDialog*>(&dialog))
+            read << files->windowTitle() << files->nameFilters()
+                 << files->directory().absolutePath();
+        cancelDialog(dialog);
+    });
+    QTest::mouseClick(panel.button(toolTip), Qt::LeftButton);
+    return read;
+}
+
 } // namespace
 
 class WidgetDialogsTest : public GuardedTest
@@ -75,6 +107,8 @@ private slots:
     void textThatNamesNoModeChangesNothing();
     void savingAddsTheExtension_data();
     void savingAddsTheExtension();
+    void fileDialogsAskForXmlFilesInTheProgramsFolder();
+    void textsOfDialogsAreTranslatedAsAWhole();
     void cancelledFileDialogsDoNothing();
     void failedSaveShowsOneErrorBox();
     void mergeAddsTheKeysOfAFile();
@@ -232,6 +266,38 @@ void WidgetDialogsTest::savingAddsTheExtension()
     QFile saved(folder.filePath(written));
     QVERIFY(saved.open(QIODevice::ReadOnly));
     QVERIFY(saved.readAll().contains("alias=\"a\""));
+}
+
+void WidgetDialogsTest::fileDialogsAskForXmlFilesInTheProgramsFolder()
+{
+    Panel panel;
+    panel.show();
+    const QString folder = QCoreApplication::applicationDirPath();
+    QCOMPARE(fileDialogOf(panel, "Save"),
+             QStringList({"Save configuration file", "Xml file (*.xml)", folder}));
+    QCOMPARE(fileDialogOf(panel, "Open"),
+             QStringList({"Merge with File", "Xml file (*.xml)", folder}));
+}
+
+void WidgetDialogsTest::textsOfDialogsAreTranslatedAsAWhole()
+{
+    Dictionary dictionary;
+    QVERIFY(QCoreApplication::installTranslator(&dictionary));
+    Panel panel;
+    panel.show();
+    QCOMPARE(fileDialogOf(panel, "Save").mid(0, 2),
+             QStringList({"Konfiguration speichern", "XML-Datei (*.xml)"}));
+    QCOMPARE(fileDialogOf(panel, "Open").mid(0, 2),
+             QStringList({"Mit Datei vereinen", "XML-Datei (*.xml)"}));
+    panel.subscriptionBox()->setCurrentIndex(1);
+    QStringList read;
+    const DialogDriver driver([&](QWidget& dialog) {
+        if (const auto* input = qobject_cast<QInputDialog*>(&dialog))
+            read << input->windowTitle() << input->labelText();
+        cancelDialog(dialog);
+    });
+    panel.subscriptionBox()->setCurrentIndex(0);
+    QCOMPARE(read, QStringList({"Zeitabstand", "Daten holen alle (ms):"}));
 }
 
 void WidgetDialogsTest::cancelledFileDialogsDoNothing()
