@@ -50,6 +50,7 @@ private:
     void addEntries(const std::vector<std::string>& names);
     bool isSorted() const;
 
+public: // the controls and their entries, for who drives or shows them
     QListWidget* fList;
     QCheckBox* fDevicesBox;
     QLineEdit* fFilterEdit;

@@ -206,7 +206,7 @@ void TestPanel::readsFractionsInALocaleWithADecimalComma()
     clickBox(panel, "Half", graphColumn);
     auto* graph = static_cast<Graph*>(partOf(panel, "Graph"));
     QTRY_VERIFY(graph->fSeries.contains("Half") && !graph->fSeries["Half"].second.isEmpty());
-    QCOMPARE(graph->fSeries["Half"].second.last().value, 0.5);
+    QCOMPARE(graph->fSeries["Half"].second.last().second, 0.5);
     QTRY_COMPARE(valueOf(panel, "Half"), QString("0.5"));
 }
 
