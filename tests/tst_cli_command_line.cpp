@@ -6,7 +6,7 @@
 #include <QTemporaryFile>
 #include <QtTest>
 
-using Command = CommandLine::Command;
+using Command = CliCommandLine::Command;
 using Words = std::vector<std::string>;
 
 Q_DECLARE_METATYPE(Words)
@@ -54,21 +54,21 @@ void TestCliCommandLine::commandsHaveTheirOperands()
 {
     QVERIFY(readCommandLine({"list"}).command == Command::List);
     QCOMPARE(readCommandLine({"list", "Arm"}).operands, Words{"Arm"});
-    const CommandLine get = readCommandLine({"get", "a", "b", "a"});
+    const CliCommandLine get = readCommandLine({"get", "a", "b", "a"});
     QVERIFY(get.command == Command::Get);
     QCOMPARE(get.operands, (Words{"a", "b", "a"}));
-    const CommandLine set = readCommandLine({"set", "a", ""});
+    const CliCommandLine set = readCommandLine({"set", "a", ""});
     QVERIFY(set.command == Command::Set);
     QCOMPARE(set.operands, (Words{"a", ""}));
 }
 
 void TestCliCommandLine::watchHasOptionsOfItsOwn()
 {
-    const CommandLine plain = readCommandLine({"watch", "a"});
+    const CliCommandLine plain = readCommandLine({"watch", "a"});
     QVERIFY(plain.command == Command::Watch);
     QCOMPARE(plain.period.count(), 1000);
     QCOMPARE(plain.count, 0);
-    const CommandLine full = readCommandLine({"watch", "--period", "60", "--count=3", "a", "b"});
+    const CliCommandLine full = readCommandLine({"watch", "--period", "60", "--count=3", "a", "b"});
     QCOMPARE(full.period.count(), 60);
     QCOMPARE(full.count, 3);
     QCOMPARE(full.operands, (Words{"a", "b"}));
@@ -79,7 +79,7 @@ void TestCliCommandLine::theRobotIsChosenByOptions()
     QCOMPARE(readCommandLine({"list"}).address.toText(), std::string("127.0.0.1:6379"));
     QTemporaryFile file;
     const std::string path = write(file, "secret\n").toStdString();
-    const CommandLine line = readCommandLine(
+    const CliCommandLine line = readCommandLine(
         {"--connect", "[::1]:7000", "--user", "alice", "--password-file", path, "--tls",
          "--ca=ca.pem", "--cert", "c.pem", "--key", "k.pem", "--timeout", "300", "list"});
     QCOMPARE(line.address.toText(), std::string("[::1]:7000"));

@@ -19,7 +19,7 @@ std::chrono::milliseconds timeOf(Text option, Text text)
     return std::chrono::milliseconds(wholeNumber(option, text, longestTime));
 }
 
-void storeAddress(CommandLine& line, Text option, Text text)
+void storeAddress(CliCommandLine& line, Text option, Text text)
 {
     try {
         line.address = ZoAddress::fromText(text);
@@ -28,7 +28,7 @@ void storeAddress(CommandLine& line, Text option, Text text)
     }
 }
 
-void storeTimeout(CommandLine& line, Text option, Text text)
+void storeTimeout(CliCommandLine& line, Text option, Text text)
 {
     const std::chrono::milliseconds time = timeOf(option, text);
     line.options.connectTimeout = time;
@@ -36,38 +36,40 @@ void storeTimeout(CommandLine& line, Text option, Text text)
     line.options.keyListTimeout = time;
 }
 
-void storePeriod(CommandLine& line, Text option, Text text)
+void storePeriod(CliCommandLine& line, Text option, Text text)
 {
     line.period = timeOf(option, text);
 }
 
-void storeCount(CommandLine& line, Text option, Text text)
+void storeCount(CliCommandLine& line, Text option, Text text)
 {
     line.count = wholeNumber(option, text, std::numeric_limits<int>::max());
 }
 
-void storeHelp(CommandLine& line, Text, Text)
+void storeHelp(CliCommandLine& line, Text, Text)
 {
-    line.command = CommandLine::Command::Help;
+    line.command = CliCommandLine::Command::Help;
 }
 
-void storeVersion(CommandLine& line, Text, Text)
+void storeVersion(CliCommandLine& line, Text, Text)
 {
-    line.command = CommandLine::Command::Version;
+    line.command = CliCommandLine::Command::Version;
 }
 
 const Options generalOptions = {
     {"--help", {false, storeHelp}},
     {"--version", {false, storeVersion}},
     {"--connect", {true, storeAddress}},
-    {"--user", {true, [](CommandLine& line, Text, Text name) { line.options.user = name; }}},
+    {"--user", {true, [](CliCommandLine& line, Text, Text name) { line.options.user = name; }}},
     {"--password-file",
      {true,
-      [](CommandLine& line, Text, Text path) { line.options.password = readPassword(path); }}},
-    {"--tls", {false, [](CommandLine& line, Text, Text) { line.options.tls = true; }}},
-    {"--ca", {true, [](CommandLine& line, Text, Text path) { line.options.tlsCaFile = path; }}},
-    {"--cert", {true, [](CommandLine& line, Text, Text path) { line.options.tlsCertFile = path; }}},
-    {"--key", {true, [](CommandLine& line, Text, Text path) { line.options.tlsKeyFile = path; }}},
+      [](CliCommandLine& line, Text, Text path) { line.options.password = readPassword(path); }}},
+    {"--tls", {false, [](CliCommandLine& line, Text, Text) { line.options.tls = true; }}},
+    {"--ca", {true, [](CliCommandLine& line, Text, Text path) { line.options.tlsCaFile = path; }}},
+    {"--cert",
+     {true, [](CliCommandLine& line, Text, Text path) { line.options.tlsCertFile = path; }}},
+    {"--key",
+     {true, [](CliCommandLine& line, Text, Text path) { line.options.tlsKeyFile = path; }}},
     {"--timeout", {true, storeTimeout}},
 };
 
@@ -83,7 +85,7 @@ const Options watchOptions = {
 
 struct CommandRule
 {
-    CommandLine::Command command;
+    CliCommandLine::Command command;
     const Options* options;
     std::size_t fewest; ///< operands
     std::size_t most;
@@ -93,11 +95,11 @@ struct CommandRule
 constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
 const std::unordered_map<std::string, CommandRule> commandRules = {
-    {"list", {CommandLine::Command::List, &commandOptions, 0, 1, "list [SUBSTRING]"}},
-    {"get", {CommandLine::Command::Get, &commandOptions, 1, anyNumber, "get KEY..."}},
-    {"set", {CommandLine::Command::Set, &commandOptions, 2, 2, "set KEY VALUE"}},
+    {"list", {CliCommandLine::Command::List, &commandOptions, 0, 1, "list [SUBSTRING]"}},
+    {"get", {CliCommandLine::Command::Get, &commandOptions, 1, anyNumber, "get KEY..."}},
+    {"set", {CliCommandLine::Command::Set, &commandOptions, 2, 2, "set KEY VALUE"}},
     {"watch",
-     {CommandLine::Command::Watch, &watchOptions, 1, anyNumber,
+     {CliCommandLine::Command::Watch, &watchOptions, 1, anyNumber,
       "watch [--period MS] [--count N] KEY..."}},
 };
 
@@ -133,14 +135,14 @@ void checkNoOptionAmong(Words words)
     }
 }
 
-void readCommand(Words& words, CommandLine& line)
+void readCommand(Words& words, CliCommandLine& line)
 {
     const CommandRule rule = takeRule(words);
     const bool ended = readOptions(words, *rule.options, line);
-    if (line.command == CommandLine::Command::Help)
+    if (line.command == CliCommandLine::Command::Help)
         return;
     line.command = rule.command;
-    if (!ended && line.command != CommandLine::Command::Set)
+    if (!ended && line.command != CliCommandLine::Command::Set)
         checkNoOptionAmong(words);
     line.operands = words.takeAll();
     if (line.operands.size() < rule.fewest || line.operands.size() > rule.most)
@@ -149,12 +151,12 @@ void readCommand(Words& words, CommandLine& line)
 
 } // namespace
 
-CommandLine readCommandLine(const std::vector<std::string>& arguments)
+CliCommandLine readCommandLine(const std::vector<std::string>& arguments)
 {
-    CommandLine line;
+    CliCommandLine line;
     Words words(arguments);
     readOptions(words, generalOptions, line);
-    if (line.command == CommandLine::Command::None)
+    if (line.command == CliCommandLine::Command::None)
         readCommand(words, line);
     checkTls(line.options);
     return line;

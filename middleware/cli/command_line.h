@@ -8,7 +8,7 @@
 #include <vector>
 
 /// What a user asks of the program `zo`.
-struct CommandLine
+struct CliCommandLine
 {
     enum class Command
     {
@@ -31,7 +31,7 @@ struct CommandLine
 
 /// Reads the words behind the program's name. Throws UsageError for every mistake. Reads the
 /// password file; opens nothing else.
-CommandLine readCommandLine(const std::vector<std::string>& words);
+CliCommandLine readCommandLine(const std::vector<std::string>& words);
 
 /// The text of --help.
 std::string helpText();

@@ -22,22 +22,22 @@ void tell(const std::string& message)
     std::cerr << "zo: " + escaped(message) + "\n" << std::flush;
 }
 
-ZoMemoryProxy connect(const CommandLine& line)
+ZoMemoryProxy connect(const CliCommandLine& line)
 {
     const auto broker = ZoBroker::create("zo", line.address.host, line.address.port, line.options);
     return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
 }
 
-void watch(const CommandLine& line, Output& output)
+void watch(const CliCommandLine& line, Output& output)
 {
     endWellOnStopSignals();
     ZoMemoryProxy memory = connect(line);
     watchValues(memory, {line.operands, line.period, line.count}, output, tell);
 }
 
-void run(const CommandLine& line, Output& output)
+void run(const CliCommandLine& line, Output& output)
 {
-    using Command = CommandLine::Command;
+    using Command = CliCommandLine::Command;
     if (line.command == Command::Watch)
         return watch(line, output);
     ZoMemoryProxy memory = connect(line);
@@ -49,12 +49,12 @@ void run(const CommandLine& line, Output& output)
         memory.setText(line.operands[0], line.operands[1]);
 }
 
-void runOrExplain(const CommandLine& line)
+void runOrExplain(const CliCommandLine& line)
 {
     Output output(standardOutput);
-    if (line.command == CommandLine::Command::Help)
+    if (line.command == CliCommandLine::Command::Help)
         output.add(helpText());
-    else if (line.command == CommandLine::Command::Version)
+    else if (line.command == CliCommandLine::Command::Version)
         output.add("zo " ZO_VERSION "\n");
     else
         run(line, output);

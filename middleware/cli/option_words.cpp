@@ -7,7 +7,7 @@
 
 namespace {
 
-void readOption(Words& words, const Options& options, CommandLine& line)
+void readOption(Words& words, const Options& options, CliCommandLine& line)
 {
     const std::string word = words.take();
     const std::size_t equals = word.find('=');
@@ -43,9 +43,9 @@ std::vector<std::string> Words::takeAll()
     return rest;
 }
 
-bool readOptions(Words& words, const Options& options, CommandLine& line)
+bool readOptions(Words& words, const Options& options, CliCommandLine& line)
 {
-    while (line.command == CommandLine::Command::None && words.startsOption()) {
+    while (line.command == CliCommandLine::Command::None && words.startsOption()) {
         if (words.next() == "--") {
             words.take();
             return true;

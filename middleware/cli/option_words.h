@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-struct CommandLine;
+struct CliCommandLine;
 
 /// The words of a command line, taken from the front.
 class Words
@@ -29,14 +29,14 @@ struct Option
 {
     bool hasValue;
     /// Called with the option's name and its value, which is empty where there is none.
-    void (*store)(CommandLine& line, const std::string& name, const std::string& value);
+    void (*store)(CliCommandLine& line, const std::string& name, const std::string& value);
 };
 using Options = std::unordered_map<std::string, Option>;
 
 /// Takes options, as in "--period 60" or "--period=60", up to the first word that is none; also
 /// stops behind "--", and behind an option that settles the command. Returns whether "--" was
 /// there. Throws UsageError for an option that is not in `options` or lacks its value.
-bool readOptions(Words& words, const Options& options, CommandLine& line);
+bool readOptions(Words& words, const Options& options, CliCommandLine& line);
 
 /// `text` as a number from 1 to `highest`; throws UsageError that names `option`.
 int wholeNumber(const std::string& option, const std::string& text, int highest);
