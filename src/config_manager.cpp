@@ -1,5 +1,6 @@
 #include "config_manager.h"
 
+#include "file_stream.h"
 #include "model.h"
 #include "module.h"
 #include "xml_file.h"
@@ -23,21 +24,15 @@ const char* const rootName = "stm_viewer";
 const char* const entryName = "stm_value";
 const char* const colorName = "color";
 
-struct StreamCloser
-{
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-using Stream = std::unique_ptr<std::FILE, StreamCloser>;
-
 // Opening a pipe without a partner, or a terminal line, must not stop the window.
-Stream openStream(const QString& path, int flags, const char* mode)
+FileStream openStream(const QString& path, int flags, const char* mode)
 {
     const mode_t everybody = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
     const int file =
         open(path.toUtf8().constData(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
     if (file < 0)
-        return Stream();
-    Stream stream(fdopen(file, mode));
+        return FileStream();
+    FileStream stream(fdopen(file, mode));
     if (!stream)
         close(file);
     return stream;
@@ -170,7 +165,7 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
 
 void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, const QString& path)
 {
-    const Stream stream = openStream(path, O_WRONLY | O_CREAT | O_TRUNC, "wb");
+    const FileStream stream = openStream(path, O_WRONLY | O_CREAT | O_TRUNC, "wb");
     if (!stream) {
         // The second marker has nothing to fill it and is shown as it stands.
         throw failure(tr("Failed to open location %1 for writing.\n%2\n"
@@ -190,7 +185,7 @@ void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, 
 
 void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, const QString& path)
 {
-    Stream stream = openStream(path, O_RDONLY, "rb");
+    FileStream stream = openStream(path, O_RDONLY, "rb");
     if (!stream) {
         throw failure(tr("Failed to open location %1 for reading.\n"
                          "Configuration file will not be loaded.")

@@ -1,18 +1,13 @@
 #include "xml_file.h"
 
+#include "file_stream.h"
 #include "xml_guard.h"
 
 #include <algorithm>
-#include <memory>
 #include <sys/stat.h>
 #include <tinyxml.h>
 
 namespace {
-
-struct StreamCloser
-{
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
 
 const char* const unreadable = "Failed to open file: it cannot be read.";
 
@@ -70,7 +65,7 @@ bool parseXml(std::string text, TiXmlDocument& document, std::string& error)
     // The parser looks for the end one byte at a time but steps over whole characters: behind
     // the end it must find more of it.
     text.append(4, '\0');
-    const std::unique_ptr<std::FILE, StreamCloser> stream(fmemopen(&text[0], text.size(), "rb"));
+    const FileStream stream(fmemopen(&text[0], text.size(), "rb"));
     if (!stream)
         error = unreadable;
     else if (!document.LoadFile(stream.get(), TIXML_ENCODING_UNKNOWN))
