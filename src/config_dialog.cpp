@@ -47,8 +47,7 @@ void fitTexts(const QList<QPushButton*>& buttons, int width)
 
 QString fileFilter()
 {
-    const std::string filter = std::string("Xml file (*.") + configFileExtension + ")";
-    return ConfigDialog::tr(filter.c_str());
+    return ConfigDialog::tr(configFileFilter().constData());
 }
 
 void addChosen(Module& module, const QList<QPair<QString, QString>>& chosen)
@@ -128,15 +127,12 @@ void ConfigDialog::xSaveAliases(const QList<QPair<QString, QString>>& /*list*/)
     const boost::shared_ptr<Module> module = fModule.lock();
     if (!module)
         return;
-    QString name = QFileDialog::getSaveFileName(
+    const QString name = QFileDialog::getSaveFileName(
         this, tr("Save configuration file"), QCoreApplication::applicationDirPath(), fileFilter());
     if (name.isEmpty())
         return;
-    const QString ending = QString(".") + configFileExtension;
-    if (!name.endsWith(ending))
-        name += ending;
     try {
-        ConfigManager::saveConfigurationFile(module->fModel, name);
+        ConfigManager::saveConfigurationFile(module->fModel, withConfigFileExtension(name));
     } catch (const std::runtime_error& error) {
         QMessageBox::warning(this, tr("Error"), QString::fromUtf8(error.what()));
     }

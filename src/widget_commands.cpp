@@ -1,4 +1,5 @@
 #include "config_manager.h"
+#include "file_extension.h"
 #include "graph.h"
 #include "key_row.h"
 #include "key_tree.h"
@@ -60,8 +61,7 @@ private:
 
 QString fileFilter()
 {
-    const QString filter = "Xml file (*." + Widget::fFileExtension + ")";
-    return Widget::tr(filter.toLatin1().constData());
+    return Widget::tr(configFileFilter().constData());
 }
 
 bool isChecked(const QTreeWidgetItem& item, int column)
@@ -205,15 +205,14 @@ void Widget::xSaveConfig()
     if (!module)
         return;
     const QPointer<Widget> self(this);
-    QString file = askForFile(new QFileDialog(this, tr("Save configuration file"),
-                                              QCoreApplication::applicationDirPath(), fileFilter()),
-                              QFileDialog::AcceptSave);
+    const QString file =
+        askForFile(new QFileDialog(this, tr("Save configuration file"),
+                                   QCoreApplication::applicationDirPath(), fileFilter()),
+                   QFileDialog::AcceptSave);
     if (!self || file.isEmpty())
         return;
-    if (!file.endsWith("." + fFileExtension))
-        file += "." + fFileExtension;
     try {
-        ConfigManager::saveConfigurationFile(module->fModel, file);
+        ConfigManager::saveConfigurationFile(module->fModel, withConfigFileExtension(file));
     } catch (const std::runtime_error& error) {
         showError(QString::fromUtf8(error.what()));
     }
