@@ -4,12 +4,12 @@
 #include "stmlist_dialog.h"
 #include "support/captured_stderr.h"
 #include "support/fake_memory.h"
+#include "support/files.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
 
 #include <zo/error.h>
 
-#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
@@ -27,19 +27,6 @@ namespace {
 const QString newText = "New configuration file";
 const QString openText = "Open configuration file";
 const QString allText = "Do not use a config file (slow)";
-
-QByteArray bytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
-}
 
 /// The start-up dialog over a robot with some keys, and a user who answers what it opens.
 struct Start

@@ -1,6 +1,7 @@
 #include "config_manager.h"
 #include "model.h"
 #include "module.h"
+#include "support/files.h"
 #include "support/guarded_test.h"
 
 #include <QCoreApplication>
@@ -41,19 +42,6 @@ STMVal& addEntry(Module& module, const std::string& name, const std::string& ali
     value->color.blue = 254;
     module.addSTMVal(value);
     return *value;
-}
-
-QByteArray bytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
 
 // The message of the exception that `action` throws; empty when it throws none.

@@ -1,4 +1,5 @@
 #include "support/dialog_driver.h"
+#include "support/files.h"
 #include "support/guarded_test.h"
 #include "support/panel.h"
 
@@ -11,13 +12,6 @@
 #include <QtTest>
 
 namespace {
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
-}
 
 const QByteArray oneKeyFile = "<stm_viewer>\n"
                               "    <stm_value name=\"Key/new\" alias=\"new\" watch=\"1\" "
@@ -331,7 +325,7 @@ void WidgetDialogsTest::mergeAddsTheKeysOfAFile()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("keys.any");
-    writeFile(path, oneKeyFile);
+    writeBytes(path, oneKeyFile);
     Panel panel;
     panel.add("a");
     panel.show();
@@ -354,7 +348,7 @@ void WidgetDialogsTest::rejectedMergeShowsOneErrorBoxAndKeepsTheTable()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("other.xml");
-    writeFile(path, "<other/>");
+    writeBytes(path, "<other/>");
     Panel panel;
     panel.add("a");
     panel.show();
