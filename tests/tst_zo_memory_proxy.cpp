@@ -1,4 +1,5 @@
 #include "support/guarded_test.h"
+#include "support/robot.h"
 
 #include <zo/zo.h>
 
@@ -30,18 +31,6 @@ private slots:
 
 namespace {
 
-ZoValue requestOf(const std::vector<std::string>& keys)
-{
-    ZoValue request;
-    request.arraySetSize(static_cast<int>(keys.size()));
-    for (int i = 0; i < request.getSize(); ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = keys[static_cast<std::size_t>(i)];
-        request[i][1] = 0;
-    }
-    return request;
-}
-
 ZoValue pairsOf(const std::vector<std::pair<std::string, ZoValue>>& values)
 {
     ZoValue pairs;
@@ -56,7 +45,7 @@ ZoValue pairsOf(const std::vector<std::pair<std::string, ZoValue>>& values)
 
 ZoValue valueOf(ZoMemoryProxy& memory, const std::string& key)
 {
-    return memory.getListData(requestOf({key}))[0];
+    return memory.getListData(requestFor({key}))[0];
 }
 
 /// A module that answers every call alike.
@@ -105,9 +94,9 @@ void TestZoMemoryProxy::keysRepeatAsAskedAndAMissingOneIsInvalid()
     ZoMemoryProxy memory(ZoBroker::create("test"));
     memory.setData("a", 1);
     memory.setData("b", 2);
-    const ZoValue reply = memory.getListData(requestOf({"b", "missing", "a", "b"}));
+    const ZoValue reply = memory.getListData(requestFor({"b", "missing", "a", "b"}));
     QCOMPARE(reply.toString(ZoWhole), std::string("[2,null,1,2]"));
-    QCOMPARE(memory.getListData(requestOf({})), requestOf({}));
+    QCOMPARE(memory.getListData(requestFor({})), requestFor({}));
 }
 
 void TestZoMemoryProxy::manyValuesAreStoredAtOnce()
@@ -160,10 +149,10 @@ void TestZoMemoryProxy::wrongRequestsThrow()
     ZoMemoryProxy memory(module);
     QVERIFY_EXCEPTION_THROWN(memory.getListData(ZoValue()), ZoError);
     QVERIFY_EXCEPTION_THROWN(memory.getListData(std::vector<std::string>{"a"}), ZoError);
-    ZoValue request = requestOf({"a"});
+    ZoValue request = requestFor({"a"});
     request[0][0] = 3;
     QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
-    request = requestOf({"a"});
+    request = requestFor({"a"});
     request[0].arraySetSize(1);
     QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
     for (const char* method : {"setData", "setListData", "setText", "noMethod"})
@@ -178,7 +167,7 @@ void TestZoMemoryProxy::aProxyWithoutAModuleThrows()
     ZoMemoryProxy noProxy{boost::shared_ptr<ZoProxy>()};
     ZoMemoryProxy noBroker{boost::shared_ptr<ZoBroker>()};
     QVERIFY_EXCEPTION_THROWN(noProxy.getDataListName(), ZoError);
-    QVERIFY_EXCEPTION_THROWN(noBroker.getListData(requestOf({})), ZoError);
+    QVERIFY_EXCEPTION_THROWN(noBroker.getListData(requestFor({})), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.setData("a", 1), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.setListData(pairsOf({})), ZoError);
     QVERIFY_EXCEPTION_THROWN(noBroker.setText("a", "1"), ZoError);
@@ -188,7 +177,7 @@ void TestZoMemoryProxy::aKeyListThatIsNoneThrows()
 {
     ZoMemoryProxy noArray(boost::make_shared<FixedAnswer>(3));
     QVERIFY_EXCEPTION_THROWN(noArray.getDataListName(), ZoError);
-    ZoMemoryProxy noNames(boost::make_shared<FixedAnswer>(requestOf({"a"})));
+    ZoMemoryProxy noNames(boost::make_shared<FixedAnswer>(requestFor({"a"})));
     QVERIFY_EXCEPTION_THROWN(noNames.getDataListName(), ZoError);
 }
 
@@ -199,14 +188,15 @@ void TestZoMemoryProxy::threadsMayShareIt()
         for (int i = 0; i < 1000; ++i) {
             memory.setData(key, i);
             memory.setData("shared", i);
-            memory.getListData(requestOf({"a", "b", "shared"}));
+            memory.getListData(requestFor({"a", "b", "shared"}));
             memory.getDataListName();
         }
     };
     std::thread other(work, "a");
     work("b");
     other.join();
-    QCOMPARE(memory.getListData(requestOf({"a", "b"})).toString(ZoWhole), std::string("[999,999]"));
+    QCOMPARE(memory.getListData(requestFor({"a", "b"})).toString(ZoWhole),
+             std::string("[999,999]"));
 }
 
 QTEST_APPLESS_MAIN(TestZoMemoryProxy)
