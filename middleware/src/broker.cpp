@@ -67,14 +67,14 @@ boost::shared_ptr<ZoProxy> ZoBroker::getProxy(const std::string& moduleName, int
 {
     if (auto module = fParts->registered(moduleName))
         return module;
-    if (moduleName == memory_methods::moduleName)
+    if (moduleName == memoryModuleName)
         return fParts->makeMemory();
     throw ZoError("broker '" + fParts->name + "' has no module '" + moduleName + "'");
 }
 
 boost::shared_ptr<ZoProxy> ZoBroker::getLocalMemory()
 {
-    const auto module = fParts->registered(memory_methods::moduleName);
+    const auto module = fParts->registered(memoryModuleName);
     return module ? module : fParts->memory;
 }
 

@@ -10,19 +10,19 @@
 
 ZoValue LocalMemory::call(const std::string& method, const ZoValue& arguments)
 {
-    if (method == memory_methods::getListData)
+    if (method == getListDataMethod)
         return values(arguments);
-    if (method == memory_methods::getDataListName)
+    if (method == getDataListNameMethod)
         return names();
-    if (method == memory_methods::setData)
-        store(keyToSet(memory_methods::setData, arguments), encodeJson(valueToSet(arguments)));
-    else if (method == memory_methods::setListData)
+    if (method == setDataMethod)
+        store(keyToSet(setDataMethod, arguments), encodeJson(valueToSet(arguments)));
+    else if (method == setListDataMethod)
         storeAll(arguments);
-    else if (method == memory_methods::setText)
-        store(keyToSet(memory_methods::setText, arguments), textToSet(arguments));
+    else if (method == setTextMethod)
+        store(keyToSet(setTextMethod, arguments), textToSet(arguments));
     else
-        throw ZoError(std::string(memory_methods::moduleName) + " of this process has no method '" +
-                      method + "'");
+        throw ZoError(std::string(memoryModuleName) + " of this process has no method '" + method +
+                      "'");
     return {};
 }
 

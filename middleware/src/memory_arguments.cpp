@@ -16,7 +16,7 @@ bool isKeyAndMore(const ZoValue& pair)
 int requestedCount(const ZoValue& request)
 {
     if (request.getType() != ZoValue::Array)
-        throw ZoError(std::string(memory_methods::getListData) + ": the request is no array");
+        throw ZoError(std::string(getListDataMethod) + ": the request is no array");
     return request.getSize();
 }
 
@@ -24,14 +24,14 @@ const std::string& requestedKey(const ZoValue& request, int index)
 {
     const ZoValue& pair = request[index];
     if (!isKeyAndMore(pair) || pair[1].getType() != ZoValue::Int)
-        throw ZoError(std::string(memory_methods::getListData) + ": element " +
-                      std::to_string(index) + " of the request is not [key, 0]");
+        throw ZoError(std::string(getListDataMethod) + ": element " + std::to_string(index) +
+                      " of the request is not [key, 0]");
     return pair[0].asString();
 }
 
 int pairsToSet(const ZoValue& pairs)
 {
-    const std::string method = memory_methods::setListData;
+    const std::string method = setListDataMethod;
     if (pairs.getType() != ZoValue::Array)
         throw ZoError(method + ": the argument is no array");
     for (int i = 0; i < pairs.getSize(); ++i)
@@ -56,6 +56,6 @@ const ZoValue& valueToSet(const ZoValue& arguments)
 const std::string& textToSet(const ZoValue& arguments)
 {
     if (arguments[1].getType() != ZoValue::String)
-        throw ZoError(std::string(memory_methods::setText) + ": the second argument is no text");
+        throw ZoError(std::string(setTextMethod) + ": the second argument is no text");
     return arguments[1].asString();
 }

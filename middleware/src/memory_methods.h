@@ -1,11 +1,9 @@
 #pragma once
 
 /// The module that holds a robot's memory, and the methods it answers.
-namespace memory_methods {
-constexpr char moduleName[] = "ZoMemory";
-constexpr char getListData[] = "getListData";         ///< array of arrays [key, 0]
-constexpr char getDataListName[] = "getDataListName"; ///< nothing
-constexpr char setData[] = "setData";                 ///< array [key, value]
-constexpr char setListData[] = "setListData";         ///< array of arrays [key, value]
-constexpr char setText[] = "setText";                 ///< array [key, text]
-} // namespace memory_methods
+constexpr char memoryModuleName[] = "ZoMemory";
+constexpr char getListDataMethod[] = "getListData";         ///< array of arrays [key, 0]
+constexpr char getDataListNameMethod[] = "getDataListName"; ///< nothing
+constexpr char setDataMethod[] = "setData";                 ///< array [key, value]
+constexpr char setListDataMethod[] = "setListData";         ///< array of arrays [key, value]
+constexpr char setTextMethod[] = "setText";                 ///< array [key, text]

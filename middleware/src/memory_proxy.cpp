@@ -36,9 +36,9 @@ ZoMemoryProxy::ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker)
 
 std::vector<std::string> ZoMemoryProxy::getDataListName()
 {
-    ZoValue reply = call(fProxy, memory_methods::getDataListName, ZoValue());
+    ZoValue reply = call(fProxy, getDataListNameMethod, ZoValue());
     if (reply.getType() != ZoValue::Array)
-        throw ZoError(std::string(memory_methods::getDataListName) + ": the reply is no array");
+        throw ZoError(std::string(getDataListNameMethod) + ": the reply is no array");
     std::vector<std::string> names;
     names.reserve(static_cast<std::size_t>(reply.getSize()));
     for (int i = 0; i < reply.getSize(); ++i)
@@ -48,20 +48,20 @@ std::vector<std::string> ZoMemoryProxy::getDataListName()
 
 ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
 {
-    return call(fProxy, memory_methods::getListData, request);
+    return call(fProxy, getListDataMethod, request);
 }
 
 void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)
 {
-    call(fProxy, memory_methods::setData, pairOf(key, value));
+    call(fProxy, setDataMethod, pairOf(key, value));
 }
 
 void ZoMemoryProxy::setListData(const ZoValue& pairs)
 {
-    call(fProxy, memory_methods::setListData, pairs);
+    call(fProxy, setListDataMethod, pairs);
 }
 
 void ZoMemoryProxy::setText(const std::string& key, const std::string& text)
 {
-    call(fProxy, memory_methods::setText, pairOf(key, text));
+    call(fProxy, setTextMethod, pairOf(key, text));
 }

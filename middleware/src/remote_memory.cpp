@@ -28,20 +28,20 @@ RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<Forbidden
 
 ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
 {
-    using namespace memory_methods;
-    if (method == getListData)
+    if (method == getListDataMethod)
         return values(arguments);
-    if (method == getDataListName)
+    if (method == getDataListNameMethod)
         return keyListOf(*fLink);
-    if (method == setData) {
-        const std::string& key = keyToSet(setData, arguments);
+    if (method == setDataMethod) {
+        const std::string& key = keyToSet(setDataMethod, arguments);
         store(key, storableText(key, valueToSet(arguments)));
-    } else if (method == setListData) {
+    } else if (method == setListDataMethod) {
         storeAll(arguments);
-    } else if (method == setText) {
-        store(keyToSet(setText, arguments), textToSet(arguments));
+    } else if (method == setTextMethod) {
+        store(keyToSet(setTextMethod, arguments), textToSet(arguments));
     } else {
-        throw fLink->peer().error(std::string(moduleName) + " has no method '" + method + "'");
+        throw fLink->peer().error(std::string(memoryModuleName) + " has no method '" + method +
+                                  "'");
     }
     return {};
 }
