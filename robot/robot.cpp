@@ -75,8 +75,10 @@ private:
         if (trouble.empty() == !fInTrouble)
             return;
         fInTrouble = !trouble.empty();
-        fErr << "tarvek-robot: " << (fInTrouble ? trouble + ". Trying again." : "publishing again.")
-             << std::endl;
+        // One write, so that who reads along never sees half a line.
+        fErr << "tarvek-robot: " +
+                    (fInTrouble ? trouble + ". Trying again." : "publishing again.") + "\n"
+             << std::flush;
     }
 
     Publisher& fPublisher;

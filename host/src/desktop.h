@@ -24,7 +24,7 @@ public:
 
     const PluginLoader& plugins() const { return fPlugins; }
     const QList<MainWindow*>& windows() const { return fWindows; }
-    ConnectDialog* connectDialog() const { return fDialog; }
+    ConnectDialog* connectDialog() const { return fDialog.data(); }
 
 public slots:
     void showConnectDialog();
