@@ -9,6 +9,7 @@
 #include <boost/make_shared.hpp>
 
 /// Hosts that load plug-ins in the way of earlier toolkits compare this text with their own.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is theirs
 extern "C" Q_DECL_EXPORT const char* qt_plugin_query_verification_data()
 {
     return "pattern=QT_PLUGIN_VERIFICATION_DATA\n"

@@ -27,7 +27,7 @@ int ConnectionMonitor::watch(Link link)
     return fLastNumber;
 }
 
-int ConnectionMonitor::watch(boost::shared_ptr<ZoBroker> broker)
+int ConnectionMonitor::watch(const boost::shared_ptr<ZoBroker>& broker)
 {
     return watch([broker] { return broker->linkStatus(); });
 }
@@ -43,7 +43,7 @@ ZoLinkStatus ConnectionMonitor::worst() const
     ZoLinkStatus result;
     result.connected = true;
     for (const auto& link : fLinks) {
-        const ZoLinkStatus status = link.second();
+        ZoLinkStatus status = link.second();
         if (!status.connected)
             return status;
         if (status.since > result.since)

@@ -36,7 +36,7 @@ public:
 
     /// Starts watching one more link; returns a number to stop it with.
     int watch(Link link);
-    int watch(boost::shared_ptr<ZoBroker> broker);
+    int watch(const boost::shared_ptr<ZoBroker>& broker);
     void stopWatching(int number);
 
     const ConnectionState& state() const { return fState; }

@@ -7,8 +7,6 @@
 #include <QApplication>
 #include <QStringList>
 
-#include <utility>
-
 namespace {
 
 constexpr int deleteInterval = 20; ///< ms
@@ -100,7 +98,7 @@ void Desktop::connectTo(const ConnectionSettings& settings)
         return;
     }
     recent_connections::remember(settings);
-    MainWindow* window = openWindow(settings, std::move(broker));
+    MainWindow* window = openWindow(settings, broker);
     if (fDialog)
         fDialog->accept();
     openFirstPanel(window);
@@ -118,10 +116,10 @@ void Desktop::xOnRefused(const QString& pProblem)
 }
 
 MainWindow* Desktop::openWindow(const ConnectionSettings& settings,
-                                boost::shared_ptr<ZoBroker> broker)
+                                const boost::shared_ptr<ZoBroker>& broker)
 {
     const WindowContext context{fPlugins, fErrors, imageDirForPanels(fCommandLine.imageDir)};
-    auto* window = new MainWindow(context, settings, std::move(broker));
+    auto* window = new MainWindow(context, settings, broker);
     fWindows += window;
     connect(window, &MainWindow::newConnectionRequested, this, &Desktop::showConnectDialog);
     connect(window, &MainWindow::quitRequested, this, &Desktop::closeAll);

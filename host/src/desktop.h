@@ -46,7 +46,8 @@ private:
     void loadPlugins();
     void askAgain(const QString& problem, const ConnectionSettings& settings);
     void openDialog(const ConnectionSettings& settings);
-    MainWindow* openWindow(const ConnectionSettings& settings, boost::shared_ptr<ZoBroker> broker);
+    MainWindow* openWindow(const ConnectionSettings& settings,
+                           const boost::shared_ptr<ZoBroker>& broker);
     void openFirstPanel(MainWindow* window);
 
     CommandLine fCommandLine;

@@ -35,6 +35,7 @@ int runWindows(const std::vector<std::string>& words)
     // The toolkit changes what it is given and reads it as long as the program runs.
     std::vector<std::string> texts = hidePluginOption(words);
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

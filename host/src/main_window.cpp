@@ -21,10 +21,8 @@
 #include <QStatusBar>
 #include <QThread>
 
-#include <utility>
-
 MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& settings,
-                       boost::shared_ptr<ZoBroker> broker)
+                       const boost::shared_ptr<ZoBroker>& broker)
     : fContext(context),
       fSettings(settings),
       fArea(new PanelArea(context.plugins, this)),
@@ -39,7 +37,7 @@ MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& s
     setUpFileMenu();
     setUpPanelMenu();
     setUpHelpMenu();
-    setUpStatus(std::move(broker));
+    setUpStatus(broker);
     xUpdateActions();
 }
 
@@ -79,13 +77,13 @@ void MainWindow::setUpHelpMenu()
     menu->addAction(tr("&About"), this, &MainWindow::xShowAbout);
 }
 
-void MainWindow::setUpStatus(boost::shared_ptr<ZoBroker> broker)
+void MainWindow::setUpStatus(const boost::shared_ptr<ZoBroker>& broker)
 {
     statusBar()->addPermanentWidget(fBar, 1);
     connect(&fContext.errors, &ErrorReporter::noted, fBar, &ConnectionBar::note);
     connect(&fMonitor, &ConnectionMonitor::changed, this, &MainWindow::xOnChanged);
     connect(&fMonitor, &ConnectionMonitor::lost, this, &MainWindow::xOnLost);
-    fMonitor.watch(std::move(broker));
+    fMonitor.watch(broker);
 }
 
 void MainWindow::openPanel(PanelPlugin* plugin)

@@ -31,7 +31,7 @@ class MainWindow : public QMainWindow
 
 public:
     MainWindow(const WindowContext& context, const ConnectionSettings& settings,
-               boost::shared_ptr<ZoBroker> broker);
+               const boost::shared_ptr<ZoBroker>& broker);
     ~MainWindow() override;
 
     const ConnectionSettings& settings() const { return fSettings; }
@@ -63,7 +63,7 @@ private:
     void setUpFileMenu();
     void setUpPanelMenu();
     void setUpHelpMenu();
-    void setUpStatus(boost::shared_ptr<ZoBroker> broker);
+    void setUpStatus(const boost::shared_ptr<ZoBroker>& broker);
     void addPanel(PanelPlugin* plugin);
     void rejectDialogs();
 

@@ -27,7 +27,7 @@ public:
 /// The library's own description, read without running any of its code.
 QJsonObject describe(const QPluginLoader& loader)
 {
-    const QJsonObject description = loader.metaData();
+    QJsonObject description = loader.metaData();
     if (description.isEmpty())
         throw Unusable(tr("It is no plug-in: %1").arg(loader.errorString()));
     const QString offered = description.value("IID").toString();
