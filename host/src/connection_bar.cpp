@@ -55,7 +55,7 @@ ConnectionBar::ConnectionBar(const QString& address, QWidget* parent)
     fNoteTimer.setSingleShot(true);
     connect(&fNoteTimer, &QTimer::timeout, this, &ConnectionBar::xEndNote);
     connect(&fRefreshTimer, &QTimer::timeout, this, &ConnectionBar::xRefresh);
-    fRefreshTimer.start(refreshInterval);
+    fRefreshTimer.start(fRefreshInterval);
 }
 
 void ConnectionBar::showState(const ConnectionState& state)
@@ -68,7 +68,7 @@ void ConnectionBar::showState(const ConnectionState& state)
 void ConnectionBar::note(const QString& text)
 {
     setDetail(text);
-    fNoteTimer.start(noteTime);
+    fNoteTimer.start(fNoteTime);
 }
 
 void ConnectionBar::xRefresh()

@@ -31,8 +31,8 @@ private slots:
     void xEndNote();
 
 private:
-    static constexpr int noteTime = 10000;        ///< ms
-    static constexpr int refreshInterval = 60000; ///< ms; yesterday's times get their date
+    static constexpr int fNoteTime = 10000;        ///< ms
+    static constexpr int fRefreshInterval = 60000; ///< ms; yesterday's times get their date
 
     void setDetail(const QString& text);
 

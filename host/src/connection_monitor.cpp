@@ -15,7 +15,7 @@ QDateTime localTime(std::chrono::system_clock::time_point time)
 
 ConnectionMonitor::ConnectionMonitor(QObject* parent) : QObject(parent)
 {
-    fTimer.setInterval(pollInterval);
+    fTimer.setInterval(fPollInterval);
     connect(&fTimer, &QTimer::timeout, this, &ConnectionMonitor::xPoll);
     fTimer.start();
 }
@@ -86,7 +86,7 @@ void ConnectionMonitor::setDown(const ZoLinkStatus& status)
     }
     if (!fDownFor.isValid())
         fDownFor.start();
-    if (!fDownFor.hasExpired(grace))
+    if (!fDownFor.hasExpired(fGrace))
         return;
     fState = {false, true, localTime(status.since), cause};
     emit changed();

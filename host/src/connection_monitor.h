@@ -21,14 +21,14 @@ struct ConnectionState
 
 /// Watches the links of one window and tells when its robot is lost and back. It asks each link
 /// for its state, which never blocks. The robot counts as lost when any of the links is down for
-/// longer than `grace`: a link that is back before that has cost nobody a value.
+/// longer than `fGrace`: a link that is back before that has cost nobody a value.
 class ConnectionMonitor : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int pollInterval = 100; ///< ms
-    static constexpr int grace = 300;        ///< ms
+    static constexpr int fPollInterval = 100; ///< ms
+    static constexpr int fGrace = 300;        ///< ms
 
     using Link = std::function<ZoLinkStatus()>;
 

@@ -18,7 +18,7 @@ void ErrorReporter::report(QWidget* window, const QString& text, Origin origin)
 bool ErrorReporter::isRepeated(const QString& text)
 {
     const bool repeated =
-        text == fLastText && fSinceLast.isValid() && !fSinceLast.hasExpired(quietTime);
+        text == fLastText && fSinceLast.isValid() && !fSinceLast.hasExpired(fQuietTime);
     fLastText = text;
     fSinceLast.start();
     return repeated;

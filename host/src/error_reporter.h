@@ -23,7 +23,7 @@ public:
     };
 
     /// How long an error of running work must have been absent to get a box again, in ms.
-    static constexpr int quietTime = 10000;
+    static constexpr int fQuietTime = 10000;
 
     explicit ErrorReporter(QObject* parent = nullptr);
     ~ErrorReporter() override;
