@@ -169,7 +169,7 @@ void TestApplication::aBoxOverAModalDialogCanBeClosed()
     QDialog dialog;
     auto* button = new QPushButton(&dialog);
     connect(button, &QPushButton::clicked, [] { throw std::runtime_error("no"); });
-    QTimer::singleShot(0, &dialog, [this, &dialog, button] {
+    QTimer::singleShot(0, &dialog, [&dialog, button] {
         QTest::mouseClick(button, Qt::LeftButton);
         QCOMPARE(boxes().size(), 1);
         QCOMPARE(boxes()[0]->parentWidget(), &dialog);

@@ -232,7 +232,7 @@ void TestDesktop::closingTheLastWindowEndsTheProgram()
     const QPointer<MainWindow> closed = window();
     QVERIFY(QTest::qWaitForWindowActive(window()));
     QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier);
-    QTRY_VERIFY(fFinished->size() > 0);
+    QTRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(!closed);
 }
 
@@ -244,7 +244,7 @@ void TestDesktop::quitEndsEverything()
     window()->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(window()));
     QTest::keyClick(window(), Qt::Key_Q, Qt::ControlModifier);
-    QTRY_VERIFY(fFinished->size() > 0);
+    QTRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(fDesktop->windows().isEmpty());
     QVERIFY(!fDesktop->connectDialog());
 }
@@ -257,7 +257,7 @@ void TestDesktop::closingTheWindowUnderAStartUpDialogEndsTheProgram()
     const QPointer<MainWindow> closed = window();
     whenShown("innerProbeDialog", [closed](QDialog&) { closed->close(); });
     closed->openPanel(fDesktop->plugins().find("Probe"));
-    QTRY_VERIFY(fFinished->size() > 0);
+    QTRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(!closed);
 }
 

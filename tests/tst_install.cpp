@@ -57,14 +57,15 @@ QStringList TestInstall::desktopWords(const QString& panel) const
 
 void TestInstall::everythingIsThere()
 {
+    const QString lib = LIB_DIR;
     const QStringList files{"bin/tarvek-desktop",
                             "bin/tarvek-robot",
                             "bin/zo",
-                            LIB_DIR "/libzo.so",
-                            LIB_DIR "/libtarvek.so",
-                            LIB_DIR "/tarvek/plugins/libglimmet.so",
-                            LIB_DIR "/cmake/zo/zoConfig.cmake",
-                            LIB_DIR "/cmake/tarvek/tarvekConfig.cmake",
+                            lib + "/libzo.so",
+                            lib + "/libtarvek.so",
+                            lib + "/tarvek/plugins/libglimmet.so",
+                            lib + "/cmake/zo/zoConfig.cmake",
+                            lib + "/cmake/tarvek/tarvekConfig.cmake",
                             "include/zo/zo.h",
                             "include/tarvek/widget_interface.h",
                             "share/tarvek/buttons/save.png",
@@ -96,10 +97,10 @@ void TestInstall::theDesktopFindsItsPanelAndImages()
 void TestInstall::anotherPluginIsBuiltAgainstItAndRuns()
 {
     const QString build = fTree.filePath("other");
-    QVERIFY(
-        run(CMAKE_PROGRAM,
-            {"-S", OTHER_PLUGIN_DIR, "-B", build, "-G", "Ninja", "-DCMAKE_PREFIX_PATH=" + path(""),
-             "-DCMAKE_CXX_COMPILER=" CXX_PROGRAM, "-DCMAKE_CXX_FLAGS=" CXX_FLAGS}));
+    QVERIFY(run(CMAKE_PROGRAM,
+                {"-S", OTHER_PLUGIN_DIR, "-B", build, "-G", "Ninja",
+                 "-DCMAKE_PREFIX_PATH=" + path(""), QString("-DCMAKE_CXX_COMPILER=") + CXX_PROGRAM,
+                 QString("-DCMAKE_CXX_FLAGS=") + CXX_FLAGS}));
     QVERIFY(run(CMAKE_PROGRAM, {"--build", build}));
     DesktopProgram desktop(path("bin/tarvek-desktop"),
                            desktopWords("libother") +

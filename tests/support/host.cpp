@@ -35,7 +35,7 @@ QDialog* shownDialog(const QString& name)
     return shown<QDialog>(name);
 }
 
-void whenShown(const QString& objectName, std::function<void(QDialog&)> action)
+void whenShown(const QString& objectName, const std::function<void(QDialog&)>& action)
 {
     auto* waiter = new QTimer(qApp);
     QObject::connect(waiter, &QTimer::timeout, waiter, [waiter, objectName, action] {

@@ -19,7 +19,7 @@ QDialog* shownDialog(const QString& name);
 
 /// Runs `action` once the dialog of this name is shown: that dialog, and the function that opened
 /// it, are at work meanwhile. Set up before it opens.
-void whenShown(const QString& objectName, std::function<void(QDialog&)> action);
+void whenShown(const QString& objectName, const std::function<void(QDialog&)>& action);
 
 /// Clicks the box's Ok button; the box is gone when it returns.
 void clickOk(QMessageBox* box);
