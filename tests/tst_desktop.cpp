@@ -30,6 +30,8 @@ private slots:
     void aFailedConnectionIsAnErrorAndKeepsWhatWasTyped();
     void aFailedConnectionOfTheCommandLineAsksAgain();
     void aWrongPasswordIsToldWithoutThePassword();
+    void connectsEncryptedWithAFileOfAuthorities();
+    void refusesARobotThatNoAuthorityVouchesFor();
     void remembersTheRobotForTheNextTime();
     void aWindowEachForTwoRobots();
     void cancellingTheOnlyDialogEndsTheProgram();
@@ -178,6 +180,33 @@ void TestDesktop::aWrongPasswordIsToldWithoutThePassword()
     QVERIFY(shownBox());
     QVERIFY2(shownBox()->text().contains("password"), qPrintable(shownBox()->text()));
     QVERIFY(!shownBox()->text().contains("open-sesame"));
+}
+
+void TestDesktop::connectsEncryptedWithAFileOfAuthorities()
+{
+    RedisServer::Options options;
+    options.tls = true;
+    const RedisServer robot(options);
+    fLine = robotLine(robot);
+    fLine.settings.tls = true;
+    fLine.settings.caFile = QString::fromStdString(robot.caFile());
+    fLine.panel = "Probe";
+    start();
+    QVERIFY(window());
+    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+}
+
+void TestDesktop::refusesARobotThatNoAuthorityVouchesFor()
+{
+    RedisServer::Options options;
+    options.tls = true;
+    const RedisServer robot(options);
+    fLine = robotLine(robot);
+    fLine.settings.tls = true;
+    start();
+    QVERIFY(!window());
+    QVERIFY(shownBox());
+    QVERIFY2(shownBox()->text().contains("certificate"), qPrintable(shownBox()->text()));
 }
 
 void TestDesktop::remembersTheRobotForTheNextTime()
