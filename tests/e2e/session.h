@@ -27,9 +27,9 @@ public:
     const QList<MainWindow*>& windows() const { return fDesktop.windows(); }
     Desktop& desktop() { return fDesktop; }
 
-    static constexpr char newFile[] = "New configuration file";
-    static constexpr char openFile[] = "Open configuration file";
-    static constexpr char allKeys[] = "Do not use a config file (slow)";
+    static constexpr char fNewFile[] = "New configuration file";
+    static constexpr char fOpenFile[] = "Open configuration file";
+    static constexpr char fAllKeys[] = "Do not use a config file (slow)";
 
 private:
     ErrorReporter fErrors;

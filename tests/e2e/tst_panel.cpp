@@ -103,7 +103,7 @@ MainWindow* TestPanel::window()
 TarvekWidget* TestPanel::openAll()
 {
     MainWindow* shown = window();
-    return shown ? fSession->open(shown, Session::allKeys) : nullptr;
+    return shown ? fSession->open(shown, Session::fAllKeys) : nullptr;
 }
 
 QString TestPanel::valueOf(TarvekWidget* panel, const QString& alias)
@@ -133,7 +133,7 @@ void TestPanel::startsWithChosenKeys()
 {
     const QString file = fFolder->filePath("chosen.xml");
     TarvekWidget* panel =
-        fSession->open(window(), Session::newFile, "StmListDialog", [file](QDialog& dialog) {
+        fSession->open(window(), Session::fNewFile, "StmListDialog", [file](QDialog& dialog) {
             auto* list = dialog.findChild<QListWidget*>();
             const auto found = list->findItems(liveKey, Qt::MatchExactly);
             QCOMPARE(found.size(), 1);
@@ -157,7 +157,7 @@ void TestPanel::startsFromAConfigurationFile()
                "graph=\"0\"><color red=\"1\" green=\"2\" blue=\"3\"/></stm_value></stm_viewer>");
     file.close();
     TarvekWidget* panel =
-        fSession->open(window(), Session::openFile, "QFileDialog", [&file](QDialog& files) {
+        fSession->open(window(), Session::fOpenFile, "QFileDialog", [&file](QDialog& files) {
             chooseFile(static_cast<QFileDialog&>(files), file.fileName());
         });
     QVERIFY(panel);
@@ -202,7 +202,7 @@ void TestPanel::readsFractionsInALocaleWithADecimalComma()
     const RedisServer robot;
     robot.command({"SET", "Half", "0.5"});
     TarvekWidget* panel = fSession->open(
-        fSession->connectTo(QString("127.0.0.1:%1").arg(robot.port())), Session::allKeys);
+        fSession->connectTo(QString("127.0.0.1:%1").arg(robot.port())), Session::fAllKeys);
     clickBox(panel, "Half", graphColumn);
     // The automatic range around one value is that value and 10 to each side; switched to manual,
     // the box shows it.
@@ -287,7 +287,7 @@ void TestPanel::goesOnAfterTheRobotWasStartedAgain()
 void TestPanel::closesWhileItsStartUpDialogsAreOpen()
 {
     const QPointer<MainWindow> shown = window();
-    TarvekWidget* panel = fSession->open(shown, Session::newFile, "StmListDialog",
+    TarvekWidget* panel = fSession->open(shown, Session::fNewFile, "StmListDialog",
                                          [shown](QDialog&) { shown->close(); });
     QVERIFY(!panel || !panel->isVisible());
     QTRY_VERIFY(!shown);
@@ -322,7 +322,7 @@ void TestPanel::followsTwoRobotsAtOnce()
     RobotProgram other({"--seed", "7"});
     QVERIFY(other.startAndWait());
     TarvekWidget* first = openAll();
-    TarvekWidget* second = fSession->open(fSession->connectTo(other.address()), Session::allKeys);
+    TarvekWidget* second = fSession->open(fSession->connectTo(other.address()), Session::fAllKeys);
     QVERIFY(first && second && first->window() != second->window());
     clickBox(first, liveKey, watchColumn);
     clickBox(second, liveKey, watchColumn);
