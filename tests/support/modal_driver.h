@@ -52,7 +52,7 @@ private:
     void look()
     {
         QWidget* front = QApplication::activeModalWidget();
-        if (fWaiting.elapsed() > deadline)
+        if (fWaiting.elapsed() > fDeadline)
             closeAll(front);
         else if (!fIsBeginning && front && front->isVisible() && !fSteps.empty() &&
                  fSteps.front()(front)) {
@@ -70,7 +70,7 @@ private:
         }
     }
 
-    static constexpr qint64 deadline = 20000; // ms
+    static constexpr qint64 fDeadline = 20000; // ms
 
     QTimer fTimer;
     QElapsedTimer fWaiting;
