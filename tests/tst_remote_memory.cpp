@@ -13,6 +13,7 @@ namespace {
 std::vector<std::string> numberedKeys(int count)
 {
     std::vector<std::string> keys;
+    keys.reserve(count);
     for (int i = 0; i < count; ++i)
         keys.push_back("Arm/Joint/" + std::to_string(i));
     return keys;
@@ -375,6 +376,7 @@ void TestRemoteMemory::manyThreadsShareOneProxy()
         }
     };
     std::vector<std::thread> threads;
+    threads.reserve(20);
     for (int i = 0; i < 20; ++i)
         threads.emplace_back(work, i);
     for (std::thread& thread : threads)
