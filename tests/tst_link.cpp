@@ -160,6 +160,7 @@ void TestLink::waitersFailTogetherWhenTheLinkIsLost()
     server.stop();
     std::atomic<int> failed{0};
     std::vector<std::thread> threads;
+    threads.reserve(20);
     for (int i = 0; i < 20; ++i) {
         threads.emplace_back([&, memory = memoryOf(broker)]() mutable {
             failed += !errorOf([&] { memory.getListData(requestFor({"Arm"})); }).empty();
