@@ -322,7 +322,7 @@ pid_t startWriter(const RedisServer& server)
             words.push_back(std::to_string((i * 31L + generation * 17) % 1000) + ".125");
         }
         server.command(words);
-        ::usleep(100000);
+        ::usleep(100000); // the robot's own pace, which the share is measured at
     }
     ::_exit(0);
 }

@@ -145,7 +145,7 @@ void TestLookUp::oneHangingLookUpIsEnough()
     server.restart();
     // Several attempts end without an answer; they share one look-up, whose answer serves all.
     QTRY_VERIFY(contains(broker->linkStatus().cause, "looking up the host"));
-    QTest::qWait(500);
+    QTest::qWait(500); // five attempts long: no second look-up has a signal to wait for
     QCOMPARE(nameService().waiting(), 1);
     nameService().answer();
     QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
