@@ -8,7 +8,7 @@
 
 ColorButton::ColorButton(Color& color, QWidget* parent) : QPushButton(parent), fColor(color)
 {
-    showColor();
+    xShowColor();
     setFixedSize(fSize, fSize);
     connect(this, SIGNAL(clicked()), this, SLOT(xOnClick()));
 }
@@ -28,10 +28,10 @@ void ColorButton::xOnClick()
     fColor.red = chosen.red();
     fColor.green = chosen.green();
     fColor.blue = chosen.blue();
-    showColor();
+    xShowColor();
 }
 
-void ColorButton::showColor()
+void ColorButton::xShowColor()
 {
     QPixmap square(fSize, fSize);
     square.fill(shownColor(fColor));

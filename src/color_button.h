@@ -21,7 +21,7 @@ public slots:
     void xOnClick();
 
 private:
-    void showColor();
+    void xShowColor();
 
     Color& fColor;
 };

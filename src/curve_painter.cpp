@@ -53,21 +53,21 @@ public:
     void add(const QPoint& point)
     {
         if (point.x() != fColumn)
-            endColumn();
+            xEndColumn();
         fColumn = point.x();
         fRows.push_back(point.y());
     }
 
     void paint()
     {
-        endColumn();
+        xEndColumn();
         if (fPoints.size() > 1)
             fPainter.drawPolyline(fPoints.data(), static_cast<int>(fPoints.size()));
         fPoints.clear();
     }
 
 private:
-    void endColumn()
+    void xEndColumn()
     {
         if (fRows.size() > 1)
             fFillsOutline ? keepExtent(fRows) : keepTurns(fRows);

@@ -99,8 +99,8 @@ void Graph::xUpdateTime()
     if (!model)
         return;
     const bool pruning = isPruningStep();
-    const double cutOff = now() - visibleSpan(width(), fSpeed);
-    readNumbers(*model);
+    const double cutOff = xNow() - visibleSpan(width(), fSpeed);
+    xReadNumbers(*model);
     auto number = fNumbers.cbegin();
     for (auto series = fSeries.begin(); series != fSeries.end(); ++number) {
         if (!*number) {
@@ -110,14 +110,14 @@ void Graph::xUpdateTime()
         QList<TimeValue>& samples = series.value().second;
         if (pruning)
             pruneSamples(samples, cutOff);
-        samples.append({now(), **number});
+        samples.append({xNow(), **number});
         ++series;
     }
     update();
 }
 
 /// The value of each curve's key, all in one batch of linear cost.
-void Graph::readNumbers(const Model& model)
+void Graph::xReadNumbers(const Model& model)
 {
     fAliases.resize(static_cast<std::size_t>(fSeries.size()));
     auto alias = fAliases.begin();
@@ -148,7 +148,7 @@ void Graph::xCleanup()
         series.second.clear();
 }
 
-double Graph::now() const
+double Graph::xNow() const
 {
     return secondsOf(fClock ? fClock->elapsed() : 0);
 }
@@ -169,23 +169,23 @@ void Graph::paintEvent(QPaintEvent*)
         xSetScaleFromAutoScale();
     else if (fMinY == fMaxY)
         return;
-    paintPlot(painter);
+    xPaintPlot(painter);
     painter.translate(0, -topMargin);
 }
 
-void Graph::paintPlot(QPainter& painter) const
+void Graph::xPaintPlot(QPainter& painter) const
 {
     // One moment for the whole picture: all curves are cut at the same right edge.
-    const PlotScale scale{width(), now(), fSpeed, fMaxY,
+    const PlotScale scale{width(), xNow(), fSpeed, fMaxY,
                           unitsPerPixel({fMinY, fMaxY}, height() - fMargin)};
     for (const auto& series : fSeries) {
         painter.setPen(penOf(series.first ? shownColor(*series.first) : fDefaultColor));
         paintCurve(painter, series.second, scale);
     }
-    paintFrame(painter, scale);
+    xPaintFrame(painter, scale);
 }
 
-void Graph::paintFrame(QPainter& painter, const PlotScale& scale) const
+void Graph::xPaintFrame(QPainter& painter, const PlotScale& scale) const
 {
     painter.setPen(penOf(QColor(0, 0, 0)));
     const double labelWidth = width() - fMargin;

@@ -89,10 +89,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    double now() const;
-    void readNumbers(const Model& model);
-    void paintPlot(QPainter& painter) const;
-    void paintFrame(QPainter& painter, const PlotScale& scale) const;
+    double xNow() const;
+    void xReadNumbers(const Model& model);
+    void xPaintPlot(QPainter& painter) const;
+    void xPaintFrame(QPainter& painter, const PlotScale& scale) const;
 
     AliasFinder fByAlias;
     std::vector<std::string> fAliases;           ///< of all curves, filled at each step

@@ -16,12 +16,12 @@ GraphConfig::GraphConfig(Graph* graph, const QString& imageDir)
     : QWidget(graph), fGraph(graph), fImageDir(imageDir)
 {
     auto* grid = new QGridLayout(this);
-    setUpPlayButton();
-    QDoubleSpinBox* speedBox = makeSpeedBox();
+    xSetUpPlayButton();
+    QDoubleSpinBox* speedBox = xMakeSpeedBox();
     auto* playLabel = new QLabel(QStringLiteral("Start/Stop graph: "), this);
     auto* speedLabel = new QLabel(QStringLiteral("Speed in pixels/second: "), this);
     auto* autoscaleBox = new QCheckBox(QStringLiteral("Autoscale"), this);
-    setUpRangeBoxes();
+    xSetUpRangeBoxes();
     if (fGraph) {
         autoscaleBox->setChecked(fGraph->fAutoscale);
         fMinBox->setEnabled(!fGraph->fAutoscale);
@@ -36,10 +36,10 @@ GraphConfig::GraphConfig(Graph* graph, const QString& imageDir)
     grid->addWidget(speedLabel, 0, 4);
     grid->addWidget(speedBox, 0, 5);
     grid->addWidget(autoscaleBox, 1, 0, 1, 2);
-    placeRangeControls(*grid);
+    xPlaceRangeControls(*grid);
 }
 
-void GraphConfig::setUpPlayButton()
+void GraphConfig::xSetUpPlayButton()
 {
     fPlayButton = new QPushButton(QIcon(fImageDir + fPauseImg), QString(), this);
     fPlayButton->setFixedSize(25, 25);
@@ -51,7 +51,7 @@ void GraphConfig::setUpPlayButton()
         connect(fPlayButton, SIGNAL(toggled(bool)), fGraph, SLOT(setPlay(bool)));
 }
 
-QDoubleSpinBox* GraphConfig::makeSpeedBox()
+QDoubleSpinBox* GraphConfig::xMakeSpeedBox()
 {
     auto* box = new QDoubleSpinBox(this);
     box->setMinimum(Graph::fMinSpeed);
@@ -62,7 +62,7 @@ QDoubleSpinBox* GraphConfig::makeSpeedBox()
     return box;
 }
 
-void GraphConfig::setUpRangeBoxes()
+void GraphConfig::xSetUpRangeBoxes()
 {
     fMinLabel = new QLabel(QStringLiteral("Min:"), this);
     fMaxLabel = new QLabel(QStringLiteral("Max:"), this);
@@ -75,7 +75,7 @@ void GraphConfig::setUpRangeBoxes()
     fMaxBox->setRange(Graph::fMinYPossible, Graph::fMaxYPossible);
 }
 
-void GraphConfig::placeRangeControls(QGridLayout& grid)
+void GraphConfig::xPlaceRangeControls(QGridLayout& grid)
 {
     grid.addWidget(fMinLabel, 1, 2, Qt::AlignRight);
     grid.addWidget(fMinBox, 1, 3);

@@ -46,8 +46,8 @@ public slots:
     void xAutoScaleChange(int pState);
 
 private:
-    void setUpPlayButton();
-    QDoubleSpinBox* makeSpeedBox();
-    void setUpRangeBoxes();
-    void placeRangeControls(QGridLayout& grid);
+    void xSetUpPlayButton();
+    QDoubleSpinBox* xMakeSpeedBox();
+    void xSetUpRangeBoxes();
+    void xPlaceRangeControls(QGridLayout& grid);
 };

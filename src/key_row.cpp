@@ -6,7 +6,7 @@
 
 KeyRow::KeyRow(Color& color) : fColor(color) {}
 
-const KeyRow::Cell& KeyRow::cell(int column) const
+const KeyRow::Cell& KeyRow::xCell(int column) const
 {
     static const Cell empty;
     return column >= 0 && column < fCells.size() ? fCells[column] : empty;
@@ -14,7 +14,7 @@ const KeyRow::Cell& KeyRow::cell(int column) const
 
 QVariant KeyRow::data(int column, int role) const
 {
-    const Cell& cell = this->cell(column);
+    const Cell& cell = xCell(column);
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return cell.text.isNull() ? QVariant() : QVariant(cell.text);
     if (role == Qt::CheckStateRole)
@@ -36,13 +36,13 @@ void KeyRow::setData(int column, int role, const QVariant& value)
         if (!cell.text.isNull() && cell.text == text)
             return;
         cell.text = text.isNull() ? QString("") : text;
-        announce(column, textRoles);
+        xAnnounce(column, textRoles);
     } else if (role == Qt::CheckStateRole) {
         const int check = value.isValid() ? value.toInt() : -1;
         if (cell.check == check)
             return;
         cell.check = check;
-        announce(column, checkRoles);
+        xAnnounce(column, checkRoles);
     } else {
         QTreeWidgetItem::setData(column, role, value);
     }
@@ -57,12 +57,12 @@ bool KeyRow::operator<(const QTreeWidgetItem& other) const
         return fRank < row.fRank;
     const QTreeWidget* tree = treeWidget();
     const int column = tree ? tree->sortColumn() : 0;
-    return cell(column).text < row.cell(column).text;
+    return xCell(column).text < row.xCell(column).text;
 }
 
-void KeyRow::announce(int column, const QVector<int>& roles)
+void KeyRow::xAnnounce(int column, const QVector<int>& roles)
 {
-    if (!findsItsRow()) {
+    if (!xFindsItsRow()) {
         emitDataChanged();
         return;
     }
@@ -73,7 +73,7 @@ void KeyRow::announce(int column, const QVector<int>& roles)
 
 /// Makes `fRow` true, if the row is one of a tree. The first row that finds its number stale
 /// renumbers all, so that a pass over a table that was sorted meanwhile stays linear.
-bool KeyRow::findsItsRow()
+bool KeyRow::xFindsItsRow()
 {
     const QTreeWidget* tree = treeWidget();
     if (!tree || parent())

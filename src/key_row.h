@@ -19,7 +19,7 @@ public:
 
     Color& color() const { return fColor; }
     /// The text of a cell; null where none was written.
-    const QString& cellText(int column) const { return cell(column).text; }
+    const QString& cellText(int column) const { return xCell(column).text; }
 
     QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant& value) override;
@@ -36,9 +36,9 @@ private:
         int check = -1; ///< a Qt::CheckState, or -1: none
     };
 
-    const Cell& cell(int column) const;
-    void announce(int column, const QVector<int>& roles);
-    bool findsItsRow();
+    const Cell& xCell(int column) const;
+    void xAnnounce(int column, const QVector<int>& roles);
+    bool xFindsItsRow();
 
     Color& fColor;
     QVarLengthArray<Cell, 6> fCells;

@@ -41,7 +41,7 @@ KeyTree::KeyTree(QWidget* parent) : QTreeWidget(parent)
     setItemDelegate(new OneLineDelegate(this));
     setUniformRowHeights(true);
     fPlaceTimer.setSingleShot(true);
-    connect(&fPlaceTimer, &QTimer::timeout, this, &KeyTree::placeWidgetsInSight);
+    connect(&fPlaceTimer, &QTimer::timeout, this, &KeyTree::xPlaceWidgetsInSight);
 }
 
 /// The view's part of a change, which would search for the row: a batch does it once for all.
@@ -63,7 +63,7 @@ void KeyTree::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
 
 /// Without a sort column the base class leaves a written row where it is. Nobody hears of it:
 /// the column is back before the event loop runs.
-void KeyTree::beginBatch()
+void KeyTree::xBeginBatch()
 {
     if (fBatches++ > 0)
         return;
@@ -73,7 +73,7 @@ void KeyTree::beginBatch()
     header()->setSortIndicator(-1, header()->sortIndicatorOrder());
 }
 
-void KeyTree::endBatch()
+void KeyTree::xEndBatch()
 {
     if (--fBatches > 0)
         return;
@@ -81,14 +81,14 @@ void KeyTree::endBatch()
         const QSignalBlocker quiet(header());
         header()->setSortIndicator(fSortColumn, header()->sortIndicatorOrder());
     }
-    if (isSortingEnabled() && fSortColumn >= 0 && !isTouchedPartSorted())
-        sortRows();
-    tellAccessibility();
+    if (isSortingEnabled() && fSortColumn >= 0 && !xIsTouchedPartSorted())
+        xSortRows();
+    xTellAccessibility();
     viewport()->update();
 }
 
 /// Rows outside of the touched ones were in order before, so only these can have broken it.
-bool KeyTree::isTouchedPartSorted() const
+bool KeyTree::xIsTouchedPartSorted() const
 {
     const bool ascending = header()->sortIndicatorOrder() == Qt::AscendingOrder;
     const int last = qMin(fTouched.last + 1, topLevelItemCount() - 1);
@@ -101,13 +101,13 @@ bool KeyTree::isTouchedPartSorted() const
     return true;
 }
 
-void KeyTree::sortRows()
+void KeyTree::xSortRows()
 {
     const RowRanks ranks(*this);
     sortItems(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
 }
 
-void KeyTree::tellAccessibility()
+void KeyTree::xTellAccessibility()
 {
     if (!QAccessible::isActive())
         return;
@@ -125,13 +125,13 @@ void KeyTree::installButtons(int column, ButtonMaker maker)
     viewport()->hide();
     const int rows = qMin(topLevelItemCount(), fButtonLimit);
     for (int row = 0; row < rows; ++row)
-        installButton(model()->index(row, column));
+        xInstallButton(model()->index(row, column));
     viewport()->show();
 }
 
 /// Each new button asks for a layout, unless one is pending: so those that the coming layout is
 /// likely to bring in sight are made before it.
-void KeyTree::installButtonsAhead()
+void KeyTree::xInstallButtonsAhead()
 {
     if (fButtonColumn < 0 || fInstalling || verticalScrollMode() != ScrollPerItem)
         return;
@@ -141,10 +141,10 @@ void KeyTree::installButtonsAhead()
     const int count = viewport()->height() / fontMetrics().height() + 1;
     const int last = qMin(first + count, topLevelItemCount() - 1);
     for (int row = first; row <= last; ++row)
-        installButton(model()->index(row, fButtonColumn));
+        xInstallButton(model()->index(row, fButtonColumn));
 }
 
-void KeyTree::installButton(const QModelIndex& index)
+void KeyTree::xInstallButton(const QModelIndex& index)
 {
     QTreeWidgetItem* item = itemFromIndex(index);
     if (!item || indexWidget(index))
@@ -169,9 +169,9 @@ void KeyTree::reset()
 
 void KeyTree::doItemsLayout()
 {
-    installButtonsAhead();
+    xInstallButtonsAhead();
     QTreeWidget::doItemsLayout();
-    placeWidgetsInSight();
+    xPlaceWidgetsInSight();
 }
 
 /// Comes in the midst of other work, such as for each row that goes, when looking for the rows in
@@ -184,29 +184,29 @@ void KeyTree::updateEditorGeometries()
 void KeyTree::scrollContentsBy(int dx, int dy)
 {
     QTreeWidget::scrollContentsBy(dx, dy);
-    placeWidgetsInSight();
+    xPlaceWidgetsInSight();
 }
 
 /// The base class searches the place of every widget in the table at every layout.
-void KeyTree::placeWidgetsInSight()
+void KeyTree::xPlaceWidgetsInSight()
 {
     if (fInstalling)
         return;
     fPlaceTimer.stop();
     const QScopedValueRollback<bool> installing(fInstalling, true);
-    const QModelIndexList rows = rowsInSight();
+    const QModelIndexList rows = xRowsInSight();
     // Each new button asks for a layout: all of them before the first question for a place.
     if (fButtonColumn >= 0)
         for (const QModelIndex& row : rows)
-            installButton(row.sibling(row.row(), fButtonColumn));
+            xInstallButton(row.sibling(row.row(), fButtonColumn));
     executeDelayedItemsLayout();
     QVector<QWidget*> placed;
     for (const QModelIndex& row : rows)
-        placeWidgetsOf(row, placed);
-    hideAllBut(placed);
+        xPlaceWidgetsOf(row, placed);
+    xHideAllBut(placed);
 }
 
-QModelIndexList KeyTree::rowsInSight() const
+QModelIndexList KeyTree::xRowsInSight() const
 {
     QModelIndexList rows;
     const int left = columnViewportPosition(header()->logicalIndex(0));
@@ -219,7 +219,7 @@ QModelIndexList KeyTree::rowsInSight() const
 }
 
 /// Tab goes down the rows, whatever the order in which their buttons were made.
-void KeyTree::placeWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed)
+void KeyTree::xPlaceWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed)
 {
     for (int column = 0; column < columnCount(); ++column) {
         const QModelIndex cell = row.sibling(row.row(), column);
@@ -234,7 +234,7 @@ void KeyTree::placeWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed)
     }
 }
 
-void KeyTree::hideAllBut(const QVector<QWidget*>& placed)
+void KeyTree::xHideAllBut(const QVector<QWidget*>& placed)
 {
     const QObjectList& children = viewport()->children();
     for (QObject* child : children) {

@@ -41,18 +41,18 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void beginBatch();
-    void endBatch();
-    bool isTouchedPartSorted() const;
-    void sortRows();
-    void tellAccessibility();
+    void xBeginBatch();
+    void xEndBatch();
+    bool xIsTouchedPartSorted() const;
+    void xSortRows();
+    void xTellAccessibility();
 
-    void installButtonsAhead();
-    void installButton(const QModelIndex& index);
-    void placeWidgetsInSight();
-    QModelIndexList rowsInSight() const;
-    void placeWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed);
-    void hideAllBut(const QVector<QWidget*>& placed);
+    void xInstallButtonsAhead();
+    void xInstallButton(const QModelIndex& index);
+    void xPlaceWidgetsInSight();
+    QModelIndexList xRowsInSight() const;
+    void xPlaceWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed);
+    void xHideAllBut(const QVector<QWidget*>& placed);
 
     struct Touched
     {
@@ -73,8 +73,8 @@ private:
 class KeyTree::WriteBatch
 {
 public:
-    explicit WriteBatch(KeyTree& tree) : fTree(tree) { fTree.beginBatch(); }
-    ~WriteBatch() { fTree.endBatch(); }
+    explicit WriteBatch(KeyTree& tree) : fTree(tree) { fTree.xBeginBatch(); }
+    ~WriteBatch() { fTree.xEndBatch(); }
     WriteBatch(const WriteBatch&) = delete;
     WriteBatch& operator=(const WriteBatch&) = delete;
 

@@ -99,7 +99,7 @@ Module::~Module() = default;
 void Module::getDatas(bool all)
 {
     const ZoCriticalSection guard(fMutex);
-    gatherRequest(all);
+    xGatherRequest(all);
     if (fRequest.getSize() == 0)
         return;
     ZoValue reply;
@@ -115,7 +115,7 @@ void Module::getDatas(bool all)
 }
 
 /// Reads the keys under the model's lock, and lets go of it before the robot is asked.
-void Module::gatherRequest(bool all)
+void Module::xGatherRequest(bool all)
 {
     const ZoCriticalSectionRead guard(fModel->fMutex);
     const Records& records = fModel->fSTMVals;

@@ -56,7 +56,7 @@ public:
     boost::shared_ptr<ZoMemoryProxy> fMemoryProxy;
 
 private:
-    void gatherRequest(bool all);
+    void xGatherRequest(bool all);
 
     ZoValue fRequest; ///< of the last fetch, used again as far as the keys are the same
     KeyFinder fByKey;

@@ -22,7 +22,7 @@ std::size_t bucketCount(std::size_t records)
 
 } // namespace
 
-std::uint32_t RecordFinder::defaultHash(const std::string& text)
+std::uint32_t RecordFinder::xDefaultHash(const std::string& text)
 {
     return static_cast<std::uint32_t>(std::hash<std::string>()(text));
 }
@@ -30,12 +30,12 @@ std::uint32_t RecordFinder::defaultHash(const std::string& text)
 STMVal* RecordFinder::find(const Records& records, const std::string& text)
 {
     if (records.size() != fHashes.size())
-        remember(records);
+        xRemember(records);
     const std::uint32_t hash = fHash(text);
-    std::uint32_t found = candidate(records, hash, text);
-    if (!checkThrough(records, found == nowhere ? records.size() : found)) {
-        remember(records);
-        found = candidate(records, hash, text);
+    std::uint32_t found = xCandidate(records, hash, text);
+    if (!xCheckThrough(records, found == nowhere ? records.size() : found)) {
+        xRemember(records);
+        found = xCandidate(records, hash, text);
     }
     if (found == nowhere)
         return nullptr;
@@ -45,8 +45,8 @@ STMVal* RecordFinder::find(const Records& records, const std::string& text)
     return records[found].get();
 }
 
-std::uint32_t RecordFinder::candidate(const Records& records, std::uint32_t hash,
-                                      const std::string& text) const
+std::uint32_t RecordFinder::xCandidate(const Records& records, std::uint32_t hash,
+                                       const std::string& text) const
 {
     const auto matches = [&](std::uint32_t position) {
         return fHashes[position] == hash && records[position]->names.*fName == text;
@@ -62,14 +62,14 @@ std::uint32_t RecordFinder::candidate(const Records& records, std::uint32_t hash
     return position;
 }
 
-bool RecordFinder::checkThrough(const Records& records, std::size_t count)
+bool RecordFinder::xCheckThrough(const Records& records, std::size_t count)
 {
     while (fChecked < count && fHash(records[fChecked]->names.*fName) == fHashes[fChecked])
         ++fChecked;
     return fChecked >= count;
 }
 
-void RecordFinder::remember(const Records& records)
+void RecordFinder::xRemember(const Records& records)
 {
     fChecked = 0;
     fHashes.reserve(records.size()); // what may run out of memory comes first

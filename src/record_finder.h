@@ -37,18 +37,18 @@ public:
 protected:
     using Names = std::pair<std::string, std::string>;
     using Hash = std::uint32_t (*)(const std::string& text);
-    explicit RecordFinder(std::string Names::*name, Hash hash = &RecordFinder::defaultHash)
+    explicit RecordFinder(std::string Names::*name, Hash hash = &RecordFinder::xDefaultHash)
         : fName(name), fHash(hash)
     {
     }
     ~RecordFinder() = default;
 
 private:
-    static std::uint32_t defaultHash(const std::string& text);
-    std::uint32_t candidate(const Records& records, std::uint32_t hash,
-                            const std::string& text) const;
-    bool checkThrough(const Records& records, std::size_t count);
-    void remember(const Records& records);
+    static std::uint32_t xDefaultHash(const std::string& text);
+    std::uint32_t xCandidate(const Records& records, std::uint32_t hash,
+                             const std::string& text) const;
+    bool xCheckThrough(const Records& records, std::size_t count);
+    void xRemember(const Records& records);
 
     std::string Names::*fName;
     Hash fHash;

@@ -40,12 +40,12 @@ StmListDialog::StmListDialog(const std::vector<std::string>& names, QWidget* par
     : QDialog(parent), fList(new QListWidget(this)), fDevicesBox(nullptr), fFilterEdit(nullptr)
 {
     auto* layout = new QVBoxLayout(this);
-    QHBoxLayout* buttonRow = newButtonRow();
+    QHBoxLayout* buttonRow = xNewButtonRow();
     layout->addWidget(fList);
     // With hidden entries, the toolkit's scrolling by entries leaves the current one out of sight.
     fList->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    QHBoxLayout* filterRow = newFilterRow();
-    addEntries(names);
+    QHBoxLayout* filterRow = xNewFilterRow();
+    xAddEntries(names);
     fList->sortItems(Qt::AscendingOrder);
     xOnFilterChanged();
     layout->addLayout(filterRow);
@@ -54,7 +54,7 @@ StmListDialog::StmListDialog(const std::vector<std::string>& names, QWidget* par
                   buttonRow->itemAt(2)->widget()});
 }
 
-QHBoxLayout* StmListDialog::newButtonRow()
+QHBoxLayout* StmListDialog::xNewButtonRow()
 {
     auto* row = new QHBoxLayout;
     auto* ok = new QPushButton(tr("Ok"), this);
@@ -68,7 +68,7 @@ QHBoxLayout* StmListDialog::newButtonRow()
     return row;
 }
 
-QHBoxLayout* StmListDialog::newFilterRow()
+QHBoxLayout* StmListDialog::xNewFilterRow()
 {
     auto* row = new QHBoxLayout;
     fDevicesBox = new QCheckBox(tr("View devices"), this);
@@ -84,7 +84,7 @@ QHBoxLayout* StmListDialog::newFilterRow()
     return row;
 }
 
-void StmListDialog::addEntries(const std::vector<std::string>& names)
+void StmListDialog::xAddEntries(const std::vector<std::string>& names)
 {
     fItems.reserve(static_cast<int>(names.size()));
     for (const std::string& each : names) {
@@ -107,13 +107,13 @@ void StmListDialog::xOnFilterChanged()
         if (isHidden != fList->isRowHidden(row))
             fList->setRowHidden(row, isHidden);
     }
-    if (!isSorted())
+    if (!xIsSorted())
         fList->sortItems(Qt::AscendingOrder);
 }
 
 // Sorting what is sorted would cost a comparison of log(n) times as many entries and make the
 // view forget all that it knows about its rows.
-bool StmListDialog::isSorted() const
+bool StmListDialog::xIsSorted() const
 {
     for (int row = 1; row < fList->count(); ++row) {
         if (*fList->item(row) < *fList->item(row - 1))

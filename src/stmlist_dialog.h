@@ -45,10 +45,10 @@ private slots:
     void xOnFilterChanged();
 
 private:
-    QHBoxLayout* newButtonRow();
-    QHBoxLayout* newFilterRow();
-    void addEntries(const std::vector<std::string>& names);
-    bool isSorted() const;
+    QHBoxLayout* xNewButtonRow();
+    QHBoxLayout* xNewFilterRow();
+    void xAddEntries(const std::vector<std::string>& names);
+    bool xIsSorted() const;
 
 public: // the controls and their entries, for who drives or shows them
     QListWidget* fList;

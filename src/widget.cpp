@@ -37,25 +37,25 @@ Widget::Widget(boost::shared_ptr<Module> module, const QString& imageDir, QWidge
     auto* splitter = new QSplitter(this);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(splitter);
-    QGridLayout* treePane = addPane(splitter);
-    QGridLayout* graphPane = addPane(splitter);
-    setUpTable(treePane);
-    setUpCommands(treePane, imageDir);
-    setUpGraph(graphPane, imageDir);
-    setUpFileButtons(treePane, imageDir);
+    QGridLayout* treePane = xAddPane(splitter);
+    QGridLayout* graphPane = xAddPane(splitter);
+    xSetUpTable(treePane);
+    xSetUpCommands(treePane, imageDir);
+    xSetUpGraph(graphPane, imageDir);
+    xSetUpFileButtons(treePane, imageDir);
     resize(800, 400);
-    setUpTimers();
+    xSetUpTimers();
 }
 
 Widget::~Widget() = default;
 
-QGridLayout* Widget::addPane(QWidget* splitter)
+QGridLayout* Widget::xAddPane(QWidget* splitter)
 {
     // A splitter takes every child into its row.
     return new QGridLayout(new QWidget(splitter));
 }
 
-void Widget::setUpTable(QGridLayout* pane)
+void Widget::xSetUpTable(QGridLayout* pane)
 {
     fTree = new KeyTree(this);
     fTree->setHeaderLabels({"Name", "Watch", "Graph", "Type", "Value", "Color"});
@@ -68,7 +68,7 @@ void Widget::setUpTable(QGridLayout* pane)
     pane->addWidget(fTree, 0, 0);
 }
 
-void Widget::setUpCommands(QGridLayout* pane, const QString& imageDir)
+void Widget::xSetUpCommands(QGridLayout* pane, const QString& imageDir)
 {
     auto* watchAll = new QCheckBox("Watch All", this);
     auto* graphAll = new QCheckBox("Graph All", this);
@@ -102,28 +102,28 @@ void Widget::setUpCommands(QGridLayout* pane, const QString& imageDir)
             SLOT(xOnItemClicked(QTreeWidgetItem*, int)));
 }
 
-void Widget::setUpGraph(QGridLayout* pane, const QString& imageDir)
+void Widget::xSetUpGraph(QGridLayout* pane, const QString& imageDir)
 {
-    fGraph = new Graph(model(), this);
+    fGraph = new Graph(xModel(), this);
     fGraph->init();
     pane->addWidget(fGraph, 0, 0);
     pane->setRowStretch(0, 1);
     pane->addWidget(new GraphConfig(fGraph, imageDir), 1, 0);
 }
 
-void Widget::setUpFileButtons(QGridLayout* pane, const QString& imageDir)
+void Widget::xSetUpFileButtons(QGridLayout* pane, const QString& imageDir)
 {
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel("Save/Merge config:", this));
-    const QPushButton* save = addFileButton(row, imageDir + fSaveImg, "Save");
-    const QPushButton* open = addFileButton(row, imageDir + fOpenImg, "Open");
+    const QPushButton* save = xAddFileButton(row, imageDir + fSaveImg, "Save");
+    const QPushButton* open = xAddFileButton(row, imageDir + fOpenImg, "Open");
     row->addStretch();
     connect(save, SIGNAL(clicked()), this, SLOT(xSaveConfig()));
     connect(open, SIGNAL(clicked()), this, SLOT(xLoadConfig()));
     pane->addLayout(row, 2, 0);
 }
 
-QPushButton* Widget::addFileButton(QBoxLayout* row, const QString& image, const QString& toolTip)
+QPushButton* Widget::xAddFileButton(QBoxLayout* row, const QString& image, const QString& toolTip)
 {
     auto* button = new QPushButton(QIcon(image), QString(), this);
     button->setToolTip(toolTip);
@@ -134,13 +134,13 @@ QPushButton* Widget::addFileButton(QBoxLayout* row, const QString& image, const 
     return button;
 }
 
-void Widget::setUpTimers()
+void Widget::xSetUpTimers()
 {
     fTreeTimer->setInterval(fRefreshInterval);
     connect(fTreeTimer, SIGNAL(timeout()), this, SLOT(xRefreshTree()));
     fTreeTimer->start();
 
-    const int period = model() ? model()->fTimePolicy : Model().fTimePolicy;
+    const int period = xModel() ? xModel()->fTimePolicy : Model().fTimePolicy;
     connect(fDataTimer, SIGNAL(timeout()), this, SLOT(xOnRefresh()));
     fDataTimer->setInterval(period);
     fDataTimer->setSingleShot(true);
@@ -150,19 +150,19 @@ void Widget::setUpTimers()
     connect(this, SIGNAL(disconnected(WidgetInterface*)), fDataTimer, SLOT(stop()));
 }
 
-boost::shared_ptr<Model> Widget::model() const
+boost::shared_ptr<Model> Widget::xModel() const
 {
     return fModule ? fModule->fModel : boost::shared_ptr<Model>();
 }
 
-KeyTree& Widget::table() const
+KeyTree& Widget::xTable() const
 {
     return static_cast<KeyTree&>(*fTree);
 }
 
 void Widget::resetTree()
 {
-    const boost::shared_ptr<Model> model = this->model();
+    const boost::shared_ptr<Model> model = xModel();
     if (!model)
         return;
     if (fGraph)
@@ -171,13 +171,13 @@ void Widget::resetTree()
     fRows.clear();
     const ZoCriticalSectionRead lock(model->fMutex);
     fTree->setSortingEnabled(false);
-    fillTable(*model);
+    xFillTable(*model);
     {
         const RowRanks ranks(*fTree);
         fTree->setSortingEnabled(true);
     }
     // Only now: buttons of rows that do not move any more cost less.
-    table().installButtons(fColColor, [this](QTreeWidgetItem& item) -> QWidget* {
+    xTable().installButtons(fColColor, [this](QTreeWidgetItem& item) -> QWidget* {
         const auto* row = dynamic_cast<KeyRow*>(&item);
         return row ? new ColorButton(row->color(), fTree->viewport()) : nullptr;
     });
@@ -186,13 +186,13 @@ void Widget::resetTree()
 }
 
 /// Makes all rows before the table gets any: it looks at them once.
-void Widget::fillTable(const Model& model)
+void Widget::xFillTable(const Model& model)
 {
     QList<QTreeWidgetItem*> items;
     items.reserve(static_cast<int>(model.fSTMVals.size()));
     fRows.reserve(static_cast<int>(model.fSTMVals.size()));
     for (const boost::shared_ptr<STMVal>& value : model.fSTMVals) {
-        QTreeWidgetItem* item = makeRow(*value);
+        QTreeWidgetItem* item = xMakeRow(*value);
         if (value->graph && fGraph)
             fGraph->addSTMValue(item->text(fColName), &value->color);
         items.append(item);
@@ -201,7 +201,7 @@ void Widget::fillTable(const Model& model)
     fTree->addTopLevelItems(items);
 }
 
-QTreeWidgetItem* Widget::makeRow(STMVal& value)
+QTreeWidgetItem* Widget::xMakeRow(STMVal& value)
 {
     auto* item = new KeyRow(value.color);
     item->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
@@ -224,7 +224,7 @@ void Widget::xRefreshTree()
         return;
     fTreeDirty = false;
     {
-        const KeyTree::WriteBatch batch(table());
+        const KeyTree::WriteBatch batch(xTable());
         for (const auto& row : qAsConst(fRows)) {
             if (!row.first || !row.second)
                 continue;
@@ -242,7 +242,7 @@ void Widget::xUselessNameUpdate(QTreeWidgetItem* pItem)
 {
     if (!pItem)
         return;
-    const KeyTree::WriteBatch batch(table());
+    const KeyTree::WriteBatch batch(xTable());
     const QString name = pItem->text(fColName);
     pItem->setText(fColName, "vieux flan rabougri");
     pItem->setText(fColName, name);

@@ -72,25 +72,25 @@ private slots:
 
 private:
     // In the order in which the constructor runs them.
-    QGridLayout* addPane(QWidget* splitter);
-    void setUpTable(QGridLayout* pane);
-    void setUpCommands(QGridLayout* pane, const QString& imageDir);
-    void setUpGraph(QGridLayout* pane, const QString& imageDir);
-    void setUpFileButtons(QGridLayout* pane, const QString& imageDir);
-    void setUpTimers();
-    QPushButton* addFileButton(QBoxLayout* row, const QString& image, const QString& toolTip);
+    QGridLayout* xAddPane(QWidget* splitter);
+    void xSetUpTable(QGridLayout* pane);
+    void xSetUpCommands(QGridLayout* pane, const QString& imageDir);
+    void xSetUpGraph(QGridLayout* pane, const QString& imageDir);
+    void xSetUpFileButtons(QGridLayout* pane, const QString& imageDir);
+    void xSetUpTimers();
+    QPushButton* xAddFileButton(QBoxLayout* row, const QString& image, const QString& toolTip);
 
-    boost::shared_ptr<Model> model() const;
-    KeyTree& table() const;
-    void fillTable(const Model& model);
-    QTreeWidgetItem* makeRow(STMVal& value);
+    boost::shared_ptr<Model> xModel() const;
+    KeyTree& xTable() const;
+    void xFillTable(const Model& model);
+    QTreeWidgetItem* xMakeRow(STMVal& value);
 
-    void setAll(int column, int checkState);
-    void showWatched(QTreeWidgetItem& item, bool watch);
-    void showGraphed(QTreeWidgetItem& item, bool graph);
-    void askForPeriod();
-    void setPeriod(int period);
-    void showError(const QString& text);
+    void xSetAll(int column, int checkState);
+    void xShowWatched(QTreeWidgetItem& item, bool watch);
+    void xShowGraphed(QTreeWidgetItem& item, bool graph);
+    void xAskForPeriod();
+    void xSetPeriod(int period);
+    void xShowError(const QString& text);
 
     boost::shared_ptr<Module> fModule;
     Graph* fGraph;

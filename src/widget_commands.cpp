@@ -76,22 +76,22 @@ void Widget::xOnItemClicked(QTreeWidgetItem* pItem, int pColumn)
     const boost::shared_ptr<Module> module = fModule;
     if (!module || !pItem)
         return;
-    const KeyTree::WriteBatch batch(table());
+    const KeyTree::WriteBatch batch(xTable());
     xUselessNameUpdate(pItem);
     const std::string alias = toLatin1(pItem->text(fColName));
     if (pColumn == fColWatch) {
         const bool watch = isChecked(*pItem, fColWatch);
         module->watchStmVal(alias, watch);
-        showWatched(*pItem, watch);
+        xShowWatched(*pItem, watch);
     } else if (pColumn == fColGraph) {
         const bool graph = isChecked(*pItem, fColGraph);
         module->graphStmVal(alias, graph);
-        showGraphed(*pItem, graph);
+        xShowGraphed(*pItem, graph);
     }
 }
 
 /// What is not watched any more is not graphed either.
-void Widget::showWatched(QTreeWidgetItem& item, bool watch)
+void Widget::xShowWatched(QTreeWidgetItem& item, bool watch)
 {
     if (watch)
         return;
@@ -101,7 +101,7 @@ void Widget::showWatched(QTreeWidgetItem& item, bool watch)
 }
 
 /// What is graphed is watched, too.
-void Widget::showGraphed(QTreeWidgetItem& item, bool graph)
+void Widget::xShowGraphed(QTreeWidgetItem& item, bool graph)
 {
     if (graph)
         item.setCheckState(fColWatch, Qt::Checked);
@@ -118,21 +118,21 @@ void Widget::showGraphed(QTreeWidgetItem& item, bool graph)
 
 void Widget::xOnWatchAll(int pCheckState)
 {
-    setAll(fColWatch, pCheckState);
+    xSetAll(fColWatch, pCheckState);
 }
 
 void Widget::xOnGraphAll(int pCheckState)
 {
-    setAll(fColGraph, pCheckState);
+    xSetAll(fColGraph, pCheckState);
 }
 
 /// A click on the box of each row, but with one look-up of all keys in the module.
-void Widget::setAll(int column, int checkState)
+void Widget::xSetAll(int column, int checkState)
 {
     const boost::shared_ptr<Module> module = fModule;
     if (!module)
         return;
-    const KeyTree::WriteBatch batch(table());
+    const KeyTree::WriteBatch batch(xTable());
     const QList<QTreeWidgetItem*> items = fTree->findItems(QString(), Qt::MatchContains, fColName);
     std::vector<std::string> aliases;
     aliases.reserve(static_cast<std::size_t>(items.size()));
@@ -147,7 +147,7 @@ void Widget::setAll(int column, int checkState)
     else
         module->graphStmVals(aliases, on);
     for (QTreeWidgetItem* item : items)
-        column == fColWatch ? showWatched(*item, on) : showGraphed(*item, on);
+        column == fColWatch ? xShowWatched(*item, on) : xShowGraphed(*item, on);
 }
 
 void Widget::xOnChangeSubscription(int /*pIndex*/)
@@ -159,7 +159,7 @@ void Widget::xOnChangeSubscription(int /*pIndex*/)
         Model::subscribeModeFromString(toLatin1(fSubscriptionBox->currentText()));
     switch (mode) {
     case Model::SUBSCRIBE_EVERY:
-        askForPeriod();
+        xAskForPeriod();
         break;
     case Model::SUBSCRIBE_ON_DATA:
         module->changeSubscription(mode, 0);
@@ -173,9 +173,9 @@ void Widget::xOnChangeSubscription(int /*pIndex*/)
     }
 }
 
-void Widget::askForPeriod()
+void Widget::xAskForPeriod()
 {
-    const boost::shared_ptr<Model> model = this->model();
+    const boost::shared_ptr<Model> model = xModel();
     if (!model)
         return;
     const QPointer<Widget> self(this);
@@ -187,12 +187,12 @@ void Widget::askForPeriod()
     if (!self)
         return;
     if (confirmed)
-        setPeriod(period);
+        xSetPeriod(period);
     else
         fSubscriptionBox->setCurrentIndex(1);
 }
 
-void Widget::setPeriod(int period)
+void Widget::xSetPeriod(int period)
 {
     fDataTimer->setInterval(period);
     fDataTimer->start();
@@ -214,7 +214,7 @@ void Widget::xSaveConfig()
     try {
         ConfigManager::saveConfigurationFile(module->fModel, withConfigFileExtension(file));
     } catch (const std::runtime_error& error) {
-        showError(QString::fromUtf8(error.what()));
+        xShowError(QString::fromUtf8(error.what()));
     }
 }
 
@@ -233,13 +233,13 @@ void Widget::xLoadConfig()
     try {
         ConfigManager::loadConfigurationFile(module, file);
     } catch (const std::runtime_error& error) {
-        showError(QString::fromUtf8(error.what()));
+        xShowError(QString::fromUtf8(error.what()));
         return;
     }
     resetTree();
 }
 
-void Widget::showError(const QString& text)
+void Widget::xShowError(const QString& text)
 {
     const QPointer<QMessageBox> box =
         new QMessageBox(QMessageBox::Warning, tr("Error"), text, QMessageBox::Ok, this);

@@ -64,20 +64,20 @@ private:
         BYTES
     };
 
-    void markup();
-    void startTag();
-    void endTag();
-    void declaration();
-    bool declaredAttribute(std::string& value);
-    void adoptEncoding(const std::string& name);
-    void skipSpace();
-    void skipName();
-    void skipUpTo(char stop);
-    void skipReference();
-    void skipPast(std::size_t prefix, const char* end);
-    bool skipQuoted();
-    bool skipByteOrderMark();
-    bool endsInsideCharacter() const;
+    void xMarkup();
+    void xStartTag();
+    void xEndTag();
+    void xDeclaration();
+    bool xDeclaredAttribute(std::string& value);
+    void xAdoptEncoding(const std::string& name);
+    void xSkipSpace();
+    void xSkipName();
+    void xSkipUpTo(char stop);
+    void xSkipReference();
+    void xSkipPast(std::size_t prefix, const char* end);
+    bool xSkipQuoted();
+    bool xSkipByteOrderMark();
+    bool xEndsInsideCharacter() const;
 
     const std::string& fText;
     const char* fAt;
@@ -91,43 +91,43 @@ XmlShape Scanner::run()
 {
     if (startsWith(fAt, "\xEF\xBB\xBF"))
         fEncoding = Encoding::UTF8;
-    for (skipSpace(); fAt < fEnd; skipSpace()) {
+    for (xSkipSpace(); fAt < fEnd; xSkipSpace()) {
         if (*fAt == '<')
-            markup();
+            xMarkup();
         else if (fDepth > 0)
-            skipUpTo('<');
+            xSkipUpTo('<');
         else
             break; // text outside the root element ends the parser's work
     }
-    fShape.cutCharacter = endsInsideCharacter();
+    fShape.cutCharacter = xEndsInsideCharacter();
     return fShape;
 }
 
-void Scanner::markup()
+void Scanner::xMarkup()
 {
     ++fShape.tags;
     if (fDepth > 0 && fAt[1] == '/')
-        endTag();
+        xEndTag();
     else if (startsWithAnyCase(fAt, "<?xml"))
-        declaration();
+        xDeclaration();
     else if (startsWith(fAt, "<!--"))
-        skipPast(4, "-->");
+        xSkipPast(4, "-->");
     else if (startsWith(fAt, "<![CDATA["))
-        skipPast(9, "]]>");
+        xSkipPast(9, "]]>");
     else if (isNameStart(fAt[1]))
-        startTag();
+        xStartTag();
     else
-        skipPast(1, ">");
+        xSkipPast(1, ">");
 }
 
 // Names and unquoted values hold neither quotes nor '>', and '/' only just before the '>'.
-void Scanner::startTag()
+void Scanner::xStartTag()
 {
     std::size_t attributes = 0;
     for (++fAt; fAt < fEnd && *fAt != '>'; ++fAt) {
         if (*fAt == '=')
             ++attributes;
-        else if ((*fAt == '"' || *fAt == '\'') && !skipQuoted())
+        else if ((*fAt == '"' || *fAt == '\'') && !xSkipQuoted())
             break;
     }
     fShape.attributes = std::max(fShape.attributes, attributes);
@@ -138,23 +138,23 @@ void Scanner::startTag()
     ++fAt;
 }
 
-void Scanner::endTag()
+void Scanner::xEndTag()
 {
-    skipPast(2, ">");
+    xSkipPast(2, ">");
     --fDepth;
 }
 
-void Scanner::declaration()
+void Scanner::xDeclaration()
 {
     std::string encoding;
     fAt += 5;
     while (fAt < fEnd && *fAt != '>') {
         std::string other;
-        skipSpace();
+        xSkipSpace();
         const bool isEncoding = startsWithAnyCase(fAt, "encoding");
         if (isEncoding || startsWithAnyCase(fAt, "version") ||
             startsWithAnyCase(fAt, "standalone")) {
-            if (!declaredAttribute(isEncoding ? encoding : other))
+            if (!xDeclaredAttribute(isEncoding ? encoding : other))
                 fAt = fEnd;
         } else {
             while (fAt < fEnd && *fAt != '>' && !isSpace(*fAt))
@@ -164,20 +164,20 @@ void Scanner::declaration()
     if (fAt < fEnd)
         ++fAt;
     if (fDepth == 0 && fEncoding == Encoding::UNKNOWN)
-        adoptEncoding(encoding);
+        xAdoptEncoding(encoding);
 }
 
-bool Scanner::declaredAttribute(std::string& value)
+bool Scanner::xDeclaredAttribute(std::string& value)
 {
-    skipName();
-    skipSpace();
+    xSkipName();
+    xSkipSpace();
     if (*fAt != '=')
         return false;
     ++fAt;
-    skipSpace();
+    xSkipSpace();
     const char* begin = fAt;
     if (*fAt == '"' || *fAt == '\'') {
-        if (!skipQuoted())
+        if (!xSkipQuoted())
             return false;
         value.assign(begin + 1, fAt++);
         return true;
@@ -188,7 +188,7 @@ bool Scanner::declaredAttribute(std::string& value)
     return true;
 }
 
-void Scanner::adoptEncoding(const std::string& name)
+void Scanner::xAdoptEncoding(const std::string& name)
 {
     if (name.find('&') != std::string::npos)
         fShape.unclearEncoding = true;
@@ -197,14 +197,14 @@ void Scanner::adoptEncoding(const std::string& name)
     fEncoding = isUtf8 ? Encoding::UTF8 : Encoding::BYTES;
 }
 
-void Scanner::skipSpace()
+void Scanner::xSkipSpace()
 {
-    while (fAt < fEnd && (isSpace(*fAt) || skipByteOrderMark()))
+    while (fAt < fEnd && (isSpace(*fAt) || xSkipByteOrderMark()))
         ++fAt;
 }
 
 // To the last byte of a mark that the parser takes for space; false when there is none.
-bool Scanner::skipByteOrderMark()
+bool Scanner::xSkipByteOrderMark()
 {
     const bool isMark = fEncoding == Encoding::UTF8 &&
                         (startsWith(fAt, "\xEF\xBB\xBF") || startsWith(fAt, "\xEF\xBF\xBE") ||
@@ -214,17 +214,17 @@ bool Scanner::skipByteOrderMark()
     return isMark;
 }
 
-void Scanner::skipName()
+void Scanner::xSkipName()
 {
     while (fAt < fEnd && isNamePart(*fAt))
         ++fAt;
 }
 
-void Scanner::skipUpTo(char stop)
+void Scanner::xSkipUpTo(char stop)
 {
     while (fAt < fEnd && *fAt != stop) {
         if (fAt[0] == '&' && fAt[1] == '#' && fAt[2] != '\0')
-            skipReference();
+            xSkipReference();
         else if (fEncoding == Encoding::UTF8)
             fAt += std::min(utf8Step(*fAt), static_cast<std::size_t>(fEnd - fAt));
         else
@@ -234,7 +234,7 @@ void Scanner::skipUpTo(char stop)
 
 // The parser takes all up to the next ';' for the reference as soon as digits follow the last
 // '#' or 'x' before it, whatever else lies between; anything else ends its work.
-void Scanner::skipReference()
+void Scanner::xSkipReference()
 {
     const bool isHex = fAt[2] == 'x';
     const char* const end = std::strchr(fAt + (isHex ? 3 : 2), ';');
@@ -244,7 +244,7 @@ void Scanner::skipReference()
     fAt = end && *digit == (isHex ? 'x' : '#') ? end + 1 : fEnd;
 }
 
-void Scanner::skipPast(std::size_t prefix, const char* end)
+void Scanner::xSkipPast(std::size_t prefix, const char* end)
 {
     const auto from = static_cast<std::size_t>(fAt - fText.c_str()) + prefix;
     const std::size_t found = fText.find(end, from);
@@ -252,14 +252,14 @@ void Scanner::skipPast(std::size_t prefix, const char* end)
 }
 
 // From the opening quote to the closing one; false when there is none.
-bool Scanner::skipQuoted()
+bool Scanner::xSkipQuoted()
 {
     const char quote = *fAt++;
-    skipUpTo(quote);
+    xSkipUpTo(quote);
     return fAt < fEnd;
 }
 
-bool Scanner::endsInsideCharacter() const
+bool Scanner::xEndsInsideCharacter() const
 {
     if (fEncoding != Encoding::UTF8)
         return false;
