@@ -25,11 +25,11 @@ trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 
 build_programs() {
-    cmake --preset release >"$work/configure.log" 2>&1 || {
+    cmake --preset programs >"$work/configure.log" 2>&1 || {
         cat "$work/configure.log" >&2
         fail "configuring failed"
     }
-    cmake --build --preset release --target tarvek-robot tarvek-desktop glimmet
+    cmake --build --preset programs
 }
 
 robot_is_ready_or_gone() {
@@ -39,7 +39,7 @@ robot_is_ready_or_gone() {
 # Sets `address`.
 start_robot() {
     : >"$work/robot.out"
-    build/release/bin/tarvek-robot >"$work/robot.out" &
+    build/programs/bin/tarvek-robot >"$work/robot.out" &
     children+=($!)
     wait_until 30 robot_is_ready_or_gone || true
     address=$(sed -n 's/^listening on //p' "$work/robot.out")
@@ -47,7 +47,7 @@ start_robot() {
 }
 
 start_desktop() {
-    build/release/bin/tarvek-desktop "$@" &
+    build/programs/bin/tarvek-desktop "$@" &
     children+=($!)
 }
 
