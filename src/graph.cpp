@@ -1,6 +1,7 @@
 #include "graph.h"
 
 #include "curve_painter.h"
+#include "graph_clock.h"
 #include "model.h"
 #include "shown_color.h"
 
@@ -51,16 +52,12 @@ Graph::~Graph()
 void Graph::init()
 {
     // The fresh clock goes on where the old one was: samples that are there keep their times.
-    QElapsedTimer clock;
-    if (fClock)
-        clock = *fClock;
-    else
-        clock.start();
+    const GraphClock clock = fClock ? *fClock : GraphClock();
     delete fTimer;
     delete fClock;
     fTimer = new QTimer;
     fTimer->setInterval(fInterval);
-    fClock = new QElapsedTimer(clock);
+    fClock = new GraphClock(clock);
     connect(fTimer, SIGNAL(timeout()), this, SLOT(xUpdateTime()));
     fTimer->start();
 }
@@ -99,6 +96,7 @@ void Graph::xUpdateTime()
     if (!model)
         return;
     const bool pruning = isPruningStep();
+    xSetTimesBack();
     const double cutOff = xNow() - visibleSpan(width(), fSpeed);
     xReadNumbers(*model);
     auto number = fNumbers.cbegin();
@@ -153,10 +151,21 @@ double Graph::xNow() const
     return secondsOf(fClock ? fClock->elapsed() : 0);
 }
 
+/// Keeps the readings of the clock small. As everything goes back together, nothing is seen of it.
+void Graph::xSetTimesBack()
+{
+    const qint64 seconds = fClock ? fClock->setBack() : 0;
+    if (seconds == 0)
+        return;
+    for (auto& series : fSeries)
+        setSamplesBack(series.second, static_cast<double>(seconds));
+}
+
 void Graph::paintEvent(QPaintEvent*)
 {
     if (!fTimer || !fTimer->isActive() || height() == fMargin)
         return;
+    xSetTimesBack(); // here, too, as a graph whose model is gone is painted, but not sampled
     QPainter painter(this);
     // Changes no pixel, but tells the raster engine that the clip is one rectangle: it then
     // blends lines straight into the image, in half the time.

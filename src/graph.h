@@ -4,7 +4,6 @@
 #include "record_finder.h"
 
 #include <QColor>
-#include <QElapsedTimer>
 #include <QMap>
 #include <QPair>
 #include <QString>
@@ -19,6 +18,7 @@
 #include <vector>
 
 struct Color;
+class GraphClock;
 class Model;
 class QPainter;
 
@@ -49,7 +49,8 @@ public:
     Graph(const boost::shared_ptr<const Model>& model, QWidget* parent);
     ~Graph() override;
 
-    /// Starts sampling, on a fresh timer and clock; the curves stay as they are.
+    /// Starts sampling, on a fresh timer and clock; the curves stay as they are. A fresh clock
+    /// goes on where the old one was.
     void init();
 
     /// Adds an empty curve for the key with the alias `name`, unless it has one. `color` is not
@@ -68,14 +69,15 @@ public:
     void xCleanup();
 
     boost::weak_ptr<const Model> fModel;
-    /// By alias: the curve's colour, and its samples, oldest first.
+    /// By alias: the curve's colour, and its samples, oldest first. Their times are readings of
+    /// fClock, and set back with it.
     QMap<QString, QPair<Color*, QList<TimeValue>>> fSeries;
-    QTimer* fTimer = nullptr;        ///< owned; null before init()
-    QElapsedTimer* fClock = nullptr; ///< owned; null before init()
-    double fSpeed = fDefaultSpeed;   ///< px/s
-    bool fAutoscale = true;          ///< every paint sets fMinY and fMaxY from the samples
-    double fMinY = 0;                ///< value at the bottom
-    double fMaxY = 0;                ///< value at the top
+    QTimer* fTimer = nullptr;      ///< owned; null before init()
+    GraphClock* fClock = nullptr;  ///< owned; null before init()
+    double fSpeed = fDefaultSpeed; ///< px/s
+    bool fAutoscale = true;        ///< every paint sets fMinY and fMaxY from the samples
+    double fMinY = 0;              ///< value at the bottom
+    double fMaxY = 0;              ///< value at the top
 
 public slots:
     /// Runs or pauses the graph; pausing empties every curve. Nothing before init().
@@ -90,6 +92,7 @@ protected:
 
 private:
     double xNow() const;
+    void xSetTimesBack();
     void xReadNumbers(const Model& model);
     void xPaintPlot(QPainter& painter) const;
     void xPaintFrame(QPainter& painter, const PlotScale& scale) const;

@@ -44,6 +44,12 @@ void pruneSamples(QList<TimeValue>& samples, double cutOff)
     samples.erase(samples.begin(), samples.begin() + kept);
 }
 
+void setSamplesBack(QList<TimeValue>& samples, double seconds)
+{
+    for (TimeValue& sample : samples)
+        sample.first -= seconds;
+}
+
 void includeSamples(ValueRange& range, const QList<TimeValue>& samples)
 {
     for (const auto& [time, value] : samples) {

@@ -44,7 +44,8 @@ inline int truncated(double number)
     return static_cast<int>(atLeast < highest ? atLeast : highest);
 }
 
-/// A clock reading as a time stamp, in single precision: after a day it steps by 8 ms.
+/// A clock reading as a time stamp, in single precision: from 512 s on in steps of 0.06 ms, and
+/// in twice as large ones from each doubling of that on.
 double secondsOf(qint64 milliseconds);
 
 /// How far back a plot reaches, s. Speed 0 gives infinity, and NaN if `width` is 0, too: no
@@ -59,6 +60,10 @@ double unitsPerPixel(const ValueRange& range, int rows);
 /// that is later than the sample kept behind it. Linear in the samples. A `cutOff` of NaN or
 /// -infinity removes none by age.
 void pruneSamples(QList<TimeValue>& samples, double cutOff);
+
+/// Takes whole `seconds` off the time of each sample. Exact: a time of `secondsOf` leaves 29 bits
+/// of double precision free, which last for a year even of a graph's first samples.
+void setSamplesBack(QList<TimeValue>& samples, double seconds);
 
 /// Widens `range` so that it holds every sample. Samples that are not finite are passed over:
 /// one of them would make the range useless for all curves.
