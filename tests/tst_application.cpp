@@ -1,6 +1,7 @@
 #include "application.h"
 #include "error_reporter.h"
 #include "support/guarded_test.h"
+#include "support/modal_driver.h"
 
 #include <zo/error.h>
 
@@ -169,7 +170,8 @@ void TestApplication::aBoxOverAModalDialogCanBeClosed()
     QDialog dialog;
     auto* button = new QPushButton(&dialog);
     connect(button, &QPushButton::clicked, [] { throw std::runtime_error("no"); });
-    QTimer::singleShot(0, &dialog, [&dialog, button] {
+    ModalDriver user;
+    user.then<QDialog>([&dialog, button](QDialog&) {
         QTest::mouseClick(button, Qt::LeftButton);
         QCOMPARE(boxes().size(), 1);
         QCOMPARE(boxes()[0]->parentWidget(), &dialog);

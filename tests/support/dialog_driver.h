@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QApplication>
+#include "support/modal_driver.h"
+
 #include <QLineEdit>
-#include <QTimer>
 #include <QtTest>
 
 #include <functional>
@@ -14,28 +14,16 @@ class DialogDriver
 public:
     using Action = std::function<void(QWidget& dialog)>;
 
-    explicit DialogDriver(Action action) : fAction(std::move(action))
+    explicit DialogDriver(const Action& action, int deadline = ModalDriver::fPatience)
+        : fUser(deadline)
     {
-        QObject::connect(&fTimer, &QTimer::timeout, [this] { look(); });
-        fTimer.start(5);
+        fUser.then<QWidget>(action);
     }
 
-    bool wasShown() const { return !fAction; }
+    bool wasShown() const { return fUser.isDone(); }
 
 private:
-    void look()
-    {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (!dialog || !dialog->isVisible())
-            return;
-        fTimer.stop();
-        const Action action = std::move(fAction);
-        fAction = nullptr;
-        action(*dialog);
-    }
-
-    Action fAction;
-    QTimer fTimer;
+    ModalDriver fUser;
 };
 
 inline void cancelDialog(QWidget& dialog)

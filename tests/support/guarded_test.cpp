@@ -5,12 +5,16 @@
 #include <QStringList>
 #include <QtTest>
 
+#include <utility>
+#include <vector>
+
 namespace {
 
 QMutex messageMutex;
 QStringList expectedParts;
 QStringList strayWarnings;
 QtMessageHandler frameworkHandler = nullptr;
+std::vector<std::unique_ptr<QObject>> helpers; // of the GUI thread only
 
 bool takeExpected(const QString& text)
 {
@@ -85,8 +89,14 @@ void GuardedTest::initTestCase()
         frameworkHandler = previous;
 }
 
+void GuardedTest::keepUntilEnd(std::unique_ptr<QObject> helper)
+{
+    helpers.push_back(std::move(helper));
+}
+
 void GuardedTest::cleanup()
 {
+    helpers.clear();
     QStringList stray;
     QStringList missing;
     {

@@ -1,11 +1,13 @@
 #include "support/host.h"
 
+#include "support/guarded_test.h"
+#include "support/modal_driver.h"
+
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 
 namespace {
@@ -35,19 +37,11 @@ QDialog* shownDialog(const QString& name)
     return shown<QDialog>(name);
 }
 
-void whenShown(const QString& objectName, const std::function<void(QDialog&)>& action)
+void whenShown(const QString& name, const std::function<void(QDialog&)>& action)
 {
-    auto* waiter = new QTimer(qApp);
-    QObject::connect(waiter, &QTimer::timeout, waiter, [waiter, objectName, action] {
-        QDialog* dialog = shownDialog(objectName);
-        if (!dialog)
-            return;
-        // The timer does not fire again while it is at work, so it does nothing but hand on.
-        waiter->stop();
-        waiter->deleteLater();
-        QTimer::singleShot(0, dialog, [dialog, action] { action(*dialog); });
-    });
-    waiter->start(5);
+    auto user = std::make_unique<ModalDriver>();
+    user->then(name, action);
+    GuardedTest::keepUntilEnd(std::move(user));
 }
 
 void clickOk(QMessageBox* box)

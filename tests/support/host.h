@@ -17,9 +17,10 @@ class QFileDialog;
 QMessageBox* shownBox();
 QDialog* shownDialog(const QString& name);
 
-/// Runs `action` once the dialog of this name is shown: that dialog, and the function that opened
-/// it, are at work meanwhile. Set up before it opens.
-void whenShown(const QString& objectName, const std::function<void(QDialog&)>& action);
+/// Runs `action` once the modal dialog of this name is in front: that dialog, and the function that
+/// opened it, are at work meanwhile. Set up before it opens. A dialog that does not come, or stays
+/// for too long, fails the test function.
+void whenShown(const QString& name, const std::function<void(QDialog&)>& action);
 
 /// Clicks the box's Ok button; the box is gone when it returns.
 void clickOk(QMessageBox* box);

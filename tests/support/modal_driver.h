@@ -2,80 +2,163 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
+#include <QtTest>
 
 #include <deque>
 #include <functional>
 #include <utility>
 
 /// Answers modal dialogs the way a user does: each step waits until a dialog of its kind is in
-/// front, then acts on it. Make it before the call that opens the first dialog. A step whose
-/// dialog does not come within the deadline ends the run: all dialogs are closed.
+/// front, then acts on it. Make it before the call that opens the first dialog.
+///
+/// A step that was never taken fails the test when this ends. A dialog that stays in front for
+/// longer than the deadline fails it at once; all dialogs are closed then, since nothing else
+/// would end the loops that they run.
 class ModalDriver : public QObject
 {
 public:
-    ModalDriver()
+    static constexpr int fPatience = 20000; ///< ms
+
+    explicit ModalDriver(int deadline = fPatience) : fDeadline(deadline)
     {
         connect(&fTimer, &QTimer::timeout, this, [this] { look(); });
         fTimer.start(5);
-        fWaiting.start();
+    }
+
+    ~ModalDriver() override
+    {
+        if (!isDone())
+            fail("These dialogs never came: " + pendingSteps());
     }
 
     template <class Dialog>
     void then(std::function<void(Dialog&)> action)
     {
-        fSteps.push_back([this, action = std::move(action)](QWidget* front) {
-            auto* dialog = dynamic_cast<Dialog*>(front);
-            if (dialog)
-                begin([action, dialog] { action(*dialog); }, dialog);
-            return dialog != nullptr;
-        });
+        then<Dialog>(
+            Dialog::staticMetaObject.className(), [](const Dialog&) { return true; },
+            std::move(action));
+    }
+
+    /// For a dialog with this object or class name; an empty name is that of any.
+    void then(const QString& name, std::function<void(QDialog&)> action)
+    {
+        then<QDialog>(
+            name.isEmpty() ? "any" : name,
+            [name](const QDialog& dialog) {
+                return name.isEmpty() || dialog.objectName() == name ||
+                       dialog.metaObject()->className() == name;
+            },
+            std::move(action));
     }
 
     /// True when every step was taken.
     bool isDone() const { return fSteps.empty(); }
 
 private:
-    // Not from within the timer, which does not fire again while it is at work.
-    void begin(const std::function<void()>& action, QWidget* dialog)
+    struct Step
     {
-        fIsBeginning = true;
-        QTimer::singleShot(0, dialog, [this, action] {
-            fIsBeginning = false;
-            action();
-        });
+        QString kind; ///< for messages
+        std::function<bool(QWidget*)> isFor;
+        std::function<void(QWidget*)> act;
+    };
+
+    template <class Dialog>
+    void then(const QString& kind, std::function<bool(const Dialog&)> isFor,
+              std::function<void(Dialog&)> action)
+    {
+        fSteps.push_back({kind,
+                          [isFor = std::move(isFor)](QWidget* front) {
+                              const auto* dialog = dynamic_cast<Dialog*>(front);
+                              return dialog && isFor(*dialog);
+                          },
+                          [action = std::move(action)](QWidget* front) {
+                              action(dynamic_cast<Dialog&>(*front));
+                          }});
     }
 
     void look()
     {
         QWidget* front = QApplication::activeModalWidget();
-        if (fWaiting.elapsed() > fDeadline)
-            closeAll(front);
-        else if (!fIsBeginning && front && front->isVisible() && !fSteps.empty() &&
-                 fSteps.front()(front)) {
-            fSteps.pop_front();
-            fWaiting.restart();
-        }
+        if (front != fFront)
+            fInFront.start();
+        fFront = front;
+        if (!front)
+            return;
+        if (fInFront.elapsed() > fDeadline)
+            closeAll();
+        else if (!fIsBeginning && isNextFor(front))
+            begin();
     }
 
-    static void closeAll(QWidget* front)
+    bool isNextFor(QWidget* front) const
     {
-        for (; front; front = QApplication::activeModalWidget()) {
-            front->close();
+        return front && front->isVisible() && !isDone() && fSteps.front().isFor(front);
+    }
+
+    // Not from within the timer, which does not fire again while it is at work.
+    void begin()
+    {
+        fIsBeginning = true;
+        QTimer::singleShot(0, this, [this] {
+            fIsBeginning = false;
+            QWidget* front = QApplication::activeModalWidget();
+            if (!isNextFor(front))
+                return;
+            const Step step = std::move(fSteps.front());
+            fSteps.pop_front();
+            fInFront.start();
+            step.act(front); // which may delete this driver
+        });
+    }
+
+    void closeAll()
+    {
+        fail(QString("A dialog was still open after %1 ms: %2 \"%3\". Next step: %4")
+                 .arg(QString::number(fDeadline), fFront->metaObject()->className(),
+                      fFront->windowTitle(), isDone() ? QString("none") : pendingSteps()));
+        for (QWidget* front = fFront; front; front = QApplication::activeModalWidget()) {
+            close(*front);
             if (front->isVisible())
                 return;
         }
     }
 
-    static constexpr qint64 fDeadline = 20000; // ms
+    static void close(QWidget& front)
+    {
+        if (auto* dialog = qobject_cast<QDialog*>(&front))
+            dialog->reject();
+        else
+            front.close();
+    }
 
+    QString pendingSteps() const
+    {
+        QStringList kinds;
+        for (const Step& step : fSteps)
+            kinds += step.kind;
+        return kinds.join(", ");
+    }
+
+    // Once: whatever comes behind the first failure follows from it.
+    static void fail(const QString& text)
+    {
+        if (!QTest::currentTestFailed())
+            QTest::qFail(qPrintable(text), __FILE__, __LINE__);
+    }
+
+    const int fDeadline;
     QTimer fTimer;
-    QElapsedTimer fWaiting;
+    QPointer<QWidget> fFront;
+    QElapsedTimer fInFront; ///< since `fFront` is in front, or since a step began on it
     bool fIsBeginning = false;
-    std::deque<std::function<bool(QWidget*)>> fSteps;
+    std::deque<Step> fSteps;
 };
 
 /// The button of `window` with exactly this text.
