@@ -1,7 +1,5 @@
 #include "connection.h"
 
-#include <zo/error.h>
-
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/connect.hpp>
 
@@ -69,12 +67,11 @@ void Connection::read()
 
 void Connection::takeBytes(std::size_t size)
 {
-    try {
-        fReader.feed({fBuffer.data(), size});
-    } catch (const ZoError& error) {
-        lose(error.toString());
-        return;
-    }
+    const std::string_view rest = fReader.read({fBuffer.data(), size});
+    if (fReader.hasProblem())
+        return lose(fReader.problem());
+    if (!rest.empty())
+        return lose({"malformed reply: more than was asked for", std::string(rest)});
     read();
     endExchangeIfWhole();
 }
@@ -93,11 +90,11 @@ void Connection::endExchangeIfWhole()
 bool Connection::isBroken(const ErrorCode& error)
 {
     if (error && !fIsClosed)
-        lose(fStream.explain(error));
+        lose({fStream.explain(error), {}});
     return fIsClosed;
 }
 
-void Connection::lose(const std::string& cause)
+void Connection::lose(const ReplyProblem& cause)
 {
     fStream.close();
     fIsClosed = true;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "exchange.h"
-#include "reply_reader.h"
 #include "stream.h"
+#include "wire/reply_reader.h"
 
 #include <boost/asio/io_context.hpp>
 
@@ -21,7 +21,7 @@ public:
     {
         std::function<void()> opened;
         std::function<void()> exchanged;
-        std::function<void(const std::string& cause)> lost;
+        std::function<void(const ReplyProblem& cause)> lost;
     };
 
     Connection(boost::asio::io_context& context, boost::asio::ssl::context* tls,
@@ -45,7 +45,7 @@ private:
     void read();
     void takeBytes(std::size_t size);
     void endExchangeIfWhole();
-    void lose(const std::string& cause);
+    void lose(const ReplyProblem& cause);
     bool isBroken(const ErrorCode& error);
 
     Stream fStream;

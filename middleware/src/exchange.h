@@ -1,7 +1,7 @@
 #pragma once
 
 #include "peer.h"
-#include "reply_sink.h"
+#include "wire/reply_sink.h"
 
 #include <chrono>
 #include <condition_variable>

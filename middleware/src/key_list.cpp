@@ -2,8 +2,8 @@
 
 #include "link.h"
 #include "names_sink.h"
-#include "reply_reader.h"
-#include "request.h"
+#include "wire/reply_reader.h"
+#include "wire/request.h"
 
 #include <zo/error.h>
 

@@ -1,7 +1,7 @@
 #include "link_io.h"
 
-#include "request.h"
 #include "status_sink.h"
+#include "wire/request.h"
 
 #include <zo/error.h>
 
@@ -112,7 +112,7 @@ void LinkIo::connectTo(const LookUpResult& found)
     fConnection = std::make_shared<Connection>(
         *fContext, fTls.get(), fPeer.host(),
         Connection::Listener{[this] { greet(); }, [this] { onExchanged(); },
-                             [this](const std::string& problem) { onLost(problem); }});
+                             [this](const ReplyProblem& problem) { onLost(problem); }});
     fConnection->open(found.endpoints);
 }
 
@@ -224,12 +224,15 @@ void LinkIo::onExchanged()
         sendNext();
 }
 
-void LinkIo::onLost(const std::string& problem)
+void LinkIo::onLost(const ReplyProblem& problem)
 {
+    const std::string text = problem.sent.empty()
+                                 ? problem.text
+                                 : problem.text + ": \"" + fPeer.quote(problem.sent) + "\"";
     if (fIsUp)
-        loseLink(problem);
+        loseLink(text);
     else if (fIsTrying)
-        goDown(problem);
+        goDown(text);
 }
 
 void LinkIo::enqueue(const std::shared_ptr<Exchange>& exchange)

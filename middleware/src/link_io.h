@@ -54,7 +54,7 @@ private:
     void retryLater();
 
     void onExchanged();
-    void onLost(const std::string& problem);
+    void onLost(const ReplyProblem& problem);
 
     void enqueue(const std::shared_ptr<Exchange>& exchange);
     void giveUp(const std::shared_ptr<Exchange>& exchange);

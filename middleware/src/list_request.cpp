@@ -2,8 +2,8 @@
 
 #include "memory_arguments.h"
 #include "peer.h"
-#include "reply_reader.h"
-#include "request.h"
+#include "wire/reply_reader.h"
+#include "wire/request.h"
 
 #include <zo/error.h>
 

@@ -1,7 +1,5 @@
 #include "names_sink.h"
 
-#include <zo/error.h>
-
 #include <algorithm>
 
 namespace {
@@ -9,11 +7,6 @@ namespace {
 // A page holds about a thousand names; more come when many share a slot of the server's table.
 constexpr int largestPage = 100000;
 constexpr std::size_t longestCursor = 20;
-
-[[noreturn]] void refuse()
-{
-    throw ZoError("malformed reply to SCAN");
-}
 
 bool isCursor(std::string_view text)
 {
@@ -23,39 +16,42 @@ bool isCursor(std::string_view text)
 
 } // namespace
 
-void NamesSink::takeArray(const ReplyPlace& place, int size)
+bool NamesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
-    const bool isPage = place.depth == 0 && size == 2;
-    const bool isList = place.depth == 1 && place.index == 1 && size <= largestPage;
-    if (!isPage && !isList)
-        refuse();
+    if (piece.kind == ReplyKind::Array)
+        return takeElements(place, piece);
+    if (piece.kind == ReplyKind::Text && place.depth > 0)
+        return takeText(place, piece.text);
+    if (piece.kind == ReplyKind::TooLarge && place.depth == 2)
+        return true; // no robot is asked for such a key
+    if (piece.kind != ReplyKind::Error || place.depth > 0)
+        return refuse(misplaced("SCAN", piece.kind));
+    fRefusal = piece.text;
+    return true;
 }
 
-void NamesSink::takeText(const ReplyPlace& place, std::string_view text)
+bool NamesSink::takeElements(const ReplyPlace& place, const ReplyPiece& piece)
 {
-    if (place.depth == 2)
+    const bool isPage = place.depth == 0 && piece.number == 2;
+    const bool isList = place.depth == 1 && place.index == 1 && piece.number <= largestPage;
+    if (isPage || isList)
+        return true;
+    return refuse("malformed reply to SCAN: an array of " + std::to_string(piece.number) +
+                  " elements where none belongs");
+}
+
+bool NamesSink::takeText(const ReplyPlace& place, std::string_view text)
+{
+    if (place.depth == 2) {
         fNames.emplace_back(text);
-    else if (place.depth == 1 && place.index == 0 && isCursor(text))
-        fCursor = text;
-    else
-        refuse();
-}
-
-void NamesSink::takeInteger(const ReplyPlace&, long long)
-{
-    refuse();
-}
-
-void NamesSink::takeNil(const ReplyPlace&)
-{
-    refuse();
-}
-
-void NamesSink::takeError(const ReplyPlace& place, std::string_view text)
-{
-    if (place.depth != 0)
-        refuse();
-    fRefusal = text;
+        return true;
+    }
+    if (place.index > 0)
+        return refuse(misplaced("SCAN", ReplyKind::Text));
+    if (!isCursor(text))
+        return refuse("malformed reply to SCAN: no cursor");
+    fCursor = text;
+    return true;
 }
 
 std::string NamesSink::nameOf(const ReplyPlace&) const

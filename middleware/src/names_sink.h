@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reply_sink.h"
+#include "wire/reply_sink.h"
 
 #include <string>
 #include <vector>
@@ -14,14 +14,13 @@ public:
     /// The server's error instead of a page; empty when there is a page.
     const std::string& refusal() const { return fRefusal; }
 
-    void takeArray(const ReplyPlace& place, int size) override;
-    void takeText(const ReplyPlace& place, std::string_view text) override;
-    void takeInteger(const ReplyPlace& place, long long number) override;
-    void takeNil(const ReplyPlace& place) override;
-    void takeError(const ReplyPlace& place, std::string_view text) override;
+    [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
 
 private:
+    bool takeElements(const ReplyPlace& place, const ReplyPiece& piece);
+    bool takeText(const ReplyPlace& place, std::string_view text);
+
     std::string fCursor;
     std::vector<std::string> fNames;
     std::string fRefusal;

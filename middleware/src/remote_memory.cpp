@@ -3,9 +3,9 @@
 #include "key_list.h"
 #include "memory_arguments.h"
 #include "memory_methods.h"
-#include "request.h"
 #include "status_sink.h"
 #include "store_request.h"
+#include "wire/request.h"
 
 #include <zo/error.h>
 

@@ -1,42 +1,19 @@
 #include "status_sink.h"
 
-#include <zo/error.h>
-
 #include <utility>
 
 StatusSink::StatusSink(std::string command) : fCommand(std::move(command)) {}
 
-void StatusSink::takeArray(const ReplyPlace&, int)
+bool StatusSink::take(const ReplyPlace&, const ReplyPiece& piece)
 {
-    refuse();
-}
-
-void StatusSink::takeText(const ReplyPlace&, std::string_view text)
-{
-    fAnswers.push_back({false, std::string(text)});
-}
-
-void StatusSink::takeInteger(const ReplyPlace&, long long)
-{
-    refuse();
-}
-
-void StatusSink::takeNil(const ReplyPlace&)
-{
-    refuse();
-}
-
-void StatusSink::takeError(const ReplyPlace&, std::string_view text)
-{
-    fAnswers.push_back({true, std::string(text)});
+    const bool isError = piece.kind == ReplyKind::Error;
+    if (!isError && piece.kind != ReplyKind::Status && piece.kind != ReplyKind::Text)
+        return refuse(misplaced(fCommand, piece.kind));
+    fAnswers.push_back({isError, std::string(piece.text)});
+    return true;
 }
 
 std::string StatusSink::nameOf(const ReplyPlace&) const
 {
     return "the reply to " + fCommand;
-}
-
-void StatusSink::refuse() const
-{
-    throw ZoError("malformed reply to " + fCommand);
 }

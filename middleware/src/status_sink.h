@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reply_sink.h"
+#include "wire/reply_sink.h"
 
 #include <string>
 #include <vector>
@@ -20,16 +20,10 @@ public:
     /// One for each reply, in order.
     const std::vector<Answer>& answers() const { return fAnswers; }
 
-    void takeArray(const ReplyPlace& place, int size) override;
-    void takeText(const ReplyPlace& place, std::string_view text) override;
-    void takeInteger(const ReplyPlace& place, long long number) override;
-    void takeNil(const ReplyPlace& place) override;
-    void takeError(const ReplyPlace& place, std::string_view text) override;
+    [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
 
 private:
-    [[noreturn]] void refuse() const;
-
     const std::string fCommand;
     std::vector<Answer> fAnswers;
 };

@@ -3,8 +3,6 @@
 #include "json.h"
 #include "peer.h"
 
-#include <zo/error.h>
-
 #include <utility>
 
 ValuesSink::ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elements values)
@@ -12,36 +10,37 @@ ValuesSink::ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elem
 {
 }
 
-void ValuesSink::takeArray(const ReplyPlace& place, int size)
+bool ValuesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
-    expectDepth(place, 0);
-    const int asked = fRequest->sizeOfReply(place.reply);
-    if (size != asked)
-        throw ZoError("malformed reply to MGET: " + std::to_string(size) + " values for " +
-                      std::to_string(asked) + " keys");
+    if (place.depth == 0)
+        return takeReply(place.reply, piece);
+    ZoValue& value = fValues[fRequest->position(place.reply, place.index)];
+    switch (piece.kind) {
+    case ReplyKind::Text:
+        value = decodeJson(piece.text);
+        return true;
+    case ReplyKind::Nil:
+    case ReplyKind::TooLarge:
+        value = ZoValue();
+        return true;
+    default:
+        return refuse(misplaced("MGET", piece.kind));
+    }
 }
 
-void ValuesSink::takeText(const ReplyPlace& place, std::string_view text)
+bool ValuesSink::takeReply(int reply, const ReplyPiece& piece)
 {
-    expectDepth(place, 1);
-    fValues[fRequest->position(place.reply, place.index)] = decodeJson(text);
-}
-
-void ValuesSink::takeInteger(const ReplyPlace&, long long)
-{
-    throw ZoError("malformed reply to MGET: a bare number");
-}
-
-void ValuesSink::takeNil(const ReplyPlace& place)
-{
-    expectDepth(place, 1);
-    fValues[fRequest->position(place.reply, place.index)] = ZoValue();
-}
-
-void ValuesSink::takeError(const ReplyPlace& place, std::string_view text)
-{
-    expectDepth(place, 0);
-    fRefusals.push_back({place.reply, std::string(text)});
+    if (piece.kind == ReplyKind::Error) {
+        fRefusals.push_back({reply, std::string(piece.text)});
+        return true;
+    }
+    if (piece.kind != ReplyKind::Array)
+        return refuse(misplaced("MGET", piece.kind));
+    const int asked = fRequest->sizeOfReply(reply);
+    if (piece.number == asked)
+        return true;
+    return refuse("malformed reply to MGET: " + std::to_string(piece.number) + " values for " +
+                  std::to_string(asked) + " keys");
 }
 
 std::string ValuesSink::nameOf(const ReplyPlace& place) const
@@ -49,10 +48,4 @@ std::string ValuesSink::nameOf(const ReplyPlace& place) const
     if (place.depth != 1)
         return "the reply to MGET";
     return "the value of " + quotedKey(fRequest->key(fRequest->position(place.reply, place.index)));
-}
-
-void ValuesSink::expectDepth(const ReplyPlace& place, int depth)
-{
-    if (place.depth != depth)
-        throw ZoError("malformed reply to MGET: not an array of values");
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "list_request.h"
-#include "reply_sink.h"
+#include "wire/reply_sink.h"
 
 #include <zo/value.h>
 
@@ -26,15 +26,11 @@ public:
     const std::vector<Refusal>& refusals() const { return fRefusals; }
     ZoValue::Elements takeValues() { return std::move(fValues); }
 
-    void takeArray(const ReplyPlace& place, int size) override;
-    void takeText(const ReplyPlace& place, std::string_view text) override;
-    void takeInteger(const ReplyPlace& place, long long number) override;
-    void takeNil(const ReplyPlace& place) override;
-    void takeError(const ReplyPlace& place, std::string_view text) override;
+    [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
 
 private:
-    static void expectDepth(const ReplyPlace& place, int depth);
+    bool takeReply(int reply, const ReplyPiece& piece);
 
     const std::shared_ptr<const ListRequest> fRequest;
     ZoValue::Elements fValues;

@@ -1,19 +1,24 @@
 #include "support/redis_server.h"
 
+#include <wire/reply_reader.h>
+#include <wire/request.h>
+
 #include <arpa/inet.h>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <hiredis/hiredis.h>
-#include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -73,28 +78,92 @@ void run(const std::vector<std::string>& words, const std::string& logFile)
         throw std::runtime_error(words[0] + " failed: see " + logFile);
 }
 
-using Context = std::unique_ptr<redisContext, decltype(&redisFree)>;
-using Reply = std::unique_ptr<redisReply, decltype(&freeReplyObject)>;
-
-Reply send(redisContext* context, const std::vector<std::string>& words)
+/// Keeps a reply as text: its own, and that of arrays is empty.
+class TextSink : public ReplySink
 {
-    std::vector<const char*> texts;
-    std::vector<size_t> sizes;
-    for (const std::string& word : words) {
-        texts.push_back(word.data());
-        sizes.push_back(word.size());
+public:
+    std::string text;
+    bool isError = false;
+
+    bool take(const ReplyPlace& place, const ReplyPiece& piece) override
+    {
+        if (piece.kind == ReplyKind::TooLarge)
+            return refuse("the reply is too large");
+        if (place.depth > 0)
+            return true;
+        isError = piece.kind == ReplyKind::Error;
+        text = piece.kind == ReplyKind::Integer ? std::to_string(piece.number)
+                                                : std::string(piece.text);
+        return true;
     }
-    void* reply =
-        redisCommandArgv(context, static_cast<int>(words.size()), texts.data(), sizes.data());
-    return Reply(static_cast<redisReply*>(reply), &freeReplyObject);
+    std::string nameOf(const ReplyPlace&) const override { return "the reply"; }
+};
+
+[[noreturn]] void failWithErrno(const std::string& what)
+{
+    throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
-std::string textOf(const redisReply& reply)
+/// A connection to a server's own socket.
+class AdminConnection
 {
-    if (reply.type == REDIS_REPLY_INTEGER)
-        return std::to_string(reply.integer);
-    return reply.str ? std::string(reply.str, static_cast<size_t>(reply.len)) : std::string();
-}
+public:
+    explicit AdminConnection(const std::string& path)
+        : fSocket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        if (::connect(fSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
+            return;
+        const int problem = errno;
+        ::close(fSocket);
+        errno = problem;
+        failWithErrno("cannot connect to " + path);
+    }
+    ~AdminConnection() { ::close(fSocket); }
+    AdminConnection(const AdminConnection&) = delete;
+    AdminConnection& operator=(const AdminConnection&) = delete;
+
+    std::string run(const std::vector<std::string>& words)
+    {
+        send(encodeCommand({words.begin(), words.end()}));
+        TextSink sink;
+        fReader.expect(1, sink);
+        while (!fReader.isComplete())
+            receive();
+        if (sink.isError)
+            throw std::runtime_error(sink.text);
+        return sink.text;
+    }
+
+private:
+    void send(std::string_view bytes) const
+    {
+        while (!bytes.empty()) {
+            const ssize_t sent = ::send(fSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+            if (sent <= 0)
+                failWithErrno("cannot send to the server");
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
+        }
+    }
+
+    void receive()
+    {
+        char block[65536];
+        const ssize_t got = ::recv(fSocket, block, sizeof block, 0);
+        if (got < 0)
+            failWithErrno("cannot receive from the server");
+        if (got == 0)
+            throw std::runtime_error("the server closed the connection");
+        fReader.read({block, static_cast<std::size_t>(got)});
+        if (fReader.hasProblem())
+            throw std::runtime_error(fReader.problem().text);
+    }
+
+    int fSocket;
+    ReplyReader fReader;
+};
 
 } // namespace
 
@@ -186,16 +255,9 @@ void RedisServer::waitUntilReady() const
 
 std::string RedisServer::command(const std::vector<std::string>& words) const
 {
-    const Context context(redisConnectUnix((fFolder + "/admin.sock").c_str()), &redisFree);
-    if (!context || context->err)
-        throw std::runtime_error(context ? context->errstr : "out of memory");
-    const Reply login = send(context.get(), {"AUTH", adminUser, adminPassword});
-    const Reply reply = login ? send(context.get(), words) : Reply(nullptr, &freeReplyObject);
-    if (!reply)
-        throw std::runtime_error(context->errstr);
-    if (reply->type == REDIS_REPLY_ERROR)
-        throw std::runtime_error(textOf(*reply));
-    return textOf(*reply);
+    AdminConnection connection(fFolder + "/admin.sock");
+    connection.run({"AUTH", adminUser, adminPassword});
+    return connection.run(words);
 }
 
 void RedisServer::stop()

@@ -1,0 +1,35 @@
+#include "wire/request.h"
+
+#include <charconv>
+
+namespace {
+
+constexpr std::size_t longestHeader = 24; // a type, 19 digits, the end of the line
+
+void appendHeader(char type, std::size_t number, std::string& bytes)
+{
+    char header[longestHeader];
+    header[0] = type;
+    char* const end = std::to_chars(header + 1, header + sizeof header - 2, number).ptr;
+    end[0] = '\r';
+    end[1] = '\n';
+    bytes.append(header, end + 2);
+}
+
+} // namespace
+
+void appendCommand(const std::vector<std::string_view>& words, std::string& bytes)
+{
+    appendHeader('*', words.size(), bytes);
+    for (const std::string_view word : words) {
+        appendHeader('$', word.size(), bytes);
+        bytes.append(word).append("\r\n");
+    }
+}
+
+std::string encodeCommand(const std::vector<std::string_view>& words)
+{
+    std::string bytes;
+    appendCommand(words, bytes);
+    return bytes;
+}
