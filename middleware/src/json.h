@@ -2,6 +2,7 @@
 
 #include <zo/value.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,11 @@ constexpr int jsonMaxNesting = 128;
 /// and any text that is no JSON, is a string as it stands. White space around a JSON value does
 /// not count. Whatever the bytes, it throws only when memory runs out.
 ZoValue decodeJson(std::string_view text);
+
+/// The same for a text from the other side of a network, where two bytes make an element of an
+/// array that takes forty: `elements` is how many may still be made, at all depths together, and
+/// becomes fewer by those that were. A text that goes on when none may is invalid, and makes none.
+ZoValue decodeJson(std::string_view text, std::int64_t& elements);
 
 /// A text that decodeJson turns back into `value`. Throws ZoError for what has no such text: an
 /// array that holds a NaN or a string that is not UTF-8, or that nests too deep.

@@ -48,18 +48,18 @@ bool isPlainInside(std::string_view inside)
     return simdjson::validate_utf8(inside.data(), inside.size());
 }
 
-bool readString(std::string_view text, ZoValue& value)
+bool readString(std::string_view text, ZoValue& value, std::int64_t& elements)
 {
     if (text.size() < 2 || text.back() != '"')
         return false;
     const std::string_view inside = text.substr(1, text.size() - 2);
     if (!isPlainInside(inside))
-        return readJsonTree(text, value);
+        return readJsonTree(text, value, elements);
     value = ZoValue(std::string(inside));
     return true;
 }
 
-bool readJson(std::string_view text, ZoValue& value)
+bool readJson(std::string_view text, ZoValue& value, std::int64_t& elements)
 {
     if (text.empty())
         return false;
@@ -67,9 +67,9 @@ bool readJson(std::string_view text, ZoValue& value)
     case '{':
         return false;
     case '[':
-        return readJsonTree(text, value);
+        return readJsonTree(text, value, elements);
     case '"':
-        return readString(text, value);
+        return readString(text, value, elements);
     default:
         return readJsonNumber(text, value) || readWord(text, value);
     }
@@ -79,8 +79,19 @@ bool readJson(std::string_view text, ZoValue& value)
 
 ZoValue decodeJson(std::string_view text)
 {
+    std::int64_t elements = std::numeric_limits<std::int64_t>::max();
+    return decodeJson(text, elements);
+}
+
+ZoValue decodeJson(std::string_view text, std::int64_t& elements)
+{
     ZoValue value;
-    if (!readJson(withoutOuterSpace(text), value))
-        value = ZoValue(std::string(text));
+    std::int64_t left = elements;
+    const bool isJson = readJson(withoutOuterSpace(text), value, left);
+    if (left < 0)
+        return {};
+    if (!isJson)
+        return ZoValue(std::string(text));
+    elements = left;
     return value;
 }

@@ -78,7 +78,7 @@ bool check(ondemand::value source, int depth)
                                                : readScalar(source, ignored);
 }
 
-bool read(ondemand::value source, int depth, ZoValue& value);
+bool read(ondemand::value source, int depth, ZoValue& value, std::int64_t& elements);
 
 bool readString(ondemand::value& source, ZoValue& value)
 {
@@ -101,29 +101,30 @@ bool readObject(ondemand::value& source, int depth, ZoValue& value)
     return !object.reset().get(empty) && checkObject(object, depth);
 }
 
-bool readArray(ondemand::value& source, int depth, ZoValue& value)
+bool readArray(ondemand::value& source, int depth, ZoValue& value, std::int64_t& elements)
 {
-    ondemand::array elements;
-    if (depth > jsonMaxNesting || source.get_array().get(elements))
+    ondemand::array array;
+    if (depth > jsonMaxNesting || source.get_array().get(array))
         return false;
     ZoValue::Elements values;
-    for (auto element : elements) {
+    for (auto element : array) {
         ondemand::value inner;
-        if (element.get(inner) || !read(inner, depth, values.emplace_back()))
+        if (--elements < 0 || element.get(inner) ||
+            !read(inner, depth, values.emplace_back(), elements))
             return false;
     }
     value = ZoValue::fromElements(std::move(values));
     return true;
 }
 
-bool read(ondemand::value source, int depth, ZoValue& value)
+bool read(ondemand::value source, int depth, ZoValue& value, std::int64_t& elements)
 {
     ondemand::json_type type{};
     if (source.type().get(type))
         return false;
     switch (type) {
     case ondemand::json_type::array:
-        return readArray(source, depth + 1, value);
+        return readArray(source, depth + 1, value, elements);
     case ondemand::json_type::object:
         return readObject(source, depth + 1, value);
     case ondemand::json_type::string:
@@ -134,15 +135,15 @@ bool read(ondemand::value source, int depth, ZoValue& value)
 }
 
 /// Reads the one element of an array that is all of `document`.
-bool readOnlyElement(ondemand::document& document, ZoValue& value)
+bool readOnlyElement(ondemand::document& document, ZoValue& value, std::int64_t& elements)
 {
-    ondemand::array elements;
-    if (document.get_array().get(elements))
+    ondemand::array array;
+    if (document.get_array().get(array))
         return false;
     int count = 0;
-    for (auto element : elements) {
+    for (auto element : array) {
         ondemand::value source;
-        if (++count > 1 || element.get(source) || !read(source, 0, value))
+        if (++count > 1 || element.get(source) || !read(source, 0, value, elements))
             return false;
     }
     const char* rest = nullptr;
@@ -151,7 +152,7 @@ bool readOnlyElement(ondemand::document& document, ZoValue& value)
 
 } // namespace
 
-bool readJsonTree(std::string_view text, ZoValue& value)
+bool readJsonTree(std::string_view text, ZoValue& value, std::int64_t& elements)
 {
     // Inside brackets of our own, every value is an element and none needs the parser's other
     // rules for a lone scalar.
@@ -164,5 +165,5 @@ bool readJsonTree(std::string_view text, ZoValue& value)
         memory.parser.iterate(memory.padded, memory.padded.capacity()).get(document);
     if (error == simdjson::MEMALLOC)
         throw std::bad_alloc();
-    return !error && readOnlyElement(document, value);
+    return !error && readOnlyElement(document, value, elements);
 }

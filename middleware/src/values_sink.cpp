@@ -17,7 +17,7 @@ bool ValuesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
     ZoValue& value = fValues[fRequest->position(place.reply, place.index)];
     switch (piece.kind) {
     case ReplyKind::Text:
-        value = decodeJson(piece.text);
+        value = decodeJson(piece.text, fElements);
         return true;
     case ReplyKind::Nil:
     case ReplyKind::TooLarge:

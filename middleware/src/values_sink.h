@@ -5,6 +5,7 @@
 
 #include <zo/value.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,6 +14,11 @@
 class ValuesSink : public ReplySink
 {
 public:
+    /// How many elements the arrays among the values may have, together; the array that goes beyond
+    /// is invalid alone. Replies of 64 MiB have fewer when their numbers have all digits, and would
+    /// become 1.3 GB of values when they are all zeros.
+    static constexpr std::int64_t fMaxElements = std::int64_t{1} << 22;
+
     /// A reply that was an error of the server.
     struct Refusal
     {
@@ -34,5 +40,6 @@ private:
 
     const std::shared_ptr<const ListRequest> fRequest;
     ZoValue::Elements fValues;
+    std::int64_t fElements = fMaxElements; ///< that may still come
     std::vector<Refusal> fRefusals;
 };
