@@ -5,6 +5,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <clocale>
 #include <cstdlib>
 
 namespace {
@@ -12,10 +13,11 @@ namespace {
 /// One less than a channel has values: no random colour is ever full white.
 constexpr int randomChannelValues = 255;
 
-void store(STMVal& record, const ZoValue& value)
+/// As in the plain locale: anything in the process may have set one in which 0.5 reads as 0.
+double readNumber(const std::string& text)
 {
-    record.type = ZoValue::typeName(value.getType());
-    value.toString(ZoNormal, record.value);
+    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    return strtod_l(text.c_str(), nullptr, plain);
 }
 
 /// Parsed from the text at every call: a graph plots exactly what the table shows.
@@ -23,7 +25,7 @@ std::optional<double> numberOf(const STMVal& record)
 {
     if (record.type != "int" && record.type != "float")
         return std::nullopt;
-    return std::strtod(record.value.c_str(), nullptr);
+    return readNumber(record.value);
 }
 
 } // namespace
@@ -48,7 +50,7 @@ std::string Model::subscribeModeToString(SubscribeMode mode)
     case SUBSCRIBE_EVERY:
         return "Every <nb> ms";
     case SUBSCRIBE_NONE:
-        return "No subcription"; // these very letters: it is a label that saved texts repeat
+        return "No subcription"; // these very letters: the mode is told by them
     case SUBSCRIBE_ON_DATA:
         return "Subscribe on data";
     default:
@@ -95,7 +97,7 @@ bool Model::refreshSTMVal(const std::string& name, const ZoValue& value)
     const ZoCriticalSectionWrite guard(fMutex);
     for (const auto& record : fSTMVals) {
         if (record->names.first == name) {
-            store(*record, value);
+            xStore(*record, value);
             return true;
         }
     }
@@ -113,8 +115,17 @@ void Model::refreshSTMVals(const ZoValue& request, const ZoValue& reply, KeyFind
             ownWrites = fMutex->writeCount();
         }
         if (STMVal* record = byKey.find(fSTMVals, request[i][0].asString()))
-            store(*record, reply[i]);
+            xStore(*record, reply[i]);
     }
+}
+
+/// By way of a text of its own, whose memory is used again: when that runs out halfway, the record
+/// still has its old text.
+void Model::xStore(STMVal& record, const ZoValue& value)
+{
+    record.type = ZoValue::typeName(value.getType());
+    value.toString(ZoNormal, fText);
+    record.value = fText;
 }
 
 bool Model::getDoubleVal(const std::string& alias, double& result) const
@@ -123,7 +134,8 @@ bool Model::getDoubleVal(const std::string& alias, double& result) const
     for (const auto& record : fSTMVals) {
         if (record->names.second == alias) {
             const std::optional<double> number = numberOf(*record);
-            result = number.value_or(result);
+            if (number)
+                result = *number;
             return number.has_value();
         }
     }

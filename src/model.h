@@ -94,4 +94,9 @@ public:
     SubscribeMode fSubscribeMode;
     int fTimePolicy; ///< period of SUBSCRIBE_EVERY, ms
     boost::shared_ptr<ZoMutexRW> fMutex;
+
+private:
+    void xStore(STMVal& record, const ZoValue& value);
+
+    std::string fText; ///< of the value being stored
 };

@@ -12,9 +12,11 @@
 
 #include <QtTest>
 
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <sys/mman.h>
 
 namespace {
 
@@ -24,6 +26,47 @@ boost::shared_ptr<STMVal> makeRecord(const std::string& name, const std::string&
     record->names = {name, alias};
     return record;
 }
+
+/// A number in memory that is not to be touched: whoever reads or writes it crashes.
+class UntouchableNumber
+{
+public:
+    UntouchableNumber()
+        : fPlace(mmap(nullptr, sizeof(double), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
+    {
+    }
+    ~UntouchableNumber() { munmap(fPlace, sizeof(double)); }
+    UntouchableNumber(const UntouchableNumber&) = delete;
+    UntouchableNumber& operator=(const UntouchableNumber&) = delete;
+
+    bool isThere() const { return fPlace != MAP_FAILED; }
+    double& number() const { return *static_cast<double*>(fPlace); }
+
+private:
+    void* fPlace;
+};
+
+/// The language of the process, or of one part of it, until the end of a scope.
+class Language
+{
+public:
+    Language(int category, const char* name)
+        : fCategory(category),
+          fPrevious(std::setlocale(category, nullptr)),
+          fIsSet(std::setlocale(category, name))
+    {
+    }
+    ~Language() { std::setlocale(fCategory, fPrevious.c_str()); }
+    Language(const Language&) = delete;
+    Language& operator=(const Language&) = delete;
+
+    bool isSet() const { return fIsSet; }
+
+private:
+    int fCategory;
+    std::string fPrevious;
+    bool fIsSet;
+};
 
 } // namespace
 
@@ -54,7 +97,12 @@ private slots:
     void numbersAreReadByAliasAndNotByKey();
     void onlyIntsAndFloatsAreNumbers();
     void aNumberIsParsedFromTheShownText();
+    void theResultIsLeftUntouchedWhereThereIsNoNumber();
     void floatsSurviveTheirText();
+    void numbersAreReadInAnyLanguage_data();
+    void numbersAreReadInAnyLanguage();
+    void everyFormOfANumberIsRead_data();
+    void everyFormOfANumberIsRead();
     void onlyTheFirstRecordOfAnAliasIsRead();
     void manyNumbersAreReadAsOneByOne();
     void manyNumbersOfNothingAreNone();
@@ -63,6 +111,7 @@ private slots:
     void aRequestThatFitsNoReplyIsAnErrorAndLeavesTheLockFree();
     void readersMayReadTogether();
     void changesWaitForReaders();
+    void readersWaitForAChange();
 };
 
 void TestModel::aNewRecordIsEmptyWithARandomColour()
@@ -363,6 +412,72 @@ void TestModel::floatsSurviveTheirText()
     QVERIFY(std::isnan(stored(Limits::quiet_NaN())));
 }
 
+void TestModel::theResultIsLeftUntouchedWhereThereIsNoNumber()
+{
+    Model model;
+    model.addSTMVal("text", "text");
+    model.addSTMVal("unread", "unread");
+    model.refreshSTMVal("text", ZoValue("7"));
+    const UntouchableNumber untouchable;
+    QVERIFY(untouchable.isThere());
+    for (const char* alias : {"text", "unread", "none"})
+        QVERIFY(!model.getDoubleVal(alias, untouchable.number()));
+}
+
+void TestModel::numbersAreReadInAnyLanguage_data()
+{
+    QTest::addColumn<int>("category");
+    QTest::newRow("of the whole process") << LC_ALL;
+    QTest::newRow("of its numbers") << LC_NUMERIC;
+}
+
+void TestModel::numbersAreReadInAnyLanguage()
+{
+    QFETCH(int, category);
+    Model model;
+    for (const double value : {0.5, -1234.75, 1e300}) {
+        const std::string name = std::to_string(model.fSTMVals.size());
+        model.addSTMVal(name, name);
+        model.refreshSTMVal(name, ZoValue(value));
+    }
+    const Language german(category, "de_DE.UTF-8");
+    QVERIFY(german.isSet());
+    QCOMPARE(std::strtod("0.5", nullptr), 0.0);
+    double number = 0;
+    QVERIFY(model.getDoubleVal("0", number));
+    QCOMPARE(number, 0.5);
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> numbers;
+    model.getDoubleVals({"2", "1", "0"}, byAlias, numbers);
+    QVERIFY((numbers == std::vector<std::optional<double>>{1e300, -1234.75, 0.5}));
+}
+
+void TestModel::everyFormOfANumberIsRead_data()
+{
+    QTest::addColumn<QString>("text");
+    for (const char* text :
+         {"",         " ",   "7",       "+7",   "-7",   " \t\n 7", "007",     ".5",     "5.",
+          "-.5e1",    "1e",  "1e+",     "1e5x", "0x",   "0x1.8p1", "-0X1P-3", "inf",    "-INFINITY",
+          "infinit",  "nan", "NaN(12)", "nan(", "-nan", "1e999",   "-1e999",  "1e-999", "4.9e-324",
+          "2.4e-324", "1,5", "1.5,5",   "--1",  "+-1",  "one"})
+        QTest::newRow(*text ? text : "empty") << text;
+}
+
+/// The test runs in the plain language, in which the C library's own function is the measure.
+void TestModel::everyFormOfANumberIsRead()
+{
+    QFETCH(QString, text);
+    Model model;
+    model.addSTMVal("k", "a");
+    model.fSTMVals[0]->type = "float";
+    model.fSTMVals[0]->value = text.toStdString();
+    const double expected = std::strtod(text.toStdString().c_str(), nullptr);
+    double found = 42;
+    QVERIFY(model.getDoubleVal("a", found));
+    QVERIFY(found == expected || (std::isnan(found) && std::isnan(expected)));
+    QCOMPARE(std::signbit(found), std::signbit(expected));
+}
+
 void TestModel::onlyTheFirstRecordOfAnAliasIsRead()
 {
     Model model;
@@ -502,6 +617,34 @@ void TestModel::changesWaitForReaders()
         QVERIFY(after.succeeds());
     }
     QVERIFY(model.fSTMVals.empty());
+}
+
+void TestModel::readersWaitForAChange()
+{
+    Model model;
+    model.addSTMVal("k", "a");
+    const auto readOne = [&] {
+        double number = 0;
+        return model.getDoubleVal("a", number) ? number : 0;
+    };
+    const auto readMany = [&] {
+        AliasFinder byAlias;
+        std::vector<std::optional<double>> numbers;
+        model.getDoubleVals({"a"}, byAlias, numbers);
+        return numbers[0].value_or(0);
+    };
+    for (const std::function<double()>& read : {std::function<double()>(readOne), {readMany}}) {
+        std::future<double> reader;
+        {
+            const ZoCriticalSectionWrite writer(model.fMutex);
+            model.fSTMVals[0]->type = "int";
+            model.fSTMVals[0]->value = "1";
+            reader = std::async(std::launch::async, read);
+            QCOMPARE(reader.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+            model.fSTMVals[0]->value = "2";
+        }
+        QCOMPARE(reader.get(), 2.0);
+    }
 }
 
 QTEST_APPLESS_MAIN(TestModel)

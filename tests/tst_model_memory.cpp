@@ -1,0 +1,168 @@
+#include "support/guarded_test.h"
+#include "support/lock_state.h"
+
+#include "model.h"
+#include "record_finder.h"
+
+#include <QtTest>
+
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr int unlimited = std::numeric_limits<int>::max();
+thread_local int allowed = unlimited; ///< so many allocations succeed yet
+thread_local int allocations = 0;
+
+void* allocate(std::size_t size)
+{
+    ++allocations;
+    if (allowed <= 0)
+        return nullptr;
+    if (allowed != unlimited)
+        --allowed;
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    if (void* memory = allocate(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+namespace {
+
+/// Whether `action` gets along with this many allocations.
+template <class Action>
+bool succeedsWith(int count, Action action)
+{
+    allowed = count;
+    try {
+        action();
+    } catch (const std::bad_alloc&) {
+        allowed = unlimited;
+        return false;
+    }
+    allowed = unlimited;
+    return true;
+}
+
+template <class Action>
+int allocationsOf(Action action)
+{
+    const int before = allocations;
+    action();
+    return allocations - before;
+}
+
+/// Keys with values of many lengths, each as long at every exchange.
+struct Exchange
+{
+    explicit Exchange(Model& model)
+    {
+        request.arraySetSize(fCount);
+        reply.arraySetSize(fCount);
+        for (int i = 0; i < fCount; ++i) {
+            const std::string name = "a name beyond the small text buffer " + std::to_string(i);
+            model.addSTMVal(name, name);
+            request[i].arraySetSize(2);
+            request[i][0] = name;
+            reply[i] = std::string(std::size_t(i * 7919 % 500), 'x');
+        }
+    }
+
+    static constexpr int fCount = 100;
+    ZoValue request;
+    ZoValue reply;
+};
+
+} // namespace
+
+/// What reading and storing ask of the memory, and what stays when there is none.
+class TestModelMemory : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aTextThatCannotBeStoredLeavesTheOldOne();
+    void storingTextsAsLongAsBeforeAllocatesNothing();
+    void readingTheSameNumbersAgainAllocatesNothing();
+    void aRecordThatCannotBeAddedIsNotThere();
+};
+
+void TestModelMemory::aTextThatCannotBeStoredLeavesTheOldOne()
+{
+    const ZoValue value(std::vector<std::string>(40, "a text beyond the small text buffer"));
+    int failures = 0;
+    for (bool stored = false; !stored; failures += stored ? 0 : 1) {
+        Model model;
+        model.addSTMVal("k", "a");
+        model.refreshSTMVal("k", ZoValue("old"));
+        stored = succeedsWith(failures, [&] { model.refreshSTMVal("k", value); });
+        QCOMPARE(model.fSTMVals[0]->value, stored ? value.toString(ZoNormal) : std::string("old"));
+        QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(model.fMutex).succeeds());
+    }
+    QVERIFY(failures > 1); // halfway through the text, too
+}
+
+void TestModelMemory::storingTextsAsLongAsBeforeAllocatesNothing()
+{
+    Model model;
+    const Exchange exchange(model);
+    KeyFinder byKey;
+    const auto store = [&] { model.refreshSTMVals(exchange.request, exchange.reply, byKey); };
+    QVERIFY(allocationsOf(store) > 0);
+    QCOMPARE(allocationsOf(store), 0);
+    QCOMPARE(allocationsOf([&] {
+                 for (int i = 0; i < Exchange::fCount; ++i)
+                     model.refreshSTMVal(exchange.request[i][0].asString(), exchange.reply[i]);
+             }),
+             0);
+}
+
+void TestModelMemory::readingTheSameNumbersAgainAllocatesNothing()
+{
+    Model model;
+    const Exchange exchange(model);
+    std::vector<std::string> aliases;
+    for (const auto& record : model.fSTMVals) {
+        record->type = "float";
+        aliases.push_back(record->names.second);
+    }
+    AliasFinder byAlias;
+    std::vector<std::optional<double>> numbers;
+    const auto read = [&] { model.getDoubleVals(aliases, byAlias, numbers); };
+    QVERIFY(allocationsOf(read) > 0);
+    QCOMPARE(allocationsOf(read), 0);
+}
+
+void TestModelMemory::aRecordThatCannotBeAddedIsNotThere()
+{
+    const std::string name = "a name beyond the small text buffer";
+    int failures = 0;
+    for (bool added = false; !added; failures += added ? 0 : 1) {
+        Model model;
+        added = succeedsWith(failures, [&] { model.addSTMVal(name, name); });
+        QCOMPARE(model.fSTMVals.size(), std::size_t(added ? 1 : 0));
+        QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(model.fMutex).succeeds());
+    }
+    QVERIFY(failures > 2);
+}
+
+QTEST_APPLESS_MAIN(TestModelMemory)
+#include "tst_model_memory.moc"
