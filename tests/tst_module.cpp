@@ -106,6 +106,8 @@ private slots:
     void noWatchingImpliesNoGraphing();
     void flagsAreChangedByAliasAndOnTheFirstRecordOnly();
     void flagChangesWaitForReaders();
+    void aFetchWaitsForAChangeOfTheKeys();
+    void threadsFetchChangeAndReadTogether();
     void manyFlagsAreChangedAsOneByOne();
     void manyFlagsOfNothingChangeNothing();
     void repeatedFetchesAskForTheKeysOfTheMoment();
@@ -509,6 +511,121 @@ void TestModule::flagChangesWaitForReaders()
         QCOMPARE(bench.record(0).graph, graph);
         QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
     }
+}
+
+void TestModule::aFetchWaitsForAChangeOfTheKeys()
+{
+    Bench bench;
+    bench.module.addSTMVal("old", "a");
+    std::future<void> fetch;
+    {
+        const ZoCriticalSectionWrite writer(bench.model().fMutex);
+        fetch = std::async(std::launch::async, [&] { bench.module.getDatas(true); });
+        QCOMPARE(fetch.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        bench.model().fSTMVals[0]->names.first = "new";
+    }
+    fetch.get();
+    QCOMPARE(bench.memory.calls.size(), std::size_t{1});
+    QVERIFY(bench.memory.calls[0].second == requestOf({"new"}));
+}
+
+namespace {
+
+/// Runs `step` over and over in a thread of its own, as long as it lives.
+class Repeated
+{
+public:
+    explicit Repeated(std::function<void()> step)
+        : fThread([this, step = std::move(step)] {
+              while (!fEnds) {
+                  step();
+                  ++fSteps;
+              }
+          })
+    {
+    }
+    ~Repeated()
+    {
+        fEnds = true;
+        fThread.join();
+    }
+    Repeated(const Repeated&) = delete;
+    Repeated& operator=(const Repeated&) = delete;
+
+    int steps() const { return fSteps; }
+
+private:
+    std::atomic<bool> fEnds{false};
+    std::atomic<int> fSteps{0};
+    std::thread fThread;
+};
+
+/// What a panel, its graph and a writer of files do with a model, each as one step.
+std::vector<std::function<void()>> everydayWork(Module& module)
+{
+    const boost::shared_ptr<Model> model = module.fModel;
+    return {
+        [&module] { module.getDatas(true); },
+        [&module] { module.getDatas(false); },
+        [&module] { module.watchStmVal("a5", true); },
+        [&module] { module.graphStmVal("a7", false); },
+        [&module] {
+            module.watchStmVals({"a1", "a7"}, false);
+        },
+        [&module] {
+            module.graphStmVals({"a5", "a1"}, true);
+        },
+        [model] { model->refreshSTMVal("k3", ZoValue(0.5)); },
+        [model] {
+            model->addSTMVal("k3", "more");
+            const ZoCriticalSectionWrite guard(model->fMutex);
+            model->fSTMVals.resize(10);
+        },
+        [model] {
+            double number = 0;
+            model->getDoubleVal("a3", number);
+        },
+        [model, byAlias = AliasFinder(), numbers = std::vector<std::optional<double>>()]() mutable {
+            model->getDoubleVals({"a3", "a9", "more", "none"}, byAlias, numbers);
+        },
+        [model] {
+            const ZoCriticalSectionRead guard(model->fMutex);
+            std::size_t length = 0;
+            for (const auto& record : model->fSTMVals)
+                length += record->type.size() + record->value.size() + record->watch;
+            QVERIFY(length < 1000);
+        },
+    };
+}
+
+} // namespace
+
+/// For the data-race checks: whatever goes without its lock here is seen by them.
+void TestModule::threadsFetchChangeAndReadTogether()
+{
+    Bench bench;
+    for (int i = 0; i < 10; ++i)
+        bench.module.addSTMVal("k" + std::to_string(i), "a" + std::to_string(i));
+    std::atomic<int> value{0};
+    bench.memory.answer = [&](const ZoValue& request) {
+        ZoValue reply = request;
+        for (int i = 0; i < reply.getSize(); ++i)
+            reply[i] = ++value;
+        bench.memory.calls.clear();
+        return reply;
+    };
+    {
+        std::vector<std::unique_ptr<Repeated>> threads;
+        for (auto& work : everydayWork(bench.module))
+            threads.push_back(std::make_unique<Repeated>(std::move(work)));
+        const auto isEnough = [](const auto& thread) { return thread->steps() >= 200; };
+        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(threads.begin(), threads.end(), isEnough), 60000);
+    }
+    bench.module.getDatas(true);
+    QCOMPARE(bench.record(0).type, std::string("int"));
+    QCOMPARE(bench.record(9).value, std::to_string(value));
+    QVERIFY(LockAttempt::with<ZoCriticalSection>(bench.module.fMutex).succeeds());
+    QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
 }
 
 void TestModule::manyFlagsAreChangedAsOneByOne()
