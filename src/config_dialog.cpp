@@ -1,16 +1,15 @@
 #include "config_dialog.h"
 
+#include "config_files.h"
 #include "config_manager.h"
-#include "file_extension.h"
 #include "latin1.h"
+#include "modal_dialog.h"
 #include "module.h"
 #include "stmlist_dialog.h"
 
-#include <QCoreApplication>
-#include <QFileDialog>
 #include <QFontInfo>
 #include <QIcon>
-#include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -45,11 +44,6 @@ void fitTexts(const QList<QPushButton*>& buttons, int width)
     }
 }
 
-QString fileFilter()
-{
-    return ConfigDialog::tr(configFileFilter().constData());
-}
-
 void addChosen(Module& module, const QList<QPair<QString, QString>>& chosen)
 {
     std::vector<std::string> aliases;
@@ -74,7 +68,7 @@ ConfigDialog::ConfigDialog(boost::shared_ptr<Module> module, const std::string& 
     setFixedSize(dialogWidth, dialogHeight);
     setWindowTitle("Glimmet configuration");
     auto* layout = new QVBoxLayout(this);
-    const QString images = QString::fromStdString(imageDir);
+    const QString images = fromLatin1(imageDir);
     auto* create = new QPushButton(QIcon(images + fNewImage), "New configuration file", this);
     auto* open = new QPushButton(QIcon(images + fOpenImage), "Open configuration file", this);
     auto* all = new QPushButton("Do not use a config file (slow)", this);
@@ -93,16 +87,18 @@ void ConfigDialog::xOnOpen()
     const boost::shared_ptr<Module> module = fModule.lock();
     if (!module)
         return;
-    const QString name = QFileDialog::getOpenFileName(
-        this, tr("Open File"), QCoreApplication::applicationDirPath(), fileFilter());
-    if (name.isEmpty())
+    const QPointer<ConfigDialog> self(this);
+    const ConfigFiles files(*this);
+    const QString name = files.askToOpen(tr("Open File"));
+    if (!self || name.isEmpty())
         return;
     try {
         ConfigManager::loadConfigurationFile(module, name);
         accept();
     } catch (const std::runtime_error& error) {
-        QMessageBox::warning(this, tr("Error"), tr(error.what()));
-        reject();
+        files.showError(tr(error.what()));
+        if (self)
+            reject();
     }
 }
 
@@ -113,29 +109,23 @@ void ConfigDialog::xOnNew()
         return;
     std::vector<std::string> names;
     module->getListDatas(names);
-    StmListDialog dialog(names, this);
-    if (dialog.exec() != QDialog::Accepted)
+    const QPointer<ConfigDialog> self(this);
+    ModalDialog<StmListDialog> dialog(names, this);
+    if (!dialog.isAccepted())
         return;
-    addChosen(*module, dialog.chosen());
-    xSaveAliases(dialog.chosen());
-    accept();
+    const QList<QPair<QString, QString>> chosen = dialog->chosen();
+    addChosen(*module, chosen);
+    xSaveAliases(chosen);
+    if (self)
+        accept();
 }
 
 // What is saved is the whole model, which holds more than the list when it was not empty before.
 void ConfigDialog::xSaveAliases(const QList<QPair<QString, QString>>& /*list*/)
 {
     const boost::shared_ptr<Module> module = fModule.lock();
-    if (!module)
-        return;
-    const QString name = QFileDialog::getSaveFileName(
-        this, tr("Save configuration file"), QCoreApplication::applicationDirPath(), fileFilter());
-    if (name.isEmpty())
-        return;
-    try {
-        ConfigManager::saveConfigurationFile(module->fModel, withConfigFileExtension(name));
-    } catch (const std::runtime_error& error) {
-        QMessageBox::warning(this, tr("Error"), QString::fromUtf8(error.what()));
-    }
+    if (module)
+        ConfigFiles(*this).save(module->fModel);
 }
 
 void ConfigDialog::xOnAll()

@@ -20,7 +20,7 @@ class ConfigDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// `imageDir` is put before the names of the images as it stands.
+    /// `imageDir`, in Latin-1, is put before the names of the images as it stands.
     ConfigDialog(boost::shared_ptr<Module> module, const std::string& imageDir, QWidget* parent);
 
     static const QString fOpenImage;

@@ -1,6 +1,8 @@
 #include "interface.h"
 
 #include "config_dialog.h"
+#include "latin1.h"
+#include "modal_dialog.h"
 #include "module.h"
 #include "widget.h"
 
@@ -34,15 +36,14 @@ TarvekWidget* Interface::getWidget(QWidget* parent, const std::string& ip, int p
 
     auto module = boost::make_shared<Module>(proxy);
     proxy.reset(); // the module alone owns it from here on
-    auto* panel = new Widget(module, QString::fromLatin1(imageDir.c_str()), parent);
+    const QPointer<Widget> panel = new Widget(module, fromLatin1(imageDir), parent);
     fPanel = panel;
     module->fGCInterface = panel;
 
-    ConfigDialog dialog(module, imageDir, parent);
-    const std::string title = "Tarvek Desktop (connected to " + ip + ")";
-    parent->setWindowTitle(QString::fromLatin1(title.c_str()));
-    if (!dialog.exec()) {
-        delete panel;
+    ModalDialog<ConfigDialog> dialog(module, imageDir, parent);
+    parent->setWindowTitle(fromLatin1("Tarvek Desktop (connected to " + ip + ")"));
+    if (!dialog.isAccepted() || !panel) {
+        delete panel.data(); // already gone when the host has deleted its window meanwhile
         fPanel = nullptr;
         return nullptr;
     }

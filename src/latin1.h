@@ -4,8 +4,9 @@
 
 #include <string>
 
-/// Robot memory and configuration files hold bytes; the views show each byte as the Latin-1
-/// character it is, and turn it back into the same byte.
+/// Robot memory, configuration files and the host's folder of images are bytes to the panel; it
+/// shows each byte as the Latin-1 character it is, and turns it back into the same byte. Other
+/// characters, which a user may type into an alias, become a question mark each.
 inline QString fromLatin1(const std::string& bytes)
 {
     return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));

@@ -5,7 +5,6 @@
 
 #include <QColorDialog>
 #include <QDialogButtonBox>
-#include <QMetaMethod>
 #include <QtTest>
 
 #include <climits>
@@ -59,7 +58,6 @@ private slots:
     void initTestCase();
     void isASmallSquareInTheColour();
     void theSquareIsFullAtBothDensities();
-    void itsOneSlotOpensTheChooser();
     void aConfirmedColourIsTakenOver();
     void aCancelledChooserChangesNothing();
     void escapeCancels();
@@ -103,13 +101,6 @@ void TestColorButton::theSquareIsFullAtBothDensities()
         const int all = picture.width() * picture.height();
         QVERIFY2(filled > all / 2, qPrintable(QString("%1 of %2").arg(filled).arg(all)));
     }
-}
-
-void TestColorButton::itsOneSlotOpensTheChooser()
-{
-    const QMetaObject& meta = ColorButton::staticMetaObject;
-    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
-    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("xOnClick()"));
 }
 
 void TestColorButton::aConfirmedColourIsTakenOver()

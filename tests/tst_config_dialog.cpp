@@ -1,4 +1,5 @@
 #include "config_dialog.h"
+#include "latin1.h"
 #include "model.h"
 #include "module.h"
 #include "stmlist_dialog.h"
@@ -14,7 +15,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
@@ -40,6 +40,16 @@ struct Start
     {
         ConfigDialog dialog(module, "", nullptr);
         return dialog.exec();
+    }
+
+    /// Runs the dialog as the child of a window that may be deleted meanwhile.
+    int runInWindow() { return (new ConfigDialog(module, "", window.get()))->exec(); }
+
+    /// Deletes that window once a dialog of this kind is in front.
+    template <class Dialog>
+    void closeTheWindowBehind()
+    {
+        user.then<Dialog>([this](Dialog&) { window.reset(); });
     }
 
     void press(const QString& text)
@@ -91,10 +101,32 @@ struct Start
     std::vector<std::string> keys = {"Leg/Knee", "Arm/Elbow", "Device/Raw"};
     FakeMemory memory;
     boost::shared_ptr<Module> module;
+    std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
     ModalDriver user;
     QString warningTitle;
     QString warningText;
     QMessageBox::StandardButtons warningButtons;
+};
+
+/// Ends the start-up dialog with a result of its own if it is in front again after a warning.
+class StartShownAgain
+{
+public:
+    static constexpr int fResult = 42;
+
+    explicit StartShownAgain(const Start& start)
+    {
+        QObject::connect(&fTimer, &QTimer::timeout, [this, &start] {
+            auto* front = qobject_cast<ConfigDialog*>(QApplication::activeModalWidget());
+            if (front && !start.warningText.isNull() && ++fLooks > 3)
+                front->done(fResult);
+        });
+        fTimer.start(5);
+    }
+
+private:
+    QTimer fTimer;
+    int fLooks = 0;
 };
 
 } // namespace
@@ -106,7 +138,6 @@ class TestConfigDialog : public GuardedTest
 private slots:
     void initTestCase();
     void init();
-    void itHasThreePrivateSlots();
     void itShowsThreeButtonsInAFixedSize();
     void textsFitTheButtonsInAnyFont();
     void imagesAreFoundBehindThePrefix();
@@ -114,9 +145,13 @@ private slots:
     void aFileIsOpened();
     void theOpenDialogAsksForXmlFilesInTheProgramsFolder();
     void cancellingTheOpenDialogLeavesTheStartOpen();
+    void openingTakesExistingFilesOnly();
     void aFailedOpenEndsTheStart_data();
     void aFailedOpenEndsTheStart();
+    void aFileThatWentMissingEndsTheStart();
     void chosenKeysAreGraphedAndSaved();
+    void anEditedAliasIsGraphedAndSaved();
+    void everyDialogBelongsToTheStart();
     void theSaveDialogAsksForXmlFilesInTheProgramsFolder();
     void cancellingTheChoiceLeavesTheStartOpen();
     void cancellingTheSaveAcceptsAllTheSame();
@@ -130,6 +165,8 @@ private slots:
     void closingRejects();
     void withoutAModuleNothingHappens();
     void theModuleIsNotKeptAlive();
+    void theWindowMayBeDeletedMeanwhile_data();
+    void theWindowMayBeDeletedMeanwhile();
 
 private:
     QString path(const QString& name) const { return fFolder->filePath(name); }
@@ -147,18 +184,6 @@ void TestConfigDialog::init()
 {
     fFolder = std::make_unique<QTemporaryDir>();
     QVERIFY(fFolder->isValid());
-}
-
-void TestConfigDialog::itHasThreePrivateSlots()
-{
-    const QMetaObject& meta = ConfigDialog::staticMetaObject;
-    QList<QByteArray> signatures;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
-        QCOMPARE(meta.method(i).access(), QMetaMethod::Private);
-        signatures += meta.method(i).methodSignature();
-    }
-    QCOMPARE(signatures, QList<QByteArray>({"xOnOpen()", "xOnNew()", "xOnAll()"}));
 }
 
 void TestConfigDialog::itShowsThreeButtonsInAFixedSize()
@@ -208,7 +233,7 @@ void TestConfigDialog::imagesAreFoundBehindThePrefix()
     QVERIFY(image.save(prefix + "buttons/new.png"));
     image.fill(Qt::blue);
     QVERIFY(image.save(prefix + "buttons/open.png"));
-    const ConfigDialog dialog(Start().module, prefix.toStdString(), nullptr);
+    const ConfigDialog dialog(Start().module, toLatin1(prefix), nullptr);
     const auto colorOf = [&dialog](const QString& text) {
         return buttonOf(dialog, text)->icon().pixmap(16).toImage().pixelColor(8, 8);
     };
@@ -305,12 +330,102 @@ void TestConfigDialog::aFailedOpenEndsTheStart()
     start.press(openText);
     start.answerFileDialog(name);
     start.readWarning();
+    const StartShownAgain again(start);
     QCOMPARE(start.run(), int(QDialog::Rejected));
     QVERIFY(start.user.isDone());
     QCOMPARE(start.warningTitle, QString("Error"));
     QCOMPARE(start.warningText, message.arg(name));
     QCOMPARE(start.warningButtons, QMessageBox::StandardButtons(QMessageBox::Ok));
     QVERIFY(start.values().empty());
+}
+
+void TestConfigDialog::openingTakesExistingFilesOnly()
+{
+    Start start;
+    QFileDialog::FileMode mode{};
+    QFileDialog::AcceptMode direction{};
+    start.press(openText);
+    start.user.then<QFileDialog>([&](QFileDialog& dialog) {
+        mode = dialog.fileMode();
+        direction = dialog.acceptMode();
+        dialog.reject();
+    });
+    start.giveUp<ConfigDialog>();
+    QCOMPARE(start.run(), int(QDialog::Rejected));
+    QCOMPARE(mode, QFileDialog::ExistingFile);
+    QCOMPARE(direction, QFileDialog::AcceptOpen);
+}
+
+void TestConfigDialog::aFileThatWentMissingEndsTheStart()
+{
+    const QString name = path("keys.xml");
+    writeBytes(name, "<stm_viewer><stm_value name='a' alias='b'/></stm_viewer>");
+    Start start;
+    start.press(openText);
+    start.user.then<QFileDialog>([name](QFileDialog& dialog) {
+        QObject::connect(&dialog, &QFileDialog::fileSelected, [name] { QFile::remove(name); });
+        dialog.findChild<QLineEdit*>("fileNameEdit")->setText(name);
+        QTest::keyClick(dialog.findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
+    });
+    start.readWarning();
+    const StartShownAgain again(start);
+    QCOMPARE(start.run(), int(QDialog::Rejected));
+    QVERIFY(start.user.isDone());
+    QCOMPARE(start.warningText, "Failed to open location " + name +
+                                    " for reading.\nConfiguration file will not be loaded.");
+    QVERIFY(start.values().empty());
+}
+
+void TestConfigDialog::anEditedAliasIsGraphedAndSaved()
+{
+    Start start;
+    start.press(newText);
+    start.user.then<StmListDialog>([](StmListDialog& dialog) {
+        auto* item = dialog.findChild<QListWidget*>()->findItems("Leg/Knee", Qt::MatchExactly)[0];
+        item->setText(QString("genou ") + QChar(0xe9));
+        item->setCheckState(Qt::Checked);
+        QTest::mouseClick(buttonOf(dialog, "Ok"), Qt::LeftButton);
+    });
+    start.answerFileDialog(path("keys.xml"));
+    QCOMPARE(start.run(), int(QDialog::Accepted));
+    QCOMPARE(start.values().size(), std::size_t(1));
+    QCOMPARE(start.values()[0]->names,
+             std::make_pair(std::string("Leg/Knee"), std::string("genou \xe9")));
+    QVERIFY(start.values()[0]->graph && start.values()[0]->watch);
+
+    Start next;
+    next.press(openText);
+    next.answerFileDialog(path("keys.xml"));
+    QCOMPARE(next.run(), int(QDialog::Accepted));
+    QCOMPARE(next.values().size(), std::size_t(1));
+    QCOMPARE(next.values()[0]->names, start.values()[0]->names);
+    QVERIFY(next.values()[0]->graph);
+}
+
+void TestConfigDialog::everyDialogBelongsToTheStart()
+{
+    Start start;
+    QStringList parents;
+    const auto note = [&parents](const QWidget& dialog) {
+        const QWidget* parent = dialog.parentWidget();
+        parents += parent ? parent->metaObject()->className() : "none";
+    };
+    start.press(newText);
+    start.user.then<StmListDialog>([note](StmListDialog& dialog) {
+        note(dialog);
+        dialog.onOk();
+    });
+    start.user.then<QFileDialog>([this, note](QFileDialog& dialog) {
+        note(dialog);
+        dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path("none/keys"));
+        QTest::keyClick(dialog.findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
+    });
+    start.user.then<QMessageBox>([note](QMessageBox& box) {
+        note(box);
+        box.accept();
+    });
+    QCOMPARE(start.run(), int(QDialog::Accepted));
+    QCOMPARE(parents, (QStringList{"ConfigDialog", "ConfigDialog", "ConfigDialog"}));
 }
 
 void TestConfigDialog::chosenKeysAreGraphedAndSaved()
@@ -492,6 +607,50 @@ void TestConfigDialog::theModuleIsNotKeptAlive()
     Start start;
     const ConfigDialog dialog(start.module, "", nullptr);
     QCOMPARE(start.module.use_count(), 1L);
+}
+
+void TestConfigDialog::theWindowMayBeDeletedMeanwhile_data()
+{
+    QTest::addColumn<QString>("open");
+    for (const char* open : {"start", "file to open", "complaint on opening", "choice",
+                             "file to save", "complaint on saving"})
+        QTest::newRow(open) << open;
+}
+
+void TestConfigDialog::theWindowMayBeDeletedMeanwhile()
+{
+    QFETCH(QString, open);
+    writeBytes(path("other.xml"), "<other/>");
+    Start start;
+    const bool saves = open == "file to save" || open == "complaint on saving";
+    if (open == "start") {
+        start.closeTheWindowBehind<ConfigDialog>();
+    } else if (open == "file to open") {
+        start.press(openText);
+        start.closeTheWindowBehind<QFileDialog>();
+    } else if (open == "complaint on opening") {
+        start.press(openText);
+        start.answerFileDialog(path("other.xml"));
+        start.closeTheWindowBehind<QMessageBox>();
+    } else if (open == "choice") {
+        start.press(newText);
+        start.closeTheWindowBehind<StmListDialog>();
+    } else {
+        start.press(newText);
+        start.choose({"Arm/Elbow"});
+        if (open == "complaint on saving") {
+            start.answerFileDialog(path("none/keys.xml"));
+            start.closeTheWindowBehind<QMessageBox>();
+        } else {
+            start.closeTheWindowBehind<QFileDialog>();
+        }
+    }
+    QCOMPARE(start.runInWindow(), int(QDialog::Rejected));
+    QVERIFY(start.user.isDone());
+    QVERIFY(!start.window);
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(start.values().size(), std::size_t(saves ? 1 : 0));
+    QVERIFY(!QFile::exists(path("keys.xml")));
 }
 
 QTEST_MAIN(TestConfigDialog)

@@ -5,7 +5,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -62,7 +61,6 @@ class TestGraph : public GuardedTest
 private slots:
     void startsEmptyAndStill();
     void constantsAreTheGivenOnes();
-    void slotsStandInTheirOrder();
     void addingAKeyTwiceKeepsItsCurve();
     void removingDropsTheCurveOnly();
     void initStartsSampling();
@@ -114,15 +112,6 @@ void TestGraph::constantsAreTheGivenOnes()
     QCOMPARE(Graph::fMinYPossible, -2147483647.0);
     QCOMPARE(Graph::fMaxYPossible, 2147483647.0);
     QCOMPARE(Graph::fDefaultColor, QColor(70, 188, 236, 255));
-}
-
-void TestGraph::slotsStandInTheirOrder()
-{
-    const QMetaObject& meta = Graph::staticMetaObject;
-    QCOMPARE(meta.methodCount() - meta.methodOffset(), 2);
-    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("setPlay(bool)"));
-    QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QList<QByteArray>{"pPlay"});
-    QCOMPARE(meta.method(meta.methodOffset() + 1).methodSignature(), QByteArray("xUpdateTime()"));
 }
 
 void TestGraph::addingAKeyTwiceKeepsItsCurve()

@@ -8,7 +8,6 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
-#include <QMetaMethod>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -80,7 +79,6 @@ class TestGraphConfig : public GuardedTest
     Q_OBJECT
 
 private slots:
-    void slotsStandInTheirOrder();
     void controlsAreMadeInTheirOrder();
     void controlsStandInTheirPlaces();
     void theStripStartsAsTheGraphIs();
@@ -101,18 +99,6 @@ private slots:
     void onlyTheCheckedStateIsAutoscale();
     void withoutGraphTheStripIsWholeAndIdle();
 };
-
-void TestGraphConfig::slotsStandInTheirOrder()
-{
-    const QMetaObject& meta = GraphConfig::staticMetaObject;
-    QStringList found;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        found += meta.method(i).methodSignature() + ' ' + meta.method(i).parameterNames().value(0);
-    }
-    QCOMPARE(found, QStringList({"xOnChangePlayMode(bool) pChecked", "xSpeedChanged(double) pSpeed",
-                                 "xMinYChange(double) pMin", "xMaxYChange(double) pMax",
-                                 "xAutoScaleChange(int) pState"}));
-}
 
 void TestGraphConfig::controlsAreMadeInTheirOrder()
 {

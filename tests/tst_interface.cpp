@@ -30,7 +30,6 @@ private slots:
     void thereIsOneInstance();
     void aDeletedInstanceIsMadeAnew();
     void answersToItsNames();
-    void declaresNoSignalsSlotsOrPropertiesOfItsOwn();
     void needsAConnection();
     void acceptingTheDialogGivesThePanelAfterOneFullFetch();
     void aChosenFileFillsThePanel();
@@ -39,6 +38,13 @@ private slots:
     void wrongPasswordThrows();
     void eachPanelHasItsOwnConnection();
     void theParentIsKeptEvenWhenItThrows();
+    void theDialogStandsBeforeARetitledWindowWithItsPanel();
+    void theTableIsFilledOnceAndBeforeTheFetch();
+    void aFileThatCannotBeReadGivesNoPanel();
+    void dialogAndPanelFindImagesInTheSameFolder();
+    void theParentMayBeDeletedMeanwhile_data();
+    void theParentMayBeDeletedMeanwhile();
+    void thePanelMayBeDeletedMeanwhile();
 
 private:
     QObject* instance() const;
@@ -46,6 +52,7 @@ private:
     TarvekWidget* open();
     int fetches() const;
 
+    std::string fImageDir;
     QScopedPointer<RedisServer> fRobot;
     QScopedPointer<QWidget> fParent;
     QLibrary fLibrary{GLIMMET_PLUGIN};
@@ -53,17 +60,30 @@ private:
 
 namespace {
 
-const std::string imageDir = "/images/";
+void press(const QDialog& dialog, const QString& text)
+{
+    for (auto* button : dialog.findChildren<QPushButton*>()) {
+        if (button->text() == text) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            return; // the dialog may be gone
+        }
+    }
+}
 
 /// Clicks the start-up dialog's button with this text as soon as the dialog is shown.
 void choose(const QString& text)
 {
     whenShown({}, [text](QDialog& dialog) {
         QCOMPARE(dialog.windowTitle(), QString("Glimmet configuration"));
-        for (auto* button : dialog.findChildren<QPushButton*>())
-            if (button->text() == text)
-                QTest::mouseClick(button, Qt::LeftButton);
+        press(dialog, text);
     });
+}
+
+/// The colour in the middle of a button's icon; invalid when it has none.
+QColor colorOf(const QPushButton& button)
+{
+    const QPixmap picture = button.icon().pixmap(16);
+    return picture.isNull() ? QColor() : picture.toImage().pixelColor(8, 8);
 }
 
 void cancel()
@@ -89,6 +109,7 @@ QStringList exportedSymbols()
 
 void TestInterface::init()
 {
+    fImageDir = "/images/";
     fRobot.reset(new RedisServer);
     fRobot->command({"SET", "Arm/Angle", "0.5"});
     fRobot->command({"SET", "Name", "\"Robin\""});
@@ -113,7 +134,7 @@ QObject* TestInterface::instance() const
 
 TarvekWidget* TestInterface::open()
 {
-    return panels()->getWidget(fParent.data(), "127.0.0.1", fRobot->port(), imageDir);
+    return panels()->getWidget(fParent.data(), "127.0.0.1", fRobot->port(), fImageDir);
 }
 
 /// How often values were fetched from the robot.
@@ -182,14 +203,6 @@ void TestInterface::answersToItsNames()
     QCOMPARE(object->qt_metacast(nullptr), static_cast<void*>(nullptr));
 }
 
-void TestInterface::declaresNoSignalsSlotsOrPropertiesOfItsOwn()
-{
-    const QMetaObject* meta = instance()->metaObject();
-    QCOMPARE(meta->methodCount(), meta->methodOffset());
-    QCOMPARE(meta->propertyCount(), meta->propertyOffset());
-    QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
-}
-
 void TestInterface::needsAConnection()
 {
     QVERIFY(panels()->requiresConnection());
@@ -229,9 +242,7 @@ void TestInterface::aChosenFileFillsThePanel()
     whenShown({}, [file](QDialog& dialog) {
         whenShown("QFileDialog",
                   [file](QDialog& files) { chooseFile(static_cast<QFileDialog&>(files), file); });
-        for (auto* button : dialog.findChildren<QPushButton*>())
-            if (button->text() == "Open configuration file")
-                QTest::mouseClick(button, Qt::LeftButton);
+        press(dialog, "Open configuration file");
     });
     TarvekWidget* panel = open();
     QVERIFY(panel);
@@ -290,6 +301,117 @@ void TestInterface::theParentIsKeptEvenWhenItThrows()
     panels()->fParent = nullptr;
     QVERIFY_EXCEPTION_THROWN(open(), ZoError);
     QCOMPARE(panels()->fParent, fParent.data());
+}
+
+void TestInterface::theDialogStandsBeforeARetitledWindowWithItsPanel()
+{
+    bool wasShown = false;
+    whenShown({}, [&](QDialog& dialog) {
+        wasShown = true;
+        QCOMPARE(dialog.parentWidget(), fParent.data());
+        QCOMPARE(fParent->windowTitle(), QString("Tarvek Desktop (connected to 127.0.0.1)"));
+        QVERIFY(panels()->fPanel && panels()->fPanel->parentWidget() == fParent.data());
+        const auto* table = panels()->fPanel->findChild<QTreeWidget*>();
+        QCOMPARE(table->topLevelItemCount(), 0);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    QCOMPARE(open(), nullptr);
+    QVERIFY(wasShown);
+}
+
+void TestInterface::theTableIsFilledOnceAndBeforeTheFetch()
+{
+    QList<int> fetchesAtFilling;
+    whenShown({}, [&](QDialog& dialog) {
+        const auto* table = panels()->fPanel->findChild<QTreeWidget*>();
+        connect(table->model(), &QAbstractItemModel::rowsInserted, &dialog,
+                [&] { fetchesAtFilling += fetches(); });
+        press(dialog, "Do not use a config file (slow)");
+    });
+    QVERIFY(open());
+    QCOMPARE(fetchesAtFilling, QList<int>{0});
+    QCOMPARE(fetches(), 1);
+}
+
+void TestInterface::aFileThatCannotBeReadGivesNoPanel()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("keys.xml");
+    QVERIFY(QFile(file).open(QIODevice::WriteOnly));
+    whenShown({}, [file](QDialog& dialog) {
+        whenShown("QFileDialog", [file](QDialog& files) {
+            whenShown("QMessageBox", [](QDialog& box) { QTest::keyClick(&box, Qt::Key_Return); });
+            chooseFile(static_cast<QFileDialog&>(files), file);
+        });
+        press(dialog, "Open configuration file");
+    });
+    QCOMPARE(open(), nullptr);
+    QCOMPARE(panels()->fPanel, nullptr);
+    QVERIFY(fParent->findChildren<QWidget*>().isEmpty());
+    QCOMPARE(fetches(), 0);
+}
+
+void TestInterface::dialogAndPanelFindImagesInTheSameFolder()
+{
+    const QTemporaryDir folder;
+    const QString prefix = folder.filePath(QString("gr") + QChar(0xfc) + "n-");
+    QVERIFY(QDir().mkpath(prefix + "buttons"));
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(image.save(prefix + "buttons/open.png"));
+    fImageDir = prefix.toLatin1().toStdString();
+    QColor inDialog;
+    whenShown({}, [&inDialog](QDialog& dialog) {
+        for (const auto* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == "Open configuration file")
+                inDialog = colorOf(*button);
+        press(dialog, "Do not use a config file (slow)");
+    });
+    const TarvekWidget* panel = open();
+    QVERIFY(panel);
+    QCOMPARE(inDialog, QColor(Qt::red));
+    QColor inPanel;
+    for (const auto* button : panel->findChildren<QPushButton*>())
+        if (button->toolTip() == "Open")
+            inPanel = colorOf(*button);
+    QCOMPARE(inPanel, QColor(Qt::red));
+}
+
+void TestInterface::theParentMayBeDeletedMeanwhile_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("start") << QString() << "ConfigDialog";
+    QTest::newRow("file") << "Open configuration file"
+                          << "QFileDialog";
+    QTest::newRow("choice") << "New configuration file"
+                            << "StmListDialog";
+}
+
+void TestInterface::theParentMayBeDeletedMeanwhile()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, dialog);
+    whenShown("ConfigDialog", [&](QDialog& start) {
+        whenShown(dialog, [this](QDialog&) { fParent.reset(); });
+        press(start, button);
+    });
+    QCOMPARE(open(), nullptr);
+    QVERIFY(!fParent);
+    QCOMPARE(panels()->fPanel, nullptr);
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(fetches(), 0);
+}
+
+void TestInterface::thePanelMayBeDeletedMeanwhile()
+{
+    whenShown({}, [this](QDialog& dialog) {
+        delete panels()->fPanel;
+        press(dialog, "Do not use a config file (slow)");
+    });
+    QCOMPARE(open(), nullptr);
+    QCOMPARE(panels()->fPanel, nullptr);
+    QCOMPARE(fetches(), 0);
 }
 
 HOST_TEST_MAIN(TestInterface)

@@ -1,0 +1,63 @@
+#include "config_files.h"
+
+#include "config_manager.h"
+#include "file_extension.h"
+#include "modal_dialog.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include <stdexcept>
+
+namespace {
+
+/// Empty when the user cancels.
+QString chosenFile(ModalDialog<QFileDialog>& dialog)
+{
+    return dialog.isAccepted() ? dialog->selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+QString ConfigFiles::askToOpen(const QString& caption) const
+{
+    ModalDialog<QFileDialog> dialog(&fParent, caption, QCoreApplication::applicationDirPath(),
+                                    xFilter());
+    dialog->setAcceptMode(QFileDialog::AcceptOpen);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    return chosenFile(dialog);
+}
+
+void ConfigFiles::save(const boost::shared_ptr<const Model>& model) const
+{
+    ModalDialog<QFileDialog> dialog(&fParent, xTr("Save configuration file"),
+                                    QCoreApplication::applicationDirPath(), xFilter());
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    const QString file = chosenFile(dialog);
+    if (file.isEmpty())
+        return;
+    try {
+        ConfigManager::saveConfigurationFile(model, withConfigFileExtension(file));
+    } catch (const std::runtime_error& error) {
+        showError(QString::fromUtf8(error.what()));
+    }
+}
+
+void ConfigFiles::showError(const QString& text) const
+{
+    ModalDialog<QMessageBox> box(QMessageBox::Warning, xTr("Error"), text, QMessageBox::Ok,
+                                 &fParent);
+    box->exec();
+}
+
+QString ConfigFiles::xFilter() const
+{
+    return xTr(configFileFilter().constData());
+}
+
+QString ConfigFiles::xTr(const char* text) const
+{
+    return fParent.metaObject()->tr(text, nullptr);
+}
