@@ -1,22 +1,28 @@
 #include "widget.h"
 
-#include "color_button.h"
+#include "config_files.h"
+#include "config_manager.h"
 #include "file_extension.h"
 #include "graph.h"
 #include "graph_config.h"
-#include "key_row.h"
+#include "kept_for_signal.h"
 #include "key_tree.h"
 #include "latin1.h"
 #include "module.h"
-#include "row_ranks.h"
+#include "row_builder.h"
+#include "row_flags.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QInputDialog>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTimer>
+
+#include <stdexcept>
 
 int Widget::fRefreshInterval = 100;
 const QString Widget::fRefreshImg = "buttons/refresh.png";
@@ -170,47 +176,12 @@ void Widget::resetTree()
     fTree->clear();
     fRows.clear();
     const ZoCriticalSectionRead lock(model->fMutex);
-    fTree->setSortingEnabled(false);
-    xFillTable(*model);
-    {
-        const RowRanks ranks(*fTree);
-        fTree->setSortingEnabled(true);
-    }
-    // Only now: buttons of rows that do not move any more cost less.
-    xTable().installButtons(fColColor, [this](QTreeWidgetItem& item) -> QWidget* {
-        const auto* row = dynamic_cast<KeyRow*>(&item);
-        return row ? new ColorButton(row->color(), fTree->viewport()) : nullptr;
-    });
-    for (const int column : {fColName, fColType, fColValue, fColWatch, fColGraph, fColColor})
-        fTree->resizeColumnToContents(column);
-}
-
-/// Makes all rows before the table gets any: it looks at them once.
-void Widget::xFillTable(const Model& model)
-{
-    QList<QTreeWidgetItem*> items;
-    items.reserve(static_cast<int>(model.fSTMVals.size()));
-    fRows.reserve(static_cast<int>(model.fSTMVals.size()));
-    for (const boost::shared_ptr<STMVal>& value : model.fSTMVals) {
-        QTreeWidgetItem* item = xMakeRow(*value);
-        if (value->graph && fGraph)
-            fGraph->addSTMValue(item->text(fColName), &value->color);
-        items.append(item);
-        fRows.append({value, item});
-    }
-    fTree->addTopLevelItems(items);
-}
-
-QTreeWidgetItem* Widget::xMakeRow(STMVal& value)
-{
-    auto* item = new KeyRow(value.color);
-    item->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
-    item->setText(fColName, fromLatin1(value.names.second));
-    item->setText(fColType, fromLatin1(value.type));
-    item->setText(fColValue, fromLatin1(value.value));
-    item->setCheckState(fColWatch, value.watch ? Qt::Checked : Qt::Unchecked);
-    item->setCheckState(fColGraph, value.graph ? Qt::Checked : Qt::Unchecked);
-    return item;
+    fRows = RowBuilder(xTable()).build(*model);
+    if (!fGraph)
+        return;
+    for (const boost::shared_ptr<STMVal>& value : model->fSTMVals)
+        if (value->graph)
+            fGraph->addSTMValue(fromLatin1(value->names.second), &value->color);
 }
 
 void Widget::refreshTree()
@@ -261,5 +232,126 @@ void Widget::xOnRefreshAll()
 {
     const boost::shared_ptr<Module> module = fModule;
     if (module)
+        module->getDatas(true);
+}
+
+void Widget::xOnItemClicked(QTreeWidgetItem* pItem, int pColumn)
+{
+    const boost::shared_ptr<Module> module = fModule;
+    if (!module || !pItem)
+        return;
+    const KeyTree::WriteBatch batch(xTable());
+    xUselessNameUpdate(pItem);
+    RowFlags flags(*module, fGraph, fRows);
+    if (pColumn == fColWatch)
+        flags.takeWatch(*pItem);
+    else if (pColumn == fColGraph)
+        flags.takeGraph(*pItem);
+}
+
+void Widget::xOnWatchAll(int pCheckState)
+{
+    xSetAll(fColWatch, pCheckState);
+}
+
+void Widget::xOnGraphAll(int pCheckState)
+{
+    xSetAll(fColGraph, pCheckState);
+}
+
+/// A click on the box of each row, but with one look-up of all keys.
+void Widget::xSetAll(int column, int checkState)
+{
+    const boost::shared_ptr<Module> module = fModule;
+    if (!module)
+        return;
+    const KeyTree::WriteBatch batch(xTable());
+    const QList<QTreeWidgetItem*> items = fTree->findItems(QString(), Qt::MatchContains, fColName);
+    for (QTreeWidgetItem* item : items) {
+        item->setData(column, Qt::CheckStateRole, checkState);
+        xUselessNameUpdate(item);
+    }
+    RowFlags flags(*module, fGraph, fRows);
+    if (column == fColWatch)
+        flags.takeWatch(items, checkState == Qt::Checked);
+    else
+        flags.takeGraph(items, checkState == Qt::Checked);
+}
+
+void Widget::xOnChangeSubscription(int /*pIndex*/)
+{
+    const boost::shared_ptr<Module> module = fModule;
+    if (!module)
+        return;
+    const Model::SubscribeMode mode =
+        Model::subscribeModeFromString(toLatin1(fSubscriptionBox->currentText()));
+    switch (mode) {
+    case Model::SUBSCRIBE_EVERY:
+        xAskForPeriod();
+        break;
+    case Model::SUBSCRIBE_ON_DATA:
+        module->changeSubscription(mode, 0);
+        break;
+    case Model::SUBSCRIBE_UNKNOWN:
+        break;
+    case Model::SUBSCRIBE_NONE:
+        fDataTimer->stop();
+        module->changeSubscription(mode, 0);
+        break;
+    }
+}
+
+void Widget::xAskForPeriod()
+{
+    const boost::shared_ptr<Model> model = xModel();
+    if (!model)
+        return;
+    const QPointer<Widget> self(this);
+    const KeptForSignal kept(fSubscriptionBox, this);
+    bool confirmed = false;
+    const int period =
+        QInputDialog::getInt(this, tr("Time interval"), tr("Get data every (ms):"),
+                             model->fTimePolicy, Model::fMinTime, Model::fMaxTime, 1, &confirmed);
+    if (!self)
+        return;
+    if (confirmed)
+        xSetPeriod(period);
+    else
+        fSubscriptionBox->setCurrentIndex(1);
+}
+
+void Widget::xSetPeriod(int period)
+{
+    fDataTimer->setInterval(period);
+    fDataTimer->start();
+    fModule->changeSubscription(Model::SUBSCRIBE_EVERY, period);
+}
+
+void Widget::xSaveConfig()
+{
+    const boost::shared_ptr<Module> module = fModule;
+    if (module)
+        ConfigFiles(*this).save(module->fModel);
+}
+
+void Widget::xLoadConfig()
+{
+    const boost::shared_ptr<Module> module = fModule;
+    if (!module)
+        return;
+    const QPointer<Widget> self(this);
+    const ConfigFiles files(*this);
+    const QString file = files.askToOpen(tr("Merge with File"));
+    if (!self || file.isEmpty())
+        return;
+    try {
+        ConfigManager::loadConfigurationFile(module, file);
+    } catch (const std::runtime_error& error) {
+        files.showError(QString::fromUtf8(error.what()));
+        return;
+    }
+    resetTree();
+    // Now, not with the next fetch: the graph takes a key without a value for no number.
+    if (module->fGCInterface && module->fMemoryProxy)
         module->getDatas(true);
 }

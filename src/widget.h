@@ -48,6 +48,9 @@ public:
 
     static const QString fFileExtension; ///< of configuration files
 
+    /// Each row's record and item, in the order in which the rows were made.
+    using Rows = QVector<QPair<boost::shared_ptr<const STMVal>, QTreeWidgetItem*>>;
+
     /// `imageDir` stands directly in front of an image's relative path, so it ends in a slash. A
     /// missing image gives an empty icon.
     Widget(boost::shared_ptr<Module> module, const QString& imageDir, QWidget* parent);
@@ -82,15 +85,9 @@ private:
 
     boost::shared_ptr<Model> xModel() const;
     KeyTree& xTable() const;
-    void xFillTable(const Model& model);
-    QTreeWidgetItem* xMakeRow(STMVal& value);
-
     void xSetAll(int column, int checkState);
-    void xShowWatched(QTreeWidgetItem& item, bool watch);
-    void xShowGraphed(QTreeWidgetItem& item, bool graph);
     void xAskForPeriod();
     void xSetPeriod(int period);
-    void xShowError(const QString& text);
 
     boost::shared_ptr<Module> fModule;
     Graph* fGraph;
@@ -99,6 +96,5 @@ private:
     QTimer* fTreeTimer; ///< repeats: xRefreshTree()
     QTimer* fDataTimer; ///< single shot, started again after each fetch: xOnRefresh()
     bool fTreeDirty;    ///< whether values changed since the cells were last written
-    /// Each row's record and item, in the order in which the rows were made.
-    QVector<QPair<boost::shared_ptr<const STMVal>, QTreeWidgetItem*>> fRows;
+    Rows fRows;
 };

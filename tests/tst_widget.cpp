@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QSplitter>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -17,15 +18,30 @@ void call(Widget& widget, const char* slot)
     QVERIFY(QMetaObject::invokeMethod(&widget, slot));
 }
 
-QStringList slotsOf(const QMetaObject& meta)
+/// What stands in a row of a layout, from the left: texts and tool tips, "|" for a stretch.
+QStringList contentsOf(const QLayout* row)
 {
-    QStringList signatures;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        signatures += QString("%1 %2").arg(QString(method.methodSignature()),
-                                           QString(method.parameterNames().join(',')));
+    QStringList contents;
+    for (int i = 0; row && i < row->count(); ++i) {
+        const QWidget* widget = row->itemAt(i)->widget();
+        if (row->itemAt(i)->spacerItem())
+            contents += "|";
+        else if (!widget)
+            contents += "?";
+        else if (!widget->toolTip().isEmpty())
+            contents += widget->toolTip();
+        else if (qobject_cast<const QComboBox*>(widget))
+            contents += "<modes>";
+        else
+            contents += widget->property("text").toString();
     }
-    return signatures;
+    return contents;
+}
+
+/// The colour in the middle of a button's icon.
+QColor colorOf(const QPushButton& button)
+{
+    return button.icon().pixmap(16).toImage().pixelColor(8, 8);
 }
 
 } // namespace
@@ -35,10 +51,12 @@ class WidgetTest : public GuardedTest
     Q_OBJECT
 
 private slots:
-    void slotsStandInTheirOrderWithTheirParameterNames();
     void constantsHaveTheirValues();
     void newPanelIsWholeAndEmpty();
+    void newPanelShowsNoKeyUntilItIsReset();
     void layoutIsTableLeftAndGraphRight();
+    void commandsStandInRowsBelowTheTable();
+    void everyButtonHasItsOwnImage();
     void subscriptionBoxOffersTwoModesAndAsksForNoPeriod();
     void timersRunWithTheirPeriods();
     void aNewPanelSetsTheModulesModeAndKeepsItsPeriod();
@@ -50,17 +68,6 @@ private slots:
     void panelCanBeMadeSmall();
     void panelCanBeClosedWhileValuesArrive();
 };
-
-void WidgetTest::slotsStandInTheirOrderWithTheirParameterNames()
-{
-    QCOMPARE(slotsOf(Widget::staticMetaObject),
-             (QStringList{"xRefreshTree() ", "xOnRefresh() ", "xOnRefreshAll() ",
-                          "xOnChangeSubscription(int) pIndex",
-                          "xOnItemClicked(QTreeWidgetItem*,int) pItem,pColumn",
-                          "xUselessNameUpdate(QTreeWidgetItem*) pItem", "xSaveConfig() ",
-                          "xLoadConfig() ", "xOnWatchAll(int) pCheckState",
-                          "xOnGraphAll(int) pCheckState"}));
-}
 
 void WidgetTest::constantsHaveTheirValues()
 {
@@ -97,6 +104,22 @@ void WidgetTest::newPanelIsWholeAndEmpty()
     }
 }
 
+void WidgetTest::newPanelShowsNoKeyUntilItIsReset()
+{
+    FakeMemory memory;
+    const auto module = boost::make_shared<Module>(memory.proxy());
+    module->addSTMVal("k", "a");
+    module->graphStmVal("a", true);
+    Widget widget(module, QString(), nullptr);
+    const auto* tree = widget.findChild<QTreeWidget*>();
+    QCOMPARE(tree->topLevelItemCount(), 0);
+    QVERIFY(widget.findChild<Graph*>()->fSeries.isEmpty());
+    widget.resetTree();
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QCOMPARE(widget.findChild<Graph*>()->fSeries.keys(), QStringList{"a"});
+    QVERIFY(memory.calls.empty());
+}
+
 void WidgetTest::layoutIsTableLeftAndGraphRight()
 {
     Panel panel;
@@ -112,10 +135,50 @@ void WidgetTest::layoutIsTableLeftAndGraphRight()
     QCOMPARE(right->itemAtPosition(0, 0)->widget(), panel.graph());
     QVERIFY(qobject_cast<GraphConfig*>(right->itemAtPosition(1, 0)->widget()));
     QCOMPARE(right->rowStretch(0), 1);
-    QStringList labels;
-    for (const QLabel* label : splitter->widget(0)->findChildren<QLabel*>())
-        labels += label->text();
-    QCOMPARE(labels, (QStringList{"Subscription Mode:", "Save/Merge config:"}));
+    QCOMPARE(panel.widget->layout()->count(), 1);
+    QCOMPARE(panel.widget->layout()->itemAt(0)->widget(), splitter);
+    QVERIFY(qobject_cast<QVBoxLayout*>(panel.widget->layout()));
+}
+
+void WidgetTest::commandsStandInRowsBelowTheTable()
+{
+    Panel panel;
+    const auto* splitter = panel.widget->findChild<QSplitter*>();
+    const auto* pane = qobject_cast<QGridLayout*>(splitter->widget(0)->layout());
+    QCOMPARE(pane->rowCount(), 3);
+    const auto* rows = qobject_cast<QVBoxLayout*>(pane->itemAtPosition(1, 0)->layout());
+    QVERIFY(rows);
+    QCOMPARE(rows->count(), 3);
+    QCOMPARE(contentsOf(rows->itemAt(0)->layout()), (QStringList{"Watch All", "Graph All", "|"}));
+    QCOMPARE(contentsOf(rows->itemAt(1)->layout()), (QStringList{"Refresh All", "|"}));
+    QCOMPARE(contentsOf(rows->itemAt(2)->layout()),
+             (QStringList{"Subscription Mode:", "<modes>", "|"}));
+    QCOMPARE(contentsOf(pane->itemAtPosition(2, 0)->layout()),
+             (QStringList{"Save/Merge config:", "Save", "Open", "|"}));
+    const auto* label = qobject_cast<QLabel*>(rows->itemAt(2)->layout()->itemAt(0)->widget());
+    QVERIFY(label);
+    QCOMPARE(label->buddy(), panel.subscriptionBox());
+}
+
+void WidgetTest::everyButtonHasItsOwnImage()
+{
+    const QTemporaryDir folder;
+    const QMap<QString, QColor> colors{
+        {"refresh", Qt::red}, {"save", Qt::green}, {"open", Qt::blue}};
+    QVERIFY(QDir(folder.path()).mkdir("buttons"));
+    for (auto color = colors.begin(); color != colors.end(); ++color) {
+        QImage image(16, 16, QImage::Format_RGB32);
+        image.fill(color.value());
+        QVERIFY(image.save(folder.filePath("buttons/" + color.key() + ".png")));
+    }
+    const Widget widget(boost::shared_ptr<Module>(), folder.path() + '/', nullptr);
+    QMap<QString, QColor> found;
+    for (const QPushButton* button : widget.findChildren<QPushButton*>())
+        if (!button->toolTip().isEmpty())
+            found[button->toolTip()] = colorOf(*button);
+    QCOMPARE(found.value("Refresh All"), colors["refresh"]);
+    QCOMPARE(found.value("Save"), colors["save"]);
+    QCOMPARE(found.value("Open"), colors["open"]);
 }
 
 void WidgetTest::subscriptionBoxOffersTwoModesAndAsksForNoPeriod()

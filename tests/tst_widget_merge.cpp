@@ -1,0 +1,198 @@
+#include "support/dialog_driver.h"
+#include "support/files.h"
+#include "support/guarded_test.h"
+#include "support/panel.h"
+#include "support/redis_server.h"
+#include "support/robot.h"
+
+#include <zo/error.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QByteArray fileWith(const QByteArray& flags)
+{
+    return "<stm_viewer><stm_value name=\"Arm/Angle\" alias=\"angle\" " + flags +
+           "><color red=\"1\" green=\"2\" blue=\"3\"/></stm_value></stm_viewer>";
+}
+
+const QByteArray graphedKey = fileWith("watch=\"1\" graph=\"1\"");
+const QByteArray graphedKeyThatIsNotWatched = fileWith("watch=\"0\" graph=\"1\"");
+const QByteArray plainKey = fileWith("watch=\"0\" graph=\"0\"");
+
+/// Merges a file of these bytes into the panel, as its user does.
+void merge(const Panel& panel, const QByteArray& bytes)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("keys.xml");
+    writeBytes(path, bytes);
+    const DialogDriver driver([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QVERIFY(driver.wasShown());
+}
+
+/// Shows a panel whose timers all run.
+void showLive(const Panel& panel)
+{
+    panel.widget->resetTree();
+    panel.widget->show();
+    QVERIFY(QTest::qWaitForWindowExposed(panel.widget.get()));
+}
+
+/// A panel on a real robot.
+struct RobotPanel : Panel
+{
+    RobotPanel()
+    {
+        robot.command({"SET", "Arm/Angle", "0.5"});
+        broker = ZoBroker::create("panel", "127.0.0.1", robot.port(), patientOptions());
+        module->fMemoryProxy = boost::make_shared<ZoMemoryProxy>(broker->getProxy("ZoMemory", 0));
+    }
+
+    RedisServer robot;
+    boost::shared_ptr<ZoBroker> broker;
+};
+
+int sampleCount(const Panel& panel)
+{
+    return panel.graph()->fSeries.value("angle").second.size();
+}
+
+} // namespace
+
+/// What a panel shows of keys that a file brings while it runs.
+class WidgetMergeTest : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void aCurveThatAFileBringsIsPlottedAtOnce();
+    void aValueThatNobodyWatchesIsShown();
+    void theTableIsMadeFirstAndValuesAreFetchedOnce();
+    void aCurveWhoseKeyIsNoNumberIsDropped();
+    void aCurveIsDroppedWhenItsValueCannotBeFetched();
+    void withoutAnObserverNothingIsFetched();
+    void withoutAMemoryNothingIsFetched();
+    void aFailedMergeFetchesNothing();
+};
+
+void WidgetMergeTest::initTestCase()
+{
+    GuardedTest::initTestCase();
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+}
+
+void WidgetMergeTest::aCurveThatAFileBringsIsPlottedAtOnce()
+{
+    RobotPanel panel;
+    showLive(panel);
+    merge(panel, graphedKey);
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QTRY_VERIFY(sampleCount(panel) >= 5);
+    QCOMPARE(panel.graph()->fSeries["angle"].second.first().second, 0.5);
+    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
+    panel.robot.command({"SET", "Arm/Angle", "1.5"});
+    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("1.5"));
+    QTRY_COMPARE(panel.graph()->fSeries["angle"].second.last().second, 1.5);
+}
+
+void WidgetMergeTest::aValueThatNobodyWatchesIsShown()
+{
+    RobotPanel panel;
+    showLive(panel);
+    merge(panel, plainKey);
+    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
+    QCOMPARE(panel.row("angle")->text(Widget::fColType), QString("float"));
+}
+
+void WidgetMergeTest::theTableIsMadeFirstAndValuesAreFetchedOnce()
+{
+    Panel panel;
+    panel.add("before");
+    showLive(panel);
+    panel.dataTimer()->stop();
+    QList<int> rowsAtFetch;
+    int keysFetched = 0;
+    panel.memory.answer = [&](const ZoValue& request) {
+        rowsAtFetch += panel.tree()->topLevelItemCount();
+        keysFetched = request.getSize();
+        return FakeMemory::echo(request);
+    };
+    int rebuilds = 0;
+    connect(panel.tree()->model(), &QAbstractItemModel::rowsInserted, [&] { ++rebuilds; });
+    merge(panel, plainKey);
+    QCOMPARE(rowsAtFetch, QList<int>{2});
+    QCOMPARE(keysFetched, 2);
+    QCOMPARE(rebuilds, 1);
+}
+
+void WidgetMergeTest::aCurveWhoseKeyIsNoNumberIsDropped()
+{
+    RobotPanel panel;
+    panel.robot.command({"SET", "Arm/Angle", "\"text\""});
+    showLive(panel);
+    merge(panel, graphedKey);
+    QTRY_VERIFY(panel.graph()->fSeries.isEmpty());
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("text"));
+}
+
+void WidgetMergeTest::aCurveIsDroppedWhenItsValueCannotBeFetched()
+{
+    Panel panel;
+    showLive(panel);
+    panel.memory.answer = [](const ZoValue&) -> ZoValue { throw ZoError("no link"); };
+    merge(panel, graphedKey);
+    QVERIFY(!panel.memory.calls.empty());
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QTRY_VERIFY(panel.graph()->fSeries.isEmpty());
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QVERIFY(panel.module->fModel->fSTMVals[0]->graph);
+    QCOMPARE(panel.row("angle")->text(Widget::fColValue), QString());
+}
+
+void WidgetMergeTest::withoutAnObserverNothingIsFetched()
+{
+    Panel panel;
+    showLive(panel);
+    panel.module->fGCInterface = nullptr;
+    merge(panel, graphedKeyThatIsNotWatched);
+    QCOMPARE(panel.tree()->topLevelItemCount(), 1);
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QVERIFY(panel.memory.calls.empty());
+}
+
+void WidgetMergeTest::withoutAMemoryNothingIsFetched()
+{
+    Panel panel;
+    showLive(panel);
+    panel.module->fMemoryProxy.reset();
+    merge(panel, graphedKeyThatIsNotWatched);
+    QCOMPARE(panel.tree()->topLevelItemCount(), 1);
+    QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
+    QVERIFY(panel.memory.calls.empty());
+}
+
+void WidgetMergeTest::aFailedMergeFetchesNothing()
+{
+    Panel panel;
+    panel.add("before");
+    showLive(panel);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("other.xml");
+    writeBytes(path, "<other/>");
+    std::unique_ptr<DialogDriver> box;
+    const DialogDriver driver([&](QWidget& dialog) {
+        QTimer::singleShot(0, [&box] { box = std::make_unique<DialogDriver>(acceptDialog); });
+        chooseFile(dialog, path);
+    });
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QVERIFY(box && box->wasShown());
+    QVERIFY(panel.memory.calls.empty());
+}
+
+QTEST_MAIN(WidgetMergeTest)
+#include "tst_widget_merge.moc"
