@@ -1,15 +1,14 @@
 #include "support/guarded_test.h"
+#include "support/sampled_graph.h"
 
-#include "graph.h"
-#include "model.h"
-
-#include <boost/make_shared.hpp>
+#include "graph_clock.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -28,29 +27,6 @@ protected:
     }
 };
 
-boost::shared_ptr<Model> modelWith(const QStringList& aliases)
-{
-    auto model = boost::make_shared<Model>();
-    for (const QString& alias : aliases) {
-        const std::string text = alias.toLatin1().toStdString();
-        model->addSTMVal("key/" + text, text);
-        model->refreshSTMVal("key/" + text, ZoValue(3));
-    }
-    return model;
-}
-
-QList<TimeValue>& samplesOf(Graph& graph, const QString& name)
-{
-    return graph.fSeries[name].second;
-}
-
-/// Runs steps without their own samples until one has pruned: the counter is the process's.
-void stepUntilPruned(Graph& graph)
-{
-    for (int i = 0; i < 10; ++i)
-        graph.xUpdateTime();
-}
-
 } // namespace
 
 /// Series, sampling, pruning and the automatic range.
@@ -66,16 +42,16 @@ private slots:
     void initStartsSampling();
     void initAgainTakesAFreshTimerAndClock();
     void samplesKeepTheirTimesWhenInitIsCalledAgain();
+    void timerAndClockEndWithTheGraph();
     void playBeforeInitIsIgnored();
     void pausingEmptiesEveryCurve();
+    void playingARunningGraphChangesNothing();
     void aStepSamplesEveryCurveByAlias();
     void aKeyThatIsNoNumberDropsOut();
     void latin1AliasesAreFound();
-    void everyTenthStepOfTheProcessPrunes();
-    void samplesBeyondTheSpanAreForgotten();
-    void speedZeroForgetsOnlyUnorderedSamples();
-    void sizeZeroAndSpeedZeroAreHarmless();
     void aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint();
+    void eachStepRepaints_data();
+    void eachStepRepaints();
     void aHiddenOrPausedGraphDoesNotPaint();
     void autoscaleFindsTheRange_data();
     void autoscaleFindsTheRange();
@@ -189,6 +165,24 @@ void TestGraph::samplesKeepTheirTimesWhenInitIsCalledAgain()
     QVERIFY(samplesOf(graph, "a").last().first >= before);
 }
 
+void TestGraph::timerAndClockEndWithTheGraph()
+{
+    const auto time = std::make_shared<qint64>(0);
+    QPointer<QTimer> timer;
+    {
+        Graph graph({}, nullptr);
+        graph.init();
+        *graph.fClock = GraphClock([time] { return *time; });
+        QCOMPARE(time.use_count(), 2);
+        graph.init();
+        QVERIFY2(time.use_count() == 2, "the clock before is deleted");
+        timer = graph.fTimer;
+        QVERIFY(timer);
+    }
+    QVERIFY(!timer);
+    QCOMPARE(time.use_count(), 1);
+}
+
 void TestGraph::playBeforeInitIsIgnored()
 {
     const auto model = modelWith({"a"});
@@ -219,7 +213,22 @@ void TestGraph::pausingEmptiesEveryCurve()
     QVERIFY(samplesOf(graph, "b").isEmpty());
     graph.setPlay(true);
     QVERIFY(graph.fTimer->isActive());
+    QCOMPARE(graph.fTimer->interval(), 40);
     QTRY_VERIFY(!samplesOf(graph, "b").isEmpty());
+}
+
+void TestGraph::playingARunningGraphChangesNothing()
+{
+    const auto model = modelWith({"a"});
+    Graph graph(model, nullptr);
+    graph.resize(800, 400);
+    graph.addSTMValue("a", nullptr);
+    graph.init();
+    graph.xUpdateTime();
+    graph.setPlay(true);
+    QVERIFY(graph.fTimer->isActive());
+    QCOMPARE(graph.fTimer->interval(), 40);
+    QCOMPARE(samplesOf(graph, "a").size(), 1);
 }
 
 void TestGraph::aStepSamplesEveryCurveByAlias()
@@ -265,67 +274,6 @@ void TestGraph::latin1AliasesAreFound()
     QCOMPARE(graph.fSeries.keys(), QStringList(alias));
 }
 
-void TestGraph::everyTenthStepOfTheProcessPrunes()
-{
-    const auto model = modelWith({"a"});
-    Graph one(model, nullptr);
-    Graph two(model, nullptr);
-    for (Graph* graph : {&one, &two}) {
-        graph->resize(800, 400);
-        graph->addSTMValue("a", nullptr);
-    }
-    stepUntilPruned(one);
-    int prunings = 0;
-    for (int step = 0; step < 40; ++step) {
-        Graph& graph = step % 2 == 0 ? one : two;
-        samplesOf(graph, "a") = {{-1000, 0}};
-        graph.xUpdateTime();
-        if (samplesOf(graph, "a").size() == 1)
-            ++prunings;
-    }
-    QCOMPARE(prunings, 4);
-}
-
-void TestGraph::samplesBeyondTheSpanAreForgotten()
-{
-    const auto model = modelWith({"a"});
-    Graph graph(model, nullptr);
-    graph.resize(800, 400);
-    graph.addSTMValue("a", nullptr);
-    samplesOf(graph, "a") = {{-8.5, 1}, {-4, 2}};
-    stepUntilPruned(graph);
-    QCOMPARE(samplesOf(graph, "a").first().first, -4.0);
-    graph.fSpeed = 1000;
-    stepUntilPruned(graph);
-    QVERIFY(samplesOf(graph, "a").first().first >= -0.8);
-    QCOMPARE(samplesOf(graph, "a").size(), 20);
-}
-
-void TestGraph::speedZeroForgetsOnlyUnorderedSamples()
-{
-    const auto model = modelWith({"a"});
-    Graph graph(model, nullptr);
-    graph.resize(800, 400);
-    graph.fSpeed = 0;
-    graph.addSTMValue("a", nullptr);
-    samplesOf(graph, "a") = {{-1e9, 1}, {-1, 2}, {-5, 3}};
-    stepUntilPruned(graph);
-    QCOMPARE(samplesOf(graph, "a").size(), 12);
-    QCOMPARE(samplesOf(graph, "a").at(0).first, -1e9);
-    QCOMPARE(samplesOf(graph, "a").at(1).first, -5.0);
-}
-
-void TestGraph::sizeZeroAndSpeedZeroAreHarmless()
-{
-    const auto model = modelWith({"a"});
-    Graph graph(model, nullptr);
-    graph.resize(0, 0);
-    graph.fSpeed = 0;
-    graph.addSTMValue("a", nullptr);
-    stepUntilPruned(graph);
-    QCOMPARE(samplesOf(graph, "a").size(), 10);
-}
-
 void TestGraph::aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint()
 {
     auto model = modelWith({"a"});
@@ -346,6 +294,31 @@ void TestGraph::aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint()
     QCOMPARE(graph.fPaints, paints);
     Graph never({}, nullptr);
     never.xUpdateTime();
+}
+
+void TestGraph::eachStepRepaints_data()
+{
+    QTest::addColumn<QStringList>("graphed");
+    QTest::newRow("a curve") << QStringList("a");
+    QTest::newRow("a curve that drops out") << QStringList("unknown");
+    QTest::newRow("no curve") << QStringList();
+}
+
+void TestGraph::eachStepRepaints()
+{
+    QFETCH(QStringList, graphed);
+    const auto model = modelWith({"a"});
+    CountingGraph graph(model, nullptr);
+    graph.init();
+    graph.fTimer->setInterval(std::numeric_limits<int>::max());
+    graph.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    for (const QString& name : graphed)
+        graph.addSTMValue(name, nullptr);
+    QCoreApplication::processEvents();
+    const int paints = graph.fPaints;
+    graph.xUpdateTime();
+    QTRY_COMPARE(graph.fPaints, paints + 1);
 }
 
 void TestGraph::aHiddenOrPausedGraphDoesNotPaint()

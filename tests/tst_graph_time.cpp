@@ -1,10 +1,7 @@
 #include "support/guarded_test.h"
+#include "support/sampled_graph.h"
 
-#include "graph.h"
 #include "graph_clock.h"
-#include "model.h"
-
-#include <boost/make_shared.hpp>
 
 #include <QtTest>
 
@@ -64,14 +61,6 @@ void run(qint64& time, const MovingKey& key, const QList<TimedGraph*>& graphs, i
         for (TimedGraph* graph : graphs)
             graph->xUpdateTime();
     }
-}
-
-QList<double> timesOf(const QList<TimeValue>& samples)
-{
-    QList<double> times;
-    for (const TimeValue& sample : samples)
-        times.append(sample.first);
-    return times;
 }
 
 } // namespace
