@@ -13,6 +13,15 @@
 
 namespace {
 
+QDoubleSpinBox* speedBoxOf(const GraphConfig& config)
+{
+    for (auto* box : config.findChildren<QDoubleSpinBox*>()) {
+        if (box != config.fMinBox && box != config.fMaxBox)
+            return box;
+    }
+    return nullptr;
+}
+
 /// A running graph without curves under its shown control strip.
 struct Panel
 {
@@ -31,14 +40,7 @@ struct Panel
 
     QCheckBox* autoscaleBox() const { return config->findChild<QCheckBox*>(); }
 
-    QDoubleSpinBox* speedBox() const
-    {
-        for (auto* box : config->findChildren<QDoubleSpinBox*>()) {
-            if (box != config->fMinBox && box != config->fMaxBox)
-                return box;
-        }
-        return nullptr;
-    }
+    QDoubleSpinBox* speedBox() const { return speedBoxOf(*config); }
 
     boost::shared_ptr<Model> model;
     Graph graph;
@@ -71,6 +73,18 @@ QImage iconOf(const QPushButton& button)
     return button.icon().pixmap(16, 16).toImage();
 }
 
+/// A green play image and a red pause image where the strip looks for them.
+bool saveImages(const QTemporaryDir& directory)
+{
+    QImage image(32, 32, QImage::Format_RGB32);
+    image.fill(Qt::green);
+    if (!QDir(directory.path()).mkdir("buttons") ||
+        !image.save(directory.filePath("buttons/play.png")))
+        return false;
+    image.fill(Qt::red);
+    return image.save(directory.filePath("buttons/pause.png"));
+}
+
 } // namespace
 
 /// The control strip, moved by mouse and keyboard.
@@ -83,11 +97,13 @@ private slots:
     void controlsStandInTheirPlaces();
     void theStripStartsAsTheGraphIs();
     void aManualGraphStartsWithEnabledBoxes();
+    void boxesShowTwoDecimalsAndStepByOne();
     void buildingTheStripChangesNothingInTheGraph();
     void thePlayButtonPausesAndResumes();
     void imagesComeFromTheImageDirectory();
     void missingImagesGiveEmptyIcons();
     void speedIsTypedInPixelsPerSecond();
+    void eachKeyPressedCounts();
     void aBottomAboveTheTopLiftsIt();
     void editingTheBottomCutsTheTopToAWholeNumber();
     void editingTheBottomLeavesAWholeTopAlone();
@@ -172,6 +188,16 @@ void TestGraphConfig::aManualGraphStartsWithEnabledBoxes()
     QVERIFY(config.fMinBox->isEnabled());
     QVERIFY(config.fMaxBox->isEnabled());
     QCOMPARE(graph.fSpeed, 250.0);
+    QCOMPARE(speedBoxOf(config)->value(), 250.0);
+}
+
+void TestGraphConfig::boxesShowTwoDecimalsAndStepByOne()
+{
+    const Panel panel;
+    for (const auto* box : panel.config->findChildren<QDoubleSpinBox*>()) {
+        QCOMPARE(box->decimals(), 2);
+        QCOMPARE(box->singleStep(), 1.0);
+    }
 }
 
 void TestGraphConfig::buildingTheStripChangesNothingInTheGraph()
@@ -182,6 +208,11 @@ void TestGraphConfig::buildingTheStripChangesNothingInTheGraph()
     QVERIFY(panel.graph.fAutoscale);
     QCOMPARE(panel.graph.fSpeed, 100.0);
     QVERIFY(panel.graph.fTimer->isActive());
+    Graph graph({}, nullptr);
+    graph.fSpeed = 5000;
+    const GraphConfig config(&graph, QString());
+    QCOMPARE(speedBoxOf(config)->value(), 1000.0);
+    QVERIFY2(graph.fSpeed == 5000, "the box's bounds hold for what is typed");
 }
 
 void TestGraphConfig::thePlayButtonPausesAndResumes()
@@ -198,14 +229,7 @@ void TestGraphConfig::thePlayButtonPausesAndResumes()
 void TestGraphConfig::imagesComeFromTheImageDirectory()
 {
     const QTemporaryDir directory;
-    QVERIFY(QDir(directory.path()).mkdir("buttons"));
-    QImage play(32, 32, QImage::Format_RGB32);
-    play.fill(Qt::green);
-    QVERIFY(play.save(directory.filePath("buttons/play.png")));
-    QImage pause(32, 32, QImage::Format_RGB32);
-    pause.fill(Qt::red);
-    QVERIFY(pause.save(directory.filePath("buttons/pause.png")));
-
+    QVERIFY(saveImages(directory));
     const Panel panel(directory.path() + "/");
     const QPushButton& button = *panel.config->fPlayButton;
     QCOMPARE(iconOf(button).pixelColor(8, 8), QColor(Qt::red));
@@ -232,6 +256,23 @@ void TestGraphConfig::speedIsTypedInPixelsPerSecond()
     QCOMPARE(panel.graph.fSpeed, 38.5);
     type(panel.speedBox(), "0");
     QCOMPARE(panel.graph.fSpeed, 0.0);
+}
+
+void TestGraphConfig::eachKeyPressedCounts()
+{
+    Panel panel;
+    click(panel.autoscaleBox());
+    const auto type45 = [](QDoubleSpinBox* box) {
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, "45");
+    };
+    type45(panel.speedBox());
+    QCOMPARE(panel.graph.fSpeed, 45.0);
+    type45(panel.config->fMaxBox);
+    QCOMPARE(panel.graph.fMaxY, 45.0);
+    type45(panel.config->fMinBox);
+    QCOMPARE(panel.graph.fMinY, 45.0);
 }
 
 void TestGraphConfig::aBottomAboveTheTopLiftsIt()
@@ -348,7 +389,9 @@ void TestGraphConfig::onlyTheCheckedStateIsAutoscale()
 
 void TestGraphConfig::withoutGraphTheStripIsWholeAndIdle()
 {
-    GraphConfig config(nullptr, QString());
+    const QTemporaryDir directory;
+    QVERIFY(saveImages(directory));
+    GraphConfig config(nullptr, directory.path() + "/");
     config.show();
     QCOMPARE(config.findChildren<QDoubleSpinBox*>().size(), 3);
     auto* autoscale = config.findChild<QCheckBox*>();
@@ -359,9 +402,11 @@ void TestGraphConfig::withoutGraphTheStripIsWholeAndIdle()
     QCOMPARE(config.fMaxBox->value(), 12.0);
     click(autoscale);
     QVERIFY(autoscale->isChecked());
-    QVERIFY2(config.fMinBox->isEnabled(), "no graph: the slot does nothing");
+    for (const QWidget* control : config.findChildren<QWidget*>())
+        QVERIFY2(control->isEnabled(), "no graph: the slot does nothing");
     QTest::mouseClick(config.fPlayButton, Qt::LeftButton);
     QVERIFY(!config.fPlayButton->isChecked());
+    QCOMPARE(iconOf(*config.fPlayButton).pixelColor(8, 8), QColor(Qt::red));
 }
 
 QTEST_MAIN(TestGraphConfig)
