@@ -24,6 +24,7 @@ private slots:
     void aValueMayLookLikeAnOption();
     void aPasswordIsAFilesFirstLine_data();
     void aPasswordIsAFilesFirstLine();
+    void aLineTooLongIsNoPassword();
     void mistakesAreNamed_data();
     void mistakesAreNamed();
 };
@@ -132,6 +133,14 @@ void TestCliCommandLine::aPasswordIsAFilesFirstLine()
     const std::string path = write(file, content).toStdString();
     QCOMPARE(readCommandLine({"--password-file", path, "list"}).options.password,
              password.toStdString());
+}
+
+void TestCliCommandLine::aLineTooLongIsNoPassword()
+{
+    QTemporaryFile file;
+    const std::string path = write(file, QByteArray(4097, 'x')).toStdString();
+    const QString mistake = mistakeIn({"--password-file", path, "list"});
+    QVERIFY2(mistake.contains("its first line is too long"), qPrintable(mistake));
 }
 
 void TestCliCommandLine::mistakesAreNamed_data()

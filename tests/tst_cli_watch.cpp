@@ -10,9 +10,6 @@
 #include <QTemporaryFile>
 #include <QtTest>
 
-#include <csignal>
-#include <unistd.h>
-
 using namespace std::chrono_literals;
 
 /// How the program `zo` watches a robot.
@@ -23,11 +20,11 @@ class TestCliWatch : public GuardedTest
 private slots:
     void secondsHaveThreeDecimals();
     void everyPollPrintsEveryKey();
-    void aLateAnswerDoesNotShiftThePollsAfterIt();
+    void pollsStandOnAGridHoweverLateEachIs();
+    void aPollIsNotMadeUpFor();
+    void aTickOnWhichAnAnswerEndsIsOver();
     void aLostRobotIsToldOnceAndItsReturnOnce();
     void aWrongNumberOfValuesIsNoAnswer();
-    void anEarlyWaitIsNotCutShort();
-    void aClosedOutputEndsTheWait();
 };
 
 namespace {
@@ -56,16 +53,18 @@ struct Watched
     QStringList messages;
 };
 
-Watched watched(const boost::shared_ptr<ZoProxy>& robot, const Watch& watch)
+Watched watched(const boost::shared_ptr<ZoProxy>& robot, const Watch& watch,
+                const WatchTime& time = realTime())
 {
     Watched seen;
     QTemporaryFile file;
     file.open();
     Output output(file.handle());
     ZoMemoryProxy memory(robot);
-    watchValues(memory, watch, output, [&seen](const std::string& message) {
+    const auto tell = [&seen](const std::string& message) {
         seen.messages += QString::fromStdString(message);
-    });
+    };
+    watchValues(memory, watch, output, tell, time);
     file.seek(0);
     seen.lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     return seen;
@@ -76,9 +75,30 @@ ZoValue oneValue(const ZoValue& value)
     return ZoValue::fromElements({value});
 }
 
-int millisecondsIn(const QString& line)
+/// A time that passes only where a test says so.
+class VirtualTime
 {
-    return qRound(line.section('\t', 0, 0).toDouble() * 1000);
+public:
+    std::chrono::milliseconds lateness{0}; ///< of each return from a wait
+
+    void pass(std::chrono::milliseconds time) { fNow += time; }
+
+    WatchTime face()
+    {
+        return {[this] { return fNow; },
+                [this](const Output&, WatchTime::Point then) { fNow = then + lateness; }};
+    }
+
+private:
+    WatchTime::Point fNow{1h};
+};
+
+QStringList seconds(const Watched& seen)
+{
+    QStringList times;
+    for (const QString& line : seen.lines)
+        times += line.section('\t', 0, 0);
+    return times;
 }
 
 } // namespace
@@ -103,20 +123,38 @@ void TestCliWatch::everyPollPrintsEveryKey()
     QVERIFY(seen.messages.isEmpty());
 }
 
-void TestCliWatch::aLateAnswerDoesNotShiftThePollsAfterIt()
+void TestCliWatch::pollsStandOnAGridHoweverLateEachIs()
 {
-    constexpr auto period = 20ms;
-    const auto robot = boost::make_shared<ScriptedRobot>([](int call) {
-        const QDeadlineTimer late(call == 1 ? 110 : 0);
-        while (!late.hasExpired())
-            QThread::yieldCurrentThread();
+    VirtualTime time;
+    time.lateness = 7ms;
+    const auto robot = boost::make_shared<ScriptedRobot>([&time](int call) {
+        time.pass(20ms);
         return oneValue(call);
     });
-    const Watched seen = watched(robot, {{"a"}, period, 4});
-    QCOMPARE(seen.lines.size(), 4);
-    // The ticks at 40 to 120 ms are over; the next poll waits for a later one, and comes once.
-    QVERIFY2(millisecondsIn(seen.lines[2]) >= 140, qPrintable(seen.lines[2]));
-    QVERIFY2(millisecondsIn(seen.lines[3]) >= 160, qPrintable(seen.lines[3]));
+    const Watched seen = watched(robot, {{"a"}, 100ms, 5}, time.face());
+    QCOMPARE(seconds(seen), (QStringList{"0.000", "0.107", "0.207", "0.307", "0.407"}));
+}
+
+void TestCliWatch::aPollIsNotMadeUpFor()
+{
+    VirtualTime time;
+    const auto robot = boost::make_shared<ScriptedRobot>([&time](int call) {
+        time.pass(call == 1 ? 350ms : 0ms); // over are the ticks at 200, 300 and 400 ms
+        return oneValue(call);
+    });
+    const Watched seen = watched(robot, {{"a"}, 100ms, 4}, time.face());
+    QCOMPARE(seconds(seen), (QStringList{"0.000", "0.100", "0.500", "0.600"}));
+}
+
+void TestCliWatch::aTickOnWhichAnAnswerEndsIsOver()
+{
+    VirtualTime time;
+    const auto robot = boost::make_shared<ScriptedRobot>([&time](int call) {
+        time.pass(call == 0 ? 99ms : 100ms);
+        return oneValue(call);
+    });
+    const Watched seen = watched(robot, {{"a"}, 100ms, 4}, time.face());
+    QCOMPARE(seconds(seen), (QStringList{"0.000", "0.100", "0.300", "0.500"}));
 }
 
 void TestCliWatch::aLostRobotIsToldOnceAndItsReturnOnce()
@@ -141,31 +179,6 @@ void TestCliWatch::aWrongNumberOfValuesIsNoAnswer()
     QCOMPARE(seen.lines.size(), 1);
     QCOMPARE(seen.messages.size(), 2);
     QVERIFY2(seen.messages[0].contains("0 values for 1 keys"), qPrintable(seen.messages[0]));
-}
-
-void TestCliWatch::anEarlyWaitIsNotCutShort()
-{
-    QTemporaryFile file;
-    file.open();
-    const auto then = std::chrono::steady_clock::now() + 30ms;
-    Output(file.handle()).waitUntil(then);
-    QVERIFY(std::chrono::steady_clock::now() >= then);
-    Output(file.handle()).waitUntil(then - 1s);
-}
-
-void TestCliWatch::aClosedOutputEndsTheWait()
-{
-    int ends[2] = {-1, -1};
-    QCOMPARE(::pipe(ends), 0);
-    ::close(ends[0]);
-    std::signal(SIGPIPE, SIG_IGN);
-    Output output(ends[1]);
-    const auto farAway = std::chrono::steady_clock::now() + 1h;
-    QVERIFY_EXCEPTION_THROWN(output.waitUntil(farAway), OutputClosed);
-    output.add("text");
-    QVERIFY_EXCEPTION_THROWN(output.flush(), OutputClosed);
-    ::close(ends[1]);
-    QVERIFY_EXCEPTION_THROWN(output.flush(), OutputError);
 }
 
 QTEST_APPLESS_MAIN(TestCliWatch)

@@ -331,6 +331,12 @@ void TestZoCli::anOutputThatCannotBeWrittenIsAFailure()
     const Ended closed = runInShell(ZO_PROGRAM " --help >&-");
     QCOMPARE(closed.status, 1);
     QCOMPARE(closed.errors, QByteArray("zo: cannot write the output: Bad file descriptor\n"));
+    // What it opens itself must not take the place of the closed output.
+    const RedisServer server;
+    const QString list = QString(ZO_PROGRAM " ") + at(server, {"get", "a"}).join(' ');
+    const Ended allClosed = runInShell(list + " <&- >&-");
+    QCOMPARE(allClosed.status, 1);
+    QCOMPARE(allClosed.errors, closed.errors);
 }
 
 void TestZoCli::anUnreachableRobotIsAFailure()

@@ -8,31 +8,32 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-/// Times at a fixed distance from each other.
+/// Times at a fixed distance from each other, the first of them `start`.
 class Ticks
 {
 public:
-    explicit Ticks(std::chrono::milliseconds period) : fPeriod(period), fNext(fStart) {}
-
-    std::chrono::milliseconds sinceStart() const
+    Ticks(WatchTime::Point start, std::chrono::milliseconds period)
+        : fStart(start), fPeriod(period), fNext(start)
     {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - fStart);
     }
 
-    /// The first one to come; those that are over are left out.
-    Clock::time_point next()
+    std::chrono::milliseconds sinceStart(WatchTime::Point now) const
     {
-        const auto over = (Clock::now() - fNext) / fPeriod;
+        return std::chrono::duration_cast<std::chrono::milliseconds>(now - fStart);
+    }
+
+    /// The first one behind `now`; those that are over are left out.
+    WatchTime::Point next(WatchTime::Point now)
+    {
+        const auto over = (now - fNext) / fPeriod;
         fNext += fPeriod * (over + 1);
         return fNext;
     }
 
 private:
+    const WatchTime::Point fStart;
     const std::chrono::milliseconds fPeriod;
-    const Clock::time_point fStart = Clock::now();
-    Clock::time_point fNext;
+    WatchTime::Point fNext;
 };
 
 /// Tells each change of the robot's presence once.
@@ -62,14 +63,19 @@ private:
 
 } // namespace
 
+WatchTime realTime()
+{
+    return {std::chrono::steady_clock::now, &Output::waitUntil};
+}
+
 void watchValues(ZoMemoryProxy& memory, const Watch& watch, Output& output,
-                 const std::function<void(const std::string&)>& tell)
+                 const std::function<void(const std::string&)>& tell, const WatchTime& time)
 {
     const ZoValue request = requestOf(watch.keys);
     Presence robot(tell);
-    Ticks ticks(watch.period);
+    Ticks ticks(time.now(), watch.period);
     for (int polls = 0; watch.count == 0 || polls < watch.count;) {
-        const std::string seconds = secondsText(ticks.sinceStart());
+        const std::string seconds = secondsText(ticks.sinceStart(time.now()));
         try {
             const ZoValue values = valuesOf(memory, request);
             robot.present();
@@ -82,7 +88,7 @@ void watchValues(ZoMemoryProxy& memory, const Watch& watch, Output& output,
             robot.lost(error);
         }
         if (watch.count == 0 || polls < watch.count)
-            output.waitUntil(ticks.next());
+            time.wait(output, ticks.next(time.now()));
     }
 }
 
