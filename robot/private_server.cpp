@@ -23,7 +23,7 @@ namespace {
 
 constexpr int programMissing = 127;
 constexpr auto startDeadline = std::chrono::seconds(10);
-constexpr int freePortAttempts = 5;
+constexpr std::size_t longestAnswer = 65536;
 
 /// A loopback socket, closed with the object.
 class LoopbackSocket
@@ -50,6 +50,23 @@ public:
         return ::connect(fFd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     }
 
+    /// What it answers to `command`, up to and with `end`; less when it does not.
+    std::string ask(const std::string& command, const std::string& end) const
+    {
+        const timeval patience{1, 0};
+        ::setsockopt(fFd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        ::send(fFd, command.data(), command.size(), MSG_NOSIGNAL);
+        std::string answer;
+        std::array<char, 4096> block{};
+        while (answer.find(end) == std::string::npos && answer.size() < longestAnswer) {
+            const ssize_t size = ::recv(fFd, block.data(), block.size(), 0);
+            if (size <= 0)
+                break;
+            answer.append(block.data(), static_cast<std::size_t>(size));
+        }
+        return answer;
+    }
+
     int port() const
     {
         sockaddr_in address{};
@@ -70,14 +87,6 @@ private:
 
     int fFd;
 };
-
-int freePort()
-{
-    const LoopbackSocket probe;
-    if (!probe.bindTo(0))
-        throw std::system_error(errno, std::generic_category(), "no free port on 127.0.0.1");
-    return probe.port();
-}
 
 [[noreturn]] void throwPortInUse(int port)
 {
@@ -143,12 +152,20 @@ pid_t spawn(std::vector<std::string> words, int log)
 
 } // namespace
 
-PrivateServer::PrivateServer(int port) : fPort(port)
+int PrivateServer::freePort()
+{
+    const LoopbackSocket probe;
+    if (!probe.bindTo(0))
+        throw std::system_error(errno, std::generic_category(), "no free port on 127.0.0.1");
+    return probe.port();
+}
+
+PrivateServer::PrivateServer(int port, const std::function<int()>& findPort) : fPort(port)
 {
     if (port != 0 && !LoopbackSocket().bindTo(port))
         throwPortInUse(port);
-    for (int attempt = 0; attempt < freePortAttempts; ++attempt) {
-        fPort = port != 0 ? port : freePort();
+    for (int attempt = 0; attempt < fFreePortAttempts; ++attempt) {
+        fPort = port != 0 ? port : findPort();
         if (start())
             return;
         if (log().find("in use") == std::string::npos)
@@ -182,7 +199,7 @@ bool PrivateServer::waitUntilListening()
 {
     const auto deadline = std::chrono::steady_clock::now() + startDeadline;
     while (isRunning()) {
-        if (LoopbackSocket().connectTo(fPort))
+        if (isListening())
             return true;
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("redis-server does not listen on port " +
@@ -190,6 +207,15 @@ bool PrivateServer::waitUntilListening()
         ::poll(nullptr, 0, 5);
     }
     return false;
+}
+
+/// Somebody else may listen there, who took the port first: then ours is about to end.
+bool PrivateServer::isListening() const
+{
+    const std::string process = "process_id:" + std::to_string(fPid) + "\r\n";
+    const LoopbackSocket socket;
+    return socket.connectTo(fPort) &&
+           socket.ask("INFO server\r\n", process).find(process) != std::string::npos;
 }
 
 bool PrivateServer::isRunning()

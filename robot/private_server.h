@@ -2,6 +2,7 @@
 
 #include <zo/address.h>
 
+#include <functional>
 #include <string>
 #include <sys/types.h>
 
@@ -13,9 +14,15 @@
 class PrivateServer
 {
 public:
-    /// Starts the server and waits until it listens. `port` 0 takes a free one. Throws
-    /// std::runtime_error that says what is missing or in the way.
-    explicit PrivateServer(int port);
+    static constexpr int fFreePortAttempts = 5;
+
+    /// A port of 127.0.0.1 that is free now; somebody else may take it before the server does.
+    static int freePort();
+
+    /// Starts the server and waits until it listens. `port` 0 takes one that `findPort` finds, and
+    /// another one when that is taken by then. Throws std::runtime_error that says what is missing
+    /// or in the way.
+    explicit PrivateServer(int port, const std::function<int()>& findPort = freePort);
     ~PrivateServer();
     PrivateServer(const PrivateServer&) = delete;
     PrivateServer& operator=(const PrivateServer&) = delete;
@@ -29,6 +36,7 @@ public:
 private:
     bool start();
     bool waitUntilListening();
+    bool isListening() const;
     std::string log() const;
 
     int fPort;
