@@ -27,6 +27,8 @@ private slots:
     void showsTheTextAsItIs();
     void goesOnWhileTheBoxIsOpen();
     void aTaskThatFailsEachTickGetsOneBox();
+    void anErrorOfATaskGetsABoxAgainAfterItWasAbsent();
+    void anotherErrorOfATaskGetsABoxAtOnce();
     void aUserWhoFailsTwiceGetsTwoBoxes();
     void oneBoxAtATime();
     void aBoxOverAModalDialogCanBeClosed();
@@ -143,6 +145,41 @@ void TestApplication::aTaskThatFailsEachTickGetsOneBox()
     QTRY_VERIFY(noted.size() > before + 5);
     QVERIFY(boxes().isEmpty());
     QCOMPARE(noted.last().at(0).toString(), QString("no value today"));
+}
+
+void TestApplication::anErrorOfATaskGetsABoxAgainAfterItWasAbsent()
+{
+    qint64 now = 1000000;
+    ErrorReporter errors([&now] { return now; });
+    const QSignalSpy noted(&errors, &ErrorReporter::noted);
+    const auto failAndLook = [&errors] {
+        errors.report(nullptr, "no value today", ErrorReporter::Origin::RunningWork);
+        const bool hasBox = !boxes().isEmpty();
+        for (QMessageBox* box : boxes())
+            clickOk(box);
+        return hasBox;
+    };
+    QVERIFY(failAndLook());
+    for (int repeated = 1; repeated <= 3; ++repeated) {
+        now += ErrorReporter::fQuietTime; // each one begins the quiet time anew
+        QVERIFY(!failAndLook());
+        QCOMPARE(noted.size(), repeated);
+    }
+    now += ErrorReporter::fQuietTime + 1;
+    QVERIFY(failAndLook());
+    QCOMPARE(noted.size(), 3);
+    QVERIFY(!failAndLook());
+}
+
+void TestApplication::anotherErrorOfATaskGetsABoxAtOnce()
+{
+    ErrorReporter errors([] { return 0; });
+    for (const char* text : {"no value", "no robot", "no value"}) {
+        errors.report(nullptr, text, ErrorReporter::Origin::RunningWork);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes()[0]->text(), QString(text));
+        clickOk(boxes()[0]);
+    }
 }
 
 void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes()

@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 
 #include <QLabel>
+#include <QStyle>
 #include <QtTest>
 
 /// What a window's status bar says about the connection.
@@ -12,9 +13,13 @@ class TestConnectionBar : public GuardedTest
 private slots:
     void saysSinceWhen();
     void saysTheDateOfATimeOfAnotherDay();
+    void itsIconShowsTheState();
     void saysWhyTheRobotIsLost();
     void saysWhatToDoWhenTheRobotIsBack();
     void aNoteHidesTheSentenceButNeverTheState();
+    void aNoteEndsByItself();
+    void aRefreshedBarKeepsItsNote();
+    void theTimeIsShownAnewNowAndThen();
     void aChangeOfStateEndsANote();
     void textsOfARobotAreShownAsTheyAre();
     void aLongReasonDoesNotWidenTheWindow();
@@ -22,6 +27,7 @@ private slots:
 
 namespace {
 
+constexpr int aDay = 24 * 60 * 60 * 1000; ///< ms
 const QDateTime noon(QDate(2026, 11, 20), QTime(12, 0, 0));
 
 ConnectionState up()
@@ -60,6 +66,26 @@ void TestConnectionBar::saysTheDateOfATimeOfAnotherDay()
              QString("Connected since 2026-11-20 12:00:00"));
 }
 
+void TestConnectionBar::itsIconShowsTheState()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    const auto shows = [&bar](QStyle::StandardPixmap icon) {
+        const QStyle* style = bar.style();
+        const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
+        const QImage wanted = style->standardIcon(icon).pixmap(size, size).toImage();
+        for (const QLabel* label : bar.findChildren<QLabel*>())
+            if (label->pixmap(Qt::ReturnByValue).toImage() == wanted)
+                return !wanted.isNull();
+        return false;
+    };
+    bar.showState(up());
+    QVERIFY(shows(QStyle::SP_DialogApplyButton));
+    QVERIFY(!shows(QStyle::SP_MessageBoxWarning));
+    bar.showState(down("It fell over."));
+    QVERIFY(shows(QStyle::SP_MessageBoxWarning));
+    QVERIFY(!shows(QStyle::SP_DialogApplyButton));
+}
+
 void TestConnectionBar::saysWhyTheRobotIsLost()
 {
     const QString text = connection_text::detail(down("robot:1 fell over"), "robot:1");
@@ -83,6 +109,41 @@ void TestConnectionBar::aNoteHidesTheSentenceButNeverTheState()
     bar.note("a word");
     QCOMPARE(detailLabel(bar)->text(), QString("a word"));
     QCOMPARE(stateLabel(bar)->text(), state);
+}
+
+void TestConnectionBar::aNoteEndsByItself()
+{
+    ConnectionBar bar("robot:1", {50, aDay}, nullptr);
+    bar.showState(up());
+    bar.note("a word");
+    QCOMPARE(detailLabel(bar)->text(), QString("a word"));
+    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+    bar.note("another");
+    QCOMPARE(detailLabel(bar)->text(), QString("another"));
+    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+}
+
+void TestConnectionBar::aRefreshedBarKeepsItsNote()
+{
+    ConnectionBar bar("robot:1", {aDay, 10}, nullptr);
+    bar.showState(up());
+    bar.note("a word");
+    for (int refresh = 0; refresh < 3; ++refresh) {
+        stateLabel(bar)->clear();
+        QTRY_VERIFY(!stateLabel(bar)->text().isEmpty());
+    }
+    QCOMPARE(detailLabel(bar)->text(), QString("a word"));
+}
+
+void TestConnectionBar::theTimeIsShownAnewNowAndThen()
+{
+    ConnectionBar bar("robot:1", {aDay, 10}, nullptr);
+    bar.showState(down("It fell over."));
+    const QString state = stateLabel(bar)->text();
+    stateLabel(bar)->setText("as it was yesterday");
+    detailLabel(bar)->clear();
+    QTRY_COMPARE(stateLabel(bar)->text(), state);
+    QVERIFY(detailLabel(bar)->text().contains("It fell over."));
 }
 
 void TestConnectionBar::aChangeOfStateEndsANote()

@@ -36,6 +36,11 @@ QString connection_text::detail(const ConnectionState& state, const QString& add
 }
 
 ConnectionBar::ConnectionBar(const QString& address, QWidget* parent)
+    : ConnectionBar(address, Times(), parent)
+{
+}
+
+ConnectionBar::ConnectionBar(const QString& address, const Times& times, QWidget* parent)
     : QWidget(parent),
       fAddress(address),
       fDetailLabel(new QLabel(this)),
@@ -53,9 +58,10 @@ ConnectionBar::ConnectionBar(const QString& address, QWidget* parent)
     fDetailLabel->setObjectName("connectionDetail");
     fBriefLabel->setObjectName("connectionState");
     fNoteTimer.setSingleShot(true);
+    fNoteTimer.setInterval(times.note);
     connect(&fNoteTimer, &QTimer::timeout, this, &ConnectionBar::xEndNote);
     connect(&fRefreshTimer, &QTimer::timeout, this, &ConnectionBar::xRefresh);
-    fRefreshTimer.start(fRefreshInterval);
+    fRefreshTimer.start(times.refresh);
 }
 
 void ConnectionBar::showState(const ConnectionState& state)
@@ -68,7 +74,7 @@ void ConnectionBar::showState(const ConnectionState& state)
 void ConnectionBar::note(const QString& text)
 {
     setDetail(text);
-    fNoteTimer.start(fNoteTime);
+    fNoteTimer.start();
 }
 
 void ConnectionBar::xRefresh()

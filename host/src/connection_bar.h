@@ -20,7 +20,15 @@ class ConnectionBar : public QWidget
     Q_OBJECT
 
 public:
+    /// In ms.
+    struct Times
+    {
+        int note = 10000;    ///< that a note is shown
+        int refresh = 60000; ///< yesterday's times get their date
+    };
+
     ConnectionBar(const QString& address, QWidget* parent);
+    ConnectionBar(const QString& address, const Times& times, QWidget* parent);
 
     void showState(const ConnectionState& state);
     /// Shows `text` in place of the sentence about the connection for some seconds.
@@ -31,9 +39,6 @@ private slots:
     void xEndNote();
 
 private:
-    static constexpr int fNoteTime = 10000;        ///< ms
-    static constexpr int fRefreshInterval = 60000; ///< ms; yesterday's times get their date
-
     void setDetail(const QString& text);
 
     QString fAddress;

@@ -1,8 +1,27 @@
 #include "error_reporter.h"
 
+#include <QElapsedTimer>
 #include <QMessageBox>
 
-ErrorReporter::ErrorReporter(QObject* parent) : QObject(parent) {}
+#include <utility>
+
+namespace {
+
+ErrorReporter::Clock startedClock()
+{
+    QElapsedTimer timer;
+    timer.start();
+    return [timer] { return timer.elapsed(); };
+}
+
+} // namespace
+
+ErrorReporter::ErrorReporter(QObject* parent) : ErrorReporter(startedClock(), parent) {}
+
+ErrorReporter::ErrorReporter(Clock clock, QObject* parent)
+    : QObject(parent), fClock(std::move(clock))
+{
+}
 
 ErrorReporter::~ErrorReporter() = default;
 
@@ -17,10 +36,10 @@ void ErrorReporter::report(QWidget* window, const QString& text, Origin origin)
 
 bool ErrorReporter::isRepeated(const QString& text)
 {
-    const bool repeated =
-        text == fLastText && fSinceLast.isValid() && !fSinceLast.hasExpired(fQuietTime);
+    const qint64 now = fClock();
+    const bool repeated = text == fLastText && fLastTime && now - *fLastTime <= fQuietTime;
     fLastText = text;
-    fSinceLast.start();
+    fLastTime = now;
     return repeated;
 }
 

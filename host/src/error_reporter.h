@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+
+#include <functional>
+#include <optional>
 
 class QMessageBox;
 class QWidget;
@@ -25,7 +27,11 @@ public:
     /// How long an error of running work must have been absent to get a box again, in ms.
     static constexpr int fQuietTime = 10000;
 
+    /// A time in ms that never goes back.
+    using Clock = std::function<qint64()>;
+
     explicit ErrorReporter(QObject* parent = nullptr);
+    explicit ErrorReporter(Clock clock, QObject* parent = nullptr);
     ~ErrorReporter() override;
 
     /// Shows `text` in a box over `window` (null: over none) and returns at once. While a box is
@@ -40,7 +46,8 @@ private:
     bool isRepeated(const QString& text);
     void openBox(QWidget* window, const QString& text);
 
+    const Clock fClock;
     QPointer<QMessageBox> fBox;
     QString fLastText;
-    QElapsedTimer fSinceLast;
+    std::optional<qint64> fLastTime; ///< of any error
 };
