@@ -4,14 +4,23 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <future>
+#include <mutex>
 
 namespace {
 
 using std::chrono::milliseconds;
+
+constexpr auto deadline = std::chrono::seconds(20);
+
+bool isReady(const std::future<void>& future)
+{
+    return future.wait_for(deadline) == std::future_status::ready;
+}
 
 volatile std::sig_atomic_t pipeSignals = 0;
 
@@ -55,6 +64,28 @@ std::string arrayOf(int size, const std::string& element)
     return reply;
 }
 
+/// Names of `length` bytes that differ.
+std::vector<std::string> numberedNames(int count, std::size_t length, int first = 0)
+{
+    std::vector<std::string> names;
+    names.reserve(count);
+    for (int i = first; i < first + count; ++i) {
+        const std::string number = std::to_string(i);
+        names.push_back(std::string(length - number.size(), 'k') + number);
+    }
+    return names;
+}
+
+/// A page of the key list, and where the next one begins.
+std::string pageOf(int cursor, const std::vector<std::string>& names)
+{
+    std::string page =
+        "*2\r\n$1\r\n" + std::to_string(cursor) + "\r\n*" + std::to_string(names.size()) + "\r\n";
+    for (const std::string& name : names)
+        page += "$" + std::to_string(name.size()) + "\r\n" + name + "\r\n";
+    return page;
+}
+
 } // namespace
 
 /// What a hostile or broken server can do to a link: nothing but end it with a clear error.
@@ -71,7 +102,8 @@ private slots:
     void aLateReplyReachesNobody();
     void aReplyTooManyEndsTheLink();
     void anErrorForOneChunkKeepsTheLink();
-    void aKeyListThatNeverEndsIsGivenUp();
+    void aKeyListThatNeverEndsIsGivenUpInTime();
+    void aKeyListThatGrowsForEverIsGivenUp();
     void aBadKeyListEndsTheLink_data();
     void aBadKeyListEndsTheLink();
     void aClosedPeerRaisesNoSignal();
@@ -169,7 +201,7 @@ void TestConnection::aLateReplyReachesNobody()
         connection.greet();
         if (connection.number() == 0) {
             connection.readCommand();
-            isLate.get_future().wait();
+            isLate.get_future().wait_for(deadline);
             connection.send("*1\r\n$1\r\n1\r\n");
         }
         while (true) {
@@ -224,12 +256,40 @@ void TestConnection::anErrorForOneChunkKeepsTheLink()
     QVERIFY(memory.getListData(request)[1999] == ZoValue(1));
 }
 
-void TestConnection::aKeyListThatNeverEndsIsGivenUp()
+void TestConnection::aKeyListThatNeverEndsIsGivenUpInTime()
 {
-    const FakeRobot robot(answering("*2\r\n$1\r\n7\r\n*1\r\n$1\r\na\r\n"));
+    // The same thousand names on each page. Were each of them granted its time again, or each page
+    // the whole time, the list would come to its end.
+    const std::string page = pageOf(1, numberedNames(1000, 10));
+    const FakeRobot robot([&page](FakeConnection& connection) {
+        connection.greet();
+        for (int i = 0; i < 300; ++i) {
+            connection.readCommand();
+            connection.send(page.substr(0, page.size() - 1));
+            connection.sendSlowly("\n");
+        }
+        answering(pageOf(0, {}))(connection);
+    });
     ZoMemoryProxy memory = memoryOf(linkTo(robot, milliseconds(300)));
     const std::string error = errorOf([&] { memory.getDataListName(); });
-    QVERIFY2(contains(error, "SCAN"), error.c_str());
+    QVERIFY2(contains(error, "no reply to SCAN within 320 ms"), error.c_str());
+}
+
+void TestConnection::aKeyListThatGrowsForEverIsGivenUp()
+{
+    std::atomic<int> pages{0};
+    const FakeRobot robot([&pages](FakeConnection& connection) {
+        connection.greet();
+        for (; pages < 100; ++pages) {
+            connection.readCommand();
+            connection.send(pageOf(1, numberedNames(100, 100000, pages * 100)));
+        }
+        answering(pageOf(0, {}))(connection);
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot, std::chrono::minutes(10)));
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
+    QCOMPARE(pages.load(), 7); // of 10 MB each
 }
 
 void TestConnection::aBadKeyListEndsTheLink_data()
@@ -280,15 +340,26 @@ void TestConnection::aClosedPeerRaisesNoSignal()
 
 void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
 {
+    std::mutex mutex;
+    std::vector<std::string> arrived;
     std::promise<void> mayAnswer;
     std::promise<void> isAsked;
     const FakeRobot robot([&](FakeConnection& connection) {
         connection.greet();
-        connection.readCommand();
-        isAsked.set_value();
-        mayAnswer.get_future().wait();
-        connection.send(arrayOf(1000, "$1\r\n1\r\n"));
-        answering("+OK\r\n")(connection);
+        if (connection.number() == 0) {
+            connection.readCommand();
+            isAsked.set_value();
+            mayAnswer.get_future().wait_for(deadline);
+            connection.send(arrayOf(1000, "$1\r\n1\r\n"));
+        }
+        while (true) {
+            const auto words = connection.readCommand();
+            {
+                const std::lock_guard<std::mutex> lock(mutex);
+                arrived.push_back(words[1]);
+            }
+            connection.send("+OK\r\n");
+        }
     });
     ZoBrokerOptions options = patientOptions();
     options.exchangeTimeout = milliseconds(100);
@@ -298,12 +369,16 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
     ZoMemoryProxy memory = memoryOf(broker);
     auto first = std::async(std::launch::async,
                             [&] { return memory.getListData(requestFor(manyKeys(1000))); });
-    isAsked.get_future().wait();
+    QVERIFY(isReady(isAsked.get_future()));
     const std::string error = errorOf([&] { memory.setText("Leg", "1"); });
     QVERIFY2(contains(error, "no reply to SET"), error.c_str());
     mayAnswer.set_value();
     QCOMPARE(first.get().getSize(), 1000);
     QVERIFY(broker->isConnected());
+    // What was given up is not sent all the same.
+    QTRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
+    const std::lock_guard<std::mutex> lock(mutex);
+    QCOMPARE(std::count(arrived.begin(), arrived.end(), "Leg"), std::ptrdiff_t{0});
 }
 
 void TestConnection::errorTextsAreShownWithoutControlCharacters()

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <ctime>
 #include <future>
 #include <thread>
 
@@ -53,6 +54,9 @@ private slots:
     void aPollingLinkIsNotPinged();
     void waitersFailTogetherWhenTheLinkIsLost();
     void aServerThatClosesAtOnceIsNotBesieged();
+    void failedAttemptsDoNotRenewTheTimeOfTheLoss();
+    void aSteadyLinkIsTriedAgainAtOnceAndOnce();
+    void anIdleLinkLeavesTheProcessorAlone();
     void aProxyOutlivesItsBroker();
     void itsThreadEndsWithTheLastProxy();
     void itEndsWhileAnotherThreadWaits();
@@ -189,6 +193,62 @@ void TestLink::aServerThatClosesAtOnceIsNotBesieged()
     // more do not come has no signal to wait for: it is watched for a while.
     QTest::qWait(500);
     QVERIFY2(connections < 50, qPrintable(QString::number(connections)));
+}
+
+void TestLink::failedAttemptsDoNotRenewTheTimeOfTheLoss()
+{
+    std::atomic<int> connections{0};
+    const FakeRobot robot([&](FakeConnection& connection) {
+        ++connections;
+        connection.readCommand();
+        connection.send(connection.number() == 0 ? "+PONG\r\n" : "-LOADING\r\n");
+        connection.readCommand();
+    });
+    ZoBrokerOptions options = quietOptions();
+    options.reconnectWait = options.reconnectWaitMax = milliseconds(1);
+    const auto broker = linkTo(robot.port(), options);
+    errorOf([&] { memoryOf(broker).setText("Arm", "1"); });
+    QTRY_VERIFY(contains(broker->linkStatus().cause, "LOADING"));
+    const auto since = broker->linkStatus().since;
+    const int before = connections;
+    QTRY_VERIFY(connections >= before + 5);
+    QVERIFY(broker->linkStatus().since == since);
+}
+
+void TestLink::aSteadyLinkIsTriedAgainAtOnceAndOnce()
+{
+    std::atomic<int> connections{0};
+    const FakeRobot robot([&](FakeConnection& connection) {
+        ++connections;
+        if (connection.number() > 0)
+            return;
+        connection.greet();
+        connection.greet(); // the first ping of an idle link: it is steady now
+    });
+    ZoBrokerOptions options = quietOptions();
+    options.pingInterval = milliseconds(20);
+    options.reconnectWait = options.reconnectWaitMax = std::chrono::hours(24);
+    const auto broker = linkTo(robot.port(), options);
+    QTRY_VERIFY(connections >= 2);
+    // That no more come has no signal to wait for: it is watched for a while. The next wait is a
+    // random one of up to a day.
+    QTest::qWait(300);
+    QCOMPARE(connections.load(), 2);
+}
+
+void TestLink::anIdleLinkLeavesTheProcessorAlone()
+{
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    const auto used = [] {
+        timespec time{};
+        ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return time.tv_sec * 1000 + time.tv_nsec / 1000000;
+    };
+    const auto before = used();
+    QTest::qWait(500); // in which a link that spins uses what it gets of a processor
+    QVERIFY2(used() - before < 100, qPrintable(QString::number(used() - before)));
+    QVERIFY(broker->isConnected());
 }
 
 void TestLink::aProxyOutlivesItsBroker()

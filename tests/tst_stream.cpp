@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QtTest>
 
+#include <future>
 #include <memory>
 
 /// Links over TLS.
@@ -20,6 +21,7 @@ private slots:
     void manyValuesTravelThroughTls();
     void anUntrustedServerIsRefused();
     void aServerOfAnotherNameIsRefused();
+    void theServersNameIsSentAndAnAddressIsNot();
     void theCheckCanBeSwitchedOff();
     void aClientCertificateIsShown();
     void aServerMayAskForAClientCertificate();
@@ -32,6 +34,7 @@ private:
     ZoBrokerOptions trusting() const;
     std::string problem(const ZoBrokerOptions& options,
                         const std::string& host = "127.0.0.1") const;
+    std::string helloTo(const std::string& host) const;
 
     std::unique_ptr<RedisServer> fServer;
 };
@@ -99,6 +102,34 @@ void TestStream::aServerOfAnotherNameIsRefused()
     // The certificate is made out to 127.0.0.1 and localhost.
     const std::string error = problem(trusting(), "127.1");
     QVERIFY2(contains(error, "certificate is not trusted: hostname mismatch"), error.c_str());
+}
+
+/// What a server is sent first by somebody who calls it `host`.
+std::string TestStream::helloTo(const std::string& host) const
+{
+    std::promise<std::string> hello;
+    const FakeRobot robot([&hello](FakeConnection& connection) {
+        const std::string head = connection.readBytes(5);
+        const auto size =
+            static_cast<unsigned char>(head[3]) * 256U + static_cast<unsigned char>(head[4]);
+        const std::string body = connection.readBytes(size);
+        if (connection.number() == 0)
+            hello.set_value(body);
+    });
+    const std::string error =
+        errorOf([&] { ZoBroker::create("TestBroker", host, robot.port(), trusting()); });
+    auto received = hello.get_future();
+    const bool isThere = received.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    return isThere && contains(error, "closed the connection") ? received.get() : "none: " + error;
+}
+
+void TestStream::theServersNameIsSentAndAnAddressIsNot()
+{
+    // Extension 0 of 14 bytes: a list of 12 bytes, in it a host's name (0) of 9 bytes.
+    const std::string name("\0\0\0\x0e\0\x0c\0\0\x09localhost", 18);
+    QVERIFY(contains(helloTo("localhost"), name));
+    const std::string byAddress = helloTo("127.0.0.1");
+    QVERIFY2(byAddress.size() > 100 && !contains(byAddress, "127.0.0.1"), byAddress.c_str());
 }
 
 void TestStream::theCheckCanBeSwitchedOff()
