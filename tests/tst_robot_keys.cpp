@@ -75,15 +75,26 @@ private slots:
     void anotherSeedGivesOtherValues();
     void numbersAreFinite();
     void jointsSweepSmoothly();
+    void velocitiesAreTheSlopesOfTheirAngles();
     void encodersFollowTheirJoints();
+    void thePoseIsMadeOfItsParts();
+    void everyStrideIsTwoSteps();
     void footContactsComeAndGo();
+    void onlyAFootOnTheGroundIsPressed();
+    void powerIsVoltageTimesCurrent();
     void batteryFallsSlowly();
     void batteryIsReplacedBeforeItIsEmpty();
     void temperaturesDrift();
     void countersNeverFall();
     void someKeysAreRawDeviceValues();
+    void theValuesOfAPatchOfSkinAgree();
 
 private:
+    double at(const std::string& name, double t) const
+    {
+        return number(keyCalled(fKeys, name).value(t));
+    }
+
     const std::vector<RobotKey> fKeys = robotKeys(defaultRobotKeys, 1);
 };
 
@@ -170,6 +181,22 @@ void TestRobotKeys::jointsSweepSmoothly()
     QCOMPARE(joints, 20);
 }
 
+void TestRobotKeys::velocitiesAreTheSlopesOfTheirAngles()
+{
+    constexpr double step = 0.01;
+    double farthest = 0;
+    for (const std::string joint : {"Arm/Elbow", "Leg/FrontLeft/Hip", "Head/Pan"}) {
+        double travelled = 0;
+        for (double t = 0; t < 30; t += step) {
+            travelled += step * at(joint + "/Velocity", t + step / 2);
+            const double angle = at(joint + "/Angle", t + step) - at(joint + "/Angle", 0);
+            QVERIFY2(std::abs(travelled - angle) < 0.05, joint.c_str());
+            farthest = std::max(farthest, std::abs(angle));
+        }
+    }
+    QVERIFY(farthest > 1);
+}
+
 void TestRobotKeys::encodersFollowTheirJoints()
 {
     const RobotKey& angle = keyCalled(fKeys, "Arm/Elbow/Angle");
@@ -181,6 +208,25 @@ void TestRobotKeys::encodersFollowTheirJoints()
     }
 }
 
+void TestRobotKeys::thePoseIsMadeOfItsParts()
+{
+    for (double t = 0; t < 60; t += 0.7) {
+        const ZoValue pose = keyCalled(fKeys, "Body/Pose").value(t);
+        QCOMPARE(pose.getSize(), 3);
+        QVERIFY(std::abs(number(pose[0]) - at("Body/X", t)) < 0.0011);
+        QVERIFY(std::abs(number(pose[1]) - at("Body/Y", t)) < 0.0011);
+        QVERIFY(std::abs(number(pose[2]) - at("Body/Heading", t)) < 0.0011);
+    }
+}
+
+void TestRobotKeys::everyStrideIsTwoSteps()
+{
+    const ZoValue steps = keyCalled(fKeys, "Counter/Steps").value(600);
+    const double stride =
+        2 * at("Body/Distance", 600) / static_cast<double>(std::get<std::int64_t>(steps.data()));
+    QVERIFY2(stride > 0.31 && stride < 0.39, qPrintable(QString::number(stride))); // metres
+}
+
 void TestRobotKeys::footContactsComeAndGo()
 {
     const RobotKey& contact = keyCalled(fKeys, "Foot/FrontLeft/Contact");
@@ -188,6 +234,30 @@ void TestRobotKeys::footContactsComeAndGo()
     for (double t = 0; t < 30; t += 0.02)
         changes += contact.value(t) != contact.value(t + 0.02);
     QVERIFY2(changes > 10 && changes < 30, qPrintable(QString::number(changes)));
+}
+
+void TestRobotKeys::onlyAFootOnTheGroundIsPressed()
+{
+    const RobotKey& position = keyCalled(fKeys, "Foot/RearRight/Position");
+    int lifted = 0;
+    for (double t = 0; t < 30; t += 0.02) {
+        const double height = number(position.value(t)[2]); // at most 0.06 m
+        const double force = at("Foot/RearRight/Force", t);
+        if (height > 0.02)
+            QVERIFY2(force <= 2, qPrintable(QString::number(force)));
+        if (height == 0)
+            QVERIFY2(force >= 80, qPrintable(QString::number(force)));
+        lifted += height > 0.02;
+    }
+    QVERIFY(lifted > 50);
+}
+
+void TestRobotKeys::powerIsVoltageTimesCurrent()
+{
+    for (double t = 0; t < 100; t += 3) {
+        const double power = at("Battery/Voltage", t) * at("Battery/Current", t);
+        QVERIFY(std::abs(at("Battery/Power", t) - power) < 0.03);
+    }
 }
 
 void TestRobotKeys::batteryFallsSlowly()
@@ -237,6 +307,25 @@ void TestRobotKeys::someKeysAreRawDeviceValues()
         return key.name.rfind("Device/", 0) == 0;
     });
     QCOMPARE(static_cast<int>(devices), 40);
+}
+
+void TestRobotKeys::theValuesOfAPatchOfSkinAgree()
+{
+    const std::vector<RobotKey> keys = robotKeys(1000, 1);
+    std::set<bool> seen;
+    for (const std::string patch : {"Skin/00001/", "Skin/00050/"}) {
+        for (double t = 0; t < 60; t += 0.5) {
+            const double pressure = number(keyCalled(keys, patch + "Pressure").value(t));
+            const bool touched = pressure > 75;
+            QVERIFY(keyCalled(keys, patch + "Touched").value(t) == ZoValue(touched));
+            QVERIFY(keyCalled(keys, patch + "State").value(t) ==
+                    ZoValue(touched ? "touched" : "free"));
+            QVERIFY(keyCalled(keys, patch + "Raw").value(t) ==
+                    ZoValue(static_cast<std::int64_t>(40 * pressure)));
+            seen.insert(touched);
+        }
+    }
+    QCOMPARE(seen.size(), std::size_t{2});
 }
 
 QTEST_GUILESS_MAIN(TestRobotKeys)

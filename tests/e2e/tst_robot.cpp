@@ -1,3 +1,4 @@
+#include "robot_keys.h"
 #include "robot_program.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
@@ -6,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
 #include <set>
 
@@ -45,6 +47,7 @@ class TestRobot : public GuardedTest
 private slots:
     void saysWhereItListensAndHasItsKeysThere();
     void valuesFollowTheClock();
+    void everyValueIsThatOfItsSeedAndTime();
     void tenThousandKeysAreAllThere();
     void listensOnTheGivenPort();
     void aPortInUseIsNamedWithTheWayOut();
@@ -88,6 +91,28 @@ void TestRobot::valuesFollowTheClock()
     QVERIFY(clock.elapsed() >= 2000);
     // 4 ticks a second, 500 counts a second.
     QCOMPARE(countOf(memory, "Counter/ControlTicks") % 125, std::int64_t{0});
+}
+
+void TestRobot::everyValueIsThatOfItsSeedAndTime()
+{
+    RobotProgram robot({"--rate", "4", "--seed", "7"});
+    QVERIFY(robot.startAndWait());
+    std::vector<std::string> names;
+    const std::vector<RobotKey> keys = robotKeys(defaultRobotKeys, 7);
+    names.reserve(keys.size());
+    for (const RobotKey& key : keys)
+        names.push_back(key.name);
+    ZoMemoryProxy memory = robot.memory();
+    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/ControlTicks") > 0, deadline);
+    const ZoValue values = valuesOf(memory, names);
+    const auto ticks = std::find(names.begin(), names.end(), "Counter/ControlTicks");
+    const ZoValue count = values[static_cast<int>(ticks - names.begin())];
+    const double time = static_cast<double>(std::get<std::int64_t>(count.data())) / 500;
+    QVERIFY(time > 0);
+    for (int i = 0; i < values.getSize(); ++i) {
+        const RobotKey& key = keys[static_cast<std::size_t>(i)];
+        QVERIFY2(values[i] == key.value(time), key.name.c_str());
+    }
 }
 
 void TestRobot::tenThousandKeysAreAllThere()
@@ -229,7 +254,8 @@ void TestRobot::publishesToAGivenServer()
 void TestRobot::aLostServerIsToldOnceAndAwaited()
 {
     RedisServer server;
-    RobotProgram robot(addressOf(server));
+    // So fast that many ticks fall into the outage.
+    RobotProgram robot(addressOf(server) + QStringList{"--rate", "1000"});
     robot.start();
     QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
     server.kill();
