@@ -222,6 +222,8 @@ private:
         static const std::regex decimal("[+-]?[0-9]+(\\.[0-9]+)?([eE][+-]?[0-9]+)?");
         ReplyPiece piece{ReplyKind::Double, line};
         piece.real = std::strtod(line.c_str(), nullptr);
+        if (std::isnan(piece.real))
+            piece.real = std::fabs(piece.real); // one is as good as another
         if (!isLike(line, none)) {
             require(isLike(line, decimal));
             require(std::isfinite(piece.real));
