@@ -101,6 +101,8 @@ private slots:
     void aReplyThatBreaksOffEndsTheLink();
     void aLateReplyReachesNobody();
     void aReplyTooManyEndsTheLink();
+    void pushesChangeNothing();
+    void whatTheServerSentIsQuotedWithoutThePassword();
     void anErrorForOneChunkKeepsTheLink();
     void aKeyListThatNeverEndsIsGivenUpInTime();
     void aKeyListThatGrowsForEverIsGivenUp();
@@ -231,6 +233,41 @@ void TestConnection::aReplyTooManyEndsTheLink()
     errorOf([&] { memory.getListData(requestFor({"Arm"})); });
     QTRY_VERIFY(!broker->isConnected());
     QVERIFY(contains(broker->linkStatus().cause, "more than was asked for"));
+}
+
+void TestConnection::pushesChangeNothing()
+{
+    const std::string push = ">2\r\n$10\r\ninvalidate\r\n*1\r\n$3\r\nArm\r\n";
+    const std::string reply = push + push + "*1\r\n$1\r\n1\r\n" + push;
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        connection.send(reply.substr(0, 8)); // and the rest while a reply is awaited
+        connection.readCommand();
+        connection.send(reply.substr(8));
+        connection.readCommand();
+        connection.send(reply);
+        connection.waitForEnd();
+    });
+    const auto broker = linkTo(robot);
+    ZoMemoryProxy memory = memoryOf(broker);
+    for (int poll = 0; poll < 2; ++poll)
+        QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
+    QVERIFY(broker->isConnected());
+}
+
+void TestConnection::whatTheServerSentIsQuotedWithoutThePassword()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.readCommand();
+        connection.send("250 hello \x1b, AUTH open sesame?\r\n");
+        connection.waitForEnd();
+    });
+    ZoBrokerOptions options = patientOptions();
+    options.password = "open sesame";
+    const std::string error =
+        errorOf([&] { ZoBroker::create("TestBroker", "127.0.0.1", robot.port(), options); });
+    QVERIFY2(contains(error, "malformed reply: an unknown type: \"250 hello ?, AUTH ***?\""),
+             error.c_str());
 }
 
 void TestConnection::anErrorForOneChunkKeepsTheLink()

@@ -65,7 +65,8 @@ class Refuser : public Counter
 public:
     bool take(const ReplyPlace& place, const ReplyPiece& piece) override
     {
-        return Counter::take(place, piece) && (piece.kind != ReplyKind::Array || refuse("no!"));
+        Counter::take(place, piece);
+        return refuse("no!");
     }
 };
 
@@ -149,7 +150,9 @@ private slots:
     void aLargeTextIsSkippedAndTheOthersAreExact();
     void itTakesATextOfTheLargestSize();
     void noServerHoldsATextSoLarge();
+    void itRefusesALargeReply_data();
     void itRefusesALargeReply();
+    void eachExchangeBeginsItsCountsAnew();
     void whatIsSkippedDoesNotMakeAReplyLarge();
     void aLargePushIsRefused();
     void itNestsToItsLimit();
@@ -315,6 +318,7 @@ void TestReplyReader::itRefusesWhatIsNoReply_data()
     QTest::newRow("a long boolean") << QByteArray("#true\r\n");
     QTest::newRow("a verbatim text without format") << QByteArray("=4\r\nabcd\r\n");
     QTest::newRow("a short verbatim text") << QByteArray("=3\r\ntxt\r\n");
+    QTest::newRow("a verbatim text before a number") << QByteArray("=1\r\na\r\n:5\r\n");
     QTest::newRow("elements without end") << QByteArray("*1\r\n").repeated(20);
     QTest::newRow("streamed text") << QByteArray("$?\r\n;4\r\nabcd\r\n;0\r\n");
     QTest::newRow("a part of a streamed text") << QByteArray(";4\r\nabcd\r\n");
@@ -412,6 +416,7 @@ void TestReplyReader::itReadsNumbers_data()
     row(",inf", "a double inf inf");
     row(",-inf", "a double -inf -inf");
     row(",nan", "a double nan nan");
+    row(",-nan", "a double nan -nan");
     for (const char* line : {",", ",.", ",.5", ",1.", ",1e", ",1e+", ",+-1", ",1,5", ",0x1p3",
                              ",Inf", ",infinity", ",+inf", ",nan(1)", ",1 ", ",1e999", ",1e-999"})
         row(line, "");
@@ -486,17 +491,48 @@ void TestReplyReader::noServerHoldsATextSoLarge()
     QCOMPARE(problemWith("$536870912\r\nx").text, std::string());
 }
 
+void TestReplyReader::itRefusesALargeReply_data()
+{
+    QTest::addColumn<QByteArray>("piece");
+    QTest::addColumn<int>("taken"); // of those that arrive in 64 MiB
+    QTest::newRow("texts of the largest size")
+        << QByteArray::fromStdString(textOf(ReplyReader::fMaxValue)) << 63;
+    QTest::newRow("texts") << QByteArray::fromStdString(textOf(500000)) << 134;
+    QTest::newRow("lines") << "+" + QByteArray(4093, 'x') + "\r\n" << 16383;
+}
+
 void TestReplyReader::itRefusesALargeReply()
 {
+    QFETCH(QByteArray, piece);
+    QFETCH(int, taken);
     Counter counter;
     ReplyReader reader;
-    reader.expect(2, counter);
-    reader.read("*100\r\n");
-    const std::string piece = textOf(ReplyReader::fMaxValue);
-    while (!reader.hasProblem() && counter.texts < 100)
-        reader.read(piece);
-    QCOMPARE(counter.texts, 63);
+    reader.expect(1, counter);
+    reader.read("*100000\r\n");
+    const std::string bytes = piece.toStdString();
+    while (!reader.hasProblem() && counter.texts + counter.others < 100000)
+        reader.read(bytes);
+    QCOMPARE(counter.texts + counter.others, taken + 1); // and the array itself
     QCOMPARE(reader.problem().text, std::string("the reply is larger than 64 MiB"));
+}
+
+void TestReplyReader::eachExchangeBeginsItsCountsAnew()
+{
+    const std::string piece = textOf(ReplyReader::fMaxValue);
+    std::string manyNulls = "*600000\r\n";
+    for (int i = 0; i < 600000; ++i)
+        manyNulls += "_\r\n";
+    Counter counter;
+    ReplyReader reader;
+    for (int exchange = 0; exchange < 3; ++exchange) {
+        reader.expect(2, counter);
+        reader.read("*40\r\n");
+        for (int i = 0; i < 40; ++i)
+            reader.read(piece);
+        reader.read(manyNulls);
+        QVERIFY2(reader.isComplete(), reader.problem().text.c_str());
+    }
+    QCOMPARE(counter.texts, 120);
 }
 
 void TestReplyReader::whatIsSkippedDoesNotMakeAReplyLarge()
@@ -622,7 +658,12 @@ void TestReplyReader::theSinkMayRefuse()
     reader.read("*2147483647\r\n+OK\r\n");
     QCOMPARE(reader.problem().text, std::string("no!"));
     QCOMPARE(refuser.others, 1);
+    QVERIFY(!reader.isComplete());
     QCOMPARE(reader.read("+OK\r\n"), std::string_view("+OK\r\n"));
+    ReplyReader another;
+    another.expect(1, refuser);
+    another.read("+OK\r\n");
+    QVERIFY(another.hasProblem() && !another.isComplete());
 }
 
 QTEST_APPLESS_MAIN(TestReplyReader)

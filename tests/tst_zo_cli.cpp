@@ -16,6 +16,7 @@ class TestZoCli : public GuardedTest
 private slots:
     void listPrintsTheKeysSortedByBytes();
     void getPrintsEveryTypeInTheOrderAsked();
+    void aLargeValueIsInvalidAlone();
     void aRecordIsAlwaysOneLine();
     void setStoresTextAsItStands();
     void watchPrintsEachPollAtItsTime();
@@ -193,6 +194,18 @@ void TestZoCli::getPrintsEveryTypeInTheOrderAsked()
                                       "hash\tinvalid\t\n"
                                       "missing\tinvalid\t\n"
                                       "int\tint\t3\n"));
+}
+
+void TestZoCli::aLargeValueIsInvalidAlone()
+{
+    const RedisServer server;
+    server.command({"SET", "Before", "1"});
+    server.command({"SET", "Big", std::string(2 << 20, 'x')});
+    server.command({"SET", "Other", "0.5"});
+    const Ended ended = run(at(server, {"get", "Before", "Big", "Other"}));
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(ended.output, QByteArray("Before\tint\t1\nBig\tinvalid\t\nOther\tfloat\t0.5\n"));
+    QCOMPARE(ended.errors, QByteArray());
 }
 
 void TestZoCli::aRecordIsAlwaysOneLine()

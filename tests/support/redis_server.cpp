@@ -127,7 +127,8 @@ public:
 
     std::string run(const std::vector<std::string>& words)
     {
-        send(encodeCommand({words.begin(), words.end()}));
+        const std::string bytes = encodeCommand({words.begin(), words.end()});
+        send(bytes);
         TextSink sink;
         fReader.expect(1, sink);
         while (!fReader.isComplete())

@@ -121,7 +121,7 @@ void ReplyReader::readOn(std::string_view& bytes)
 /// arrived. They are taken here without a detour; whatever is odd is left to the other operations.
 bool ReplyReader::readWholeElement(std::string_view& bytes)
 {
-    if (bytes.front() != '$' || fAwaited != Awaited::Type || fDepth == 0 || isSilent())
+    if (bytes.front() != '$' || fAwaited != Awaited::Type || fDepth == 0)
         return false;
     const WholeElement element = wholeElement(bytes);
     if (element.size == 0)
