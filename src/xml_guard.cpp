@@ -14,6 +14,9 @@ bool startsWith(const char* text, const char* prefix)
 
 bool startsWithAnyCase(const char* text, const char* prefix)
 {
+    // The first letter mostly decides, at once.
+    if ((*text | ' ') != (*prefix | ' '))
+        return false;
     return strncasecmp(text, prefix, std::strlen(prefix)) == 0;
 }
 
@@ -44,6 +47,14 @@ std::size_t utf8Step(char first)
     return byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
 }
 
+// What a node, an attribute and so on take, in bytes of plain text: measured, and rounded up.
+const std::size_t effortOfNode = 32;
+const std::size_t effortOfAttribute = 16;
+const std::size_t effortOfComparison = 1;
+const std::size_t effortOfAncestor = 2;
+const std::size_t effortOfReference = 2;
+const std::size_t bytesOfComparison = 64;
+
 /// Walks through a text with the parser's own idea of where markup begins and ends. Where the
 /// parser would give up, the walk may go on: that can only make the figures larger.
 class Scanner
@@ -65,10 +76,13 @@ private:
     };
 
     void xMarkup();
+    void xText();
+    void xCountNode();
+    void xCountAttributes(std::size_t attributes, std::size_t bytes);
     void xStartTag();
     void xEndTag();
     void xDeclaration();
-    bool xDeclaredAttribute(std::string& value);
+    bool xDeclaredAttribute(std::string* value);
     void xAdoptEncoding(const std::string& name);
     void xSkipSpace();
     void xSkipName();
@@ -95,20 +109,24 @@ XmlShape Scanner::run()
         if (*fAt == '<')
             xMarkup();
         else if (fDepth > 0)
-            xSkipUpTo('<');
+            xText();
         else
             break; // text outside the root element ends the parser's work
     }
+    fShape.bytes = fText.size();
+    fShape.isUtf8 = fEncoding == Encoding::UTF8;
     fShape.cutCharacter = xEndsInsideCharacter();
     return fShape;
 }
 
 void Scanner::xMarkup()
 {
-    ++fShape.tags;
-    if (fDepth > 0 && fAt[1] == '/')
+    if (fDepth > 0 && fAt[1] == '/') {
         xEndTag();
-    else if (startsWithAnyCase(fAt, "<?xml"))
+        return;
+    }
+    xCountNode();
+    if (startsWithAnyCase(fAt, "<?xml"))
         xDeclaration();
     else if (startsWith(fAt, "<!--"))
         xSkipPast(4, "-->");
@@ -120,9 +138,30 @@ void Scanner::xMarkup()
         xSkipPast(1, ">");
 }
 
+void Scanner::xText()
+{
+    xCountNode();
+    xSkipUpTo('<');
+}
+
+// The parser climbs to the document for each node.
+void Scanner::xCountNode()
+{
+    ++fShape.nodes;
+    fShape.ancestors += fDepth;
+}
+
+// The parser compares each attribute with those before it. Long names count as several.
+void Scanner::xCountAttributes(std::size_t attributes, std::size_t bytes)
+{
+    fShape.attributes += attributes;
+    fShape.comparisons += attributes * (attributes + bytes / bytesOfComparison);
+}
+
 // Names and unquoted values hold neither quotes nor '>', and '/' only just before the '>'.
 void Scanner::xStartTag()
 {
+    const char* const begin = fAt;
     std::size_t attributes = 0;
     for (++fAt; fAt < fEnd && *fAt != '>'; ++fAt) {
         if (*fAt == '=')
@@ -130,7 +169,7 @@ void Scanner::xStartTag()
         else if ((*fAt == '"' || *fAt == '\'') && !xSkipQuoted())
             break;
     }
-    fShape.attributes = std::max(fShape.attributes, attributes);
+    xCountAttributes(attributes, static_cast<std::size_t>(fAt - begin));
     if (fAt >= fEnd)
         return;
     if (fAt[-1] != '/')
@@ -149,12 +188,12 @@ void Scanner::xDeclaration()
     std::string encoding;
     fAt += 5;
     while (fAt < fEnd && *fAt != '>') {
-        std::string other;
         xSkipSpace();
+        ++fShape.attributes; // or else a word that is none, which takes as much
         const bool isEncoding = startsWithAnyCase(fAt, "encoding");
         if (isEncoding || startsWithAnyCase(fAt, "version") ||
             startsWithAnyCase(fAt, "standalone")) {
-            if (!xDeclaredAttribute(isEncoding ? encoding : other))
+            if (!xDeclaredAttribute(isEncoding ? &encoding : nullptr))
                 fAt = fEnd;
         } else {
             while (fAt < fEnd && *fAt != '>' && !isSpace(*fAt))
@@ -167,7 +206,7 @@ void Scanner::xDeclaration()
         xAdoptEncoding(encoding);
 }
 
-bool Scanner::xDeclaredAttribute(std::string& value)
+bool Scanner::xDeclaredAttribute(std::string* value)
 {
     xSkipName();
     xSkipSpace();
@@ -179,12 +218,15 @@ bool Scanner::xDeclaredAttribute(std::string& value)
     if (*fAt == '"' || *fAt == '\'') {
         if (!xSkipQuoted())
             return false;
-        value.assign(begin + 1, fAt++);
+        if (value)
+            value->assign(begin + 1, fAt);
+        ++fAt;
         return true;
     }
     while (fAt < fEnd && !isSpace(*fAt) && *fAt != '/' && *fAt != '>')
         ++fAt;
-    value.assign(begin, fAt);
+    if (value)
+        value->assign(begin, fAt);
     return true;
 }
 
@@ -223,6 +265,8 @@ void Scanner::xSkipName()
 void Scanner::xSkipUpTo(char stop)
 {
     while (fAt < fEnd && *fAt != stop) {
+        if (fAt[0] == '&')
+            ++fShape.references;
         if (fAt[0] == '&' && fAt[1] == '#' && fAt[2] != '\0')
             xSkipReference();
         else if (fEncoding == Encoding::UTF8)
@@ -244,11 +288,18 @@ void Scanner::xSkipReference()
     fAt = end && *digit == (isHex ? 'x' : '#') ? end + 1 : fEnd;
 }
 
+// `end` ends in '>'. Looking for that first is as fast for rows of the other bytes of `end`.
 void Scanner::xSkipPast(std::size_t prefix, const char* end)
 {
-    const auto from = static_cast<std::size_t>(fAt - fText.c_str()) + prefix;
-    const std::size_t found = fText.find(end, from);
-    fAt = found == std::string::npos ? fEnd : fText.c_str() + found + std::strlen(end);
+    const std::size_t length = std::strlen(end);
+    const auto left = static_cast<std::size_t>(fEnd - fAt);
+    for (std::size_t last = prefix + length - 1; last < left; ++last) {
+        if (fAt[last] == '>' && std::memcmp(fAt + last + 1 - length, end, length) == 0) {
+            fAt += last + 1;
+            return;
+        }
+    }
+    fAt = fEnd;
 }
 
 // From the opening quote to the closing one; false when there is none.
@@ -271,11 +322,6 @@ bool Scanner::xEndsInsideCharacter() const
     return false;
 }
 
-std::string tooMany(const char* what, std::size_t limit)
-{
-    return std::string("Error parsing Element: more than ") + std::to_string(limit) + " " + what;
-}
-
 } // namespace
 
 void normalizeXml(std::string& text)
@@ -296,14 +342,22 @@ XmlShape xmlShape(const std::string& text)
     return Scanner(text).run();
 }
 
+std::size_t xmlEffort(const XmlShape& shape)
+{
+    const std::size_t characters = shape.isUtf8 ? shape.bytes / 2 : 0; // which are told apart
+    return shape.bytes + characters + shape.nodes * effortOfNode +
+           shape.attributes * effortOfAttribute + shape.comparisons * effortOfComparison +
+           shape.ancestors * effortOfAncestor + shape.references * effortOfReference;
+}
+
 std::string xmlRefusal(const XmlShape& shape)
 {
-    if (shape.nesting > xmlMaxNesting)
-        return tooMany("nested elements.", xmlMaxNesting);
-    if (shape.attributes > xmlMaxAttributes)
-        return tooMany("attributes in one element.", xmlMaxAttributes);
-    if (shape.tags > xmlMaxTags)
-        return tooMany("elements, comments and end tags.", xmlMaxTags);
+    if (shape.nesting > xmlMaxNesting) {
+        return "Error parsing Element: more than " + std::to_string(xmlMaxNesting) +
+               " nested elements.";
+    }
+    if (xmlEffort(shape) > xmlMaxEffort)
+        return "Error: parsing the file would take too long.";
     if (shape.cutCharacter)
         return "Error reading Element value: the file ends inside a character.";
     if (shape.unclearEncoding)

@@ -4,6 +4,9 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <ctime>
+#include <limits>
 #include <string>
 #include <tinyxml.h>
 
@@ -44,7 +47,12 @@ class TestXmlGuard : public GuardedTest
 private slots:
     void nestingIsCountedAsTheParserNests_data();
     void nestingIsCountedAsTheParserNests();
-    void theMostAttributesOfOneElementAreCounted();
+    void whatTheParserBuildsIsCounted_data();
+    void whatTheParserBuildsIsCounted();
+    void eachAttributeIsComparedWithThoseOfItsElement();
+    void longNamesOfAttributesTakeMoreComparisons();
+    void eachNodeIsCountedWithTheElementsAroundIt();
+    void charactersTakeMoreThanBytes();
     void lineEndsAreNormalizedUpToTheFirstZeroByte();
     void textThatEndsInsideACharacterIsSeen_data();
     void textThatEndsInsideACharacterIsSeen();
@@ -52,8 +60,11 @@ private slots:
     void deeplyNestedElementsAreRefused();
     void elementsNestedBehindSwallowedEndTagsAreRefused_data();
     void elementsNestedBehindSwallowedEndTagsAreRefused();
-    void tooManyAttributesAreRefused();
-    void tooManyTagsAreRefused();
+    void textsThatTakeTooLongAreRefused_data();
+    void textsThatTakeTooLongAreRefused();
+    void theLimitIsTheLastEffortAllowed();
+    void measuringGrowsWithTheText_data();
+    void measuringGrowsWithTheText();
     void anEncodingNamedByReferencesIsRefused();
     void everyShortTextBehindAByteOrderMarkIsRefusedOrParsed();
     void theParsersOwnDescriptionIsHandedOn();
@@ -94,11 +105,79 @@ void TestXmlGuard::nestingIsCountedAsTheParserNests()
     QCOMPARE(static_cast<int>(xmlShape(text).nesting), nesting);
 }
 
-void TestXmlGuard::theMostAttributesOfOneElementAreCounted()
+void TestXmlGuard::whatTheParserBuildsIsCounted_data()
 {
-    const XmlShape shape = xmlShape("<r x='a=b'><a b='1' c=2 d=\"=\"/><a b='1'></a></r>");
-    QCOMPARE(shape.attributes, std::size_t(3));
-    QCOMPARE(shape.tags, std::size_t(5));
+    QTest::addColumn<std::string>("text");
+    QTest::addColumn<int>("nodes");
+    QTest::addColumn<int>("attributes");
+    QTest::addColumn<int>("references");
+    const std::string none;
+    QTest::newRow("nothing") << none << 0 << 0 << 0;
+    QTest::newRow("text alone") << std::string("text & text") << 0 << 0 << 0;
+    QTest::newRow("elements") << std::string("<r><a/><a></a></r>") << 3 << 0 << 0;
+    QTest::newRow("texts") << std::string("<r> a <a/> b <a/> </r>") << 5 << 0 << 0;
+    QTest::newRow("other nodes") << std::string("<r><!-- --><![CDATA[x]]><!x><></r>") << 5 << 0
+                                 << 0;
+    QTest::newRow("attributes") << std::string("<r x='a=b'><a b='1' c=2 d=\"=\"/><a b='1'/></r>")
+                                << 3 << 5 << 0;
+    QTest::newRow("declaration") << std::string("<?xml version='1' encoding=''?><a/>") << 2 << 3
+                                 << 0;
+    QTest::newRow("references") << std::string("<r a='&&lt;&#1;&#x1;'>&gt; &x</r>") << 2 << 1 << 6;
+}
+
+void TestXmlGuard::whatTheParserBuildsIsCounted()
+{
+    QFETCH(std::string, text);
+    QFETCH(int, nodes);
+    QFETCH(int, attributes);
+    QFETCH(int, references);
+    const XmlShape shape = xmlShape(text);
+    QCOMPARE(shape.bytes, text.size());
+    QCOMPARE(static_cast<int>(shape.nodes), nodes);
+    QCOMPARE(static_cast<int>(shape.attributes), attributes);
+    QCOMPARE(static_cast<int>(shape.references), references);
+}
+
+void TestXmlGuard::eachAttributeIsComparedWithThoseOfItsElement()
+{
+    const std::string small = "<a b='' c=''/>";
+    QCOMPARE(xmlShape(small).comparisons, std::size_t(4));
+    QCOMPARE(xmlShape("<r>" + repeated(small, 100) + "</r>").comparisons, std::size_t(400));
+    const std::size_t few = xmlShape("<a" + attributes(1000) + "/>").comparisons;
+    const std::size_t many = xmlShape("<a" + attributes(2000) + "/>").comparisons;
+    QVERIFY(few >= 1000 * 1000);
+    QVERIFY(many >= 4 * few);
+}
+
+void TestXmlGuard::longNamesOfAttributesTakeMoreComparisons()
+{
+    const auto comparisons = [](std::size_t length) {
+        const std::string name(length, 'n');
+        return xmlShape("<a " + name + "1='' " + name + "2='' " + name + "3=''/>").comparisons;
+    };
+    QCOMPARE(comparisons(1), std::size_t(9));
+    QVERIFY(comparisons(1000) >= 9 + 3 * 3000 / 64);
+    QVERIFY(comparisons(2000) < 2 * comparisons(1000));
+}
+
+void TestXmlGuard::eachNodeIsCountedWithTheElementsAroundIt()
+{
+    QCOMPARE(xmlShape("<a/><a/>").ancestors, std::size_t(0));
+    QCOMPARE(xmlShape("<a><b><c/></b><b>text</b></a>").ancestors, std::size_t(1 + 2 + 1 + 2));
+    const std::string deep = repeated("<a>", 200);
+    const std::size_t before = xmlShape(deep).ancestors;
+    QCOMPARE(xmlShape(deep + repeated("<a/>", 100)).ancestors, before + 20000);
+}
+
+void TestXmlGuard::charactersTakeMoreThanBytes()
+{
+    const std::string text = "<a>" + std::string(1000, 'x') + "</a>";
+    const std::string mark = "\xEF\xBB\xBF";
+    QVERIFY(!xmlShape(text).isUtf8);
+    QVERIFY(xmlShape(mark + text).isUtf8);
+    QVERIFY(xmlShape("<?xml version='1.0'?>" + text).isUtf8);
+    QVERIFY(!xmlShape("<?xml encoding='latin1'?>" + text).isUtf8);
+    QCOMPARE(xmlEffort(xmlShape(mark + text)), xmlEffort(xmlShape(text)) + 3 + 1010 / 2);
 }
 
 void TestXmlGuard::lineEndsAreNormalizedUpToTheFirstZeroByte()
@@ -172,18 +251,92 @@ void TestXmlGuard::elementsNestedBehindSwallowedEndTagsAreRefused()
     QCOMPARE(reason, std::string("Error parsing Element: more than 256 nested elements."));
 }
 
-void TestXmlGuard::tooManyAttributesAreRefused()
+// Each of them would take the parser a second and more, or a gigabyte; some took a minute.
+void TestXmlGuard::textsThatTakeTooLongAreRefused_data()
 {
-    QCOMPARE(reasonAgainst("<a" + attributes(xmlMaxAttributes) + "/>"), std::string());
-    QCOMPARE(reasonAgainst("<a" + attributes(xmlMaxAttributes + 1) + "/>"),
-             std::string("Error parsing Element: more than 256 attributes in one element."));
+    QTest::addColumn<std::string>("prefix");
+    QTest::addColumn<std::string>("unit");
+    QTest::addColumn<int>("times");
+    const std::string none;
+    const std::string open = "<a>";
+    const std::string deep = repeated("<a>", 255);
+    const std::string named = " " + std::string(100000, 'n');
+    QTest::newRow("elements") << open << std::string("<a/>") << 3000000;
+    QTest::newRow("elements with end tags") << open << std::string("<a></a>") << 3000000;
+    QTest::newRow("elements side by side") << none << std::string("<a/>") << 3000000;
+    QTest::newRow("elements and texts") << open << std::string("<a/>x") << 2000000;
+    QTest::newRow("comments") << open << std::string("<!---->") << 4000000;
+    QTest::newRow("raw texts") << open << std::string("<![CDATA[]]>") << 4000000;
+    QTest::newRow("unknown tags") << open << std::string("<>") << 10000000;
+    QTest::newRow("declarations") << open << std::string("<?xml?>") << 4000000;
+    QTest::newRow("words of a declaration")
+        << std::string("<?xml ") << std::string("x ") << 20000000;
+    QTest::newRow("elements deep within others") << deep << std::string("<a/>") << 200000;
+    QTest::newRow("unknown tags deep within elements") << deep << std::string("<>") << 200000;
+    QTest::newRow("up and down") << none << deep + repeated("</a>", 255) << 2000;
+    QTest::newRow("attributes") << open << std::string("<a b=1 c=2 d=3 e=4/>") << 1000000;
+    QTest::newRow("elements of many attributes") << open << "<a" + attributes(256) + "/>" << 2000;
+    QTest::newRow("one element of too many") << "<a" + attributes(10000) << std::string("/>") << 1;
+    QTest::newRow("long names of attributes")
+        << "<a" + named + "1=1" + repeated(named + "2=2", 250) << std::string("/>") << 1;
+    QTest::newRow("broken references") << std::string("<a b='") << std::string("&") << 30000000;
+    QTest::newRow("references") << open << std::string("&lt;") << 12000000;
 }
 
-void TestXmlGuard::tooManyTagsAreRefused()
+void TestXmlGuard::textsThatTakeTooLongAreRefused()
 {
-    QCOMPARE(
-        reasonAgainst("<r>" + repeated("<>", xmlMaxTags) + "</r>"),
-        std::string("Error parsing Element: more than 4000000 elements, comments and end tags."));
+    QFETCH(std::string, prefix);
+    QFETCH(std::string, unit);
+    QFETCH(int, times);
+    const std::string text = prefix + repeated(unit, static_cast<std::size_t>(times));
+    QVERIFY(text.size() < std::size_t(64) << 20);
+    QCOMPARE(reasonAgainst(text), std::string("Error: parsing the file would take too long."));
+}
+
+void TestXmlGuard::theLimitIsTheLastEffortAllowed()
+{
+    XmlShape shape;
+    shape.bytes = xmlMaxEffort;
+    QCOMPARE(xmlRefusal(shape), std::string());
+    ++shape.bytes;
+    QVERIFY(!xmlRefusal(shape).empty());
+}
+
+void TestXmlGuard::measuringGrowsWithTheText_data()
+{
+    QTest::addColumn<std::string>("prefix");
+    QTest::addColumn<std::string>("unit");
+    QTest::newRow("open references") << std::string("<a>") << std::string("&#");
+    QTest::newRow("references closed at the end") << std::string("<a b='") << std::string("&#x1");
+    QTest::newRow("open comments") << std::string("<a>") << std::string("<!--");
+    QTest::newRow("open raw texts") << std::string("<a>") << std::string("<![CDATA[");
+    QTest::newRow("open quotes") << std::string() << std::string("<a b='");
+    QTest::newRow("open declarations") << std::string() << std::string("<?xml encoding='");
+    QTest::newRow("line ends") << std::string() << std::string("\r");
+    QTest::newRow("brackets") << std::string("<a><!--") << std::string(">");
+}
+
+// A walk that looked at the rest again from each of its places would take sixty-four times as
+// long for eight times the text.
+void TestXmlGuard::measuringGrowsWithTheText()
+{
+    QFETCH(std::string, prefix);
+    QFETCH(std::string, unit);
+    const auto best = [&](std::size_t times) {
+        const std::string text = prefix + repeated(unit, times) + ";";
+        std::clock_t least = std::numeric_limits<std::clock_t>::max();
+        for (int i = 0; i < 5; ++i) {
+            std::string copy = text;
+            const std::clock_t begin = std::clock();
+            normalizeXml(copy);
+            xmlShape(copy);
+            least = std::min(least, std::clock() - begin);
+        }
+        return std::max<std::clock_t>(least, 20);
+    };
+    const std::clock_t small = best(20000);
+    const std::clock_t large = best(160000);
+    QVERIFY2(large < 30 * small, qPrintable(QString("%1 and %2").arg(small).arg(large)));
 }
 
 void TestXmlGuard::anEncodingNamedByReferencesIsRefused()
