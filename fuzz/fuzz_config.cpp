@@ -4,6 +4,7 @@
 #include "guarded_array.h"
 #include "model.h"
 #include "module.h"
+#include "saved_form.h"
 #include "xml_file.h"
 #include "xml_guard.h"
 
@@ -62,6 +63,17 @@ void compare(const TiXmlDocument& document, const XmlShape& promised)
     require(found.ancestors <= promised.ancestors, "has more ancestors than foreseen");
 }
 
+// What has the form of a saved file is given to the parser whatever its size: it must not fail.
+void checkSavedForm(const std::string& text, bool parsed)
+{
+    SavedForm form;
+    const bool beginningGoesOn = form.goesOn(text.substr(0, text.size() / 2));
+    const bool goesOn = form.goesOn(text);
+    require(beginningGoesOn || !goesOn, "goes on behind what deviates");
+    require(isSavedForm(text) == (goesOn && form.isWhole()), "depends on how the text came");
+    require(parsed || !isSavedForm(text), "has the form of a saved file and is not parsed");
+}
+
 // Loading such an entry never returns, by design.
 bool neverReturns(const TiXmlElement& root)
 {
@@ -101,6 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string normalized = text;
     normalizeXml(normalized);
     compare(document, xmlShape(normalized));
+    checkSavedForm(normalized, parsed);
     const TiXmlElement* root = document.FirstChildElement("stm_viewer");
     if (!parsed || !root || neverReturns(*root))
         return 0;

@@ -6,7 +6,8 @@
 
 class TiXmlDocument;
 
-/// Larger files are refused: 64 MiB are some 300,000 entries, and a document takes a multiple.
+/// Larger files are refused, but for those in the form in which the panel itself saves: what it
+/// saved it opens, whatever the size.
 const std::size_t xmlMaxBytes = std::size_t(64) << 20;
 
 /// Parses the whole of an open stream into `document`. False when that is refused or fails;
