@@ -9,13 +9,10 @@
 
 #include <boost/make_shared.hpp>
 
-#include <cstdio>
-#include <fcntl.h>
 #include <memory>
 #include <stdexcept>
 #include <stdio_ext.h>
 #include <tinyxml.h>
-#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -23,20 +20,6 @@ namespace {
 const char* const rootName = "stm_viewer";
 const char* const entryName = "stm_value";
 const char* const colorName = "color";
-
-// Opening a pipe without a partner, or a terminal line, must not stop the window.
-FileStream openStream(const QString& path, int flags, const char* mode)
-{
-    const mode_t everybody = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-    const int file =
-        open(path.toUtf8().constData(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
-    if (file < 0)
-        return FileStream();
-    FileStream stream(fdopen(file, mode));
-    if (!stream)
-        close(file);
-    return stream;
-}
 
 std::runtime_error failure(const QString& message)
 {
@@ -151,8 +134,8 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
     const TiXmlElement* element = root->FirstChildElement(entryName);
     while (element) {
         auto value = boost::make_shared<STMVal>();
-        // An entry without its names is tried again, for ever: deliberately, no part of a damaged
-        // key set is ever taken for the whole of it.
+        // An entry without its names is tried again, for ever: deliberately, no call that comes
+        // back has taken a part of a damaged key set for the whole of it.
         if (!readEntry(element, *value))
             continue;
         module->addSTMVal(value);
@@ -165,7 +148,8 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
 
 void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, const QString& path)
 {
-    const FileStream stream = openStream(path, O_WRONLY | O_CREAT | O_TRUNC, "wb");
+    const BrokenPipeShield shield; // outlives the stream, which writes its last bytes as it closes
+    const FileStream stream = openForWriting(path);
     if (!stream) {
         // The second marker has nothing to fill it and is shown as it stands.
         throw failure(tr("Failed to open location %1 for writing.\n%2\n"
@@ -185,7 +169,7 @@ void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, 
 
 void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, const QString& path)
 {
-    FileStream stream = openStream(path, O_RDONLY, "rb");
+    FileStream stream = openForReading(path);
     if (!stream) {
         throw failure(tr("Failed to open location %1 for reading.\n"
                          "Configuration file will not be loaded.")

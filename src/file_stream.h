@@ -1,7 +1,10 @@
 #pragma once
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
+
+class QString;
 
 struct FileStreamCloser
 {
@@ -10,3 +13,24 @@ struct FileStreamCloser
 
 /// An open stream of the C library, which the XML parser reads and writes; closed with its owner.
 using FileStream = std::unique_ptr<std::FILE, FileStreamCloser>;
+
+/// Opens a file by its path in UTF-8, whatever the locale; empty when that fails. Neither call
+/// waits, whatever the path names, nor does reading. Writing waits for whoever reads a pipe.
+/// Other programs that this one starts do not inherit the file.
+FileStream openForReading(const QString& path);
+FileStream openForWriting(const QString& path);
+
+/// While it lives, a write of this thread into a pipe whose reader is gone fails like any other
+/// write, and does not end the process.
+class BrokenPipeShield
+{
+public:
+    BrokenPipeShield();
+    ~BrokenPipeShield();
+    BrokenPipeShield(const BrokenPipeShield&) = delete;
+    BrokenPipeShield& operator=(const BrokenPipeShield&) = delete;
+
+private:
+    sigset_t fBefore;
+    bool fWasPending;
+};

@@ -1,0 +1,80 @@
+#include "file_stream.h"
+
+#include <QString>
+
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+// Opening a pipe without a partner, or a terminal line, must not stop the window.
+int openFile(const QString& path, int flags)
+{
+    const mode_t everybody = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    return open(path.toUtf8().constData(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
+}
+
+// A full pipe would otherwise swallow what comes next.
+bool letWait(int file)
+{
+    const int flags = fcntl(file, F_GETFL);
+    return flags >= 0 && fcntl(file, F_SETFL, flags & ~O_NONBLOCK) == 0;
+}
+
+FileStream streamOf(int file, const char* mode)
+{
+    FileStream stream(fdopen(file, mode));
+    if (!stream)
+        close(file);
+    return stream;
+}
+
+sigset_t pipeSignal()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGPIPE);
+    return set;
+}
+
+} // namespace
+
+FileStream openForReading(const QString& path)
+{
+    const int file = openFile(path, O_RDONLY);
+    return file < 0 ? FileStream() : streamOf(file, "rb");
+}
+
+FileStream openForWriting(const QString& path)
+{
+    const int file = openFile(path, O_WRONLY | O_CREAT | O_TRUNC);
+    if (file < 0)
+        return FileStream();
+    FileStream stream = streamOf(file, "wb");
+    if (stream && !letWait(file))
+        stream.reset();
+    return stream;
+}
+
+BrokenPipeShield::BrokenPipeShield()
+{
+    sigset_t pending;
+    sigemptyset(&pending);
+    sigpending(&pending);
+    fWasPending = sigismember(&pending, SIGPIPE) == 1;
+    const sigset_t set = pipeSignal();
+    pthread_sigmask(SIG_BLOCK, &set, &fBefore);
+}
+
+BrokenPipeShield::~BrokenPipeShield()
+{
+    const sigset_t set = pipeSignal();
+    const timespec now = {0, 0};
+    if (!fWasPending) {
+        while (sigtimedwait(&set, nullptr, &now) < 0 && errno == EINTR) {
+        }
+    }
+    pthread_sigmask(SIG_SETMASK, &fBefore, nullptr);
+}
