@@ -90,7 +90,7 @@ void ConfigDialog::xOnOpen()
     const QPointer<ConfigDialog> self(this);
     const ConfigFiles files(*this);
     const QString name = files.askToOpen(tr("Open File"));
-    if (!self || name.isEmpty())
+    if (name.isEmpty())
         return;
     try {
         ConfigManager::loadConfigurationFile(module, name);

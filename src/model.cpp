@@ -13,6 +13,9 @@ namespace {
 /// One less than a channel has values: no random colour is ever full white.
 constexpr int randomChannelValues = 255;
 
+/// No number's text is longer: "-2.2250738585072014e-308".
+constexpr std::size_t longestNumber = 24;
+
 /// As in the plain locale: anything in the process may have set one in which 0.5 reads as 0.
 double readNumber(const std::string& text)
 {
@@ -119,11 +122,17 @@ void Model::refreshSTMVals(const ZoValue& request, const ZoValue& reply, KeyFind
     }
 }
 
-/// By way of a text of its own, whose memory is used again: when that runs out halfway, the record
-/// still has its old text.
+/// When the memory runs out halfway, the record still has its old text: the new one is made beside
+/// it, in memory that is used again, unless it is sure to fit.
 void Model::xStore(STMVal& record, const ZoValue& value)
 {
-    record.type = ZoValue::typeName(value.getType());
+    const int type = value.getType();
+    record.type = ZoValue::typeName(type);
+    const bool isNumber = type == ZoValue::Int || type == ZoValue::Float;
+    if (isNumber && record.value.capacity() >= longestNumber) {
+        value.toString(ZoNormal, record.value);
+        return;
+    }
     value.toString(ZoNormal, fText);
     record.value = fText;
 }

@@ -339,10 +339,9 @@ void Widget::xLoadConfig()
     const boost::shared_ptr<Module> module = fModule;
     if (!module)
         return;
-    const QPointer<Widget> self(this);
     const ConfigFiles files(*this);
     const QString file = files.askToOpen(tr("Merge with File"));
-    if (!self || file.isEmpty())
+    if (file.isEmpty())
         return;
     try {
         ConfigManager::loadConfigurationFile(module, file);

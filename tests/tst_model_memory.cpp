@@ -93,21 +93,34 @@ struct Exchange
 
 } // namespace
 
+Q_DECLARE_METATYPE(ZoValue)
+
 /// What reading and storing ask of the memory, and what stays when there is none.
 class TestModelMemory : public GuardedTest
 {
     Q_OBJECT
 
 private slots:
+    void aTextThatCannotBeStoredLeavesTheOldOne_data();
     void aTextThatCannotBeStoredLeavesTheOldOne();
+    void everyNumberIsStoredWhereALongOneWas();
     void storingTextsAsLongAsBeforeAllocatesNothing();
     void readingTheSameNumbersAgainAllocatesNothing();
     void aRecordThatCannotBeAddedIsNotThere();
 };
 
+void TestModelMemory::aTextThatCannotBeStoredLeavesTheOldOne_data()
+{
+    QTest::addColumn<ZoValue>("value");
+    QTest::newRow("number") << ZoValue(0.12345678901234567);
+    QTest::newRow("text") << ZoValue(std::string(2000, 'x'));
+    QTest::newRow("array") << ZoValue(
+        std::vector<std::string>(40, "a text beyond the small text buffer"));
+}
+
 void TestModelMemory::aTextThatCannotBeStoredLeavesTheOldOne()
 {
-    const ZoValue value(std::vector<std::string>(40, "a text beyond the small text buffer"));
+    QFETCH(ZoValue, value);
     int failures = 0;
     for (bool stored = false; !stored; failures += stored ? 0 : 1) {
         Model model;
@@ -117,7 +130,23 @@ void TestModelMemory::aTextThatCannotBeStoredLeavesTheOldOne()
         QCOMPARE(model.fSTMVals[0]->value, stored ? value.toString(ZoNormal) : std::string("old"));
         QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(model.fMutex).succeeds());
     }
-    QVERIFY(failures > 1); // halfway through the text, too
+    QVERIFY(failures > 1); // to make the new text, and to take it over
+}
+
+/// What is sure to fit is written straight into the record.
+void TestModelMemory::everyNumberIsStoredWhereALongOneWas()
+{
+    Model model;
+    model.addSTMVal("k", "a");
+    model.refreshSTMVal("k", ZoValue(0.12345678901234567));
+    using Doubles = std::numeric_limits<double>;
+    using Ints = std::numeric_limits<std::int64_t>;
+    for (const ZoValue& value : {ZoValue(-2.2250738585072014e-308), ZoValue(-Doubles::max()),
+                                 ZoValue(-Doubles::infinity()), ZoValue(Doubles::quiet_NaN()),
+                                 ZoValue(Ints::min()), ZoValue(7)}) {
+        QVERIFY(succeedsWith(0, [&] { model.refreshSTMVal("k", value); }));
+        QCOMPARE(model.fSTMVals[0]->value, value.toString(ZoWhole));
+    }
 }
 
 void TestModelMemory::storingTextsAsLongAsBeforeAllocatesNothing()
