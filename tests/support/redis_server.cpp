@@ -15,7 +15,6 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
-#include <string_view>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -127,8 +126,7 @@ public:
 
     std::string run(const std::vector<std::string>& words)
     {
-        const std::string bytes = encodeCommand({words.begin(), words.end()});
-        send(bytes);
+        send(encodeCommand({words.begin(), words.end()}));
         TextSink sink;
         fReader.expect(1, sink);
         while (!fReader.isComplete())
@@ -139,13 +137,14 @@ public:
     }
 
 private:
-    void send(std::string_view bytes) const
+    void send(const std::string& bytes) const
     {
-        while (!bytes.empty()) {
-            const ssize_t sent = ::send(fSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        for (std::size_t at = 0; at < bytes.size();) {
+            const ssize_t sent =
+                ::send(fSocket, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
             if (sent <= 0)
                 failWithErrno("cannot send to the server");
-            bytes.remove_prefix(static_cast<std::size_t>(sent));
+            at += static_cast<std::size_t>(sent);
         }
     }
 
