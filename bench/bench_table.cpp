@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QScrollBar>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -269,6 +270,25 @@ void command(benchmark::State& state, const QString& text)
     });
 }
 
+/// One turn of the wheel, three rows down or back up, in the middle of the table.
+void scroll(benchmark::State& state)
+{
+    const Keys keys(rowsOf(state));
+    ShownPanel panel(keys);
+    QScrollBar* bar = panel.tree->verticalScrollBar();
+    const int middle = bar->maximum() / 2;
+    bool isDown = false;
+    const auto turn = [&] {
+        isDown = !isDown;
+        bar->setValue(middle + (isDown ? 3 : 0));
+        panel.paint.settle();
+    };
+    // The first sight of rows makes their buttons.
+    turn();
+    turn();
+    measure(state, nothing, turn);
+}
+
 void registerAll()
 {
     using benchmark::RegisterBenchmark;
@@ -293,6 +313,7 @@ void registerAll()
         "command/graph_all", [](benchmark::State& state) { command(state, "Graph All"); }, all);
     add(
         "command/watch_all", [](benchmark::State& state) { command(state, "Watch All"); }, all);
+    add("scroll", scroll, all);
 }
 
 const std::vector<Ratio> ratios{
@@ -305,6 +326,8 @@ const std::vector<Ratio> ratios{
     {"pass/glimmet/value/100000", "pass/glimmet/value/10000", 12},
     {"command/graph_all/10000", "command/graph_all/1000", 15},
     {"command/watch_all/10000", "command/watch_all/1000", 15},
+    {"scroll/10000", "scroll/100", 1.5},
+    {"scroll/100000", "scroll/100", 1.5},
 };
 
 constexpr int sharedKeys = 1000;
