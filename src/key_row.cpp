@@ -1,10 +1,58 @@
 #include "key_row.h"
 
+#include <QSignalBlocker>
 #include <QTreeWidget>
 
 #include <typeinfo>
 
-KeyRow::KeyRow(Color& color) : fColor(color) {}
+namespace {
+
+bool isTextRole(int role)
+{
+    return role == Qt::DisplayRole || role == Qt::EditRole;
+}
+
+/// Ordered as the texts are, but for those that begin with the same characters.
+quint64 headOf(const QString& text)
+{
+    quint64 head = 0;
+    for (int i = 0; i < 4; ++i)
+        head = head << 16 | (i < text.size() ? text.at(i).unicode() : 0);
+    return head;
+}
+
+/// The base class counts the columns that it holds something of: nothing, in a role that only
+/// headers have, will do.
+constexpr int columnMark = Qt::InitialSortOrderRole;
+
+/// Copies share what it holds.
+const QTreeWidgetItem& blankRow()
+{
+    static const QTreeWidgetItem* const blank = [] {
+        auto* item = new QTreeWidgetItem;
+        item->setData(KeyRow::fColumns - 1, columnMark, QVariant());
+        return item;
+    }();
+    return *blank;
+}
+
+QAbstractItemModel* modelOf(const QTreeWidgetItem& item)
+{
+    const QTreeWidget* tree = item.treeWidget();
+    return tree ? tree->model() : nullptr;
+}
+
+} // namespace
+
+KeyRow::KeyRow(Color& color) : QTreeWidgetItem(blankRow()), fColor(color) {}
+
+QTreeWidgetItem* KeyRow::clone() const
+{
+    auto* copy = new KeyRow(*this);
+    for (int i = 0; i < childCount(); ++i)
+        copy->addChild(child(i)->clone());
+    return copy;
+}
 
 const KeyRow::Cell& KeyRow::xCell(int column) const
 {
@@ -12,52 +60,115 @@ const KeyRow::Cell& KeyRow::xCell(int column) const
     return column >= 0 && column < fCells.size() ? fCells[column] : empty;
 }
 
-QVariant KeyRow::data(int column, int role) const
+KeyRow::Cell& KeyRow::xMakeCell(int column)
+{
+    if (column >= columnCount()) {
+        const QSignalBlocker quiet(modelOf(*this));
+        QTreeWidgetItem::setData(column, columnMark, QVariant());
+    }
+    if (column >= fCells.size())
+        fCells.resize(column + 1);
+    return fCells[column];
+}
+
+bool KeyRow::xHolds(int column, int role) const
 {
     const Cell& cell = xCell(column);
-    if (role == Qt::DisplayRole || role == Qt::EditRole)
-        return cell.text.isNull() ? QVariant() : QVariant(cell.text);
-    if (role == Qt::CheckStateRole)
-        return cell.check < 0 ? QVariant() : QVariant(cell.check);
-    return QTreeWidgetItem::data(column, role);
+    return isTextRole(role) ? !cell.text.isNull() : role == Qt::CheckStateRole && cell.check >= 0;
+}
+
+QVariant KeyRow::data(int column, int role) const
+{
+    if (!xHolds(column, role))
+        return QTreeWidgetItem::data(column, role);
+    const Cell& cell = fCells[column];
+    return isTextRole(role) ? QVariant(cell.text) : QVariant(cell.check);
 }
 
 void KeyRow::setData(int column, int role, const QVariant& value)
 {
-    static const QVector<int> textRoles{Qt::DisplayRole, Qt::EditRole};
-    static const QVector<int> checkRoles{Qt::CheckStateRole};
     if (column < 0)
         return;
-    if (column >= fCells.size())
-        fCells.resize(column + 1);
-    Cell& cell = fCells[column];
-    if (role == Qt::DisplayRole || role == Qt::EditRole) {
-        const QString text = value.toString();
-        if (!cell.text.isNull() && cell.text == text)
-            return;
-        cell.text = text.isNull() ? QString("") : text;
-        xAnnounce(column, textRoles);
-    } else if (role == Qt::CheckStateRole) {
-        const int check = value.isValid() ? value.toInt() : -1;
-        if (cell.check == check)
-            return;
-        cell.check = check;
-        xAnnounce(column, checkRoles);
-    } else {
-        QTreeWidgetItem::setData(column, role, value);
+    const bool isText = isTextRole(role) && value.userType() == QMetaType::QString;
+    const bool isCheck = role == Qt::CheckStateRole && value.userType() == QMetaType::Int &&
+                         value.toInt() >= 0 && !flags().testFlag(Qt::ItemIsAutoTristate);
+    // What the base class holds once, it goes on to hold.
+    if (!(isText || isCheck) ||
+        (!xHolds(column, role) && QTreeWidgetItem::data(column, role).isValid()))
+        xSetOther(column, role, value);
+    else if (isCheck)
+        xSetCheck(column, value.toInt());
+    else
+        xSetText(column, value.toString());
+}
+
+void KeyRow::xSetText(int column, const QString& text)
+{
+    static const QVector<int> roles{Qt::DisplayRole, Qt::EditRole};
+    Cell& cell = xMakeCell(column);
+    if (!cell.text.isNull() && cell.text == text)
+        return;
+    cell.text = text.isNull() ? QString("") : text;
+    cell.head = headOf(text);
+    xAnnounce(column, roles);
+}
+
+void KeyRow::xSetCheck(int column, int check)
+{
+    static const QVector<int> roles{Qt::CheckStateRole};
+    Cell& cell = xMakeCell(column);
+    if (cell.check == check)
+        return;
+    cell.check = check;
+    xAnnounce(column, roles);
+}
+
+/// The base class takes over what the row held, and so knows whether anything changes.
+void KeyRow::xSetOther(int column, int role, const QVariant& value)
+{
+    if (xHolds(column, role)) {
+        const QSignalBlocker quiet(modelOf(*this));
+        QTreeWidgetItem::setData(column, role, data(column, role));
+        if (isTextRole(role))
+            fCells[column].text = QString();
+        else
+            fCells[column].check = -1;
     }
+    QTreeWidgetItem::setData(column, role, value);
 }
 
 bool KeyRow::operator<(const QTreeWidgetItem& other) const
 {
     if (typeid(other) != typeid(KeyRow))
         return QTreeWidgetItem::operator<(other);
-    const auto& row = static_cast<const KeyRow&>(other);
-    if (fRank >= 0 && row.fRank >= 0)
-        return fRank < row.fRank;
     const QTreeWidget* tree = treeWidget();
     const int column = tree ? tree->sortColumn() : 0;
-    return xCell(column).text < row.xCell(column).text;
+    const Cell& mine = xCell(column);
+    const Cell& theirs = static_cast<const KeyRow&>(other).xCell(column);
+    if (mine.text.isNull() || theirs.text.isNull())
+        return QTreeWidgetItem::operator<(other);
+    return mine.head != theirs.head ? mine.head < theirs.head : mine.text < theirs.text;
+}
+
+/// The base class holds all of it from now on.
+void KeyRow::read(QDataStream& in)
+{
+    fCells.clear();
+    QTreeWidgetItem::read(in);
+}
+
+/// As plain items do, so that each can read what the other wrote.
+void KeyRow::write(QDataStream& out) const
+{
+    QTreeWidgetItem plain(*this);
+    for (int column = 0; column < fCells.size(); ++column) {
+        for (const int role : {Qt::DisplayRole, Qt::CheckStateRole}) {
+            const QVariant value = data(column, role);
+            if (value.isValid())
+                plain.setData(column, role, value);
+        }
+    }
+    plain.write(out);
 }
 
 void KeyRow::xAnnounce(int column, const QVector<int>& roles)

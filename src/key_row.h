@@ -7,41 +7,47 @@
 
 struct Color;
 
-/// One row of the key table. To its users it is a tree item whose cells hold texts and check
-/// states, and whose writes the model announces; it differs in what they cost. The base class
-/// looks for its row by a search through all rows whenever the table has been sorted, and for its
-/// texts through three pointers; this class remembers its row, and holds its texts.
+/// One row of the key table: a tree item that holds its texts and check states by itself, where
+/// they cost less. The base class looks for its row by a search through all rows whenever the table
+/// has been sorted, and for its texts through three pointers; this class remembers its row. What is
+/// neither a text nor a check state, and what a stream brought, the base class holds as ever.
 class KeyRow : public QTreeWidgetItem
 {
 public:
+    static constexpr int fColumns = 6; ///< that a row has from the start
+
     /// The row of the key that is plotted in `color`, which must outlive the row.
     explicit KeyRow(Color& color);
 
     Color& color() const { return fColor; }
-    /// The text of a cell; null where none was written.
-    const QString& cellText(int column) const { return xCell(column).text; }
 
+    /// A row of the same colour.
+    QTreeWidgetItem* clone() const override;
     QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant& value) override;
-    /// Orders by the texts of the table's sort column.
+    /// Orders by the sort column of the table, as the base class does.
     bool operator<(const QTreeWidgetItem& other) const override;
-
-    /// Until it is set to -1, rows that have a rank are ordered by it instead of by their texts.
-    void setRank(int rank) { fRank = rank; }
+    void read(QDataStream& in) override;
+    void write(QDataStream& out) const override;
 
 private:
     struct Cell
     {
-        QString text;   ///< null: never written
-        int check = -1; ///< a Qt::CheckState, or -1: none
+        QString text;     ///< null: held by the base class, or never written
+        quint64 head = 0; ///< its first four characters: most comparisons end here
+        int check = -1;   ///< a Qt::CheckState; -1: held by the base class, or never written
     };
 
     const Cell& xCell(int column) const;
+    Cell& xMakeCell(int column);
+    bool xHolds(int column, int role) const;
+    void xSetText(int column, const QString& text);
+    void xSetCheck(int column, int check);
+    void xSetOther(int column, int role, const QVariant& value);
     void xAnnounce(int column, const QVector<int>& roles);
     bool xFindsItsRow();
 
     Color& fColor;
-    QVarLengthArray<Cell, 6> fCells;
+    QVarLengthArray<Cell, fColumns> fCells;
     int fRow = -1; ///< where the row stood when last asked: to be checked before use
-    int fRank = -1;
 };

@@ -1,7 +1,5 @@
 #include "key_tree.h"
 
-#include "row_ranks.h"
-
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
@@ -103,7 +101,6 @@ bool KeyTree::xIsTouchedPartSorted() const
 
 void KeyTree::xSortRows()
 {
-    const RowRanks ranks(*this);
     sortItems(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
 }
 

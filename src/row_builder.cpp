@@ -4,7 +4,6 @@
 #include "key_row.h"
 #include "key_tree.h"
 #include "latin1.h"
-#include "row_ranks.h"
 
 namespace {
 
@@ -28,7 +27,7 @@ Widget::Rows RowBuilder::build(const Model& model)
 {
     fTree.setSortingEnabled(false);
     Widget::Rows rows = xAddRows(model);
-    xSort();
+    fTree.setSortingEnabled(true);
     // Only now: buttons of rows that do not move any more cost less.
     xInstallButtons();
     for (const int column : {Widget::fColName, Widget::fColType, Widget::fColValue,
@@ -62,12 +61,6 @@ QTreeWidgetItem* RowBuilder::xNewRow(STMVal& value)
     item->setCheckState(Widget::fColWatch, value.watch ? Qt::Checked : Qt::Unchecked);
     item->setCheckState(Widget::fColGraph, value.graph ? Qt::Checked : Qt::Unchecked);
     return item;
-}
-
-void RowBuilder::xSort()
-{
-    const RowRanks ranks(fTree);
-    fTree.setSortingEnabled(true);
 }
 
 void RowBuilder::xInstallButtons()

@@ -15,7 +15,6 @@ public:
 private:
     static QTreeWidgetItem* xNewRow(STMVal& value);
     Widget::Rows xAddRows(const Model& model);
-    void xSort();
     void xInstallButtons();
 
     KeyTree& fTree;

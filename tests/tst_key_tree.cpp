@@ -1,7 +1,6 @@
 #include "key_row.h"
 #include "key_tree.h"
 #include "model.h"
-#include "row_ranks.h"
 #include "support/guarded_test.h"
 
 #include <QHeaderView>
@@ -99,7 +98,6 @@ private slots:
     void aBatchWithoutSortingMovesNothing();
     void writesOutsideOfABatchSortAtOnce();
     void clickOnTheHeaderSorts();
-    void rankedSortingOrdersAsTextsDo();
     void foreignItemsSortAmongRows();
     void buttonsInSightStandInTheirCells();
     void buttonsFollowScrollingSortingAndColumnMoves();
@@ -265,25 +263,6 @@ void KeyTreeTest::clickOnTheHeaderSorts()
     QCOMPARE(namesOf(f.tree), (QStringList{"a", "b", "c"}));
     QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, name);
     QCOMPARE(namesOf(f.tree), (QStringList{"c", "b", "a"}));
-}
-
-void KeyTreeTest::rankedSortingOrdersAsTextsDo()
-{
-    const QStringList names{"abcd", "abc",   "b",  "abcde", "",
-                            "abcd", "\xe4z", "10", "9",     QString("abc") + QChar(0)};
-    for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
-        Fixture byText(names);
-        byText.tree.sortItems(0, order);
-        Fixture byRank(names);
-        {
-            const RowRanks ranks(byRank.tree);
-            byRank.tree.sortItems(0, order);
-        }
-        QCOMPARE(namesOf(byRank.tree), namesOf(byText.tree));
-        byRank.rows[0]->setText(0, "zzz");
-        byRank.tree.sortItems(0, Qt::AscendingOrder);
-        QCOMPARE(namesOf(byRank.tree).indexOf("zzz"), names.size() - 2);
-    }
 }
 
 void KeyTreeTest::foreignItemsSortAmongRows()
