@@ -1,26 +1,24 @@
 #pragma once
 
-#include <QTimer>
+#include "batched_writes.h"
+#include "cell_keys.h"
+#include "row_buttons.h"
+
 #include <QTreeWidget>
 
-#include <functional>
-
 /// A tree widget for many flat rows with a button in each. To its users it is a plain tree widget
-/// with sorting on; it differs in what things cost:
+/// with sorting on, whose keys go from cell to cell; it differs in what things cost:
 /// - cells written within a WriteBatch are announced by the model one by one, but the view looks
 ///   at them once, when the batch ends: it puts the rows in order again, if they are not, and
 ///   paints.
-/// - the widgets installed in cells are placed and shown only while their row is in sight.
-/// Rows are one line high, whatever their texts. Child widgets of the viewport that belong to no
-/// row in sight are hidden.
+/// - the buttons are placed and shown only while their row is in sight.
+/// Rows are one line high, whatever their texts. Widgets in cells of other columns than that of the
+/// buttons are placed by nobody.
 class KeyTree : public QTreeWidget
 {
 public:
-    /// Makes the button of a row. The tree becomes its owner.
-    using ButtonMaker = std::function<QWidget*(QTreeWidgetItem&)>;
-
-    /// So many rows have their button from the start, the others once they came into sight.
-    static constexpr int fButtonLimit = 5000;
+    using ButtonMaker = RowButtons::Maker;
+    static constexpr int fButtonLimit = RowButtons::fLimit;
 
     class WriteBatch;
 
@@ -37,44 +35,23 @@ protected:
                      const QVector<int>& roles = QVector<int>()) override;
     void updateEditorGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
-    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    using QTreeWidget::edit;
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void xBeginBatch();
-    void xEndBatch();
-    bool xIsTouchedPartSorted() const;
-    void xSortRows();
-    void xTellAccessibility();
-
-    void xInstallButtonsAhead();
-    void xInstallButton(const QModelIndex& index);
-    void xPlaceWidgetsInSight();
-    QModelIndexList xRowsInSight() const;
-    void xPlaceWidgetsOf(const QModelIndex& row, QVector<QWidget*>& placed);
-    void xHideAllBut(const QVector<QWidget*>& placed);
-
-    struct Touched
-    {
-        int first;
-        int last;
-    };
-
-    QTimer fPlaceTimer; ///< until placeWidgetsInSight
-    ButtonMaker fMaker;
-    int fButtonColumn = -1;
-    int fBatches = 0;         ///< open batches, one within the other
-    int fSortColumn = -1;     ///< while a batch is open
-    Touched fTouched{0, -1};  ///< rows whose cell of that column was written in the batch
-    bool fInstalling = false; ///< whether cell widgets are being installed or placed
+    BatchedWrites fWrites{*this};
+    RowButtons fButtons{*this};
+    CellKeys fKeys{*this};
 };
 
 /// While one exists, the view of `tree` waits, see KeyTree. Batches nest.
 class KeyTree::WriteBatch
 {
 public:
-    explicit WriteBatch(KeyTree& tree) : fTree(tree) { fTree.xBeginBatch(); }
-    ~WriteBatch() { fTree.xEndBatch(); }
+    explicit WriteBatch(KeyTree& tree) : fTree(tree) { fTree.fWrites.begin(); }
+    ~WriteBatch() { fTree.fWrites.end(); }
     WriteBatch(const WriteBatch&) = delete;
     WriteBatch& operator=(const WriteBatch&) = delete;
 

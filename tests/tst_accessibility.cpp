@@ -1,0 +1,64 @@
+#include "support/guarded_test.h"
+#include "support/key_table.h"
+
+#include <QAccessible>
+#include <QtTest>
+
+namespace {
+
+QVector<QObject*> heard; ///< whose cells are said to have changed
+
+} // namespace
+
+// The platform of the tests has no screen reader: these stand before the toolkit's own.
+
+bool QAccessible::isActive()
+{
+    return true;
+}
+
+void QAccessible::updateAccessibility(QAccessibleEvent* event)
+{
+    if (event->type() == QAccessible::TableModelChanged)
+        heard += event->object();
+}
+
+/// What a screen reader hears of the table.
+class AccessibilityTest : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aBatchIsToldOnce();
+    void aWriteOutsideOfABatchIsTold();
+};
+
+void AccessibilityTest::aBatchIsToldOnce()
+{
+    for (const int count : {1, 100}) {
+        KeyTable f(manyNames(count));
+        f.show();
+        heard.clear();
+        {
+            const KeyTree::WriteBatch batch(f.tree);
+            for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+                row->setText(0, "y");
+                row->setText(1, "x");
+            }
+            QVERIFY(heard.isEmpty());
+        }
+        QCOMPARE(heard, QVector<QObject*>{&f.tree});
+    }
+}
+
+void AccessibilityTest::aWriteOutsideOfABatchIsTold()
+{
+    KeyTable f({"a"});
+    f.show();
+    heard.clear();
+    f.rows[0]->setText(1, "x");
+    QCOMPARE(heard, QVector<QObject*>{&f.tree});
+}
+
+QTEST_MAIN(AccessibilityTest)
+#include "tst_accessibility.moc"

@@ -1,0 +1,405 @@
+#include "support/guarded_test.h"
+#include "support/key_table.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+bool isInCell(const KeyTable& table, int row)
+{
+    QTreeWidgetItem* item = table.tree.topLevelItem(row);
+    const QRect cell = table.tree.visualItemRect(item);
+    const QRect place = table.button(row)->geometry();
+    const int left = table.tree.columnViewportPosition(KeyTable::fButtonColumn);
+    const int width = table.tree.columnWidth(KeyTable::fButtonColumn);
+    return table.button(row)->isVisible() && place.size() == QSize(16, 16) &&
+           qAbs(place.center().y() - cell.center().y()) <= 1 && place.left() >= left &&
+           place.right() < left + width;
+}
+
+int visibleButtons(const KeyTable& table)
+{
+    int count = 0;
+    for (const QPushButton* button : table.tree.findChildren<QPushButton*>())
+        count += button->isVisible() ? 1 : 0;
+    return count;
+}
+
+/// Counts the events that come to all objects: what a piece of work costs, whatever the machine.
+class EventCounter : public QObject
+{
+public:
+    EventCounter() { qApp->installEventFilter(this); }
+
+    int count = 0;
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        ++count;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+/// Events while a table of so many rows is scrolled in its middle, over rows that were in sight
+/// before.
+int eventsOfAScroll(int rows)
+{
+    KeyTable f(manyNames(rows));
+    f.installButtons();
+    f.show();
+    QScrollBar* bar = f.tree.verticalScrollBar();
+    bar->setValue(rows / 2 + 20);
+    bar->setValue(rows / 2);
+    QCoreApplication::processEvents();
+    const EventCounter events;
+    for (int i = 1; i <= 20; ++i)
+        bar->setValue(rows / 2 + i);
+    return events.count;
+}
+
+} // namespace
+
+class RowButtonsTest : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void buttonsInSightStandInTheirCells();
+    void buttonsFollowScrollingSortingAndColumnMoves();
+    void everyRowUpToTheLimitHasItsButtonAtOnce();
+    void rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight();
+    void deletedItemsAndClearDeleteTheirButtons();
+    void clearingWhileAButtonHasTheFocusKeepsItInTheTable();
+    void tabGoesDownTheButtonsInSight();
+    void buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot();
+    void aScrollCostsTheSameWhateverTheNumberOfRows();
+    void rowsThatComeInSightForTheFirstTimeNeedNoLayout();
+    void aLayoutThatRowsNeedIsMade();
+    void buttonsStandInTheirCellsFromRightToLeft();
+    void buttonsFollowTheHorizontalScrollBar();
+    void buttonsFollowScrollingByPixels();
+    void hiddenRowsHaveNoButtonInSight();
+    void aHiddenColumnHasNoButtonInSight();
+    void asManyButtonsAreInSightAsRows();
+    void aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced();
+    void rowsMayGoWithoutAButton();
+    void aTableWithoutButtonsScrolls();
+    void aButtonMayBeDeletedByOthers();
+    void buttonsAreDeletedWithTheTable();
+    void theFocusStaysInTheTableWhenItsButtonLeavesTheSight();
+};
+
+void RowButtonsTest::buttonsInSightStandInTheirCells()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(f.button(0)->isVisible());
+    for (int row = 0; row < 5; ++row) {
+        QVERIFY(f.button(row)->isVisible());
+        QVERIFY(isInCell(f, row));
+    }
+    QVERIFY(!f.button(49)->isVisible());
+}
+
+void RowButtonsTest::buttonsFollowScrollingSortingAndColumnMoves()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    f.tree.verticalScrollBar()->setValue(f.tree.verticalScrollBar()->maximum());
+    QVERIFY(f.button(49)->isVisible() && isInCell(f, 49));
+    QVERIFY(!f.button(0)->isVisible());
+
+    QPushButton* first = f.button(0);
+    f.tree.sortItems(0, Qt::DescendingOrder);
+    QCOMPARE(f.button(49), first);
+    QTRY_VERIFY(first->isVisible() && isInCell(f, 49));
+
+    const int before = first->x();
+    f.tree.header()->moveSection(KeyTable::fButtonColumn, 0);
+    QTRY_VERIFY(first->x() < before);
+    f.tree.setColumnWidth(KeyTable::fButtonColumn, 60);
+    f.tree.header()->moveSection(0, KeyTable::fButtonColumn);
+    QTRY_VERIFY(first->x() > 60);
+    f.tree.hideColumn(KeyTable::fButtonColumn);
+    QTRY_VERIFY(!first->isVisible());
+}
+
+void RowButtonsTest::everyRowUpToTheLimitHasItsButtonAtOnce()
+{
+    KeyTable f(manyNames(KeyTree::fButtonLimit));
+    f.installButtons();
+    for (int row = 0; row < KeyTree::fButtonLimit; ++row)
+        QVERIFY(f.button(row));
+    QCOMPARE(f.buttonsMade, KeyTree::fButtonLimit);
+}
+
+void RowButtonsTest::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
+{
+    const int count = KeyTree::fButtonLimit + 1000;
+    KeyTable f(manyNames(count));
+    f.installButtons();
+    f.show();
+    QVERIFY(!f.button(count - 1));
+    f.tree.scrollToItem(f.rows.last());
+    QTRY_VERIFY(f.button(count - 1));
+    QCOMPARE(f.button(count - 1)->text(), f.rows.last()->text(0));
+    QVERIFY(f.button(count - 1)->isVisible() && isInCell(f, count - 1));
+    QVERIFY(!f.button(count - 500));
+}
+
+void RowButtonsTest::deletedItemsAndClearDeleteTheirButtons()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    const QPointer<QPushButton> first = f.button(0);
+    const QPointer<QPushButton> second = f.button(1);
+    const QPointer<QPushButton> last = f.button(49);
+    delete f.tree.topLevelItem(0);
+    QTRY_VERIFY(!first);
+    QTRY_VERIFY(isInCell(f, 0));
+    QCOMPARE(f.button(0), second);
+    f.tree.clear();
+    QTRY_VERIFY(!second && !last);
+}
+
+void RowButtonsTest::clearingWhileAButtonHasTheFocusKeepsItInTheTable()
+{
+    KeyTable f(manyNames(3));
+    f.installButtons();
+    f.show();
+    f.button(1)->setFocus();
+    f.tree.clear();
+    QVERIFY(f.tree.hasFocus());
+}
+
+void RowButtonsTest::tabGoesDownTheButtonsInSight()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    f.tree.sortItems(0, Qt::DescendingOrder);
+    QTRY_VERIFY(f.button(0)->isVisible());
+    f.tree.setFocus();
+    for (int row = 0; row < 3; ++row) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), f.button(row));
+    }
+}
+
+void RowButtonsTest::buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(f.button(0)->isVisible());
+    f.tree.verticalScrollBar()->setValue(20);
+    for (int row = 0; row < 50; ++row) {
+        const bool isInSight = f.button(row)->isVisible();
+        QCOMPARE(f.button(row)->parentWidget() == f.tree.viewport(), isInSight);
+        QVERIFY(f.tree.isAncestorOf(f.button(row)));
+    }
+}
+
+void RowButtonsTest::aScrollCostsTheSameWhateverTheNumberOfRows()
+{
+    const int few = eventsOfAScroll(200);
+    QVERIFY(few > 20);
+    QCOMPARE(eventsOfAScroll(4000), few);
+    QCOMPARE(eventsOfAScroll(RowButtons::fLimit + 4000), few);
+}
+
+void RowButtonsTest::rowsThatComeInSightForTheFirstTimeNeedNoLayout()
+{
+    const int count = RowButtons::fLimit + 1000;
+    KeyTable f(manyNames(count));
+    f.installButtons();
+    f.show();
+    QCoreApplication::processEvents();
+    f.tree.layouts = 0;
+    for (const int first : {RowButtons::fLimit + 100, RowButtons::fLimit + 105}) {
+        f.tree.verticalScrollBar()->setValue(first);
+        QCOMPARE(f.tree.topLevelItem(first), f.tree.itemAt(0, 0));
+        QVERIFY(isInCell(f, first) && isInCell(f, first + 5));
+    }
+    QCoreApplication::processEvents();
+    QCOMPARE(f.tree.layouts, 0);
+}
+
+void RowButtonsTest::aLayoutThatRowsNeedIsMade()
+{
+    KeyTable f(manyNames(3));
+    f.show();
+    f.tree.addTopLevelItem(new KeyRow(f.color));
+    f.installButtons();
+    QTRY_VERIFY(f.button(3) && isInCell(f, 3));
+    f.tree.insertTopLevelItem(0, new KeyRow(f.color));
+    QTRY_VERIFY(f.button(0) && isInCell(f, 0));
+    for (int row = 1; row < 5; ++row)
+        QVERIFY(isInCell(f, row));
+    QCOMPARE(f.buttonsMade, 5);
+}
+
+void RowButtonsTest::buttonsStandInTheirCellsFromRightToLeft()
+{
+    KeyTable f(manyNames(5));
+    f.tree.setLayoutDirection(Qt::RightToLeft);
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(isInCell(f, 4));
+    const int left = f.tree.columnViewportPosition(KeyTable::fButtonColumn);
+    QCOMPARE(f.button(4)->geometry().right(),
+             left + f.tree.columnWidth(KeyTable::fButtonColumn) - 1);
+}
+
+void RowButtonsTest::buttonsFollowTheHorizontalScrollBar()
+{
+    KeyTable f(manyNames(5));
+    f.installButtons();
+    f.tree.setColumnWidth(0, 500);
+    f.tree.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    f.show();
+    QTRY_VERIFY(isInCell(f, 0));
+    QVERIFY(f.button(0)->x() > f.tree.viewport()->width());
+    QScrollBar* bar = f.tree.horizontalScrollBar();
+    for (const int value : {bar->maximum(), 100}) {
+        bar->setValue(value);
+        QVERIFY(isInCell(f, 0) && isInCell(f, 4));
+    }
+}
+
+void RowButtonsTest::buttonsFollowScrollingByPixels()
+{
+    KeyTable f(manyNames(50));
+    f.tree.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(isInCell(f, 0));
+    f.tree.verticalScrollBar()->setValue(7);
+    QVERIFY(isInCell(f, 0) && isInCell(f, 1));
+    QVERIFY(f.button(0)->y() < 0);
+}
+
+void RowButtonsTest::hiddenRowsHaveNoButtonInSight()
+{
+    KeyTable f(manyNames(5));
+    f.installButtons();
+    f.show();
+    f.rows[1]->setHidden(true);
+    QTRY_VERIFY(!f.button(1)->isVisible());
+    for (const int row : {0, 2, 3, 4})
+        QVERIFY(isInCell(f, row));
+    f.rows[1]->setHidden(false);
+    f.tree.hideColumn(0);
+    QTRY_VERIFY(isInCell(f, 1));
+    QCOMPARE(visibleButtons(f), 5);
+}
+
+void RowButtonsTest::aHiddenColumnHasNoButtonInSight()
+{
+    KeyTable f(manyNames(5));
+    f.installButtons();
+    f.show();
+    QTRY_COMPARE(visibleButtons(f), 5);
+    f.tree.hideColumn(KeyTable::fButtonColumn);
+    QTRY_COMPARE(visibleButtons(f), 0);
+    f.tree.showColumn(KeyTable::fButtonColumn);
+    QTRY_COMPARE(visibleButtons(f), 5);
+}
+
+void RowButtonsTest::asManyButtonsAreInSightAsRows()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    const int height = f.tree.visualItemRect(f.rows[0]).height();
+    const int inSight = (f.tree.viewport()->height() + height - 1) / height;
+    QTRY_COMPARE(visibleButtons(f), inSight);
+    f.tree.verticalScrollBar()->setValue(5);
+    QCOMPARE(visibleButtons(f), inSight);
+    f.tree.resize(400, 100);
+    QTRY_VERIFY(visibleButtons(f) < inSight);
+    f.tree.resize(400, 200);
+    QTRY_COMPARE(visibleButtons(f), inSight);
+}
+
+void RowButtonsTest::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    auto* other = new QPushButton("other");
+    f.tree.setItemWidget(f.rows[2], KeyTable::fButtonColumn, other);
+    QTRY_COMPARE(other->y(), f.tree.visualItemRect(f.rows[2]).y());
+    f.tree.verticalScrollBar()->setValue(20);
+    QVERIFY(!other->isVisible());
+    f.tree.verticalScrollBar()->setValue(0);
+    QVERIFY(other->isVisible());
+}
+
+void RowButtonsTest::rowsMayGoWithoutAButton()
+{
+    KeyTable f(manyNames(5));
+    f.tree.installButtons(KeyTable::fButtonColumn, [&f](QTreeWidgetItem& item) -> QWidget* {
+        return item.text(0) == "key 000001" ? nullptr : new QPushButton(&f.tree);
+    });
+    f.show();
+    QTRY_COMPARE(visibleButtons(f), 4);
+    QVERIFY(!f.button(1));
+    QCOMPARE(f.button(2)->y(), f.tree.visualItemRect(f.rows[2]).y());
+}
+
+void RowButtonsTest::aTableWithoutButtonsScrolls()
+{
+    KeyTable f(manyNames(50));
+    f.show();
+    f.tree.verticalScrollBar()->setValue(20);
+    QCOMPARE(f.tree.itemAt(0, 0), f.rows[20]);
+    QCOMPARE(visibleButtons(f), 0);
+}
+
+void RowButtonsTest::aButtonMayBeDeletedByOthers()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(f.button(1)->isVisible());
+    delete f.button(1);
+    f.tree.verticalScrollBar()->setValue(20);
+    f.tree.verticalScrollBar()->setValue(0);
+    QVERIFY(isInCell(f, 0) && isInCell(f, 1));
+    QCOMPARE(f.buttonsMade, 51);
+}
+
+void RowButtonsTest::buttonsAreDeletedWithTheTable()
+{
+    auto f = std::make_unique<KeyTable>(manyNames(50));
+    f->installButtons();
+    f->show();
+    const QPointer<QPushButton> first = f->button(0);
+    const QPointer<QPushButton> last = f->button(49);
+    f.reset();
+    QVERIFY(!first && !last);
+}
+
+void RowButtonsTest::theFocusStaysInTheTableWhenItsButtonLeavesTheSight()
+{
+    KeyTable f(manyNames(50));
+    f.installButtons();
+    f.show();
+    QTRY_VERIFY(f.button(0)->isVisible());
+    f.button(0)->setFocus();
+    QVERIFY(f.button(0)->hasFocus());
+    f.tree.verticalScrollBar()->setValue(20);
+    QVERIFY(f.tree.hasFocus());
+}
+
+QTEST_MAIN(RowButtonsTest)
+#include "tst_row_buttons.moc"
