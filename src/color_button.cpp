@@ -3,7 +3,9 @@
 #include "model.h"
 #include "shown_color.h"
 
+#include <QApplication>
 #include <QColorDialog>
+#include <QPainter>
 #include <QPointer>
 
 ColorButton::ColorButton(Color& color, QWidget* parent) : QPushButton(parent), fColor(color)
@@ -15,6 +17,10 @@ ColorButton::ColorButton(Color& color, QWidget* parent) : QPushButton(parent), f
 
 void ColorButton::xOnClick()
 {
+    // Two clicks may come in one go, and a click may come late, when another dialog has opened.
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (modal && modal != window())
+        return;
     // The button may be deleted, and the dialog with it, while the dialog is open.
     auto* dialog = new QColorDialog(shownColor(fColor), this);
     const QPointer<QColorDialog> stillThere(dialog);
@@ -29,6 +35,19 @@ void ColorButton::xOnClick()
     fColor.green = chosen.green();
     fColor.blue = chosen.blue();
     xShowColor();
+}
+
+/// The square covers what the style draws around a button that has the focus.
+void ColorButton::paintEvent(QPaintEvent* event)
+{
+    QPushButton::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.setPen(palette().color(QPalette::Window));
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }
 
 void ColorButton::xShowColor()

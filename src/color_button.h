@@ -17,8 +17,12 @@ public:
     ColorButton(Color& color, QWidget* parent);
 
 public slots:
-    /// Asks the user for a colour, modally. Cancelled: nothing changes.
+    /// Asks the user for a colour, modally. Cancelled: nothing changes. Nor is anybody asked while
+    /// another modal window than the button's own is open, such as another chooser.
     void xOnClick();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void xShowColor();

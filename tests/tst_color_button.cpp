@@ -1,10 +1,13 @@
 #include "support/guarded_test.h"
 
 #include "color_button.h"
+#include "key_row.h"
+#include "key_tree.h"
 #include "model.h"
 
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QtTest>
 
 #include <climits>
@@ -47,6 +50,37 @@ void press(QColorDialog* dialog, QDialogButtonBox::StandardButton which)
     QTest::mouseClick(buttons->button(which), Qt::LeftButton);
 }
 
+int openChoosers()
+{
+    int count = 0;
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        count += qobject_cast<const QColorDialog*>(window) && window->isVisible() ? 1 : 0;
+    return count;
+}
+
+/// A table of one row, whose cell of the colour is the current one.
+class OneKey
+{
+public:
+    OneKey()
+    {
+        tree.setColumnCount(2);
+        tree.addTopLevelItem(row);
+        tree.installButtons(1, [this](QTreeWidgetItem& /*item*/) {
+            return new ColorButton(row->color(), tree.viewport());
+        });
+        tree.show();
+        tree.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&tree));
+        tree.setFocus();
+        tree.setCurrentItem(row, 1);
+    }
+
+    Color color = colorOf(1, 2, 3);
+    KeyTree tree;
+    KeyRow* row = new KeyRow(color);
+};
+
 } // namespace
 
 /// The square that shows a key's colour and lets it be chosen.
@@ -63,6 +97,13 @@ private slots:
     void escapeCancels();
     void colorsBeyondTheirRangeAreShownAsTheNearest();
     void mayBeDeletedWhileTheChooserIsOpen();
+    void keysThatComeInOneGoOpenOneChooser_data();
+    void keysThatComeInOneGoOpenOneChooser();
+    void aKeyOpensOneChooserAfterAnother();
+    void noChooserOpensAboveAnotherDialog();
+    void aClickBeneathAnotherDialogIsLost();
+    void aDialogMayHaveItsOwnColours();
+    void aFrameShowsTheFocus();
 };
 
 void TestColorButton::initTestCase()
@@ -174,6 +215,133 @@ void TestColorButton::mayBeDeletedWhileTheChooserIsOpen()
     button->click();
     QVERIFY(!button);
     QCOMPARE(color.red, 1);
+}
+
+void TestColorButton::keysThatComeInOneGoOpenOneChooser_data()
+{
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("second");
+    QTest::newRow("twice Space") << int(Qt::Key_Space) << int(Qt::Key_Space);
+    QTest::newRow("Space and Return") << int(Qt::Key_Space) << int(Qt::Key_Return);
+}
+
+void TestColorButton::keysThatComeInOneGoOpenOneChooser()
+{
+    QFETCH(int, first);
+    QFETCH(int, second);
+    OneKey key;
+    int seen = 0;
+    int most = 0;
+    whenTheChooserOpens([&](QColorDialog* dialog) {
+        for (int i = 0; i < 20; ++i) {
+            QCoreApplication::processEvents();
+            most = qMax(most, openChoosers());
+        }
+        ++seen;
+        // Whatever else stands above it would stay.
+        for (QWidget* front = dialog; front; front = QApplication::activeModalWidget())
+            front->close();
+    });
+    QTest::keyClick(&key.tree, Qt::Key(first));
+    QTest::keyClick(&key.tree, Qt::Key(second));
+    QTRY_COMPARE(seen, 1);
+    QCOMPARE(most, 1);
+    for (int i = 0; i < 20; ++i)
+        QCoreApplication::processEvents();
+    QCOMPARE(openChoosers(), 0);
+}
+
+void TestColorButton::aKeyOpensOneChooserAfterAnother()
+{
+    OneKey key;
+    int seen = 0;
+    for (const Qt::Key press : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Space}) {
+        whenTheChooserOpens([&seen](QColorDialog* dialog) {
+            dialog->setCurrentColor(QColor(10 * ++seen, 0, 0));
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        const int before = seen;
+        QTest::keyClick(QApplication::focusWidget(), press);
+        QTRY_COMPARE(key.color.red, 10 * (before + 1));
+        key.tree.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&key.tree));
+    }
+}
+
+void TestColorButton::noChooserOpensAboveAnotherDialog()
+{
+    OneKey key;
+    QFileDialog file(&key.tree);
+    bool wasOpen = false;
+    int most = 0;
+    QTimer::singleShot(0, &file, [&] {
+        for (int i = 0; i < 20; ++i) {
+            QCoreApplication::processEvents();
+            most = qMax(most, openChoosers());
+        }
+        wasOpen = file.isVisible();
+        for (QWidget* front = &file; front; front = QApplication::activeModalWidget())
+            front->close();
+    });
+    QTest::keyClick(&key.tree, Qt::Key_Space);
+    file.exec();
+    QVERIFY(wasOpen);
+    QCOMPARE(most, 0);
+}
+
+void TestColorButton::aClickBeneathAnotherDialogIsLost()
+{
+    OneKey key;
+    QDialog other;
+    other.setModal(true);
+    other.show();
+    QCOMPARE(QApplication::activeModalWidget(), &other);
+    auto* button = key.tree.findChild<ColorButton*>();
+    // Were a chooser to open, it would be closed, and be seen.
+    bool hasOpened = false;
+    whenTheChooserOpens([&hasOpened](QColorDialog* dialog) {
+        hasOpened = true;
+        dialog->close();
+    });
+    button->click();
+    QVERIFY(!hasOpened);
+    other.close();
+    button->click();
+    QVERIFY(hasOpened);
+}
+
+void TestColorButton::aDialogMayHaveItsOwnColours()
+{
+    Color color = colorOf(1, 2, 3);
+    QDialog dialog;
+    ColorButton button(color, &dialog);
+    dialog.setModal(true);
+    dialog.show();
+    whenTheChooserOpens([](QColorDialog* chooser) {
+        chooser->setCurrentColor(QColor(250, 120, 60));
+        press(chooser, QDialogButtonBox::Ok);
+    });
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QCOMPARE(color.red, 250);
+}
+
+void TestColorButton::aFrameShowsTheFocus()
+{
+    Color color = colorOf(200, 40, 30);
+    QWidget window;
+    auto* button = new ColorButton(color, &window);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.setFocus();
+    button->clearFocus();
+    const QImage without = button->grab().toImage();
+    button->setFocus();
+    const QImage with = button->grab().toImage();
+    QVERIFY(with.pixelColor(0, 8) != with.pixelColor(1, 8));
+    QVERIFY(with.pixelColor(1, 8) != QColor(200, 40, 30));
+    QCOMPARE(with.pixelColor(8, 8), QColor(200, 40, 30));
+    QVERIFY(with != without);
 }
 
 QTEST_MAIN(TestColorButton)
