@@ -7,12 +7,27 @@
 
 namespace {
 
-QWidget* newButton(KeyRow& row, QWidget* parent)
+/// Called like its key, as a square says nothing. The name is told when the button comes into
+/// sight, since telling it costs as much as all the rest of making a button.
+class KeyButton : public ColorButton
 {
-    auto* button = new ColorButton(row.color(), parent);
-    button->setAccessibleName(row.cellText(Widget::fColName)); // a square says nothing
-    return button;
-}
+public:
+    KeyButton(const KeyRow& row, QWidget* parent)
+        : ColorButton(row.color(), parent), fAlias(row.cellText(Widget::fColName))
+    {
+    }
+
+protected:
+    void showEvent(QShowEvent* event) override
+    {
+        if (accessibleName().isNull())
+            setAccessibleName(fAlias);
+        ColorButton::showEvent(event);
+    }
+
+private:
+    QString fAlias;
+};
 
 /// Not when its window is being deleted: that leaves the order of the key Tab, then hides, which
 /// may bring the table a last layout, and a new button would look for its place in that order.
@@ -67,7 +82,7 @@ void RowBuilder::xInstallButtons()
 {
     QWidget* viewport = fTree.viewport();
     fTree.installButtons(Widget::fColColor, [viewport](QTreeWidgetItem& item) -> QWidget* {
-        auto* row = dynamic_cast<KeyRow*>(&item);
-        return row && takesButtons(*viewport) ? newButton(*row, viewport) : nullptr;
+        const auto* row = dynamic_cast<KeyRow*>(&item);
+        return row && takesButtons(*viewport) ? new KeyButton(*row, viewport) : nullptr;
     });
 }
