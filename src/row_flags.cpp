@@ -4,10 +4,10 @@
 #include "latin1.h"
 #include "module.h"
 
-#include <QHash>
 #include <QTreeWidgetItem>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -43,14 +43,34 @@ Color* colorOf(const Widget::Rows& rows, const QTreeWidgetItem& item)
     return row == rows.end() ? nullptr : colorOf(row->first);
 }
 
-QHash<const QTreeWidgetItem*, Color*> colorsOf(const Widget::Rows& rows)
+/// All colours, found by item. Rows are made one after the other, so they mostly stand in the order
+/// of their addresses already, and a search among these costs less than a hash table.
+class Colors
 {
-    QHash<const QTreeWidgetItem*, Color*> colors;
-    colors.reserve(rows.size());
-    for (const auto& row : rows)
-        colors.insert(row.second, colorOf(row.first));
-    return colors;
-}
+public:
+    explicit Colors(const Widget::Rows& rows)
+    {
+        fByItem.reserve(static_cast<std::size_t>(rows.size()));
+        for (const auto& row : rows)
+            fByItem.emplace_back(row.second, colorOf(row.first));
+        if (!std::is_sorted(fByItem.begin(), fByItem.end()))
+            std::sort(fByItem.begin(), fByItem.end());
+    }
+
+    Color* of(const QTreeWidgetItem* item) const
+    {
+        const auto isBefore = [](const Entry& entry, const QTreeWidgetItem* wanted) {
+            return std::less<>()(entry.first, wanted);
+        };
+        const auto found = std::lower_bound(fByItem.begin(), fByItem.end(), item, isBefore);
+        return found != fByItem.end() && found->first == item ? found->second : nullptr;
+    }
+
+private:
+    using Entry = std::pair<const QTreeWidgetItem*, Color*>;
+
+    std::vector<Entry> fByItem;
+};
 
 } // namespace
 
@@ -78,9 +98,9 @@ void RowFlags::takeWatch(const QList<QTreeWidgetItem*>& items, bool on)
 void RowFlags::takeGraph(const QList<QTreeWidgetItem*>& items, bool on)
 {
     fModule.graphStmVals(aliasesOf(items), on);
-    const auto colors = on ? colorsOf(fRows) : QHash<const QTreeWidgetItem*, Color*>();
+    const Colors colors(on ? fRows : Widget::Rows());
     for (QTreeWidgetItem* item : items)
-        xShowGraphed(*item, on, colors.value(item));
+        xShowGraphed(*item, on, colors.of(item));
 }
 
 void RowFlags::xShowWatched(QTreeWidgetItem& item, bool on)
