@@ -13,7 +13,7 @@ class KeyButton : public ColorButton
 {
 public:
     KeyButton(const KeyRow& row, QWidget* parent)
-        : ColorButton(row.color(), parent), fAlias(row.cellText(Widget::fColName))
+        : ColorButton(row.color(), parent), fAlias(row.text(Widget::fColName))
     {
     }
 
