@@ -3,17 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-int PlotScale::row(double value) const
-{
-    return truncated((top - value) / unitsPerPixel);
-}
-
-QPoint PlotScale::position(const TimeValue& sample) const
-{
-    const double column = width - static_cast<double>(truncated((now - sample.first) * speed));
-    return {truncated(column), row(sample.second)};
-}
-
 double secondsOf(qint64 milliseconds)
 {
     return static_cast<float>(static_cast<float>(milliseconds) / 1000.0);

@@ -19,6 +19,16 @@ struct ValueRange
     double top;
 };
 
+/// `number` cut to a whole number toward zero, moved into the range of int: what lies beyond
+/// it, infinities included, becomes INT_MIN or INT_MAX. NaN becomes INT_MIN.
+inline int truncated(double number)
+{
+    constexpr double lowest = std::numeric_limits<int>::min();
+    constexpr double highest = std::numeric_limits<int>::max();
+    const double atLeast = number > lowest ? number : lowest;
+    return static_cast<int>(atLeast < highest ? atLeast : highest);
+}
+
 /// Where samples fall in a plot of a given size at a given moment.
 struct PlotScale
 {
@@ -29,20 +39,14 @@ struct PlotScale
     double unitsPerPixel; ///< never 0; negative for an inverted range
 
     /// The row of a value, by truncation toward zero. NaN gives the row of INT_MIN.
-    int row(double value) const;
+    int row(double value) const { return truncated((top - value) / unitsPerPixel); }
     /// Column and row of a sample. Its value is to be no NaN.
-    QPoint position(const TimeValue& sample) const;
+    QPoint position(const TimeValue& sample) const
+    {
+        const double column = width - static_cast<double>(truncated((now - sample.first) * speed));
+        return {truncated(column), row(sample.second)};
+    }
 };
-
-/// `number` cut to a whole number toward zero, moved into the range of int: what lies beyond
-/// it, infinities included, becomes INT_MIN or INT_MAX. NaN becomes INT_MIN.
-inline int truncated(double number)
-{
-    constexpr double lowest = std::numeric_limits<int>::min();
-    constexpr double highest = std::numeric_limits<int>::max();
-    const double atLeast = number > lowest ? number : lowest;
-    return static_cast<int>(atLeast < highest ? atLeast : highest);
-}
 
 /// A clock reading as a time stamp, in single precision: from 512 s on in steps of 0.06 ms, and
 /// in twice as large ones from each doubling of that on.
