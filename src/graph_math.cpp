@@ -1,5 +1,7 @@
 #include "graph_math.h"
 
+#include "vector_registers.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -41,6 +43,7 @@ void setSamplesBack(QList<TimeValue>& samples, double seconds)
 
 void includeSamples(ValueRange& range, const QList<TimeValue>& samples)
 {
+    releaseUpperHalves();
     for (const auto& [time, value] : samples) {
         if (!std::isfinite(value))
             continue;
