@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QTranslator>
 #include <QtTest>
 
@@ -153,6 +154,26 @@ int flagsOf(const QString& path)
     return flags.left(flags.indexOf('\n')).trimmed().toInt(nullptr, 8);
 }
 
+/// What the toolkit takes for the encoding of the locale, until its end.
+class LocaleEncoding
+{
+public:
+    explicit LocaleEncoding(const QByteArray& name)
+        : fBefore(QTextCodec::codecForLocale()), fCodec(QTextCodec::codecForName(name))
+    {
+        QTextCodec::setCodecForLocale(fCodec);
+    }
+    ~LocaleEncoding() { QTextCodec::setCodecForLocale(fBefore); }
+    LocaleEncoding(const LocaleEncoding&) = delete;
+    LocaleEncoding& operator=(const LocaleEncoding&) = delete;
+
+    bool isKnown() const { return fCodec; }
+
+private:
+    QTextCodec* fBefore;
+    QTextCodec* fCodec;
+};
+
 /// The reading end of a pipe that lies in a folder.
 class PipeReader
 {
@@ -249,7 +270,9 @@ private slots:
     void loadingFromNoElementFails();
     void anEntryWithoutNameOrAliasNeverReturns_data();
     void anEntryWithoutNameOrAliasNeverReturns();
+    void aPathOutsideAsciiIsOpened_data();
     void aPathOutsideAsciiIsOpened();
+    void newFilesAreForWhomTheUserAllows();
     void aMissingFolderCannotBeSavedTo();
     void aFolderOrAPipeCannotBeSavedTo();
     void aPipeIsGivenEveryByteHoweverSlowItsReader();
@@ -259,6 +282,7 @@ private slots:
     void aFileThatIsNoXmlCannotBeLoaded_data();
     void aFileThatIsNoXmlCannotBeLoaded();
     void whatIsNoOrdinaryFileCannotBeLoaded();
+    void aTerminalThatIsOpenedDoesNotBecomeTheMaster();
     void aFileBeyondTheLimitCannotBeLoaded();
     void aFileEndsAtItsFirstZeroByte();
     void anotherRootElementCannotBeLoaded();
@@ -593,9 +617,19 @@ void TestConfigManager::anEntryWithoutNameOrAliasNeverReturns()
     QCOMPARE(static_cast<LoadEnd>(WEXITSTATUS(status)), returns ? RETURNED : RETRIES);
 }
 
-// Also run in locales of other encodings, where the toolkit's own file names would be others.
+void TestConfigManager::aPathOutsideAsciiIsOpened_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    for (const char* encoding : {"UTF-8", "ISO-8859-1", "US-ASCII"})
+        QTest::newRow(encoding) << QByteArray(encoding);
+}
+
+// Whatever the toolkit takes for the encoding of the locale. Also run in other locales.
 void TestConfigManager::aPathOutsideAsciiIsOpened()
 {
+    QFETCH(QByteArray, encoding);
+    const LocaleEncoding other(encoding);
+    QVERIFY(other.isKnown());
     const QByteArray bytes = fFolder->path().toUtf8() + "/Schl\xC3\xBCssel \xE2\x82\xAC.xml";
     const QString name = QString::fromUtf8(bytes);
     const auto module = newModule();
@@ -607,6 +641,16 @@ void TestConfigManager::aPathOutsideAsciiIsOpened()
     QCOMPARE(unlink(bytes.constData()), 0);
     QVERIFY(loadMessage(module, name).contains(name));
     QVERIFY(saveMessage(module, name + "/none").contains(name));
+}
+
+void TestConfigManager::newFilesAreForWhomTheUserAllows()
+{
+    const mode_t before = umask(0017);
+    ConfigManager::saveConfigurationFile(newModule()->fModel, path("keys.xml"));
+    umask(before);
+    struct stat status = {};
+    QCOMPARE(stat(path("keys.xml").toUtf8().constData(), &status), 0);
+    QCOMPARE(status.st_mode & 0777, mode_t(0660));
 }
 
 void TestConfigManager::aMissingFolderCannotBeSavedTo()
@@ -734,6 +778,26 @@ void TestConfigManager::whatIsNoOrdinaryFileCannotBeLoaded()
         QCOMPARE(loadMessage(newModule(), name),
                  begin + name + ".\nFailed to open file: it is a device or a pipe" + end);
     }
+}
+
+// In a process of its own, of which a terminal that it opens could become the master.
+void TestConfigManager::aTerminalThatIsOpenedDoesNotBecomeTheMaster()
+{
+    const int end = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    QVERIFY(grantpt(end) == 0 && unlockpt(end) == 0);
+    const QString name = ptsname(end);
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(60);
+        setsid();
+        const bool isRefused = loadMessage(newModule(), name).contains("a device or a pipe");
+        _exit(isRefused && open("/dev/tty", O_RDWR | O_CLOEXEC) < 0 ? 0 : 1);
+    }
+    int status = 0;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    close(end);
+    QVERIFY(WIFEXITED(status));
+    QCOMPARE(WEXITSTATUS(status), 0);
 }
 
 void TestConfigManager::aFileBeyondTheLimitCannotBeLoaded()
