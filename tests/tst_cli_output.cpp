@@ -1,4 +1,5 @@
 #include "support/guarded_test.h"
+#include "support/watched_thread.h"
 
 #include <output.h>
 
@@ -6,10 +7,8 @@
 #include <QTemporaryFile>
 #include <QtTest>
 
-#include <atomic>
 #include <csignal>
 #include <fcntl.h>
-#include <future>
 #include <poll.h>
 #include <unistd.h>
 
@@ -80,38 +79,23 @@ class Writer
 {
 public:
     Writer(Pipe& pipe, const QByteArray& text)
-        : fPipe(pipe), fEnded(std::async(std::launch::async, [this, text] { write(text); }))
+        : fPipe(pipe), fThread([this, text] {
+              Output output(fPipe.writeEnd());
+              output.add(text.toStdString());
+              output.flush();
+          })
     {
     }
     ~Writer() { fPipe.closeReadEnd(); } // ends the thread, should it still write
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
-    /// Whether it stopped running, for whatever it waits for.
-    bool sleeps() const
-    {
-        QFile file(QString("/proc/self/task/%1/stat").arg(fThread));
-        if (fThread == 0 || !file.open(QIODevice::ReadOnly))
-            return false;
-        const QByteArray text = file.readAll();
-        return text.mid(text.lastIndexOf(')') + 2, 1) == "S";
-    }
-
-    /// Throws what it threw.
-    void join() { fEnded.get(); }
+    bool waits() const { return fThread.waits(); }
+    void join() { fThread.join(); }
 
 private:
-    void write(const QByteArray& text)
-    {
-        fThread = ::gettid();
-        Output output(fPipe.writeEnd());
-        output.add(text.toStdString());
-        output.flush();
-    }
-
     Pipe& fPipe;
-    std::atomic<pid_t> fThread{0};
-    std::future<void> fEnded;
+    WatchedThread fThread;
 };
 
 QByteArray numberedLines(int count)
@@ -183,7 +167,7 @@ void TestCliOutput::aFullPipeIsWaitedFor()
     const QByteArray text = numberedLines(30000); // five times what a pipe holds
     Writer writer(pipe, text);
     // Now it is full, and the writer does not try on and on.
-    QTRY_VERIFY_WITH_TIMEOUT(writer.sleeps(), deadline);
+    QVERIFY(writer.waits());
     QByteArray read;
     while (read.size() < text.size()) {
         const QByteArray more = pipe.read();
@@ -198,7 +182,7 @@ void TestCliOutput::aFullPipeWhoseReaderGoesIsClosed()
 {
     Pipe pipe(O_NONBLOCK);
     Writer writer(pipe, numberedLines(30000));
-    QTRY_VERIFY_WITH_TIMEOUT(writer.sleeps(), deadline);
+    QVERIFY(writer.waits());
     pipe.closeReadEnd();
     QVERIFY_EXCEPTION_THROWN(writer.join(), OutputClosed);
 }

@@ -15,13 +15,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr auto deadline = std::chrono::seconds(20);
-
-bool isReady(const std::future<void>& future)
-{
-    return future.wait_for(deadline) == std::future_status::ready;
-}
-
 volatile std::sig_atomic_t pipeSignals = 0;
 
 /// A link to `robot` whose every exchange has `limit`.
@@ -203,7 +196,7 @@ void TestConnection::aLateReplyReachesNobody()
         connection.greet();
         if (connection.number() == 0) {
             connection.readCommand();
-            isLate.get_future().wait_for(deadline);
+            isReady(isLate.get_future());
             connection.send("*1\r\n$1\r\n1\r\n");
         }
         while (true) {
@@ -386,7 +379,7 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
         if (connection.number() == 0) {
             connection.readCommand();
             isAsked.set_value();
-            mayAnswer.get_future().wait_for(deadline);
+            isReady(mayAnswer.get_future());
             connection.send(arrayOf(1000, "$1\r\n1\r\n"));
         }
         while (true) {

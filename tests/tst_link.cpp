@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
 #include "support/robot.h"
+#include "support/watched_thread.h"
 
 #include <QDir>
 #include <QtTest>
@@ -9,7 +10,6 @@
 #include <atomic>
 #include <ctime>
 #include <future>
-#include <thread>
 
 namespace {
 
@@ -96,8 +96,8 @@ void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
 void TestLink::aStoppedServerFailsTheCallAtItsDeadline()
 {
     RedisServer server;
-    ZoBrokerOptions options;
-    options.pingInterval = std::chrono::hours(1);
+    ZoBrokerOptions options = quietOptions();
+    options.exchangeTimeout = ZoBrokerOptions().exchangeTimeout;
     const auto broker = linkTo(server.port(), options);
     ZoMemoryProxy memory = memoryOf(broker);
     server.stop();
@@ -110,14 +110,14 @@ void TestLink::aStoppedServerFailsTheCallAtItsDeadline()
     QTRY_VERIFY(!broker->isConnected());
     server.resume();
     QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
-    QVERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
+    QTRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
 }
 
 void TestLink::anIdleLinkNoticesAStoppedServer()
 {
     RedisServer server;
-    ZoBrokerOptions options;
-    options.pingInterval = milliseconds(50);
+    ZoBrokerOptions options = patientOptions();
+    options.exchangeTimeout = options.pingInterval = milliseconds(50);
     const auto broker = linkTo(server.port(), options);
     server.stop();
     QTRY_VERIFY(!broker->isConnected());
@@ -163,16 +163,19 @@ void TestLink::waitersFailTogetherWhenTheLinkIsLost()
     const auto broker = linkTo(server.port(), quietOptions());
     server.stop();
     std::atomic<int> failed{0};
-    std::vector<std::thread> threads;
+    std::vector<WatchedThread> threads;
     threads.reserve(20);
     for (int i = 0; i < 20; ++i) {
-        threads.emplace_back([&, memory = memoryOf(broker)]() mutable {
+        threads.emplace_back([&failed, memory = memoryOf(broker)]() mutable {
             failed += !errorOf([&] { memory.getListData(requestFor({"Arm"})); }).empty();
         });
     }
+    for (const WatchedThread& thread : threads)
+        QVERIFY(thread.waits());
+    QCOMPARE(failed.load(), 0);
     server.kill();
-    for (std::thread& thread : threads)
-        thread.join();
+    for (const WatchedThread& thread : threads)
+        QVERIFY(thread.ends());
     QCOMPARE(failed.load(), 20);
 }
 
@@ -295,7 +298,7 @@ void TestLink::itEndsWhileAnotherThreadWaits()
     auto waiting = std::async(std::launch::async, [memory = memoryOf(broker)]() mutable {
         return errorOf([&] { memory.setText("Arm", "1"); });
     });
-    isAsked.get_future().wait();
+    QVERIFY(isReady(isAsked.get_future()));
     broker.reset(); // the last link but the waiting thread's
     QVERIFY(contains(waiting.get(), "no reply to SET"));
 }
@@ -317,7 +320,7 @@ void TestLink::itEndsWhileConnecting()
     options.connectTimeout = std::chrono::minutes(10);
     auto broker = linkTo(robot.port(), options);
     errorOf([&] { memoryOf(broker).setText("Arm", "1"); });
-    isTryingAgain.get_future().wait();
+    QVERIFY(isReady(isTryingAgain.get_future()));
     QElapsedTimer timer;
     timer.start();
     broker.reset();

@@ -1,4 +1,5 @@
 #include "support/guarded_test.h"
+#include "support/lock_state.h"
 
 #include <zo/mutex.h>
 
@@ -6,8 +7,7 @@
 
 #include <QtTest>
 
-#include <atomic>
-#include <future>
+#include <optional>
 #include <thread>
 
 /// The locks of the middleware and their guards.
@@ -17,11 +17,25 @@ class TestZoMutex : public GuardedTest
 
 private slots:
     void aGuardKeepsOthersOut();
+    void manyGuardsInTurnLoseNothing();
     void readersShareAndWritersWait();
+    void aWriterKeepsReadersAndWritersOut();
     void aGuardKeepsItsLockAlive();
 };
 
 void TestZoMutex::aGuardKeepsOthersOut()
+{
+    const auto mutex = ZoMutex::createZoMutex();
+    std::optional<LockAttempt> other;
+    {
+        const ZoCriticalSection guard(mutex);
+        other.emplace(LockAttempt::with<ZoCriticalSection>(mutex));
+        QVERIFY(other->waits());
+    }
+    QVERIFY(other->succeeds());
+}
+
+void TestZoMutex::manyGuardsInTurnLoseNothing()
 {
     const auto mutex = ZoMutex::createZoMutex();
     int counter = 0;
@@ -40,21 +54,30 @@ void TestZoMutex::aGuardKeepsOthersOut()
 void TestZoMutex::readersShareAndWritersWait()
 {
     const auto mutex = ZoMutexRW::createZoMutexRW();
-    std::atomic<bool> written{false};
-    std::future<void> writer;
+    std::optional<LockAttempt> writer;
     {
         const ZoCriticalSectionRead mine(mutex);
-        auto reader = std::async(std::launch::async, [&] { ZoCriticalSectionRead other(mutex); });
-        QCOMPARE(reader.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-        writer = std::async(std::launch::async, [&] {
-            const ZoCriticalSectionWrite guard(mutex);
-            written = true;
-        });
-        QCOMPARE(writer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-        QVERIFY(!written);
+        QVERIFY(LockAttempt::with<ZoCriticalSectionRead>(mutex).succeeds());
+        writer.emplace(LockAttempt::with<ZoCriticalSectionWrite>(mutex));
+        QVERIFY(writer->waits());
     }
-    QCOMPARE(writer.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-    QVERIFY(written);
+    QVERIFY(writer->succeeds());
+}
+
+void TestZoMutex::aWriterKeepsReadersAndWritersOut()
+{
+    const auto mutex = ZoMutexRW::createZoMutexRW();
+    std::optional<LockAttempt> reader;
+    std::optional<LockAttempt> writer;
+    {
+        const ZoCriticalSectionWrite mine(mutex);
+        reader.emplace(LockAttempt::with<ZoCriticalSectionRead>(mutex));
+        writer.emplace(LockAttempt::with<ZoCriticalSectionWrite>(mutex));
+        QVERIFY(reader->waits());
+        QVERIFY(writer->waits());
+    }
+    QVERIFY(reader->succeeds());
+    QVERIFY(writer->succeeds());
 }
 
 void TestZoMutex::aGuardKeepsItsLockAlive()

@@ -2,7 +2,7 @@
 
 #include "program.h"
 
-#include <zo/zo.h>
+#include "support/robot.h"
 
 /// The simulated robot, started and awaited.
 class RobotProgram : public Program
@@ -23,8 +23,8 @@ public:
     ZoMemoryProxy memory() const
     {
         const ZoAddress address = ZoAddress::fromText(fAddress.toStdString());
-        return ZoMemoryProxy(
-            ZoBroker::create("test", address.host, address.port)->getProxy("ZoMemory", 0));
+        return ZoMemoryProxy(ZoBroker::create("test", address.host, address.port, patientOptions())
+                                 ->getProxy("ZoMemory", 0));
     }
 
 private:

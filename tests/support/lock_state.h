@@ -1,33 +1,27 @@
 #pragma once
 
+#include "support/watched_thread.h"
+
 #include <zo/mutex.h>
 
-#include <chrono>
-#include <future>
-
-/// What another thread finds when it tries a lock right now. A free lock is reported at once; a
-/// held one after a short wait, in which the other thread stands in line: the report must be
-/// destroyed only after the lock is released.
+/// What another thread finds when it tries a lock right now. One that is held must be released
+/// before the report is destroyed.
 class LockAttempt
 {
 public:
     template <class Guard, class Mutex>
     static LockAttempt with(const Mutex& mutex)
     {
-        return LockAttempt(std::async(std::launch::async, [mutex] { const Guard guard(mutex); }));
+        return LockAttempt([mutex] { const Guard guard(mutex); });
     }
 
     /// The other thread had the lock and gave it back.
-    bool succeeds() { return endsWithin(std::chrono::seconds(20)); }
+    bool succeeds() const { return fThread.ends(); }
     /// The other thread still waits for the lock.
-    bool waits() { return !endsWithin(std::chrono::milliseconds(50)); }
+    bool waits() const { return fThread.waits(); }
 
 private:
-    explicit LockAttempt(std::future<void> ended) : fEnded(std::move(ended)) {}
-    bool endsWithin(std::chrono::milliseconds time)
-    {
-        return fEnded.wait_for(time) == std::future_status::ready;
-    }
+    explicit LockAttempt(const std::function<void()>& attempt) : fThread(attempt) {}
 
-    std::future<void> fEnded;
+    WatchedThread fThread;
 };

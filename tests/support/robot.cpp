@@ -1,5 +1,7 @@
 #include "support/robot.h"
 
+#include <chrono>
+
 ZoBrokerOptions patientOptions()
 {
     ZoBrokerOptions options;
@@ -7,6 +9,11 @@ ZoBrokerOptions patientOptions()
     options.exchangeTimeout = std::chrono::seconds(10);
     options.keyListTimeout = std::chrono::seconds(10);
     return options;
+}
+
+bool isReady(const std::future<void>& future)
+{
+    return future.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
 }
 
 ZoValue requestFor(const std::vector<std::string>& keys)

@@ -3,6 +3,7 @@
 #include <zo/zo.h>
 
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@
 
 /// Options with which a slow test machine does not miss a deadline.
 ZoBrokerOptions patientOptions();
+
+/// Whether what another thread promises comes within a generous time.
+bool isReady(const std::future<void>& future);
 
 /// The argument of getListData for `keys`.
 ZoValue requestFor(const std::vector<std::string>& keys);
