@@ -5,6 +5,7 @@
 
 #include <zo/error.h>
 
+#include <QAction>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -29,7 +30,9 @@ private slots:
     void aTaskThatFailsEachTickGetsOneBox();
     void anErrorOfATaskGetsABoxAgainAfterItWasAbsent();
     void anotherErrorOfATaskGetsABoxAtOnce();
+    void aUserWhoFailsTwiceGetsTwoBoxes_data();
     void aUserWhoFailsTwiceGetsTwoBoxes();
+    void staysWhenItsLastWindowCloses();
     void oneBoxAtATime();
     void aBoxOverAModalDialogCanBeClosed();
     void survivesAnExceptionOfADeletedReceiver();
@@ -58,17 +61,21 @@ void clickOk(QMessageBox* box)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-/// A shown button whose click throws.
+/// A shown button that throws when it is clicked, and on its key F5.
 struct BadButton
 {
     explicit BadButton(const std::function<void()>& act)
     {
         QObject::connect(&button, &QPushButton::clicked, act);
+        QObject::connect(&action, &QAction::triggered, act);
+        action.setShortcut(Qt::Key_F5);
+        button.addAction(&action);
         button.show();
     }
     void click() { QTest::mouseClick(&button, Qt::LeftButton); }
 
     QPushButton button;
+    QAction action;
 };
 
 } // namespace
@@ -182,13 +189,46 @@ void TestApplication::anotherErrorOfATaskGetsABoxAtOnce()
     }
 }
 
+void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("mouse") << Qt::Key_unknown;
+    QTest::newRow("key pressed") << Qt::Key_Return;
+    QTest::newRow("key released") << Qt::Key_Space;
+    QTest::newRow("shortcut") << Qt::Key_F5;
+}
+
 void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes()
 {
+    QFETCH(Qt::Key, key);
     BadButton bad([] { throw std::runtime_error("not this one"); });
-    bad.click();
-    clickOk(boxes()[0]);
-    bad.click();
-    QCOMPARE(boxes().size(), 1);
+    bad.button.setAutoDefault(true);
+    for (int time = 0; time < 2; ++time) {
+        bad.button.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&bad.button));
+        if (key == Qt::Key_unknown)
+            bad.click();
+        else
+            QTest::keyClick(&bad.button, key);
+        QCOMPARE(boxes().size(), 1);
+        clickOk(boxes()[0]);
+    }
+}
+
+void TestApplication::staysWhenItsLastWindowCloses()
+{
+    QSignalSpy quits(&application(), &QGuiApplication::lastWindowClosed);
+    const QSignalSpy ends(&application(), &QCoreApplication::aboutToQuit);
+    QTimer::singleShot(0, [] {
+        QWidget window;
+        window.show();
+        window.close();
+        // Too late for a loop that the closed window has ended.
+        QTimer::singleShot(20, qApp, [] { QCoreApplication::exit(7); });
+    });
+    QCOMPARE(Application::exec(), 7);
+    QCOMPARE(quits.size(), 1);
+    QCOMPARE(ends.size(), 1);
 }
 
 void TestApplication::oneBoxAtATime()

@@ -122,7 +122,7 @@ void TestCommandLine::refusesWithAReason()
 void TestCommandLine::refusesAPasswordFileOfAnotherKind()
 {
     for (const QByteArray& content :
-         {QByteArray(), QByteArray("\nsecret"), QByteArray(5000, 'x')}) {
+         {QByteArray(), QByteArray("\nsecret"), QByteArray(4097, 'x')}) {
         const QString path = file(content);
         const CommandLine line = parseCommandLine({"--password-file", path});
         QVERIFY(line.action == CommandLine::Action::Refuse);

@@ -1,8 +1,11 @@
 #include "connect_dialog.h"
+#include "support/dialog_driver.h"
+#include "support/files.h"
 #include "support/guarded_test.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -26,6 +29,7 @@ private slots:
     void namesWhatIsWrongWithAnAddress();
     void cannotConnectToNothing();
     void authoritiesCountWithEncryptionOnly();
+    void aFileOfAuthoritiesIsBrowsedFor();
     void staysOpenUntilSomebodyAccepts();
     void escapeCancels();
     void hidesThePassword();
@@ -175,6 +179,25 @@ void TestConnectDialog::authoritiesCountWithEncryptionOnly()
     QTest::mouseClick(connectButton(), Qt::LeftButton);
     QVERIFY(!asked().tls);
     QVERIFY(asked().caFile.isEmpty());
+}
+
+void TestConnectDialog::aFileOfAuthoritiesIsBrowsedFor()
+{
+    const QTemporaryDir folder;
+    const QString chosen = folder.filePath("authorities.pem");
+    writeBytes(chosen, "-----BEGIN CERTIFICATE-----");
+    QAbstractButton* browse = buttonOf(*fDialog, "&Browse...");
+    QVERIFY(browse && !browse->isEnabled());
+    QTest::mouseClick(field<QCheckBox>("tls"), Qt::LeftButton, {}, QPoint(5, 8));
+    QVERIFY(browse->isEnabled());
+    type("ca", "/etc/ca.pem");
+    ModalDriver user;
+    user.then<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    QTest::mouseClick(browse, Qt::LeftButton);
+    QCOMPARE(field<QLineEdit>("ca")->text(), QString("/etc/ca.pem"));
+    user.then<QFileDialog>([&chosen](QFileDialog& dialog) { chooseFile(dialog, chosen); });
+    QTest::mouseClick(browse, Qt::LeftButton);
+    QCOMPARE(field<QLineEdit>("ca")->text(), chosen);
 }
 
 void TestConnectDialog::staysOpenUntilSomebodyAccepts()

@@ -18,13 +18,13 @@ void TestConnectionSettings::handsEverythingToTheLink()
     settings.user = QString::fromUtf8("J\u00fcrgen");
     settings.password = "secret";
     settings.tls = true;
-    settings.caFile = "/etc/ca.pem";
+    settings.caFile = QString::fromUtf8("/etc/\u673a\u5668.pem");
     const ZoBrokerOptions options = settings.brokerOptions();
     QCOMPARE(options.user, std::string("J\u00fcrgen"));
     QCOMPARE(options.password, std::string("secret"));
     QVERIFY(options.tls);
     QVERIFY(options.tlsVerify);
-    QCOMPARE(options.tlsCaFile, std::string("/etc/ca.pem"));
+    QCOMPARE(options.tlsCaFile, std::string("/etc/\u673a\u5668.pem"));
 }
 
 QTEST_APPLESS_MAIN(TestConnectionSettings)

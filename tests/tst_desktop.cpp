@@ -1,5 +1,6 @@
 #include "desktop.h"
 #include "error_reporter.h"
+#include "resource_paths.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
@@ -28,6 +29,9 @@ private slots:
     void connectsToTheRobotOfTheCommandLine();
     void opensThePanelOfTheCommandLine();
     void namesThePanelsThatAreThereWhenTheWantedOneIsNot();
+    void looksForPluginsInTheOrderOfTheCommandLine();
+    void handsPanelsTheImagesOfTheProgram();
+    void showsThatItIsBusyOnlyWhileItIs();
     void aFailedConnectionIsAnErrorAndKeepsWhatWasTyped();
     void aFailedConnectionOfTheCommandLineAsksAgain();
     void aWrongPasswordIsToldWithoutThePassword();
@@ -141,6 +145,42 @@ void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
     QTRY_VERIFY(shownBox());
     QVERIFY(shownBox()->text().contains("\"Prob\""));
     QVERIFY(shownBox()->text().contains("Probe"));
+}
+
+void TestDesktop::looksForPluginsInTheOrderOfTheCommandLine()
+{
+    fLine.pluginFiles = QStringList(TEST_PLUGIN_DIR "/throws.so");
+    start();
+    QStringList names;
+    for (const auto& plugin : fDesktop->plugins().plugins())
+        names += plugin->name;
+    QCOMPARE(names.mid(0, 3), (QStringList{"throws", "nothing", "Probe"}));
+    QCOMPARE(fDesktop->plugins().folders(), (QStringList{TEST_PLUGIN_DIR, ownPluginDir()}));
+}
+
+void TestDesktop::handsPanelsTheImagesOfTheProgram()
+{
+    for (const QString& folder : {QString(), QString("/some/where")}) {
+        fLine = robotLine(*fRobot);
+        fLine.panel = "Probe";
+        fLine.imageDir = folder;
+        start();
+        QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+        QCOMPARE(window()->findChild<TarvekWidget*>("probe")->property("imageDir").toString(),
+                 (folder.isEmpty() ? ownImageDir() : folder) + '/');
+    }
+}
+
+void TestDesktop::showsThatItIsBusyOnlyWhileItIs()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    QVERIFY(window());
+    QVERIFY(!QApplication::overrideCursor());
+    fRobot->kill();
+    start();
+    QVERIFY(shownBox());
+    QVERIFY(!QApplication::overrideCursor());
 }
 
 void TestDesktop::aFailedConnectionIsAnErrorAndKeepsWhatWasTyped()

@@ -1,6 +1,7 @@
 #include "error_reporter.h"
 #include "main_window.h"
 #include "plugin_loader.h"
+#include "start_page.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
@@ -8,6 +9,8 @@
 
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>
+
+#include <zo/error.h>
 
 #include <QFileDialog>
 #include <QLabel>
@@ -29,20 +32,27 @@ private slots:
     void offersThePanelsThatWereFound();
     void opensAPanelFromTheMenu();
     void opensAPanelFromTheStartPage();
+    void aStartPageWithoutPanelsSaysWhereItLooked();
     void handsThePanelWhatItNeeds();
     void anErrorOfAPluginEndsInABox();
     void aPanelThatFailsHalfWayLeavesNothingBehind();
     void aCancelledPanelIsNoError();
     void severalPanelsStandSideBySide();
+    void theNewestPanelIsInFront();
+    void onePanelIsMadeAtATime();
+    void aPluginMakesOnePanelAtATimeForAllWindows();
     void closingTheTabEndsThePanelAndItsLink();
     void losingTheRobotTellsThePanelOnceWithinTwoSeconds();
+    void aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext();
     void saysThatTheRobotIsBackAndTellsTheNextLoss();
     void aPanelMadeWhileTheRobotWentAwayIsTold();
     void panelsCannotBeOpenedWithoutTheRobot();
     void savesAPictureOfThePanel();
     void aPictureThatCannotBeSavedIsAnError();
+    void aClosedWindowSavesNoPicture();
     void listsPluginsThatFailed();
     void closesWhileAStartUpDialogIsOpen();
+    void aClosedWindowShowsNoErrorOfItsPanel();
     void anExceptionOfAPanelEndsInABox();
 
 private:
@@ -143,6 +153,17 @@ void TestMainWindow::opensAPanelFromTheStartPage()
     QVERIFY(probe() && probe()->isVisible());
 }
 
+void TestMainWindow::aStartPageWithoutPanelsSaysWhereItLooked()
+{
+    PluginLoader none;
+    none.loadFolder("/no/<b>such</b>/folder");
+    const StartPage page(none, nullptr);
+    const auto* label = page.findChild<QLabel*>();
+    QVERIFY2(label->text().contains("/no/<b>such</b>/folder"), qPrintable(label->text()));
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY(page.findChildren<QPushButton*>().isEmpty());
+}
+
 void TestMainWindow::handsThePanelWhatItNeeds()
 {
     ConnectionSettings settings = fWindow->settings();
@@ -190,6 +211,55 @@ void TestMainWindow::severalPanelsStandSideBySide()
         QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
 }
 
+void TestMainWindow::theNewestPanelIsInFront()
+{
+    openProbe();
+    TarvekWidget* first = probe();
+    action("Probe")->trigger();
+    const auto panels = fWindow->findChildren<TarvekWidget*>("probe");
+    QCOMPARE(panels.size(), 2);
+    for (const TarvekWidget* panel : panels)
+        QCOMPARE(panel->isVisible(), panel != first);
+}
+
+void TestMainWindow::onePanelIsMadeAtATime()
+{
+    fWindow->setProperty("askFirst", true);
+    bool wasRefused = false;
+    whenShown("innerProbeDialog", [this, &wasRefused](QDialog& inner) {
+        fWindow->openPanel(fPlugins->find("throws"));
+        wasRefused = !shownBox();
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY(wasRefused);
+    QVERIFY(probe() && probe()->isVisible());
+}
+
+void TestMainWindow::aPluginMakesOnePanelAtATimeForAllWindows()
+{
+    fWindow->setProperty("askFirst", true);
+    QString problem;
+    whenShown("innerProbeDialog", [this, &problem](QDialog& inner) {
+        MainWindow second({*fPlugins, *fErrors, "/some/where/"}, fWindow->settings(),
+                          ZoBroker::create("test", "127.0.0.1", fRobot->port()));
+        second.openPanel(fPlugins->find("Probe"));
+        if (QMessageBox* box = shownBox()) {
+            problem = box->text();
+            clickOk(box);
+        }
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY2(problem.contains("Its start-up dialog is still open."), qPrintable(problem));
+    QVERIFY(probe() && probe()->isVisible());
+    fWindow->setProperty("askFirst", false);
+    openProbe();
+    QVERIFY(!shownBox());
+}
+
 void TestMainWindow::closingTheTabEndsThePanelAndItsLink()
 {
     openProbe();
@@ -220,6 +290,19 @@ void TestMainWindow::losingTheRobotTellsThePanelOnceWithinTwoSeconds()
     QTRY_VERIFY(fWindow->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 2500);
     QCOMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->resume();
+}
+
+void TestMainWindow::aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext()
+{
+    openProbe();
+    connect(probe(), &TarvekWidget::disconnected, [] { throw ZoError("no news, please"); });
+    action("Probe")->trigger();
+    fRobot->kill();
+    for (const TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
+        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
+    QTRY_VERIFY(shownBox());
+    QCOMPARE(shownBox()->text(), QString("no news, please"));
+    clickOk(shownBox());
 }
 
 void TestMainWindow::saysThatTheRobotIsBackAndTellsTheNextLoss()
@@ -284,6 +367,20 @@ void TestMainWindow::aPictureThatCannotBeSavedIsAnError()
     QVERIFY(shownBox()->text().contains(folder.filePath("panel.png")));
 }
 
+void TestMainWindow::aClosedWindowSavesNoPicture()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    ModalDriver user;
+    user.then<QFileDialog>([this, &folder](QFileDialog& dialog) {
+        connect(&dialog, &QDialog::accepted, fWindow.data(), &QWidget::close);
+        chooseFile(dialog, folder.filePath("panel"));
+    });
+    action("Save picture")->trigger();
+    QVERIFY(!fWindow->isVisible());
+    QVERIFY(QDir(folder.path()).isEmpty());
+}
+
 void TestMainWindow::listsPluginsThatFailed()
 {
     QVERIFY(action("Plug-ins that failed")->text().contains("(6)"));
@@ -294,7 +391,9 @@ void TestMainWindow::listsPluginsThatFailed()
     const auto found = table->findItems("other_interface.so", Qt::MatchStartsWith);
     QCOMPARE(found.size(), 1);
     QVERIFY(found[0]->text().contains(TEST_PLUGIN_DIR));
-    QVERIFY(table->item(found[0]->row(), 1)->text().contains("9.9"));
+    const QTableWidgetItem* reason = table->item(found[0]->row(), 1);
+    QVERIFY(reason->text().contains("9.9"));
+    QCOMPARE(reason->toolTip(), reason->text().toHtmlEscaped()); // when the cell is too narrow
 }
 
 void TestMainWindow::closesWhileAStartUpDialogIsOpen()
@@ -310,6 +409,16 @@ void TestMainWindow::closesWhileAStartUpDialogIsOpen()
     QVERIFY(fWindow->isIdle());
     QVERIFY(!fWindow->isVisible());
     QVERIFY(!probe());
+}
+
+void TestMainWindow::aClosedWindowShowsNoErrorOfItsPanel()
+{
+    fWindow->setProperty("askFirst", true);
+    fWindow->setProperty("thenFail", true);
+    whenShown("innerProbeDialog", [this](QDialog&) { fWindow->close(); });
+    action("Probe")->trigger();
+    QVERIFY(!shownBox());
+    QVERIFY(fWindow->isIdle());
 }
 
 void TestMainWindow::anExceptionOfAPanelEndsInABox()

@@ -22,6 +22,7 @@ private slots:
     void brokenPluginsKeepNoneFromLoading();
     void otherFilesInAFolderAreLeftAlone();
     void aFileIsLoadedOnceUnderAnyPath();
+    void aFolderIsLoadedOnce();
 };
 
 namespace {
@@ -156,12 +157,26 @@ void TestPluginLoader::aFileIsLoadedOnceUnderAnyPath()
     const QTemporaryDir folder;
     const QString link = folder.filePath("again.so");
     QVERIFY(QFile::link(pluginFile("probe"), link));
+    QStringList paths{pluginFile("probe"), TEST_PLUGIN_DIR "/./probe.so", link};
+    for (int first = 0; first < paths.size(); ++first) {
+        PluginLoader loader;
+        for (const QString& path : paths)
+            loader.loadFile(path);
+        QCOMPARE(loader.plugins().size(), size_t(1));
+        QVERIFY(loader.failures().empty());
+        paths.append(paths.takeFirst());
+    }
+}
+
+void TestPluginLoader::aFolderIsLoadedOnce()
+{
+    const QTemporaryDir folder;
+    const QString missing = folder.filePath("none");
     PluginLoader loader;
-    loader.loadFile(pluginFile("probe"));
-    loader.loadFile(TEST_PLUGIN_DIR "/./probe.so");
-    loader.loadFile(link);
-    QCOMPARE(loader.plugins().size(), size_t(1));
-    QVERIFY(loader.failures().empty());
+    for (const QString& path : {missing, missing, missing + "/"})
+        loader.loadFolder(path);
+    QCOMPARE(loader.failures().size(), size_t(1));
+    QCOMPARE(loader.folders(), QStringList(missing));
 }
 
 QTEST_MAIN(TestPluginLoader)

@@ -91,6 +91,7 @@ void TestRecentConnections::keepsTenAtMost()
     QCOMPARE(addresses().size(), 10);
     QCOMPARE(addresses().first(), QString("a:12"));
     QCOMPARE(addresses().last(), QString("a:3"));
+    QCOMPARE(QSettings().beginReadArray("recentConnections"), 10);
 }
 
 void TestRecentConnections::leavesOutWhatMakesNoSense()

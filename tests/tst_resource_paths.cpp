@@ -10,6 +10,7 @@ class TestResourcePaths : public GuardedTest
 
 private slots:
     void aPlainFolderGoesByItsName();
+    void aFolderWithOtherLettersIsFoundByPanelsToo_data();
     void aFolderWithOtherLettersIsFoundByPanelsToo();
 };
 
@@ -19,10 +20,18 @@ void TestResourcePaths::aPlainFolderGoesByItsName()
     QCOMPARE(imageDirForPanels("/opt/tarvek/"), std::string("/opt/tarvek/"));
 }
 
+void TestResourcePaths::aFolderWithOtherLettersIsFoundByPanelsToo_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("Latin-1") << QString::fromUtf8("J\u00fcrgen");
+    QTest::newRow("not Latin-1") << QString::fromUtf8("J\u00fcrgen \u673a\u5668");
+}
+
 void TestResourcePaths::aFolderWithOtherLettersIsFoundByPanelsToo()
 {
+    QFETCH(QString, name);
     const QTemporaryDir outer;
-    const QDir folder(outer.filePath(QString::fromUtf8("J\u00fcrgen \u673a\u5668")));
+    const QDir folder(outer.filePath(name));
     QVERIFY(folder.mkpath("buttons"));
     QFile image(folder.filePath("buttons/save.png"));
     QVERIFY(image.open(QIODevice::WriteOnly));

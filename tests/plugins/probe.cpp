@@ -60,6 +60,8 @@ public:
             delete panel;
             fPanel = nullptr;
         }
+        if (parent->property("thenFail").toBool())
+            throw ZoError("the probe broke off");
         return fPanel;
     }
 

@@ -123,9 +123,9 @@ private:
         fail(QString("A dialog was still open after %1 ms: %2 \"%3\". Next step: %4")
                  .arg(QString::number(fDeadline), fFront->metaObject()->className(),
                       fFront->windowTitle(), isDone() ? QString("none") : pendingSteps()));
-        for (QWidget* front = fFront; front; front = QApplication::activeModalWidget()) {
+        for (QPointer<QWidget> front = fFront; front; front = QApplication::activeModalWidget()) {
             close(*front);
-            if (front->isVisible())
+            if (front && front->isVisible())
                 return;
         }
     }
