@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <deque>
+#include <fcntl.h>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -141,7 +142,13 @@ void TestPrivateServer::aCtrlCIsNotForIt()
 
 void TestPrivateServer::itDoesNotReadTheTerminal()
 {
+    const int before = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+    const int another = ::open("/dev/zero", O_RDONLY | O_CLOEXEC);
+    ::dup2(another, STDIN_FILENO);
+    ::close(another);
     const PrivateServer server(0);
+    ::dup2(before, STDIN_FILENO);
+    ::close(before);
     const QString input = QString("/proc/%1/fd/0").arg(server.pid());
     QCOMPARE(QFile::symLinkTarget(input), QString("/dev/null"));
 }
