@@ -291,9 +291,8 @@ void sample(benchmark::State& state)
         state.SkipWithError("curves dropped out");
 }
 
-/// The graph takes at most the time of the faster peer. Where a peer leaves out most samples of a
-/// column, the graph's picture forbids that, as every pass over a row shows: there it takes at
-/// most 1.2 times what the bare painter takes for the same pixels.
+/// The graph takes at most the time of the faster peer, and where a curve has many samples in
+/// each column, half the time that the bare painter takes for the same pixels.
 std::vector<Ratio> ratios()
 {
     std::vector<Ratio> all;
@@ -302,7 +301,7 @@ std::vector<Ratio> ratios()
         all.push_back({"paint/glimmet" + name, "paint/qcustomplot" + name, 1.0});
         all.push_back({"paint/glimmet" + name, "paint/qwt" + name, 1.0});
     }
-    all.push_back({"paint/glimmet/10x20000/", "paint/bare/10x20000/", 1.2});
+    all.push_back({"paint/glimmet/10x20000/", "paint/bare/10x20000/", 0.5});
     all.push_back({"sample/1000", "sample/100", 12.0});
     all.push_back({"sample/10000", "sample/1000", 12.0});
     return all;

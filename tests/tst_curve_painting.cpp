@@ -102,6 +102,11 @@ struct Curve
     QPen pen;
 };
 
+QPen plainPen(const QColor& color)
+{
+    return {color, 1.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
 /// Curves in colours of all kinds, one above the other.
 QVector<Curve> randomCurves(Random& random, int most = 4, double seeThrough = 0.3)
 {
@@ -114,7 +119,7 @@ QVector<Curve> randomCurves(Random& random, int most = 4, double seeThrough = 0.
         const double perColumn[] = {0.3, 2, 12, 40};
         curves.append({randomSamples(random, perColumn[between(random, 0, 3)],
                                      happens(random, 0.5) ? 0.002 : 0),
-                       {color, 1.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin}});
+                       plainPen(color)});
     }
     return curves;
 }
@@ -226,6 +231,7 @@ class TestCurvePainting : public GuardedTest
 private slots:
     void randomCurvesAreThePlainOnes_data();
     void randomCurvesAreThePlainOnes();
+    void openAndClosedColumnsAreThePlainOnes();
     void paintersOfAllKindsGiveThePlainCurves_data();
     void paintersOfAllKindsGiveThePlainCurves();
     void pixmapsShowThePlainCurves();
@@ -248,6 +254,27 @@ void TestCurvePainting::randomCurvesAreThePlainOnes()
     QFETCH(QImage::Format, format);
     compareOnImages(
         format, [](QPainter& painter) { painter.setClipRect(painter.viewport()); }, 1, 150);
+}
+
+void TestCurvePainting::openAndClosedColumnsAreThePlainOnes()
+{
+    Random random(7);
+    for (int round = 0; round < 500; ++round) {
+        // So few rows that lines often end where they began, and begin or end with repetitions.
+        Curve curve{{}, plainPen(Qt::red)};
+        const int count = between(random, 1, 40);
+        for (int i = 0; i < count; ++i) {
+            const int column = happens(random, 0.03) ? 21 : 20;
+            curve.samples.append({-column - 0.5, static_cast<double>(between(random, 50, 53))});
+        }
+        QImage plain = randomBackground(random, QImage::Format_RGB32);
+        QImage quick = plain;
+        for (QImage* image : {&plain, &quick}) {
+            QPainter painter(image);
+            paintCurves(painter, {curve}, image == &plain);
+        }
+        QVERIFY2(quick == plain, qPrintable(QString("round %1").arg(round)));
+    }
 }
 
 void TestCurvePainting::paintersOfAllKindsGiveThePlainCurves_data()
