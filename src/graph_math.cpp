@@ -44,10 +44,12 @@ void setSamplesBack(QList<TimeValue>& samples, double seconds)
 void includeSamples(ValueRange& range, const QList<TimeValue>& samples)
 {
     releaseUpperHalves();
+    ValueRange found = range; // not a reference: it need not be stored after each sample
     for (const auto& [time, value] : samples) {
         if (!std::isfinite(value))
             continue;
-        range.bottom = std::min(value, range.bottom);
-        range.top = std::max(value, range.top);
+        found.bottom = std::min(value, found.bottom);
+        found.top = std::max(value, found.top);
     }
+    range = found;
 }

@@ -4,6 +4,7 @@
 #include <QPair>
 #include <QPoint>
 
+#include <algorithm>
 #include <limits>
 
 /// The arithmetic of the graph, free of widgets. Times are seconds of the graph's own clock,
@@ -43,8 +44,10 @@ struct PlotScale
     /// Column and row of a sample. Its value is to be no NaN.
     QPoint position(const TimeValue& sample) const
     {
-        const double column = width - static_cast<double>(truncated((now - sample.first) * speed));
-        return {truncated(column), row(sample.second)};
+        const qint64 column = qint64{width} - truncated((now - sample.first) * speed);
+        constexpr qint64 lowest = std::numeric_limits<int>::min();
+        constexpr qint64 highest = std::numeric_limits<int>::max();
+        return {static_cast<int>(std::clamp(column, lowest, highest)), row(sample.second)};
     }
 };
 
