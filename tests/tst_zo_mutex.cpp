@@ -54,10 +54,12 @@ void TestZoMutex::manyGuardsInTurnLoseNothing()
 void TestZoMutex::readersShareAndWritersWait()
 {
     const auto mutex = ZoMutexRW::createZoMutexRW();
+    std::optional<LockAttempt> reader;
     std::optional<LockAttempt> writer;
     {
         const ZoCriticalSectionRead mine(mutex);
-        QVERIFY(LockAttempt::with<ZoCriticalSectionRead>(mutex).succeeds());
+        reader.emplace(LockAttempt::with<ZoCriticalSectionRead>(mutex));
+        QVERIFY(reader->succeeds());
         writer.emplace(LockAttempt::with<ZoCriticalSectionWrite>(mutex));
         QVERIFY(writer->waits());
     }
