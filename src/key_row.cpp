@@ -90,8 +90,8 @@ void KeyRow::setData(int column, int role, const QVariant& value)
     if (column < 0)
         return;
     const bool isText = isTextRole(role) && value.userType() == QMetaType::QString;
-    const bool isCheck = role == Qt::CheckStateRole && value.userType() == QMetaType::Int &&
-                         value.toInt() >= 0 && !flags().testFlag(Qt::ItemIsAutoTristate);
+    const bool isCheck =
+        role == Qt::CheckStateRole && value.userType() == QMetaType::Int && value.toInt() >= 0;
     // What the base class holds once, it goes on to hold.
     if (!(isText || isCheck) ||
         (!xHolds(column, role) && QTreeWidgetItem::data(column, role).isValid()))

@@ -2,7 +2,6 @@
 
 #include "cell_delegate.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 
 KeyTree::KeyTree(QWidget* parent) : QTreeWidget(parent)
@@ -51,21 +50,6 @@ void KeyTree::scrollContentsBy(int dx, int dy)
 {
     QTreeWidget::scrollContentsBy(dx, dy);
     fButtons.place();
-}
-
-/// The base class would give the focus to the button of a cell that becomes the current one, and
-/// leave it there when the next one does: keys would go astray.
-bool KeyTree::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
-{
-    return !indexWidget(index) && QTreeWidget::edit(index, trigger, event);
-}
-
-void KeyTree::currentChanged(const QModelIndex& current, const QModelIndex& previous)
-{
-    QTreeWidget::currentChanged(current, previous);
-    const QWidget* focus = QApplication::focusWidget();
-    if (viewport()->isAncestorOf(focus) && focus != indexWidget(current))
-        setFocus();
 }
 
 void KeyTree::keyPressEvent(QKeyEvent* event)

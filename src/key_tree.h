@@ -7,7 +7,7 @@
 #include <QTreeWidget>
 
 /// A tree widget for many flat rows with a button in each. To its users it is a plain tree widget
-/// with sorting on, whose keys go from cell to cell; it differs in what things cost:
+/// with sorting on, whose arrow keys go from cell to cell; it differs in what things cost:
 /// - cells written within a WriteBatch are announced by the model one by one, but the view looks
 ///   at them once, when the batch ends: it puts the rows in order again, if they are not, and
 ///   paints.
@@ -35,9 +35,6 @@ protected:
                      const QVector<int>& roles = QVector<int>()) override;
     void updateEditorGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
-    using QTreeWidget::edit;
-    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
-    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

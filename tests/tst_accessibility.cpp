@@ -31,6 +31,7 @@ class AccessibilityTest : public GuardedTest
 private slots:
     void aBatchIsToldOnce();
     void aWriteOutsideOfABatchIsTold();
+    void buttonsAreNoChangeOfCells();
 };
 
 void AccessibilityTest::aBatchIsToldOnce()
@@ -58,6 +59,17 @@ void AccessibilityTest::aWriteOutsideOfABatchIsTold()
     heard.clear();
     f.rows[0]->setText(1, "x");
     QCOMPARE(heard, QVector<QObject*>{&f.tree});
+}
+
+void AccessibilityTest::buttonsAreNoChangeOfCells()
+{
+    KeyTable f(manyNames(RowButtons::fLimit + 100));
+    f.show();
+    heard.clear();
+    f.installButtons();
+    f.tree.scrollToBottom();
+    QVERIFY(f.button(RowButtons::fLimit + 99)->isVisible());
+    QVERIFY(heard.isEmpty());
 }
 
 QTEST_MAIN(AccessibilityTest)

@@ -9,6 +9,24 @@
 
 namespace {
 
+/// Counts how often it is compared.
+class ComparedItem : public QTreeWidgetItem
+{
+public:
+    ComparedItem(const QStringList& texts, int& compared)
+        : QTreeWidgetItem(texts), fCompared(compared)
+    {
+    }
+    bool operator<(const QTreeWidgetItem& other) const override
+    {
+        ++fCompared;
+        return QTreeWidgetItem::operator<(other);
+    }
+
+private:
+    int& fCompared;
+};
+
 class PaintCounter : public QObject
 {
 public:
@@ -63,6 +81,7 @@ private slots:
     void aBatchWithoutSortingMovesNothing();
     void randomBatchesEndInTheOrderOfAStableSort();
     void aBatchThatKeepsTheOrderDoesNotSort();
+    void aBatchComparesTheRowsThatItWroteAndTheirNeighbours();
     void theRowsArePaintedAnewAfterABatch();
     void aPassOverTenTimesAsManySortedRowsTakesAboutTenTimesAsLong();
 };
@@ -242,6 +261,30 @@ void BatchedWritesTest::aBatchThatKeepsTheOrderDoesNotSort()
     }
     QCOMPARE(sorted, 0);
     QCOMPARE(f.names(), (QStringList{"a", "d", "e"}));
+}
+
+void BatchedWritesTest::aBatchComparesTheRowsThatItWroteAndTheirNeighbours()
+{
+    KeyTable f;
+    int compared = 0;
+    for (const QString& name : manyNames(50))
+        f.tree.addTopLevelItem(new ComparedItem({name, ""}, compared));
+    f.tree.sortByColumn(0, Qt::AscendingOrder);
+    f.tree.setSortingEnabled(true);
+    const auto comparisons = [&](int first, int last, int column) {
+        compared = 0;
+        {
+            const KeyTree::WriteBatch batch(f.tree);
+            for (int row = first; row <= last; ++row) {
+                QTreeWidgetItem* item = f.tree.topLevelItem(row);
+                item->setText(column, item->text(column) + "x");
+            }
+        }
+        return compared;
+    };
+    QCOMPARE(comparisons(0, 49, 0), 49);
+    QCOMPARE(comparisons(10, 12, 0), 4);
+    QCOMPARE(comparisons(0, 49, 1), 0);
 }
 
 void BatchedWritesTest::theRowsArePaintedAnewAfterABatch()

@@ -2,6 +2,7 @@
 #include "support/key_table.h"
 
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QtTest>
 
@@ -74,6 +75,7 @@ private slots:
     void everyRowUpToTheLimitHasItsButtonAtOnce();
     void rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight();
     void deletedItemsAndClearDeleteTheirButtons();
+    void clearDeletesButtonsInTheOrderOfTheirRows();
     void clearingWhileAButtonHasTheFocusKeepsItInTheTable();
     void tabGoesDownTheButtonsInSight();
     void buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot();
@@ -170,13 +172,38 @@ void RowButtonsTest::deletedItemsAndClearDeleteTheirButtons()
     QTRY_VERIFY(!second && !last);
 }
 
+void RowButtonsTest::clearDeletesButtonsInTheOrderOfTheirRows()
+{
+    // In any other each would be searched among those left.
+    KeyTable f(manyNames(200));
+    f.installButtons();
+    QVector<int> deleted;
+    QVector<int> expected;
+    for (int row = 0; row < 200; ++row) {
+        expected += row;
+        connect(f.button(row), &QObject::destroyed, [row, &deleted] { deleted += row; });
+    }
+    f.tree.clear();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(deleted, expected);
+}
+
 void RowButtonsTest::clearingWhileAButtonHasTheFocusKeepsItInTheTable()
 {
+    QWidget window;
     KeyTable f(manyNames(3));
     f.installButtons();
-    f.show();
+    f.tree.setParent(&window);
+    QLineEdit next(&window);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTRY_VERIFY(f.button(1)->isVisible());
     f.button(1)->setFocus();
+    QVERIFY(f.button(1)->hasFocus());
     f.tree.clear();
+    QVERIFY(f.tree.hasFocus());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(f.tree.hasFocus());
 }
 
@@ -310,6 +337,10 @@ void RowButtonsTest::aHiddenColumnHasNoButtonInSight()
     QTRY_COMPARE(visibleButtons(f), 5);
     f.tree.hideColumn(KeyTable::fButtonColumn);
     QTRY_COMPARE(visibleButtons(f), 0);
+    f.tree.header()->moveSection(KeyTable::fButtonColumn, 1);
+    f.tree.doItemsLayout();
+    QCOMPARE(visibleButtons(f), 0);
+    QCOMPARE(f.buttonsMade, 5);
     f.tree.showColumn(KeyTable::fButtonColumn);
     QTRY_COMPARE(visibleButtons(f), 5);
 }
@@ -395,10 +426,13 @@ void RowButtonsTest::theFocusStaysInTheTableWhenItsButtonLeavesTheSight()
     f.installButtons();
     f.show();
     QTRY_VERIFY(f.button(0)->isVisible());
-    f.button(0)->setFocus();
-    QVERIFY(f.button(0)->hasFocus());
-    f.tree.verticalScrollBar()->setValue(20);
-    QVERIFY(f.tree.hasFocus());
+    for (const int steps : {1, 20}) {
+        const int top = f.tree.verticalScrollBar()->value();
+        f.button(top)->setFocus();
+        QVERIFY(f.button(top)->hasFocus());
+        f.tree.verticalScrollBar()->setValue(top + steps);
+        QVERIFY(f.tree.hasFocus());
+    }
 }
 
 QTEST_MAIN(RowButtonsTest)
