@@ -30,6 +30,11 @@
 #include <tinyxml.h>
 #include <unistd.h>
 
+#ifdef __SANITIZE_ADDRESS__
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the checks give it
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
 namespace {
 
 using ModelPointer = boost::shared_ptr<Model const>;
@@ -104,12 +109,17 @@ double processorSeconds()
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-long pagesInUse()
+// The address checks keep what is freed for a while, and know better what is in use.
+std::size_t bytesInUse()
 {
-    long all = 0;
-    long resident = 0;
+#ifdef __SANITIZE_ADDRESS__
+    return __sanitizer_get_current_allocated_bytes();
+#else
+    std::size_t all = 0;
+    std::size_t resident = 0;
     std::ifstream("/proc/self/statm") >> all >> resident;
-    return resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+#endif
 }
 
 void useProcessor(double seconds, const std::atomic<bool>& unless)
@@ -128,13 +138,13 @@ LoadEnd endOfLoad(const QString& path)
         returned = true;
     }).detach();
     useProcessor(0.3, returned);
-    const long pages = pagesInUse();
+    const std::size_t before = bytesInUse();
     useProcessor(0.7, returned);
     if (returned)
         return RETURNED;
     if (countEntries(*module) != 1)
         return ADDED_MORE;
-    return pagesInUse() > pages + 1000 ? GREW : RETRIES;
+    return bytesInUse() > before + 4000000 ? GREW : RETRIES;
 }
 
 // What the system tells about an open file of this process, in the words of fcntl; -1 when there
