@@ -192,11 +192,12 @@ void TestConnection::aReplyThatBreaksOffEndsTheLink()
 void TestConnection::aLateReplyReachesNobody()
 {
     std::promise<void> isLate;
+    std::atomic<bool> answeredLate{false};
     const FakeRobot robot([&](FakeConnection& connection) {
         connection.greet();
         if (connection.number() == 0) {
             connection.readCommand();
-            isReady(isLate.get_future());
+            answeredLate = isReady(isLate.get_future());
             connection.send("*1\r\n$1\r\n1\r\n");
         }
         while (true) {
@@ -212,6 +213,7 @@ void TestConnection::aLateReplyReachesNobody()
     ZoValue values;
     QTRY_VERIFY(errorOf([&] { values = memory.getListData(requestFor({"Leg"})); }).empty());
     QVERIFY(values[0] == ZoValue(2));
+    QVERIFY(answeredLate);
 }
 
 void TestConnection::aReplyTooManyEndsTheLink()
@@ -310,9 +312,10 @@ void TestConnection::aKeyListThatGrowsForEverIsGivenUp()
     std::atomic<int> pages{0};
     const FakeRobot robot([&pages](FakeConnection& connection) {
         connection.greet();
-        for (; pages < 100; ++pages) {
+        while (pages < 100) {
             connection.readCommand();
-            connection.send(pageOf(1, numberedNames(100, 100000, pages * 100)));
+            const int page = pages++; // before the client can see it and give up
+            connection.send(pageOf(1, numberedNames(100, 100000, page * 100)));
         }
         answering(pageOf(0, {}))(connection);
     });
@@ -379,7 +382,8 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
         if (connection.number() == 0) {
             connection.readCommand();
             isAsked.set_value();
-            isReady(mayAnswer.get_future());
+            if (!isReady(mayAnswer.get_future()))
+                return;
             connection.send(arrayOf(1000, "$1\r\n1\r\n"));
         }
         while (true) {
