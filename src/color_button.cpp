@@ -1,12 +1,12 @@
 #include "color_button.h"
 
+#include "modal_dialog.h"
 #include "model.h"
 #include "shown_color.h"
 
 #include <QApplication>
 #include <QColorDialog>
 #include <QPainter>
-#include <QPointer>
 
 ColorButton::ColorButton(Color& color, QWidget* parent) : QPushButton(parent), fColor(color)
 {
@@ -21,16 +21,10 @@ void ColorButton::xOnClick()
     const QWidget* modal = QApplication::activeModalWidget();
     if (modal && modal != window())
         return;
-    // The button may be deleted, and the dialog with it, while the dialog is open.
-    auto* dialog = new QColorDialog(shownColor(fColor), this);
-    const QPointer<QColorDialog> stillThere(dialog);
-    dialog->exec();
-    if (!stillThere)
+    ModalDialog<QColorDialog> dialog(shownColor(fColor), this);
+    if (!dialog.exec())
         return;
     const QColor chosen = dialog->selectedColor();
-    delete dialog;
-    if (!chosen.isValid())
-        return;
     fColor.red = chosen.red();
     fColor.green = chosen.green();
     fColor.blue = chosen.blue();

@@ -111,7 +111,7 @@ void ConfigDialog::xOnNew()
     module->getListDatas(names);
     const QPointer<ConfigDialog> self(this);
     ModalDialog<StmListDialog> dialog(names, this);
-    if (!dialog.isAccepted())
+    if (!dialog.exec())
         return;
     const QList<QPair<QString, QString>> chosen = dialog->chosen();
     addChosen(*module, chosen);

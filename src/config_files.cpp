@@ -15,7 +15,7 @@ namespace {
 /// Empty when the user cancels.
 QString chosenFile(ModalDialog<QFileDialog>& dialog)
 {
-    return dialog.isAccepted() ? dialog->selectedFiles().value(0) : QString();
+    return dialog.exec() ? dialog->selectedFiles().value(0) : QString();
 }
 
 } // namespace
@@ -49,7 +49,7 @@ void ConfigFiles::showError(const QString& text) const
 {
     ModalDialog<QMessageBox> box(QMessageBox::Warning, xTr("Error"), text, QMessageBox::Ok,
                                  &fParent);
-    box->exec();
+    box.exec();
 }
 
 QString ConfigFiles::xFilter() const

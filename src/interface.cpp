@@ -42,7 +42,7 @@ TarvekWidget* Interface::getWidget(QWidget* parent, const std::string& ip, int p
 
     ModalDialog<ConfigDialog> dialog(module, imageDir, parent);
     parent->setWindowTitle(fromLatin1("Tarvek Desktop (connected to " + ip + ")"));
-    if (!dialog.isAccepted() || !panel) {
+    if (!dialog.exec() || !panel) {
         delete panel.data(); // already gone when the host has deleted its window meanwhile
         fPanel = nullptr;
         return nullptr;

@@ -49,7 +49,7 @@ LegBlends::LegBlends(const QPainter& painter, QImage::Format format)
     const QImage before = backgrounds(format);
     const QImage after = withLegs(before, painter);
     xReadFirst(after);
-    if (xForetell(before, after))
+    if (xForetells(before, after))
         xAddPasses();
     else
         fPasses.clear();
@@ -70,7 +70,7 @@ void LegBlends::xReadFirst(const QImage& after)
 }
 
 /// Whether what has been read gives the whole picture.
-bool LegBlends::xForetell(const QImage& before, const QImage& after) const
+bool LegBlends::xForetells(const QImage& before, const QImage& after) const
 {
     for (int y = 0; y < before.height(); ++y) {
         for (int x = 0; x < columns; ++x) {

@@ -47,7 +47,7 @@ private:
                quint32{after[2][pixel >> 16 & 0xff]} << 16 | quint32{after[3][pixel >> 24]} << 24;
     }
     void xReadFirst(const QImage& after);
-    bool xForetell(const QImage& before, const QImage& after) const;
+    bool xForetells(const QImage& before, const QImage& after) const;
     void xAddPasses();
 
     std::vector<Sides> fPasses; ///< by the number of legs, less 1

@@ -20,8 +20,8 @@ public:
     ModalDialog(const ModalDialog&) = delete;
     ModalDialog& operator=(const ModalDialog&) = delete;
 
-    /// Runs the dialog. False also when it is gone.
-    bool isAccepted() { return fDialog->exec() != QDialog::Rejected && fDialog; }
+    /// Runs the dialog; whether the user accepts. False also when it is gone.
+    bool exec() { return fDialog->exec() != QDialog::Rejected && fDialog; }
 
     /// Not for a dialog that may be gone.
     Dialog* operator->() const { return fDialog; }

@@ -59,7 +59,7 @@ Polyline::Polyline(QPainter& painter, std::size_t points)
 void Polyline::paint()
 {
     if (fRows.size() > 1) {
-        if (!fFillsOutline && xIsDense() && xHasBlender())
+        if (!fFillsOutline && xIsDense() && xMakeBlender())
             xPaintBlended();
         else
             xPaintColumns();
@@ -77,7 +77,8 @@ bool Polyline::xIsDense() const
     return false;
 }
 
-bool Polyline::xHasBlender()
+/// Makes it the first time. Tells whether there is one for this painter.
+bool Polyline::xMakeBlender()
 {
     if (!fTriedBlender)
         fBlender = ColumnBlender::forPainter(fPainter);

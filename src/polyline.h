@@ -38,7 +38,7 @@ private:
     };
 
     bool xIsDense() const;
-    bool xHasBlender();
+    bool xMakeBlender();
     void xPaintColumns();
     void xPaintBlended();
     void xPaintUncapped(std::size_t first, std::size_t end);
@@ -49,7 +49,7 @@ private:
 
     QPainter& fPainter;
     bool fFillsOutline;
-    bool fIsUpright; ///< columns of points are columns of pixels
+    bool fIsUpright;                       ///< columns of points are columns of pixels
     std::optional<ColumnBlender> fBlender; ///< made when first needed
     bool fTriedBlender = false;
     std::vector<Column> fColumns;
