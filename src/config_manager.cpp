@@ -1,5 +1,6 @@
 #include "config_manager.h"
 
+#include "config_names.h"
 #include "file_stream.h"
 #include "model.h"
 #include "module.h"
@@ -17,25 +18,21 @@
 
 namespace {
 
-const char* const rootName = "stm_viewer";
-const char* const entryName = "stm_value";
-const char* const colorName = "color";
-
 std::runtime_error failure(const QString& message)
 {
     return std::runtime_error(message.toUtf8().constData());
 }
 
-/// Names of the attributes, made once: a file has seven of them for each key.
+/// The attributes as the library takes them, made once: a file has seven of them for each key.
 struct AttributeNames
 {
-    const std::string name = "name";
-    const std::string alias = "alias";
-    const std::string watch = "watch";
-    const std::string graph = "graph";
-    const std::string red = "red";
-    const std::string green = "green";
-    const std::string blue = "blue";
+    const std::string name = ConfigNames::fName;
+    const std::string alias = ConfigNames::fAlias;
+    const std::string watch = ConfigNames::fWatch;
+    const std::string graph = ConfigNames::fGraph;
+    const std::string red = ConfigNames::fRed;
+    const std::string green = ConfigNames::fGreen;
+    const std::string blue = ConfigNames::fBlue;
 };
 
 const AttributeNames& attributeNames()
@@ -53,7 +50,7 @@ void setNumber(TiXmlElement& element, const std::string& name, int number)
 TiXmlElement* newColorElement(const Color& color)
 {
     const AttributeNames& names = attributeNames();
-    auto* element = new TiXmlElement(colorName);
+    auto* element = new TiXmlElement(ConfigNames::fColor);
     setNumber(*element, names.red, color.red);
     setNumber(*element, names.green, color.green);
     setNumber(*element, names.blue, color.blue);
@@ -63,7 +60,7 @@ TiXmlElement* newColorElement(const Color& color)
 TiXmlElement* newEntryElement(const STMVal& value)
 {
     const AttributeNames& names = attributeNames();
-    auto* element = new TiXmlElement(entryName);
+    auto* element = new TiXmlElement(ConfigNames::fEntry);
     element->SetAttribute(names.name, value.names.first);
     element->SetAttribute(names.alias, value.names.second);
     setNumber(*element, names.watch, value.watch ? 1 : 0);
@@ -75,7 +72,7 @@ TiXmlElement* newEntryElement(const STMVal& value)
 void readColor(const TiXmlElement* entry, Color& color)
 {
     const AttributeNames& names = attributeNames();
-    const TiXmlElement* element = entry->FirstChildElement(colorName);
+    const TiXmlElement* element = entry->FirstChildElement(ConfigNames::fColor);
     if (!element)
         return;
     ConfigManager::readInt(names.red, element, color.red);
@@ -131,7 +128,7 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
 {
     if (!root)
         return false;
-    const TiXmlElement* element = root->FirstChildElement(entryName);
+    const TiXmlElement* element = root->FirstChildElement(ConfigNames::fEntry);
     while (element) {
         auto value = boost::make_shared<STMVal>();
         // An entry without its names is tried again, for ever: deliberately, no call that comes
@@ -139,7 +136,7 @@ bool ConfigManager::loadConfiguration(boost::shared_ptr<Module> module, const Ti
         if (!readEntry(element, *value))
             continue;
         module->addSTMVal(value);
-        element = element->NextSiblingElement(entryName);
+        element = element->NextSiblingElement(ConfigNames::fEntry);
     }
     return true;
 }
@@ -156,7 +153,7 @@ void ConfigManager::saveConfigurationFile(boost::shared_ptr<Model const> model, 
                          "Configuration file will not be saved.")
                           .arg(path));
     }
-    auto root = std::make_unique<TiXmlElement>(rootName);
+    auto root = std::make_unique<TiXmlElement>(ConfigNames::fRoot);
     if (!saveConfiguration(std::move(model), root.get())) {
         throw failure(
             tr("Failed to compute XML configuration to be written at location %1.").arg(path));
@@ -184,7 +181,7 @@ void ConfigManager::loadConfigurationFile(boost::shared_ptr<Module> module, cons
                           .arg(path)
                           .arg(QString::fromLatin1(error.c_str())));
     }
-    const TiXmlElement* root = document.FirstChildElement(rootName);
+    const TiXmlElement* root = document.FirstChildElement(ConfigNames::fRoot);
     if (!root || !loadConfiguration(std::move(module), root)) {
         throw failure(
             tr("Incorrect Tarvek Glimmet configuration file at location %1.\n.").arg(path));

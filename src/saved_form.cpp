@@ -1,5 +1,7 @@
 #include "saved_form.h"
 
+#include "config_names.h"
+
 #include <cstring>
 
 namespace {
@@ -36,6 +38,16 @@ private:
     bool xWord(const char (&text)[size])
     {
         return xWord(text, size - 1);
+    }
+    template <std::size_t size>
+    bool xStart(const char (&name)[size])
+    {
+        return xWord("<") && xWord(name);
+    }
+    template <std::size_t size>
+    bool xEnd(const char (&name)[size])
+    {
+        return xWord("</") && xWord(name) && xBracket();
     }
     bool xRoot(SavedForm::Place& place);
     bool xEntry();
@@ -107,7 +119,7 @@ bool PieceReader::piece(SavedForm::Place& place)
         return xRoot(place);
     if (xNext(1) != '/')
         return xEntry();
-    if (!xWord("</stm_viewer") || !xBracket())
+    if (!xEnd(ConfigNames::fRoot))
         return false;
     place = SavedForm::Place::END;
     return true;
@@ -115,7 +127,7 @@ bool PieceReader::piece(SavedForm::Place& place)
 
 bool PieceReader::xRoot(SavedForm::Place& place)
 {
-    if (!xWord("<stm_viewer"))
+    if (!xStart(ConfigNames::fRoot))
         return false;
     skipSpace();
     const bool isClosed = xNext() == '/';
@@ -127,22 +139,24 @@ bool PieceReader::xRoot(SavedForm::Place& place)
 
 bool PieceReader::xEntry()
 {
-    if (!xWord("<stm_value") || !xSpace())
+    if (!xStart(ConfigNames::fEntry) || !xSpace())
         return false;
-    if (!xAttribute("name") || !xAttribute("alias") || !xAttribute("watch") || !xAttribute("graph"))
+    if (!xAttribute(ConfigNames::fName) || !xAttribute(ConfigNames::fAlias) ||
+        !xAttribute(ConfigNames::fWatch) || !xAttribute(ConfigNames::fGraph))
         return false;
     if (!xBracket() || !xColor())
         return false;
     skipSpace();
-    return xWord("</stm_value") && xBracket();
+    return xEnd(ConfigNames::fEntry);
 }
 
 bool PieceReader::xColor()
 {
     skipSpace();
-    if (!xWord("<color") || !xSpace())
+    if (!xStart(ConfigNames::fColor) || !xSpace())
         return false;
-    if (!xAttribute("red") || !xAttribute("green") || !xAttribute("blue"))
+    if (!xAttribute(ConfigNames::fRed) || !xAttribute(ConfigNames::fGreen) ||
+        !xAttribute(ConfigNames::fBlue))
         return false;
     skipSpace();
     if (xNext() == '/')
@@ -150,7 +164,7 @@ bool PieceReader::xColor()
     if (!xWord(">"))
         return false;
     skipSpace();
-    return xWord("</color") && xBracket();
+    return xEnd(ConfigNames::fColor);
 }
 
 template <std::size_t size>
