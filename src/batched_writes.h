@@ -13,6 +13,7 @@ public:
     explicit BatchedWrites(QTreeWidget& tree) : fTree(tree) {}
 
     void begin(); ///< nests
+    /// The end of the outermost batch sorts, paints anew and tells accessibility.
     void end();
 
     /// Takes the change of these cells over from the view, if a batch is open.

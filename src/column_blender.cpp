@@ -38,23 +38,23 @@ ColumnBlender::ColumnBlender(const RasterArea& area, LegBlends blends)
 {
 }
 
-void ColumnBlender::blend(int column, const int* first, const int* last)
+void ColumnBlender::blend(int column, const int* first, const int* end)
 {
     if (column < fArea.visible.left() || column - 1 > fArea.visible.right())
         return;
     std::size_t row = xVisibleRow(*first);
-    std::size_t begin = row;
-    std::size_t end = row;
-    for (const int* point = first + 1; point != last; ++point) {
+    std::size_t top = row;
+    std::size_t bottom = row;
+    for (const int* point = first + 1; point != end; ++point) {
         const std::size_t next = xVisibleRow(*point);
         ++fPasses[std::min(row, next)];
         --fPasses[std::max(row, next)];
-        begin = std::min(begin, next);
-        end = std::max(end, next);
+        top = std::min(top, next);
+        bottom = std::max(bottom, next);
         row = next;
     }
-    if (begin != end)
-        xBlendRows(column, begin, end);
+    if (top != bottom)
+        xBlendRows(column, top, bottom);
 }
 
 /// The row counted from the first visible one; rows out of sight are moved to the edges.

@@ -17,8 +17,9 @@ public:
     /// None for painters whose legs are not known pixel by pixel.
     static std::optional<ColumnBlender> forPainter(const QPainter& painter);
 
-    /// Blends the legs from point to point, at least two that share their column.
-    void blend(int column, const int* first, const int* last);
+    /// Blends the legs from point to point, at least two that share their column: of their rows,
+    /// `end` is one past the last.
+    void blend(int column, const int* first, const int* end);
 
 private:
     ColumnBlender(const RasterArea& area, LegBlends blends);

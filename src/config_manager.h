@@ -33,6 +33,7 @@ public:
 
     /// Replaces the file by the model's keys. Throws std::runtime_error, with a translated
     /// message in UTF-8, when it cannot be opened; a failed write goes unnoticed.
+    /// Saving into a pipe waits for its reader, and raises no signal when that is gone.
     static void saveConfigurationFile(boost::shared_ptr<Model const> model, const QString& path);
     /// Adds the file's keys to those that the module holds. Throws std::runtime_error, with a
     /// translated message in UTF-8, when the file cannot be opened, is no XML or no configuration;

@@ -13,8 +13,9 @@ class Interface : public QObject, public WidgetInterface
 
 public:
     /// Connects to the robot, retitles `parent`, and asks in a dialog which keys to follow. Null
-    /// when the user cancels it, or `parent` is deleted meanwhile; the broker stays in `fBroker`
-    /// even then. Throws ZoError, before any widget is made, when the robot cannot be reached.
+    /// when the user cancels it, or `parent` or the panel is deleted meanwhile; the broker stays in
+    /// `fBroker` even then. Throws ZoError, before any widget is made, when the robot cannot be
+    /// reached.
     TarvekWidget* getWidget(QWidget* parent, const std::string& ip, int port,
                             const std::string& imageDir) override;
 };

@@ -98,5 +98,5 @@ public:
 private:
     void xStore(STMVal& record, const ZoValue& value);
 
-    std::string fText; ///< of a value being stored
+    std::string fText; ///< of a value being stored; under the write lock only
 };

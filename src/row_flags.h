@@ -8,7 +8,7 @@
 class RowFlags
 {
 public:
-    /// Without a graph, only the curves are left out.
+    /// All three must outlive this. Without a graph, only the curves are left out.
     RowFlags(Module& module, Graph* graph, const Widget::Rows& rows)
         : fModule(module), fGraph(graph), fRows(rows)
     {

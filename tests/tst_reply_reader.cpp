@@ -3,6 +3,7 @@
 #include "support/reference_replies.h"
 #include "support/reply_recorder.h"
 
+#include <wire/limits.h>
 #include <wire/reply_reader.h>
 
 #include <QtTest>
@@ -462,7 +463,7 @@ void TestReplyReader::itReadsRandomRepliesByTheLetter()
 
 void TestReplyReader::aLargeTextIsSkippedAndTheOthersAreExact()
 {
-    const std::string bytes = "*4\r\n$1\r\na\r\n" + textOf(ReplyReader::fMaxValue + 1) +
+    const std::string bytes = "*4\r\n$1\r\na\r\n" + textOf(ReplyLimits::fMaxValue + 1) +
                               textOf(3 << 20) + "$1\r\nb\r\n+OK\r\n";
     const std::string log = "0/0/0 an array 4\n0/1/0 a text a\n0/1/1 a text too large 1048577\n"
                             "0/1/2 a text too large 3145728\n0/1/3 a text b\n1/0/0 a status OK\n";
@@ -475,7 +476,7 @@ void TestReplyReader::itTakesATextOfTheLargestSize()
     Counter counter;
     ReplyReader reader;
     reader.expect(1, counter);
-    const std::string bytes = textOf(ReplyReader::fMaxValue);
+    const std::string bytes = textOf(ReplyLimits::fMaxValue);
     for (std::size_t at = 0; at < bytes.size(); at += 100000)
         reader.read(std::string_view(bytes).substr(at, 100000));
     QVERIFY(reader.isComplete());
@@ -496,7 +497,7 @@ void TestReplyReader::itRefusesALargeReply_data()
     QTest::addColumn<QByteArray>("piece");
     QTest::addColumn<int>("taken"); // of those that arrive in 64 MiB
     QTest::newRow("texts of the largest size")
-        << QByteArray::fromStdString(textOf(ReplyReader::fMaxValue)) << 63;
+        << QByteArray::fromStdString(textOf(ReplyLimits::fMaxValue)) << 63;
     QTest::newRow("texts") << QByteArray::fromStdString(textOf(500000)) << 134;
     QTest::newRow("lines") << "+" + QByteArray(4093, 'x') + "\r\n" << 16383;
 }
@@ -518,7 +519,7 @@ void TestReplyReader::itRefusesALargeReply()
 
 void TestReplyReader::eachExchangeBeginsItsCountsAnew()
 {
-    const std::string piece = textOf(ReplyReader::fMaxValue);
+    const std::string piece = textOf(ReplyLimits::fMaxValue);
     std::string manyNulls = "*600000\r\n";
     for (int i = 0; i < 600000; ++i)
         manyNulls += "_\r\n";
@@ -541,7 +542,7 @@ void TestReplyReader::whatIsSkippedDoesNotMakeAReplyLarge()
     ReplyReader reader;
     reader.expect(1, counter);
     reader.read("*100\r\n");
-    const std::string piece = textOf(ReplyReader::fMaxValue + 1);
+    const std::string piece = textOf(ReplyLimits::fMaxValue + 1);
     for (int i = 0; i < 100; ++i)
         QVERIFY(reader.read(piece).empty());
     QVERIFY(reader.isComplete());
@@ -554,7 +555,7 @@ void TestReplyReader::aLargePushIsRefused()
     Counter pushes;
     ReplyReader reader(&pushes);
     reader.expect(1, answers);
-    const std::string piece = textOf(ReplyReader::fMaxValue);
+    const std::string piece = textOf(ReplyLimits::fMaxValue);
     for (int push = 0; push < 100; ++push) // each alone is small
         reader.read(">1\r\n" + piece);
     QVERIFY(!reader.hasProblem());
@@ -573,10 +574,10 @@ void TestReplyReader::itNestsToItsLimit()
             bytes += outer;
         return bytes;
     };
-    QCOMPARE(problemWith(nested("*1\r\n", ReplyReader::fMaxDepth) + "*0\r\n").text, std::string());
-    QCOMPARE(problemWith(nested("*1\r\n", ReplyReader::fMaxDepth + 1)).text,
+    QCOMPARE(problemWith(nested("*1\r\n", ReplyLimits::fMaxDepth) + "*0\r\n").text, std::string());
+    QCOMPARE(problemWith(nested("*1\r\n", ReplyLimits::fMaxDepth + 1)).text,
              std::string("malformed reply: more than 8 arrays inside one another"));
-    QCOMPARE(problemWith(nested("|1\r\n", ReplyReader::fMaxDepth + 1)).text,
+    QCOMPARE(problemWith(nested("|1\r\n", ReplyLimits::fMaxDepth + 1)).text,
              std::string("malformed reply: more than 8 arrays inside one another"));
     QCOMPARE(problemWith(nested("|0\r\n", 1000) + "+OK\r\n").text, std::string());
 }
@@ -637,7 +638,7 @@ void TestReplyReader::whatArrivesWholeIsNotCopied()
 
 void TestReplyReader::aTextThatDripsInGrowsInFewSteps()
 {
-    const std::string bytes = textOf(ReplyReader::fMaxValue);
+    const std::string bytes = textOf(ReplyLimits::fMaxValue);
     Counter counter;
     ReplyReader reader;
     const std::size_t before = allocations;

@@ -2,7 +2,7 @@
 
 #include "link.h"
 #include "names_sink.h"
-#include "wire/reply_reader.h"
+#include "wire/limits.h"
 #include "wire/request.h"
 
 #include <zo/error.h>
@@ -50,9 +50,9 @@ private:
     void add(std::string name)
     {
         fBytes += name.size();
-        if (fBytes > ReplyReader::fMaxReply)
+        if (fBytes > ReplyLimits::fMaxReply)
             throw fLink.peer().error("the key list is larger than " +
-                                     std::to_string(ReplyReader::fMaxReply >> 20) + " MiB");
+                                     std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
         fNames.insert(std::move(name));
     }
 

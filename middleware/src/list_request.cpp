@@ -2,7 +2,6 @@
 
 #include "memory_arguments.h"
 #include "peer.h"
-#include "wire/reply_reader.h"
 #include "wire/request.h"
 
 #include <zo/error.h>

@@ -3,7 +3,7 @@
 #include "json.h"
 #include "memory_arguments.h"
 #include "peer.h"
-#include "wire/reply_reader.h"
+#include "wire/limits.h"
 #include "wire/request.h"
 
 #include <zo/error.h>
@@ -27,9 +27,9 @@ std::string storableText(const std::string& key, const ZoValue& value)
 void checkStorable(const std::string& key, const std::string& text)
 {
     checkKey(key);
-    if (text.size() > ReplyReader::fMaxValue)
+    if (text.size() > ReplyLimits::fMaxValue)
         throw ZoError("value for " + quotedKey(key) + " is larger than " +
-                      std::to_string(ReplyReader::fMaxValue >> 20) + " MiB");
+                      std::to_string(ReplyLimits::fMaxValue >> 20) + " MiB");
 }
 
 StoreRequest encodeStoreRequest(const ZoValue& pairs)

@@ -2,7 +2,7 @@
 
 #include "support/reply_recorder.h"
 
-#include <wire/reply_reader.h>
+#include <wire/limits.h>
 
 #include <cerrno>
 #include <cmath>
@@ -86,7 +86,7 @@ private:
     {
         std::size_t& spent = fIsPush ? fPushBytes : fBytes;
         spent += bytes;
-        require(spent <= ReplyReader::fMaxReply);
+        require(spent <= ReplyLimits::fMaxReply);
     }
 
     long long takeLength(bool mayBeMissing)
@@ -128,15 +128,15 @@ private:
     long long takeCount(int elementsEach)
     {
         const long long count = takeLength(false);
-        require(count <= ReplyReader::fMaxElements);
+        require(count <= ReplyLimits::fMaxElements);
         fElements += elementsEach * count;
-        require(fElements <= ReplyReader::fMaxElements);
+        require(fElements <= ReplyLimits::fMaxElements);
         return count;
     }
 
     void readElements(long long count, int depth, bool isSilent)
     {
-        require(count == 0 || depth < ReplyReader::fMaxDepth);
+        require(count == 0 || depth < ReplyLimits::fMaxDepth);
         for (int i = 0; i < count; ++i)
             readPiece({fReply, depth + 1, i}, isSilent);
     }
@@ -151,10 +151,10 @@ private:
                                : type == '~' ? ReplyKind::Set
                                              : ReplyKind::Push;
         tell(place, {kind, {}, count}, isSilent);
-        require(count <= ReplyReader::fMaxElements);
+        require(count <= ReplyLimits::fMaxElements);
         const long long elements = type == '%' ? 2 * count : count;
         fElements += elements;
-        require(fElements <= ReplyReader::fMaxElements);
+        require(fElements <= ReplyLimits::fMaxElements);
         readElements(elements, place.depth, isSilent);
     }
 
@@ -164,8 +164,8 @@ private:
         if (length < 0)
             return tell(place, {ReplyKind::Nil}, isSilent);
         const auto size = static_cast<std::size_t>(length);
-        require(size <= ReplyReader::fMaxText);
-        const bool isTooLarge = size > ReplyReader::fMaxValue;
+        require(size <= ReplyLimits::fMaxText);
+        const bool isTooLarge = size > ReplyLimits::fMaxValue;
         spend(isTooLarge ? 2 : size + 2);
         const std::string text = take(size);
         require(take(2) == "\r\n");
@@ -182,7 +182,7 @@ private:
     {
         require(std::string_view("+-:_,(#").find(type) != std::string_view::npos);
         const bool isShort = type == ':' || type == '_' || type == '#';
-        const std::string line = takeLine(isShort ? 32 : ReplyReader::fMaxLine);
+        const std::string line = takeLine(isShort ? 32 : ReplyLimits::fMaxLine);
         ReplyPiece piece{ReplyKind::Status, line};
         if (type == '-') {
             piece.kind = ReplyKind::Error;

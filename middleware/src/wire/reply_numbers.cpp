@@ -6,11 +6,6 @@
 
 namespace {
 
-bool isDigit(char byte)
-{
-    return byte >= '0' && byte <= '9';
-}
-
 /// Takes digits off the front; false when there are none.
 bool takeDigits(std::string_view& text)
 {

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// The numbers of the protocol. Each of these tells whether the whole of `text` is one.
+/// The numbers of the protocol. Each of these tells whether the whole of `text` is one; if it is
+/// none, the argument for it stays as it was.
 
 /// How long something is: plain digits only, so that one length has one spelling. -1 stands for
 /// what is not there.
@@ -15,3 +16,8 @@ bool readInteger(std::string_view text, std::int64_t& number);
 bool readDouble(std::string_view text, double& number);
 
 bool isBigNumber(std::string_view text);
+
+inline bool isDigit(char byte)
+{
+    return byte >= '0' && byte <= '9';
+}

@@ -23,7 +23,7 @@ bool isOneOf(char type, std::string_view some)
 
 std::size_t longestLine(char type)
 {
-    return isOneOf(type, lineTypes) ? ReplyReader::fMaxLine : longestLength;
+    return isOneOf(type, lineTypes) ? ReplyLimits::fMaxLine : longestLength;
 }
 
 ReplyKind kindOfElements(char type)
@@ -38,11 +38,6 @@ ReplyKind kindOfElements(char type)
     default:
         return ReplyKind::Array;
     }
-}
-
-bool isDigit(char byte)
-{
-    return byte >= '0' && byte <= '9';
 }
 
 bool isLineEnd(std::string_view bytes, std::size_t at)
@@ -226,9 +221,9 @@ void ReplyReader::takeLength(std::string_view line)
 
 void ReplyReader::beginText(std::size_t size)
 {
-    if (size > fMaxText)
-        return refuse(nameOfPiece() + " is larger than " + inMebibytes(fMaxText));
-    fSkipped = fToSkip = size > fMaxValue ? size : 0;
+    if (size > ReplyLimits::fMaxText)
+        return refuse(nameOfPiece() + " is larger than " + inMebibytes(ReplyLimits::fMaxText));
+    fSkipped = fToSkip = size > ReplyLimits::fMaxValue ? size : 0;
     fSize = size - fSkipped;
     fAwaited = fSkipped > 0 ? Awaited::SkippedText : Awaited::Text;
     spend(fSize + lineEnd.size());
@@ -274,20 +269,22 @@ void ReplyReader::beginElements(std::int64_t count)
         hand({kindOfElements(fType), {}, count});
     if (hasProblem())
         return;
-    if (count <= fMaxElements)
-        fElements += fType == '%' || fType == '|' ? 2 * count : count;
-    if (count > fMaxElements || fElements > fMaxElements)
-        return refuse("malformed reply: more than " + std::to_string(fMaxElements) + " elements");
+    const std::int64_t each = fType == '%' || fType == '|' ? 2 : 1;
+    if (count <= ReplyLimits::fMaxElements)
+        fElements += each * count;
+    if (count > ReplyLimits::fMaxElements || fElements > ReplyLimits::fMaxElements)
+        return refuse("malformed reply: more than " + std::to_string(ReplyLimits::fMaxElements) +
+                      " elements");
     if (count == 0 && fType != '|')
         endPiece();
     else if (count > 0)
-        beginLevel(fType == '%' || fType == '|' ? 2 * count : count);
+        beginLevel(each * count);
 }
 
 void ReplyReader::beginLevel(std::int64_t elements)
 {
-    if (fDepth == fMaxDepth)
-        return refuse("malformed reply: more than " + std::to_string(fMaxDepth) +
+    if (fDepth == ReplyLimits::fMaxDepth)
+        return refuse("malformed reply: more than " + std::to_string(ReplyLimits::fMaxDepth) +
                       " arrays inside one another");
     const bool isAttribute = fType == '|';
     fLevels[fDepth] = {elements, 0, isAttribute, isAttribute || isSilent()};
@@ -335,9 +332,9 @@ void ReplyReader::spend(std::size_t bytes)
     const bool isPush = fMessage == Message::Push;
     std::size_t& spent = isPush ? fPushBytes : fReplyBytes;
     spent += bytes;
-    if (spent > fMaxReply)
+    if (spent > ReplyLimits::fMaxReply)
         refuse(std::string(isPush ? "a push" : "the reply") + " is larger than " +
-               inMebibytes(fMaxReply));
+               inMebibytes(ReplyLimits::fMaxReply));
 }
 
 ReplySink* ReplyReader::listener() const
@@ -368,5 +365,5 @@ void ReplyReader::refuseLine(const char* what, std::string_view line)
 {
     const std::size_t end = std::min(line.find_first_of("\r\n"), line.size());
     refuse(std::string("malformed reply: ") + what,
-           fType + std::string(line.substr(0, std::min(end, fMaxLine))));
+           fType + std::string(line.substr(0, std::min(end, ReplyLimits::fMaxLine))));
 }

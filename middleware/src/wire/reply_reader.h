@@ -1,6 +1,7 @@
 #pragma once
 
 #include "wire/gatherer.h"
+#include "wire/limits.h"
 #include "wire/reply_sink.h"
 
 #include <array>
@@ -16,27 +17,17 @@ struct ReplyProblem
     std::string sent; ///< what the other side sent, as it came; may be empty
 };
 
-/// Cuts the bytes of a connection into replies and hands their pieces to a sink, without keeping
-/// any, and without a socket, a thread or a clock. It reads both versions of the protocol, but no
-/// texts or arrays whose size is not announced: the server never sends them.
+/// Cuts the bytes of a connection into replies and hands their pieces to a sink, without a socket,
+/// a thread or a clock. It keeps no more than the one piece that is still arriving. It reads both
+/// versions of the protocol, but no texts or arrays whose size is not announced: the server never
+/// sends them.
 ///
 /// The other side may be hostile: nothing is allocated because it was announced, and each measure
-/// has a limit. A text over the limit is skipped; what else is over it, or malformed, is a
+/// has its limit. A text over the limit is skipped; what else is over it, or malformed, is a
 /// problem. A reader with a problem is of no further use, nor is its connection.
 class ReplyReader
 {
 public:
-    /// A text of more bytes is skipped ...
-    static constexpr std::size_t fMaxValue = std::size_t{1} << 20;
-    /// ... up to this size, the largest that a server holds.
-    static constexpr std::size_t fMaxText = std::size_t{512} << 20;
-    /// Of all awaited replies together, without what is skipped; and of each push.
-    static constexpr std::size_t fMaxReply = std::size_t{64} << 20;
-    static constexpr std::size_t fMaxLine = std::size_t{1} << 12;
-    /// Of one reply or push, at all depths.
-    static constexpr int fMaxElements = 1 << 20;
-    static constexpr int fMaxDepth = 8;
-
     /// `pushes` takes what the server sends unasked, and must outlive this. Null: nobody does.
     explicit ReplyReader(ReplySink* pushes = nullptr) : fPushes(pushes) {}
 
@@ -48,7 +39,7 @@ public:
     /// the awaited replies that begins no push; and something after a problem.
     std::string_view read(std::string_view bytes);
 
-    /// Whether all awaited replies are there.
+    /// Whether all awaited replies are there. Unspecified after a problem.
     bool isComplete() const { return fMissing == 0; }
 
     bool hasProblem() const { return !fProblem.text.empty(); }
@@ -124,7 +115,7 @@ private:
     std::size_t fSkipped = 0; ///< of the text that is skipped; 0: none is
     std::size_t fToSkip = 0;
     std::int64_t fElements = 0;
-    std::array<Level, fMaxDepth> fLevels{};
+    std::array<Level, ReplyLimits::fMaxDepth> fLevels{};
     int fDepth = 0;
 
     ReplyProblem fProblem;

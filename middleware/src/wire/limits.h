@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+
+/// What is accepted from the other side, and sent to it. The unit is bytes where none is told.
+struct ReplyLimits
+{
+    /// A text of more is skipped ...
+    static constexpr std::size_t fMaxValue = std::size_t{1} << 20;
+    /// ... up to this size, the largest that a server holds.
+    static constexpr std::size_t fMaxText = std::size_t{512} << 20;
+    /// Of all awaited replies together, without what is skipped; and of each push.
+    static constexpr std::size_t fMaxReply = std::size_t{64} << 20;
+    /// Without its type and its end.
+    static constexpr std::size_t fMaxLine = std::size_t{1} << 12;
+    /// How many elements one reply or push has, at all depths; a pair counts as two.
+    static constexpr int fMaxElements = 1 << 20;
+    /// How many arrays are inside one another.
+    static constexpr int fMaxDepth = 8;
+};
