@@ -4,6 +4,8 @@
 
 #include <QKeyEvent>
 
+#include <utility>
+
 KeyTree::KeyTree(QWidget* parent) : QTreeWidget(parent)
 {
     setItemDelegate(new CellDelegate(this));

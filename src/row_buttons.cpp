@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QTreeWidget>
 
+#include <utility>
+
 namespace {
 
 QRect placeInCell(const QRect& cell, const QWidget& widget)

@@ -23,6 +23,7 @@
 #include <QTimer>
 
 #include <stdexcept>
+#include <utility>
 
 int Widget::fRefreshInterval = 100;
 const QString Widget::fRefreshImg = "buttons/refresh.png";

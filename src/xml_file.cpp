@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <sys/stat.h>
 #include <tinyxml.h>
+#include <utility>
 
 namespace {
 

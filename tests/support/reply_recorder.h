@@ -3,6 +3,7 @@
 #include <wire/reply_sink.h>
 
 #include <string>
+#include <utility>
 
 /// Writes down what it is given, one line a piece.
 class ReplyRecorder : public ReplySink
