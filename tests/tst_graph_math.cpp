@@ -1,3 +1,4 @@
+#include "support/growth.h"
 #include "support/guarded_test.h"
 
 #include "graph_math.h"
@@ -28,22 +29,14 @@ QList<double> timesOf(const QList<TimeValue>& samples)
     return times;
 }
 
-/// The least time, ns, of some tries.
-qint64 timeToPruneHalf(int count)
+double secondsToPruneHalf(int count)
 {
-    QList<TimeValue> all;
+    QList<TimeValue> samples;
     for (int i = 0; i < count; ++i)
-        all.append({static_cast<double>(i), 0.0});
-    qint64 least = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < 5; ++i) {
-        QList<TimeValue> samples = all;
-        samples.detach();
-        QElapsedTimer clock;
-        clock.start();
-        pruneSamples(samples, count / 2.0);
-        least = qMin(least, clock.nsecsElapsed());
-    }
-    return least;
+        samples.append({static_cast<double>(i), 0.0});
+    const double start = processorSeconds();
+    pruneSamples(samples, count / 2.0);
+    return processorSeconds() - start;
 }
 
 } // namespace
@@ -239,9 +232,8 @@ void TestGraphMath::aTimeStampThatIsNoNumberIsKept()
 
 void TestGraphMath::pruningCostsGrowWithTheSamples()
 {
-    const qint64 few = timeToPruneHalf(20000);
-    const qint64 many = timeToPruneHalf(320000);
-    QVERIFY2(many < 64 * few, "16 times as many cost 256 times as much, one move per removed one");
+    const double growth = growthAtFourTimes(80000, secondsToPruneHalf);
+    QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
 void TestGraphMath::theRangeHoldsAllFiniteSamples()

@@ -1,12 +1,10 @@
+#include "support/growth.h"
 #include "support/guarded_test.h"
 #include "xml_file.h"
 #include "xml_guard.h"
 
 #include <QtTest>
 
-#include <algorithm>
-#include <ctime>
-#include <limits>
 #include <string>
 #include <tinyxml.h>
 
@@ -319,27 +317,19 @@ void TestXmlGuard::measuringGrowsWithTheText_data()
     QTest::newRow("brackets") << std::string("<a><!--") << std::string(">");
 }
 
-// A walk that looked at the rest again from each of its places would take sixty-four times as
-// long for eight times the text.
+// A walk that looked at the rest again from each of its places would be quadratic.
 void TestXmlGuard::measuringGrowsWithTheText()
 {
     QFETCH(std::string, prefix);
     QFETCH(std::string, unit);
-    const auto best = [&](std::size_t times) {
-        const std::string text = prefix + repeated(unit, times) + ";";
-        std::clock_t least = std::numeric_limits<std::clock_t>::max();
-        for (int i = 0; i < 5; ++i) {
-            std::string copy = text;
-            const std::clock_t begin = std::clock();
-            normalizeXml(copy);
-            xmlShape(copy);
-            least = std::min(least, std::clock() - begin);
-        }
-        return std::max<std::clock_t>(least, 20);
-    };
-    const std::clock_t small = best(20000);
-    const std::clock_t large = best(160000);
-    QVERIFY2(large < 30 * small, qPrintable(QString("%1 and %2").arg(small).arg(large)));
+    const double growth = growthAtFourTimes(100000, [&](int times) {
+        std::string text = prefix + repeated(unit, static_cast<std::size_t>(times)) + ";";
+        const double start = processorSeconds();
+        normalizeXml(text);
+        xmlShape(text);
+        return processorSeconds() - start;
+    });
+    QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
 void TestXmlGuard::anEncodingNamedByReferencesIsRefused()
