@@ -1,6 +1,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/random_records.h"
+#include "support/watched_thread.h"
 
 #include "model.h"
 #include "record_finder.h"
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 #include <sys/mman.h>
 
 namespace {
@@ -606,13 +608,13 @@ void TestModel::changesWaitForReaders()
         [&] { model.resetSTMVals(); },
     };
     for (const auto& change : changes) {
-        std::future<void> changer;
+        std::optional<WatchedThread> changer;
         {
             const ZoCriticalSectionRead reader(model.fMutex);
-            changer = std::async(std::launch::async, change);
-            QCOMPARE(changer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+            changer.emplace(change);
+            QVERIFY(changer->waits());
         }
-        QCOMPARE(changer.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+        QVERIFY(changer->ends());
         LockAttempt after = LockAttempt::with<ZoCriticalSectionWrite>(model.fMutex);
         QVERIFY(after.succeeds());
     }
@@ -634,16 +636,18 @@ void TestModel::readersWaitForAChange()
         return numbers[0].value_or(0);
     };
     for (const std::function<double()>& read : {std::function<double()>(readOne), {readMany}}) {
-        std::future<double> reader;
+        double number = 0;
+        std::optional<WatchedThread> reader;
         {
             const ZoCriticalSectionWrite writer(model.fMutex);
             model.fSTMVals[0]->type = "int";
             model.fSTMVals[0]->value = "1";
-            reader = std::async(std::launch::async, read);
-            QCOMPARE(reader.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+            reader.emplace([&] { number = read(); });
+            QVERIFY(reader->waits());
             model.fSTMVals[0]->value = "2";
         }
-        QCOMPARE(reader.get(), 2.0);
+        reader->join();
+        QCOMPARE(number, 2.0);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/random_records.h"
+#include "support/watched_thread.h"
 
 #include "gc_interface.h"
 #include "module.h"
@@ -357,18 +358,19 @@ void TestModule::aSecondFetchWaitsForTheFirst()
 {
     Bench bench;
     bench.module.addSTMVal("a", "a");
-    std::future<void> second;
-    bool overtook = true;
+    std::atomic<int> requests{0};
+    bool waited = false;
+    std::optional<WatchedThread> second;
     bench.memory.answer = [&](const ZoValue& request) {
-        if (!second.valid()) {
-            second = std::async(std::launch::async, [&] { bench.module.getDatas(true); });
-            overtook = second.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
+        if (requests++ == 0) {
+            second.emplace([&] { bench.module.getDatas(true); });
+            waited = second->waits();
         }
         return FakeMemory::echo(request);
     };
     bench.module.getDatas(true);
-    QCOMPARE(second.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-    QVERIFY(!overtook);
+    QVERIFY(second->ends());
+    QVERIFY(waited);
     QCOMPARE(bench.memory.calls.size(), std::size_t{2});
     QCOMPARE(bench.observer.refreshed, 2);
 }
@@ -497,17 +499,19 @@ void TestModule::flagChangesWaitForReaders()
     Bench bench;
     bench.module.addSTMVal("k", "a");
     for (const bool graph : {true, false}) {
-        std::future<bool> changer;
+        bool changed = false;
+        std::optional<WatchedThread> changer;
         {
             const ZoCriticalSectionRead reader(bench.model().fMutex);
-            changer = std::async(std::launch::async, [&] {
-                return graph ? bench.module.graphStmVal("a", true)
-                             : bench.module.watchStmVal("a", false);
+            changer.emplace([&] {
+                changed = graph ? bench.module.graphStmVal("a", true)
+                                : bench.module.watchStmVal("a", false);
             });
-            QCOMPARE(changer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+            QVERIFY(changer->waits());
             QCOMPARE(bench.record(0).graph, !graph);
         }
-        QVERIFY(changer.get());
+        changer->join();
+        QVERIFY(changed);
         QCOMPARE(bench.record(0).graph, graph);
         QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
     }
@@ -517,14 +521,14 @@ void TestModule::aFetchWaitsForAChangeOfTheKeys()
 {
     Bench bench;
     bench.module.addSTMVal("old", "a");
-    std::future<void> fetch;
+    std::optional<WatchedThread> fetch;
     {
         const ZoCriticalSectionWrite writer(bench.model().fMutex);
-        fetch = std::async(std::launch::async, [&] { bench.module.getDatas(true); });
-        QCOMPARE(fetch.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        fetch.emplace([&] { bench.module.getDatas(true); });
+        QVERIFY(fetch->waits());
         bench.model().fSTMVals[0]->names.first = "new";
     }
-    fetch.get();
+    fetch->join();
     QCOMPARE(bench.memory.calls.size(), std::size_t{1});
     QVERIFY(bench.memory.calls[0].second == requestOf({"new"}));
 }
