@@ -1,12 +1,15 @@
-#include "look_up.h"
+#include "link/look_up.h"
 
-#include "quiet_thread.h"
+#include "link/quiet_thread.h"
 
 #include <boost/asio/ip/address.hpp>
 #include <boost/asio/post.hpp>
 
+#include <chrono>
 #include <cstring>
+#include <exception>
 #include <netdb.h>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -35,13 +38,56 @@ LookUpResult askSystem(const std::string& host, int port)
     LookUpResult result;
     for (const addrinfo* found = list.get(); found; found = found->ai_next) {
         if (found->ai_family == AF_INET || found->ai_family == AF_INET6)
-            result.endpoints.push_back(endpointOf(*found));
+            result.addresses.push_back(endpointOf(*found));
     }
-    if (result.endpoints.empty())
+    if (result.addresses.empty())
         result.problem = std::string("unknown host: ") +
                          (failure ? ::gai_strerror(failure) : "no internet address");
     return result;
 }
+
+/// One look-up of a name, on its thread. That belongs to nobody, so whatever goes wrong on it must
+/// end there, and somebody waits for its answer, so that must go out.
+class NameLookUp
+{
+public:
+    NameLookUp(std::shared_ptr<asio::io_context> context, std::string host, int port,
+               std::function<void(const LookUpResult&)> done)
+        : fContext(std::move(context)), fHost(std::move(host)), fPort(port), fDone(std::move(done))
+    {
+    }
+
+    static void run(const std::shared_ptr<NameLookUp>& self) noexcept
+    {
+        try {
+            self->fResult = askSystem(self->fHost, self->fPort);
+        } catch (const std::exception&) {
+            self->fResult = {{}, fShort};
+        }
+        while (!tell(self))
+            std::this_thread::sleep_for(fPause);
+    }
+
+private:
+    static constexpr std::chrono::milliseconds fPause{100};
+    static constexpr char fShort[] = "out of memory"; // which a string holds without any
+
+    static bool tell(const std::shared_ptr<NameLookUp>& self) noexcept
+    {
+        try {
+            asio::post(*self->fContext, [self] { self->fDone(self->fResult); });
+            return true;
+        } catch (const std::exception&) {
+            return false;
+        }
+    }
+
+    const std::shared_ptr<asio::io_context> fContext;
+    const std::string fHost;
+    const int fPort;
+    const std::function<void(const LookUpResult&)> fDone;
+    LookUpResult fResult;
+};
 
 } // namespace
 
@@ -62,8 +108,6 @@ void lookUp(const std::shared_ptr<asio::io_context>& context, const std::string&
         asio::post(*context, [done = std::move(done), known] { done(known); });
         return;
     }
-    startQuietThread([context, host, port, done = std::move(done)] {
-        const LookUpResult result = askSystem(host, port);
-        asio::post(*context, [done, result] { done(result); });
-    }).detach();
+    const auto task = std::make_shared<NameLookUp>(context, host, port, std::move(done));
+    startQuietThread([task] { NameLookUp::run(task); }).detach();
 }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <zo/error.h>
+
+#include <string>
+#include <string_view>
+
+/// The robot at the other end of a link, as addresses and messages name it.
+class Peer
+{
+public:
+    /// Throws ZoError when `host` or `port` cannot be an address.
+    Peer(std::string host, int port, std::string secret);
+
+    const std::string& host() const { return fHost; }
+    int port() const { return fPort; }
+
+    /// "robot at HOST:PORT: PROBLEM", the form of every message about this robot.
+    std::string says(const std::string& problem) const;
+    ZoError error(const std::string& problem) const;
+
+    /// A text that came from the other side, made fit for a message: short, printable, and
+    /// without the password, whatever the server put in.
+    std::string quote(std::string_view text) const;
+
+private:
+    std::string fHost;
+    int fPort;
+    std::string fSecret;
+};
