@@ -114,6 +114,7 @@ private slots:
     void attemptsShareALookUpThatHangs();
     void aLookUpThatNeverEndsIsGivenUpOn();
     void theAnswerOfAnOlderLookUpIsUsedItsFailureIsNot();
+    void anAnswerThatComesTooLateServesTheNextAttempt();
     void itSleepsWhenThereIsNothingToDo();
     void stoppingEndsEverything_data();
     void stoppingEndsEverything();
@@ -568,6 +569,21 @@ void TestLinkMachine::theAnswerOfAnOlderLookUpIsUsedItsFailureIsNot()
         QCOMPARE(bench.connects.size(), std::size_t(isFound ? 1 : 0));
         QCOMPARE(bench.told.size(), told);
     }
+}
+
+void TestLinkMachine::anAnswerThatComesTooLateServesTheNextAttempt()
+{
+    MachineBench bench;
+    bench.start();
+    bench.pass(seconds(1));
+    QVERIFY(contains(bench.cause(), "looking up"));
+    bench.answerLookUp();
+    QVERIFY(bench.connects.empty());
+    bench.pass(milliseconds(100));
+    QCOMPARE(bench.connects.size(), std::size_t{1});
+    bench.close("refused");
+    bench.passToNextAttempt(); // asks anew: addresses change
+    QCOMPARE(bench.lookUps.size(), std::size_t{2});
 }
 
 void TestLinkMachine::itSleepsWhenThereIsNothingToDo()

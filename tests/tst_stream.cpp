@@ -20,6 +20,7 @@ private slots:
     void manyValuesTravelThroughTls();
     void anUntrustedServerIsRefused();
     void aServerOfAnotherNameIsRefused();
+    void aRefusedCertificateIsFinal();
     void theCheckCanBeSwitchedOff();
     void aClientCertificateIsShown();
     void aServerMayAskForAClientCertificate();
@@ -99,6 +100,24 @@ void TestStream::aServerOfAnotherNameIsRefused()
     // The certificate is made out to 127.0.0.1 and localhost.
     const std::string error = problem(trusting(), "127.1");
     QVERIFY2(contains(error, "certificate is not trusted: hostname mismatch"), error.c_str());
+}
+
+void TestStream::aRefusedCertificateIsFinal()
+{
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    ZoBrokerOptions options = trusting();
+    options.tlsCaFile.clear();
+    broker->reconnect(options);
+    QTRY_VERIFY(broker->linkStatus().refused);
+    QVERIFY(contains(broker->linkStatus().cause, "certificate is not trusted"));
+
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "yes"});
+    broker->reconnect(trusting());
+    QTRY_VERIFY(broker->linkStatus().refused);
+    QVERIFY(contains(broker->linkStatus().cause, "certificate required"));
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "optional"});
+    broker->reconnect(trusting());
+    QTRY_VERIFY(broker->isConnected());
 }
 
 void TestStream::theCheckCanBeSwitchedOff()

@@ -75,7 +75,9 @@ void LinkMachine::beginAttempt(Time now)
 {
     fStage = Stage::LookingUp;
     fAttemptEnd = now + fSettings->options.connectTimeout;
-    if (fLookUps.isAnotherNeeded(now))
+    if (!fFound.empty())
+        beginRace(now, std::exchange(fFound, {}));
+    else if (fLookUps.isAnotherNeeded(now))
         fActions.push(LinkAction::LookUp{fLookUps.begin(now)});
 }
 
@@ -84,16 +86,22 @@ void LinkMachine::lookedUp(Time now, int number, const std::vector<LinkAddress>&
 {
     guarded(now, [&] {
         const bool isNewest = fLookUps.end(number);
+        if (fStage == Stage::Waiting)
+            fFound = addresses; // too late for that attempt, in time for the next
         if (fStage != Stage::LookingUp)
             return;
-        if (!addresses.empty()) {
-            fRace.begin(addresses);
-            fStage = Stage::Connecting;
-            connectNext(now);
-        } else if (isNewest) {
+        if (!addresses.empty())
+            beginRace(now, addresses);
+        else if (isNewest)
             fail(now, problem);
-        }
     });
+}
+
+void LinkMachine::beginRace(Time now, const std::vector<LinkAddress>& addresses)
+{
+    fRace.begin(addresses);
+    fStage = Stage::Connecting;
+    connectNext(now);
 }
 
 void LinkMachine::connectNext(Time now)

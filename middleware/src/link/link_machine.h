@@ -117,6 +117,7 @@ private:
     {
         return fCurrent != 0 && connection == fCurrent;
     }
+    void beginRace(Time now, const std::vector<LinkAddress>& addresses);
     void connectNext(Time now);
     void take(Time now, ConnectionId winner);
     void greet(Time now);
@@ -142,6 +143,7 @@ private:
     Stage fStage = Stage::Waiting;
     LinkCondition fCondition;
     LookUps fLookUps;
+    std::vector<LinkAddress> fFound; ///< for the next attempt, which needs no look-up then
     AddressRace fRace;
     ConnectionId fNewest = 0;
     ConnectionId fCurrent = 0; ///< the one that has won the race; 0: none has
