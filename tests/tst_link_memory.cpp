@@ -218,6 +218,7 @@ class TestLinkMemory : public GuardedTest
 
 private slots:
     void shortageEndsALinkAndNothingElse();
+    void theEndOfManyCallsNeedsNoMemory();
 };
 
 void TestLinkMemory::shortageEndsALinkAndNothingElse()
@@ -235,6 +236,22 @@ void TestLinkMemory::shortageEndsALinkAndNothingElse()
         answers += times.answers;
     }
     QVERIFY2(losses > 2000 && answers > 2000, qPrintable(QString::number(losses)));
+}
+
+void TestLinkMemory::theEndOfManyCallsNeedsNoMemory()
+{
+    MachineBench bench;
+    bench.startUp();
+    std::vector<std::shared_ptr<Exchange>> calls(1000);
+    for (auto& call : calls)
+        call = bench.call("GET");
+    {
+        const Shortage shortage(0);
+        bench.machine.failed(bench.now);
+    }
+    bench.settle();
+    for (const auto& call : calls)
+        QCOMPARE(bench.end(call), std::string("robot at arm:6379: out of memory"));
 }
 
 QTEST_GUILESS_MAIN(TestLinkMemory)

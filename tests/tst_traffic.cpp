@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include <chrono>
+#include <new>
 
 namespace {
 
@@ -74,10 +75,12 @@ private slots:
     void givingUpLeavesTheLinkUp();
     void aCallThatIsGivenUpIsNeverSent();
     void aCallWhoseTimeIsUpIsNeverSent();
+    void whoWaitsBehindALateCallIsSent();
     void aCallThatComesTooLateIsNeverSent();
     void aLinkIsCutAfterALongSilence();
     void fourRoundTripsAreAddedToThat();
     void patientCallersAreGivenTheirTime();
+    void aSinkThatRunsOutOfMemoryIsALoss();
     void bytesThatArrivedCountAlsoWhenTheDriverWasHeldUp();
     void anIdleLinkIsPinged();
     void aLinkInUseIsNotPinged();
@@ -265,6 +268,20 @@ void TestTraffic::aCallWhoseTimeIsUpIsNeverSent()
     QCOMPARE(link.sent(), std::string("ONE\r\nTHREE\r\n"));
 }
 
+void TestTraffic::whoWaitsBehindALateCallIsSent()
+{
+    Link link;
+    link.call("ONE");
+    link.finishWrite();
+    const auto late = link.call("TWO", milliseconds(100));
+    link.call("THREE");
+    link.now += milliseconds(100);
+    link.receive("+1\r\n");
+    link.pass(nanoseconds(0));
+    QCOMPARE(link.ends(late), 1);
+    QCOMPARE(link.sent(), std::string("ONE\r\nTHREE\r\n"));
+}
+
 void TestTraffic::aCallThatComesTooLateIsNeverSent()
 {
     Link link;
@@ -312,10 +329,34 @@ void TestTraffic::patientCallersAreGivenTheirTime()
     Link link(options);
     const auto call = link.call("GET", seconds(10));
     link.finishWrite();
-    link.pass(seconds(10) - moment);
+    link.pass(seconds(5));
+    link.machine.woken(link.now); // early, as a driver may
+    link.settle();
     QVERIFY(link.isUp());
-    link.receive("+1\r\n");
-    QCOMPARE(link.end(call), std::string("answered"));
+    link.pass(seconds(5) - moment);
+    QVERIFY(link.isUp());
+    QCOMPARE(link.ends(call), 0);
+    link.pass(moment);
+    QCOMPARE(link.end(call), std::string("robot at arm:6379: no reply to GET within 10000 ms"));
+}
+
+void TestTraffic::aSinkThatRunsOutOfMemoryIsALoss()
+{
+    class Poor : public StatusSink
+    {
+    public:
+        using StatusSink::StatusSink;
+        void takeText(const ReplyPlace&, std::string_view) override { throw std::bad_alloc(); }
+    };
+    Link link;
+    const auto call =
+        std::make_shared<Exchange>("GET", sharedText("GET\r\n"), 1, std::make_shared<Poor>("GET"),
+                                   Deadline::after(link.now, seconds(1)));
+    link.machine.call(link.now, call);
+    link.settle();
+    link.answerCall("+1\r\n");
+    QVERIFY(!link.isUp() && link.isClosed(1));
+    QCOMPARE(link.end(call), std::string("robot at arm:6379: out of memory"));
 }
 
 void TestTraffic::bytesThatArrivedCountAlsoWhenTheDriverWasHeldUp()

@@ -16,7 +16,7 @@ void Conversation::begin(Time now, std::shared_ptr<Exchange> exchange)
 
 std::optional<LinkAction::Write> Conversation::nextSlice()
 {
-    if (!fExchange || !fIsWritten || isWritten())
+    if (!fExchange || isWritten())
         return {};
     const std::size_t size = std::min(fSlice, fExchange->bytes()->size() - fOffset);
     const LinkAction::Write slice{fConnection, fExchange->bytes(), fOffset, size};

@@ -24,7 +24,8 @@ public:
 
     const std::shared_ptr<Exchange>& exchange() const { return fExchange; }
 
-    /// What the answers so far mean. The first bad one decides.
+    /// What the answers so far mean. The first bad one decides; a welcome holds when all of the
+    /// exchange is over.
     Verdict verdict() const;
     /// Why it is no welcome, in the server's words.
     std::string problem(const Peer& peer) const;

@@ -107,10 +107,10 @@ void Traffic::sendNext(Time now)
 
 std::optional<std::string> Traffic::attend(Time now)
 {
+    endLateCalls(now);
     if (isBusy() && isSilentFor(now, linkPatience()))
         return "silent for " + text(linkPatience()) + " while " + fTalk->exchange()->name() +
                " awaits its reply";
-    endLateCalls(now);
     sendNext(now);
     if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval)
         begin(now,
@@ -189,7 +189,7 @@ RoundTrip::Duration Traffic::callPatience() const
     return fSettings->options.exchangeTimeout + fRoundTrip.value();
 }
 
-/// Longer than any call's: that one gives up says nothing about the link.
+/// As long as any call's at least: that one gives up says nothing about the link.
 RoundTrip::Duration Traffic::linkPatience() const
 {
     const auto silence = std::max(fLongestSilence, fSettings->options.exchangeTimeout);

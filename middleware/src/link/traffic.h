@@ -41,7 +41,7 @@ public:
 
     /// Ends the exchange that is over, and sends the next.
     void goOn(Time now);
-    /// Does what time demands. Returns why the link must be cut, if so; nothing else is done then.
+    /// Does what time demands. Returns why the link must be cut, if so.
     std::optional<std::string> attend(Time now);
     /// When it does so next.
     Time attentionAt() const;
