@@ -46,48 +46,37 @@ LookUpResult askSystem(const std::string& host, int port)
     return result;
 }
 
-/// One look-up of a name, on its thread. That belongs to nobody, so whatever goes wrong on it must
-/// end there, and somebody waits for its answer, so that must go out.
-class NameLookUp
+/// The answer to a look-up, on its way to who waits for it. It does not hold the context in which
+/// it is handed over: that may never run again, and holds the answer then.
+struct Answer
 {
-public:
-    NameLookUp(std::shared_ptr<asio::io_context> context, std::string host, int port,
-               std::function<void(const LookUpResult&)> done)
-        : fContext(std::move(context)), fHost(std::move(host)), fPort(port), fDone(std::move(done))
-    {
-    }
-
-    static void run(const std::shared_ptr<NameLookUp>& self) noexcept
-    {
-        try {
-            self->fResult = askSystem(self->fHost, self->fPort);
-        } catch (const std::exception&) {
-            self->fResult = {{}, fShort};
-        }
-        while (!tell(self))
-            std::this_thread::sleep_for(fPause);
-    }
-
-private:
-    static constexpr std::chrono::milliseconds fPause{100};
-    static constexpr char fShort[] = "out of memory"; // which a string holds without any
-
-    static bool tell(const std::shared_ptr<NameLookUp>& self) noexcept
-    {
-        try {
-            asio::post(*self->fContext, [self] { self->fDone(self->fResult); });
-            return true;
-        } catch (const std::exception&) {
-            return false;
-        }
-    }
-
-    const std::shared_ptr<asio::io_context> fContext;
-    const std::string fHost;
-    const int fPort;
-    const std::function<void(const LookUpResult&)> fDone;
-    LookUpResult fResult;
+    std::function<void(const LookUpResult&)> done;
+    LookUpResult result;
 };
+
+bool handOver(asio::io_context& context, const std::shared_ptr<const Answer>& answer) noexcept
+{
+    try {
+        asio::post(context, [answer] { answer->done(answer->result); });
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// The body of a look-up's thread. That belongs to nobody, so whatever goes wrong on it must end
+/// there; and somebody waits for the answer, so that must go out.
+void answerOnThread(asio::io_context& context, const std::string& host, int port,
+                    const std::shared_ptr<Answer>& answer) noexcept
+{
+    try {
+        answer->result = askSystem(host, port);
+    } catch (const std::exception&) {
+        answer->result = {{}, "out of memory"}; // short enough for a string to need none
+    }
+    while (!handOver(context, answer))
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+}
 
 } // namespace
 
@@ -108,6 +97,8 @@ void lookUp(const std::shared_ptr<asio::io_context>& context, const std::string&
         asio::post(*context, [done = std::move(done), known] { done(known); });
         return;
     }
-    const auto task = std::make_shared<NameLookUp>(context, host, port, std::move(done));
-    startQuietThread([task] { NameLookUp::run(task); }).detach();
+    const auto answer = std::make_shared<Answer>(Answer{std::move(done), {}});
+    startQuietThread([context, host, port, answer] {
+        answerOnThread(*context, host, port, answer);
+    }).detach();
 }
