@@ -1,7 +1,7 @@
 #include "list_request.h"
 
 #include "memory_arguments.h"
-#include "peer.h"
+#include "key_text.h"
 #include "wire/reply_reader.h"
 #include "wire/request.h"
 

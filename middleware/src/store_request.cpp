@@ -2,7 +2,7 @@
 
 #include "json.h"
 #include "memory_arguments.h"
-#include "peer.h"
+#include "key_text.h"
 #include "wire/reply_reader.h"
 #include "wire/request.h"
 
