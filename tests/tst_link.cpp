@@ -5,6 +5,7 @@
 #include "support/watched_thread.h"
 
 #include <QDir>
+#include <QFile>
 #include <QtTest>
 
 #include <atomic>
@@ -55,12 +56,15 @@ private slots:
     void waitersFailTogetherWhenTheLinkIsLost();
     void aServerThatClosesAtOnceIsNotBesieged();
     void failedAttemptsDoNotRenewTheTimeOfTheLoss();
-    void aSteadyLinkIsTriedAgainAtOnceAndOnce();
     void anIdleLinkLeavesTheProcessorAlone();
     void aProxyOutlivesItsBroker();
     void itsThreadEndsWithTheLastProxy();
     void itEndsWhileAnotherThreadWaits();
     void itEndsWhileConnecting();
+    void aRefusedLoginIsFinalUntilReconnected();
+    void optionsThatCannotBeUsedLeaveTheLinkAsItIs();
+    void theServerListsItByItsBrokersName();
+    void noProgramThatIsStartedInheritsASocket();
 };
 
 void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
@@ -203,8 +207,10 @@ void TestLink::failedAttemptsDoNotRenewTheTimeOfTheLoss()
     std::atomic<int> connections{0};
     const FakeRobot robot([&](FakeConnection& connection) {
         ++connections;
-        connection.readCommand();
-        connection.send(connection.number() == 0 ? "+PONG\r\n" : "-LOADING\r\n");
+        if (connection.number() == 0)
+            connection.greet();
+        else
+            connection.send("-LOADING\r\n");
         connection.readCommand();
     });
     ZoBrokerOptions options = quietOptions();
@@ -216,27 +222,6 @@ void TestLink::failedAttemptsDoNotRenewTheTimeOfTheLoss()
     const int before = connections;
     QTRY_VERIFY(connections >= before + 5);
     QVERIFY(broker->linkStatus().since == since);
-}
-
-void TestLink::aSteadyLinkIsTriedAgainAtOnceAndOnce()
-{
-    std::atomic<int> connections{0};
-    const FakeRobot robot([&](FakeConnection& connection) {
-        ++connections;
-        if (connection.number() > 0)
-            return;
-        connection.greet();
-        connection.greet(); // the first ping of an idle link: it is steady now
-    });
-    ZoBrokerOptions options = quietOptions();
-    options.pingInterval = milliseconds(20);
-    options.reconnectWait = options.reconnectWaitMax = std::chrono::hours(24);
-    const auto broker = linkTo(robot.port(), options);
-    QTRY_VERIFY(connections >= 2);
-    // That no more come has no signal to wait for: it is watched for a while. The next wait is a
-    // random one of up to a day.
-    QTest::qWait(300);
-    QCOMPARE(connections.load(), 2);
 }
 
 void TestLink::anIdleLinkLeavesTheProcessorAlone()
@@ -325,6 +310,76 @@ void TestLink::itEndsWhileConnecting()
     timer.start();
     broker.reset();
     QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestLink::aRefusedLoginIsFinalUntilReconnected()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret ~* +@all"};
+    RedisServer server(access);
+    ZoBrokerOptions options = quietOptions();
+    options.user = "alice";
+    options.password = "secret";
+    options.reconnectWaitMax = milliseconds(1);
+    const auto broker = linkTo(server.port(), options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    server.command({"ACL", "SETUSER", "alice", "resetpass", ">other"});
+    server.command({"CLIENT", "KILL", "USER", "alice"});
+    QTRY_VERIFY(broker->linkStatus().refused);
+    const std::string refusal = errorOf([&] { memory.setText("Arm", "1"); });
+    QVERIFY2(contains(refusal, "user or password refused: WRONGPASS"), refusal.c_str());
+    QTest::qWait(200); // a hundred attempts long: that none comes has no signal to wait for
+    const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
+    const QString logins = statistics.section("cmdstat_auth:", 1).section("\r\n", 0, 0);
+    QVERIFY2(logins.endsWith("failed_calls=1"), qPrintable(logins));
+
+    options.password = "other";
+    broker->reconnect(options);
+    QVERIFY(!broker->linkStatus().refused);
+    QTRY_VERIFY(broker->isConnected());
+    memory.setText("Arm", "1");
+}
+
+void TestLink::optionsThatCannotBeUsedLeaveTheLinkAsItIs()
+{
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    ZoBrokerOptions options = quietOptions();
+    options.tls = true;
+    options.tlsCaFile = "/missing.pem";
+    const std::string error = errorOf([&] { broker->reconnect(options); });
+    QVERIFY2(contains(error, "/missing.pem"), error.c_str());
+    QVERIFY(broker->isConnected());
+    memoryOf(broker).setText("Arm", "1");
+}
+
+void TestLink::theServerListsItByItsBrokersName()
+{
+    const RedisServer server;
+    const auto plain = linkTo(server.port(), quietOptions());
+    QVERIFY(contains(server.command({"CLIENT", "LIST"}), " name=TestBroker "));
+    const auto odd =
+        ZoBroker::create("an \xC3\xA9norme\n", "127.0.0.1", server.port(), quietOptions());
+    QVERIFY(contains(server.command({"CLIENT", "LIST"}), " name=an---norme- "));
+}
+
+void TestLink::noProgramThatIsStartedInheritsASocket()
+{
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), quietOptions());
+    constexpr uint closedInPrograms = 02000000; // O_CLOEXEC, as the kernel writes it
+    int sockets = 0;
+    for (const QString& name :
+         QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
+        QFile info("/proc/self/fdinfo/" + name);
+        if (!QFile::symLinkTarget("/proc/self/fd/" + name).contains("socket:") ||
+            !info.open(QIODevice::ReadOnly))
+            continue;
+        ++sockets;
+        const QString flags = QString(info.readAll()).section("flags:", 1).section('\n', 0, 0);
+        QVERIFY2(flags.trimmed().toUInt(nullptr, 8) & closedInPrograms, qPrintable(name));
+    }
+    QVERIFY(sockets >= 1);
 }
 
 QTEST_GUILESS_MAIN(TestLink)

@@ -37,6 +37,7 @@ private slots:
     void aPasswordAloneOpensTheLink();
     void aUserWithoutTheRightToPingHasALink();
     void aServerThatIsNotReadyIsNamed();
+    void aServerWithTooManyClientsIsNamed();
     void anUnknownModuleIsNamed();
     void wildTimeoutsAreConfined();
 };
@@ -188,6 +189,20 @@ void TestLinkOpening::aServerThatIsNotReadyIsNamed()
     });
     const std::string error = problemAt("127.0.0.1", robot.port(), patientOptions());
     QVERIFY2(contains(error, "not ready: LOADING the robot wakes up"), error.c_str());
+}
+
+void TestLinkOpening::aServerWithTooManyClientsIsNamed()
+{
+    const RedisServer server;
+    const auto first = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    // The server counts the connection that carries this command, too.
+    server.command({"CONFIG", "SET", "maxclients", "1"});
+    ZoBrokerOptions options = patientOptions();
+    options.password = "hunter22"; // so that a login stands where the server says so
+    for (int i = 0; i < 20; ++i) {
+        const std::string error = problemAt("127.0.0.1", server.port(), options);
+        QVERIFY2(contains(error, "not ready: ERR max number of clients reached"), error.c_str());
+    }
 }
 
 void TestLinkOpening::anUnknownModuleIsNamed()

@@ -8,7 +8,9 @@
 #include <dlfcn.h>
 #include <mutex>
 #include <netdb.h>
+#include <new>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -27,6 +29,12 @@ public:
         fIsHanging = false;
         fChanged.notify_all();
     }
+    /// The next look-up meets a shortage of memory.
+    void runShort()
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        fIsShort = true;
+    }
     void waitWhileHanging()
     {
         std::unique_lock<std::mutex> lock(fMutex);
@@ -34,6 +42,8 @@ public:
         ++fAsked;
         fChanged.wait(lock, [this] { return !fIsHanging; });
         --fWaiting;
+        if (std::exchange(fIsShort, false))
+            throw std::bad_alloc();
     }
     int waiting()
     {
@@ -50,6 +60,7 @@ private:
     std::mutex fMutex;
     std::condition_variable fChanged;
     bool fIsHanging = false;
+    bool fIsShort = false;
     int fWaiting = 0;
     int fAsked = 0;
 };
@@ -84,6 +95,7 @@ private slots:
     void aLinkIsGivenUpInTimeWhileTheLookUpHangs();
     void aLinkEndsWhileTheLookUpHangs();
     void oneHangingLookUpIsEnough();
+    void aLookUpWithoutMemoryEndsNothingButItself();
 };
 
 void TestLookUp::init()
@@ -149,6 +161,18 @@ void TestLookUp::oneHangingLookUpIsEnough()
     QCOMPARE(nameService().waiting(), 1);
     nameService().answer();
     QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+}
+
+void TestLookUp::aLookUpWithoutMemoryEndsNothingButItself()
+{
+    RedisServer server;
+    nameService().answer();
+    nameService().runShort();
+    const std::string error = errorOf(
+        [&] { ZoBroker::create("TestBroker", "localhost", server.port(), patientOptions()); });
+    QVERIFY2(contains(error, "out of memory"), error.c_str());
+    QVERIFY(ZoBroker::create("TestBroker", "localhost", server.port(), patientOptions())
+                ->isConnected());
 }
 
 QTEST_GUILESS_MAIN(TestLookUp)

@@ -76,6 +76,7 @@ private slots:
     void listsEachTextKeyOnce();
     void anUnknownMethodIsNamed();
     void forbiddenKeysAreInvalidAndNotAskedForAgain();
+    void forbiddenKeysAreAskedForAgainOnANewConnection();
     void aForbiddenCommandIsNamed();
     void aTooLargeValueIsInvalidAlone();
     void manyThreadsShareOneProxy();
@@ -327,6 +328,29 @@ void TestRemoteMemory::forbiddenKeysAreInvalidAndNotAskedForAgain()
     const std::string statistics = server.command({"INFO", "commandstats"});
     QVERIFY2(contains(statistics, "cmdstat_mget:calls=1004,"), statistics.c_str());
     QCOMPARE(memory.getListData(requestFor({"Leg/Angle"})).getSize(), 1);
+}
+
+void TestRemoteMemory::forbiddenKeysAreAskedForAgainOnANewConnection()
+{
+    RedisServer::Options access;
+    access.users = {"alice on >secret ~Arm/* +@all"};
+    const RedisServer server(access);
+    server.command({"SET", "Leg/Angle", "7"});
+    ZoBrokerOptions options = patientOptions();
+    options.user = "alice";
+    options.password = "secret";
+    ZoMemoryProxy memory = memoryOf(server, options);
+    const ZoValue request = requestFor({"Leg/Angle"});
+    QCOMPARE(memory.getListData(request)[0].getType(), int(ZoValue::Invalid));
+    server.command({"ACL", "SETUSER", "alice", "allkeys"});
+    QCOMPARE(memory.getListData(request)[0].getType(), int(ZoValue::Invalid));
+    server.command({"CLIENT", "KILL", "USER", "alice"});
+    ZoValue values;
+    const auto isRead = [&] {
+        return errorOf([&] { values = memory.getListData(request); }).empty() &&
+               values[0] == ZoValue(7);
+    };
+    QTRY_VERIFY(isRead());
 }
 
 void TestRemoteMemory::aForbiddenCommandIsNamed()

@@ -22,6 +22,7 @@ private slots:
     void anUntrustedServerIsRefused();
     void aServerOfAnotherNameIsRefused();
     void theServersNameIsSentAndAnAddressIsNot();
+    void aRefusedCertificateIsFinal();
     void theCheckCanBeSwitchedOff();
     void aClientCertificateIsShown();
     void aServerMayAskForAClientCertificate();
@@ -130,6 +131,24 @@ void TestStream::theServersNameIsSentAndAnAddressIsNot()
     QVERIFY(contains(helloTo("localhost"), name));
     const std::string byAddress = helloTo("127.0.0.1");
     QVERIFY2(byAddress.size() > 100 && !contains(byAddress, "127.0.0.1"), byAddress.c_str());
+}
+
+void TestStream::aRefusedCertificateIsFinal()
+{
+    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    ZoBrokerOptions options = trusting();
+    options.tlsCaFile.clear();
+    broker->reconnect(options);
+    QTRY_VERIFY(broker->linkStatus().refused);
+    QVERIFY(contains(broker->linkStatus().cause, "certificate is not trusted"));
+
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "yes"});
+    broker->reconnect(trusting());
+    QTRY_VERIFY(broker->linkStatus().refused);
+    QVERIFY(contains(broker->linkStatus().cause, "certificate required"));
+    fServer->command({"CONFIG", "SET", "tls-auth-clients", "optional"});
+    broker->reconnect(trusting());
+    QTRY_VERIFY(broker->isConnected());
 }
 
 void TestStream::theCheckCanBeSwitchedOff()

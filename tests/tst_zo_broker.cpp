@@ -2,7 +2,38 @@
 
 #include <zo/zo.h>
 
+#include <boost/make_shared.hpp>
+
 #include <QtTest>
+
+#include <chrono>
+#include <future>
+
+namespace {
+
+/// A module that uses its broker once more when it goes, from another thread.
+class Farewell : public ZoProxy
+{
+public:
+    Farewell(boost::shared_ptr<ZoBroker> broker, bool& isDone)
+        : fBroker(std::move(broker)), fIsDone(isDone)
+    {
+    }
+    ~Farewell() override
+    {
+        auto use = std::async(std::launch::async, [this] { fBroker->getProxy("ZoMemory", 0); });
+        fIsDone = use.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+    }
+    Farewell(const Farewell&) = delete;
+    Farewell& operator=(const Farewell&) = delete;
+    ZoValue call(const std::string&, const ZoValue&) override { return {}; }
+
+private:
+    const boost::shared_ptr<ZoBroker> fBroker;
+    bool& fIsDone;
+};
+
+} // namespace
 
 /// A broker without a robot.
 class TestZoBroker : public GuardedTest
@@ -13,6 +44,8 @@ private slots:
     void itHasItsNameAndItself();
     void itsMemoryIsTheModuleZoMemory();
     void aRegisteredModuleTakesTheNamesPlace();
+    void aReplacedModuleMayUseTheBrokerToTheEnd();
+    void itCannotReconnect();
     void unknownAndEmptyModulesThrow();
     void aProxyOutlivesItsBroker();
     void itIsNotConnectedAndSaysWhy();
@@ -42,6 +75,20 @@ void TestZoBroker::aRegisteredModuleTakesTheNamesPlace()
     QCOMPARE(broker->getLocalMemory().get(), module.get());
     ZoMemoryProxy(broker).setData("a", 1);
     QCOMPARE(ZoMemoryProxy(module).getDataListName(), std::vector<std::string>{"a"});
+}
+
+void TestZoBroker::aReplacedModuleMayUseTheBrokerToTheEnd()
+{
+    const auto broker = ZoBroker::create("hub");
+    bool isDone = false;
+    broker->registerModule("Arm", boost::make_shared<Farewell>(broker, isDone));
+    broker->registerModule("Arm", broker->getLocalMemory());
+    QVERIFY(isDone);
+}
+
+void TestZoBroker::itCannotReconnect()
+{
+    QVERIFY_EXCEPTION_THROWN(ZoBroker::create("hub")->reconnect({}), ZoError);
 }
 
 void TestZoBroker::unknownAndEmptyModulesThrow()

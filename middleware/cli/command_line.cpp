@@ -33,6 +33,7 @@ void storeTimeout(CliCommandLine& line, Text option, Text text)
     const std::chrono::milliseconds time = timeOf(option, text);
     line.options.connectTimeout = time;
     line.options.exchangeTimeout = time;
+    line.options.callTimeout = time;
     line.options.keyListTimeout = time;
 }
 

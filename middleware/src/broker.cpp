@@ -3,7 +3,7 @@
 #include <zo/proxy.h>
 
 #include "forbidden_keys.h"
-#include "link.h"
+#include "link/link.h"
 #include "local_memory.h"
 #include "memory_methods.h"
 #include "remote_memory.h"
@@ -54,7 +54,7 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std:
                                              int port, const ZoBrokerOptions& options)
 {
     auto broker = create(name);
-    broker->fParts->link = std::make_shared<Link>(ip, port, options);
+    broker->fParts->link = std::make_shared<Link>(makeLinkSettings(ip, port, options, name));
     return broker;
 }
 
@@ -87,8 +87,9 @@ void ZoBroker::registerModule(const std::string& moduleName, boost::shared_ptr<Z
 {
     if (moduleName.empty() || !module)
         throw ZoError("broker '" + fParts->name + "': a module needs a name and an object");
+    // The module whose place it takes goes when the lock is gone: what its end does is its own.
     const std::lock_guard<std::mutex> lock(fParts->mutex);
-    fParts->modules[moduleName] = std::move(module);
+    fParts->modules[moduleName].swap(module);
 }
 
 bool ZoBroker::isConnected() const
@@ -101,4 +102,12 @@ ZoLinkStatus ZoBroker::linkStatus() const
     if (fParts->link)
         return fParts->link->status();
     return {false, fParts->since, "broker '" + fParts->name + "' has no robot"};
+}
+
+void ZoBroker::reconnect(const ZoBrokerOptions& options)
+{
+    if (!fParts->link)
+        throw ZoError("broker '" + fParts->name + "' has no robot");
+    const Peer peer = fParts->link->settings()->peer;
+    fParts->link->reconnect(makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
 }

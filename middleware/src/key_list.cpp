@@ -1,6 +1,6 @@
 #include "key_list.h"
 
-#include "link.h"
+#include "link/link.h"
 #include "names_sink.h"
 #include "wire/limits.h"
 #include "wire/request.h"
@@ -51,14 +51,15 @@ private:
     {
         fBytes += name.size();
         if (fBytes > ReplyLimits::fMaxReply)
-            throw fLink.peer().error("the key list is larger than " +
-                                     std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
+            throw fLink.error("the key list is larger than " +
+                              std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
         fNames.insert(std::move(name));
     }
 
     Deadline deadline() const
     {
-        const ZoBrokerOptions& options = fLink.options();
+        const auto settings = fLink.settings();
+        const ZoBrokerOptions& options = settings->options;
         const auto keys = static_cast<std::chrono::microseconds::rep>(fNames.size());
         return Deadline::after(fStart, options.keyListTimeout + options.timeoutPerKey * keys);
     }

@@ -1,7 +1,7 @@
 #include "list_request.h"
 
+#include "key_text.h"
 #include "memory_arguments.h"
-#include "peer.h"
 #include "wire/request.h"
 
 #include <zo/error.h>

@@ -1,6 +1,7 @@
 #include "remote_memory.h"
 
 #include "key_list.h"
+#include "key_text.h"
 #include "memory_arguments.h"
 #include "memory_methods.h"
 #include "status_sink.h"
@@ -40,26 +41,26 @@ ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
     } else if (method == setTextMethod) {
         store(keyToSet(setTextMethod, arguments), textToSet(arguments));
     } else {
-        throw fLink->peer().error(std::string(memoryModuleName) + " has no method '" + method +
-                                  "'");
+        throw fLink->error(std::string(memoryModuleName) + " has no method '" + method + "'");
     }
     return {};
 }
 
 ZoValue RemoteMemory::values(const ZoValue& request)
 {
-    const auto list = encoded(request);
+    const int connection = fLink->connections();
+    const auto list = encoded(request, connection);
     const Deadline deadline = fLink->deadlineFor(list->count());
     const auto sink = fetch(list, ZoValue::Elements(list->count()), deadline);
     if (sink->refusals().empty())
         return ZoValue::fromElements(sink->takeValues());
-    return ZoValue::fromElements(askKeyByKey(*list, *sink, deadline));
+    return ZoValue::fromElements(askKeyByKey(*list, *sink, connection, deadline));
 }
 
 // Polls ask for the same keys again and again: one comparing pass spares the encoding.
-std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request)
+std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request, int connection)
 {
-    const auto forbidden = fForbidden->known();
+    const auto forbidden = fForbidden->known(connection, SteadyClock::now());
     std::shared_ptr<const ListRequest> last;
     {
         const std::lock_guard<std::mutex> lock(fMutex);
@@ -89,7 +90,7 @@ std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const List
 
 // One forbidden key refuses its whole chunk: each of that chunk's keys is asked alone, once.
 ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSink& refused,
-                                            const Deadline& deadline)
+                                            int connection, const Deadline& deadline)
 {
     std::vector<int> chunks;
     for (const ValuesSink::Refusal& refusal : refused.refusals())
@@ -99,7 +100,7 @@ ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSi
     std::vector<std::string> forbidden;
     for (const ValuesSink::Refusal& refusal : sink->refusals())
         forbidden.push_back(single->key(single->position(refusal.reply, 0)));
-    fForbidden->add(forbidden);
+    fForbidden->add(forbidden, connection, SteadyClock::now());
     return sink->takeValues();
 }
 

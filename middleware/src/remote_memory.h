@@ -1,7 +1,7 @@
 #pragma once
 
 #include "forbidden_keys.h"
-#include "link.h"
+#include "link/link.h"
 #include "list_request.h"
 #include "values_sink.h"
 
@@ -22,10 +22,10 @@ public:
 
 private:
     ZoValue values(const ZoValue& request);
-    std::shared_ptr<const ListRequest> encoded(const ZoValue& request);
+    std::shared_ptr<const ListRequest> encoded(const ZoValue& request, int connection);
     std::shared_ptr<ValuesSink> fetch(const std::shared_ptr<const ListRequest>& request,
                                       ZoValue::Elements values, const Deadline& deadline);
-    ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused,
+    ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused, int connection,
                                   const Deadline& deadline);
     void store(const std::string& key, const std::string& text);
     void storeAll(const ZoValue& pairs);

@@ -1,8 +1,8 @@
 #include "store_request.h"
 
 #include "json.h"
+#include "key_text.h"
 #include "memory_arguments.h"
-#include "peer.h"
 #include "wire/limits.h"
 #include "wire/request.h"
 

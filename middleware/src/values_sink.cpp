@@ -1,7 +1,7 @@
 #include "values_sink.h"
 
 #include "json.h"
-#include "peer.h"
+#include "key_text.h"
 
 #include <utility>
 

@@ -88,6 +88,8 @@ void FakeConnection::greet()
 {
     readCommand();
     send("+PONG\r\n");
+    readCommand();
+    send("+OK\r\n");
 }
 
 FakeRobot::FakeRobot(Script script) : fScript(std::move(script)), fListener(boundSocket(fPort))

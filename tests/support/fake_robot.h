@@ -27,7 +27,7 @@ public:
     void sendSlowly(std::string_view bytes); ///< one byte each 10 ms
     void waitForEnd();                       ///< reads until the other side closes
 
-    /// Answers the PING with which a link begins.
+    /// Answers what a link begins with: a PING, and the name that it wants to be listed under.
     void greet();
 
     std::string readBytes(std::size_t size);

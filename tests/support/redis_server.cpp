@@ -195,7 +195,7 @@ void RedisServer::makeCertificates() const
     run({"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
          "/CN=throw-away authority", "-keyout", file("ca.key"), "-out", file("ca.crt")},
         log);
-    std::ofstream(file("server.ext")) << "subjectAltName=IP:127.0.0.1,DNS:localhost\n";
+    std::ofstream(file("server.ext")) << "subjectAltName=IP:127.0.0.1,IP:fe80::1,DNS:localhost\n";
     std::ofstream(file("client.ext")) << "extendedKeyUsage=clientAuth\n";
     for (const std::string name : {"server", "client"}) {
         const std::string base = fFolder + "/" + name;

@@ -23,13 +23,17 @@ struct ZoBrokerOptions
     std::string tlsCertFile; ///< PEM client certificate, with tlsKeyFile; empty: none
     std::string tlsKeyFile;
 
-    std::chrono::milliseconds connectTimeout{1000};   ///< look-up to first answer, each attempt
-    std::chrono::milliseconds exchangeTimeout{250};   ///< one request and its reply
-    std::chrono::milliseconds keyListTimeout{2000};   ///< a whole key list
+    std::chrono::milliseconds connectTimeout{1000}; ///< look-up to first answer, each attempt
+    /// How long a call waits, beside a round trip, for a silent robot. It does not end the link:
+    /// that is cut after 2 s (or this, if longer) and four round trips without a byte.
+    std::chrono::milliseconds exchangeTimeout{250};
+    /// How long a call waits in all, however slowly it is answered (or exchangeTimeout, if longer).
+    std::chrono::milliseconds callTimeout{2000};
+    std::chrono::milliseconds keyListTimeout{2000};   ///< the same for a whole key list
     std::chrono::microseconds timeoutPerKey{20};      ///< added to both for each key
     std::chrono::milliseconds pingInterval{1000};     ///< how often an idle link is tried
     std::chrono::milliseconds reconnectWait{100};     ///< bound of the first random wait ...
-    std::chrono::milliseconds reconnectWaitMax{5000}; ///< ... which doubles up to this one
+    std::chrono::milliseconds reconnectWaitMax{3000}; ///< ... which doubles up to this one
 };
 
 /// State of the link to the robot, as told by `ZoBroker::linkStatus`.
@@ -38,6 +42,8 @@ struct ZoLinkStatus
     bool connected = false;
     std::chrono::system_clock::time_point since; ///< of the last change of `connected`
     std::string cause; ///< why it is down, with the robot's address; empty while connected
+    /// Login or certificate were refused: it stays down until `ZoBroker::reconnect`.
+    bool refused = false;
 };
 
 /// The middleware's hub in this process: the way to the robot's modules and to local ones.
@@ -45,6 +51,9 @@ struct ZoLinkStatus
 /// With a robot it owns one link: a connection that one I/O thread looks up, opens, authenticates,
 /// watches and, when lost, opens again by itself. The thread ends with the last of the broker and
 /// the proxies it gave out. Every operation may be called from any thread.
+///
+/// The link does not try again when the robot refuses the login, or either side the other's
+/// certificate: that would not help, and might lock the account. `reconnect` begins anew.
 class ZO_EXPORT ZoBroker : public boost::enable_shared_from_this<ZoBroker>
 {
 public:
@@ -80,6 +89,12 @@ public:
     /// Whether the link to the robot is up; false without a robot.
     bool isConnected() const;
     ZoLinkStatus linkStatus() const;
+
+    /// Drops the link to the robot, if it is up, and opens it with other `options`. Does not wait
+    /// for the outcome, which linkStatus tells; `refused` is false when this returns. Calls under
+    /// way fail. Throws ZoError, and leaves the link as it is, when a file that the options name
+    /// is no good, and without a robot.
+    void reconnect(const ZoBrokerOptions& options);
 
 private:
     struct Parts;

@@ -1,8 +1,9 @@
-#include "link_state.h"
+#include "link/link_state.h"
 
 #include <zo/error.h>
 
 #include <ctime>
+#include <utility>
 
 namespace {
 
@@ -18,29 +19,19 @@ std::string clockText(std::chrono::system_clock::time_point time)
 
 } // namespace
 
-LinkState::LinkState(const std::string& cause)
+LinkState::LinkState(SharedText cause)
 {
-    fStatus.since = std::chrono::system_clock::now();
-    fStatus.cause = cause;
+    fCondition.cause = std::move(cause);
 }
 
-void LinkState::setUp()
-{
-    set(true, {});
-}
-
-void LinkState::setDown(const std::string& cause)
-{
-    set(false, cause);
-}
-
-void LinkState::set(bool connected, const std::string& cause)
+void LinkState::set(const LinkCondition& condition) noexcept
 {
     const std::lock_guard<std::mutex> lock(fMutex);
-    if (fStatus.connected != connected)
-        fStatus.since = std::chrono::system_clock::now();
-    fStatus.connected = connected;
-    fStatus.cause = cause;
+    if (fCondition.isUp != condition.isUp)
+        fSince = std::chrono::system_clock::now();
+    if (condition.isUp)
+        ++fConnections;
+    fCondition = condition;
     fTried = true;
     fChanged.notify_all();
 }
@@ -48,20 +39,27 @@ void LinkState::set(bool connected, const std::string& cause)
 ZoLinkStatus LinkState::status() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);
-    return fStatus;
+    return {fCondition.isUp, fSince, fCondition.cause ? *fCondition.cause : std::string(),
+            fCondition.isRefused};
+}
+
+int LinkState::connections() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return fConnections;
 }
 
 void LinkState::throwIfDown() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);
-    if (!fStatus.connected)
-        throw ZoError(fStatus.cause + " (no link since " + clockText(fStatus.since) + ")");
+    if (!fCondition.isUp)
+        throw ZoError(*fCondition.cause + " (no link since " + clockText(fSince) + ")");
 }
 
 void LinkState::waitForFirstAttempt(SteadyClock::time_point deadline)
 {
     std::unique_lock<std::mutex> lock(fMutex);
     fChanged.wait_until(lock, deadline, [this] { return fTried; });
-    if (!fStatus.connected)
-        throw ZoError(fStatus.cause);
+    if (!fCondition.isUp)
+        throw ZoError(*fCondition.cause);
 }

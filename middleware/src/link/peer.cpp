@@ -1,4 +1,6 @@
-#include "peer.h"
+#include "link/peer.h"
+
+#include "printable.h"
 
 #include <zo/address.h>
 
@@ -6,19 +8,6 @@
 #include <utility>
 
 namespace {
-
-constexpr std::size_t longestQuote = 200;
-constexpr std::size_t longestKey = std::size_t{64} << 10;
-
-std::string printable(std::string text)
-{
-    if (text.size() > longestQuote)
-        text.replace(longestQuote, std::string::npos, "...");
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '?');
-    return text;
-}
 
 bool canBeHost(const std::string& host)
 {
@@ -60,22 +49,5 @@ std::string Peer::quote(std::string_view text) const
              at = result.find(fSecret, at + 3))
             result.replace(at, fSecret.size(), "***");
     }
-    return printable(std::move(result));
-}
-
-std::string quotedKey(std::string_view key)
-{
-    return "\"" + printable(std::string(key)) + "\"";
-}
-
-bool canBeKey(const std::string& key)
-{
-    return key.size() <= longestKey;
-}
-
-void checkKey(const std::string& key)
-{
-    if (!canBeKey(key))
-        throw ZoError("key " + quotedKey(key) + " is longer than " +
-                      std::to_string(longestKey >> 10) + " KiB");
+    return printable(result);
 }

@@ -1,12 +1,15 @@
-#include "look_up.h"
+#include "link/look_up.h"
 
-#include "quiet_thread.h"
+#include "link/quiet_thread.h"
 
 #include <boost/asio/ip/address.hpp>
 #include <boost/asio/post.hpp>
 
+#include <chrono>
 #include <cstring>
+#include <exception>
 #include <netdb.h>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -35,12 +38,44 @@ LookUpResult askSystem(const std::string& host, int port)
     LookUpResult result;
     for (const addrinfo* found = list.get(); found; found = found->ai_next) {
         if (found->ai_family == AF_INET || found->ai_family == AF_INET6)
-            result.endpoints.push_back(endpointOf(*found));
+            result.addresses.push_back(endpointOf(*found));
     }
-    if (result.endpoints.empty())
+    if (result.addresses.empty())
         result.problem = std::string("unknown host: ") +
                          (failure ? ::gai_strerror(failure) : "no internet address");
     return result;
+}
+
+/// The answer to a look-up, on its way to who waits for it. It does not hold the context in which
+/// it is handed over: that may never run again, and holds the answer then.
+struct Answer
+{
+    std::function<void(const LookUpResult&)> done;
+    LookUpResult result;
+};
+
+bool handOver(asio::io_context& context, const std::shared_ptr<const Answer>& answer) noexcept
+{
+    try {
+        asio::post(context, [answer] { answer->done(answer->result); });
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// The body of a look-up's thread. That belongs to nobody, so whatever goes wrong on it must end
+/// there; and somebody waits for the answer, so that must go out.
+void answerOnThread(asio::io_context& context, const std::string& host, int port,
+                    const std::shared_ptr<Answer>& answer) noexcept
+{
+    try {
+        answer->result = askSystem(host, port);
+    } catch (const std::exception&) {
+        answer->result = {{}, "out of memory"}; // short enough for a string to need none
+    }
+    while (!handOver(context, answer))
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
 
 } // namespace
@@ -62,8 +97,8 @@ void lookUp(const std::shared_ptr<asio::io_context>& context, const std::string&
         asio::post(*context, [done = std::move(done), known] { done(known); });
         return;
     }
-    startQuietThread([context, host, port, done = std::move(done)] {
-        const LookUpResult result = askSystem(host, port);
-        asio::post(*context, [done, result] { done(result); });
+    const auto answer = std::make_shared<Answer>(Answer{std::move(done), {}});
+    startQuietThread([context, host, port, answer] {
+        answerOnThread(*context, host, port, answer);
     }).detach();
 }

@@ -1,6 +1,6 @@
-#include "stream.h"
+#include "link/stream.h"
 
-#include "look_up.h"
+#include "link/look_up.h"
 
 #include <zo/broker.h>
 #include <zo/error.h>
@@ -9,8 +9,15 @@
 #include <boost/asio/ssl/host_name_verification.hpp>
 #include <boost/asio/ssl/verify_context.hpp>
 
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -50,7 +57,7 @@ void loadClientCertificate(ssl::context& context, const ZoBrokerOptions& options
 class NameCheck
 {
 public:
-    explicit NameCheck(const std::string& host) : fCheck(host) {}
+    explicit NameCheck(const std::string& host) : fCheck(certifiedName(host)) {}
 
     bool operator()(bool isTrusted, ssl::verify_context& context) const
     {
@@ -66,11 +73,11 @@ private:
 
 } // namespace
 
-std::unique_ptr<ssl::context> makeTlsContext(const ZoBrokerOptions& options)
+std::shared_ptr<TlsContext> makeTlsContext(const ZoBrokerOptions& options)
 {
     if (!options.tls)
         return nullptr;
-    auto context = std::make_unique<ssl::context>(ssl::context::tls_client);
+    auto context = std::make_shared<TlsContext>(ssl::context::tls_client);
     SSL_CTX_set_min_proto_version(context->native_handle(), TLS1_2_VERSION);
     // Without this a key file with a pass phrase would ask for it on the terminal, and wait.
     context->set_password_callback(
@@ -82,16 +89,46 @@ std::unique_ptr<ssl::context> makeTlsContext(const ZoBrokerOptions& options)
     return context;
 }
 
-Stream::Stream(boost::asio::io_context& context, ssl::context* tls, const std::string& host)
-    : fSocket(context)
+std::string certifiedName(const std::string& host)
 {
-    if (!tls)
+    return isNumericHost(host) ? host.substr(0, host.find('%')) : host;
+}
+
+Stream::Stream(boost::asio::io_context& context, std::shared_ptr<TlsContext> tls,
+               const std::string& host)
+    : fSocket(context), fContext(std::move(tls))
+{
+    if (!fContext)
         return;
-    fTls.emplace(fSocket, *tls);
+    fTls.emplace(fSocket, *fContext);
     fTls->set_verify_callback(NameCheck(host));
     if (!isNumericHost(host))
         SSL_ctrl(fTls->native_handle(), SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name,
                  const_cast<char*>(host.c_str()));
+}
+
+// Not by the socket's own operation, which leaves it open in programs that are started meanwhile.
+Stream::ErrorCode Stream::open(const Endpoint& endpoint)
+{
+    const int handle = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (handle < 0)
+        return ErrorCode(errno, boost::system::system_category());
+    ErrorCode problem;
+    fSocket.assign(endpoint.protocol(), handle, problem);
+    if (problem) {
+        ::close(handle);
+        return problem;
+    }
+    // What is written goes out at once.
+    ErrorCode ignored;
+    fSocket.set_option(boost::asio::ip::tcp::no_delay(true), ignored);
+    return {};
+}
+
+void Stream::shutDown()
+{
+    ErrorCode ignored;
+    fSocket.shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
 }
 
 void Stream::close()
@@ -100,16 +137,39 @@ void Stream::close()
     fSocket.close(ignored);
 }
 
+long Stream::verdict()
+{
+    if (!fTls || SSL_get_verify_mode(fTls->native_handle()) == SSL_VERIFY_NONE)
+        return X509_V_OK;
+    return SSL_get_verify_result(fTls->native_handle());
+}
+
 std::string Stream::explain(const ErrorCode& error)
 {
     if (error == boost::asio::error::eof || error == ssl::error::stream_truncated)
         return "the robot closed the connection";
     if (!fTls || error.category() != boost::asio::error::get_ssl_category())
         return error.message();
-    const bool wasChecked = SSL_get_verify_mode(fTls->native_handle()) != SSL_VERIFY_NONE;
-    const long verdict = SSL_get_verify_result(fTls->native_handle());
-    if (wasChecked && verdict != X509_V_OK)
+    if (verdict() != X509_V_OK)
         return std::string("the server's certificate is not trusted: ") +
-               X509_verify_cert_error_string(verdict);
+               X509_verify_cert_error_string(verdict());
     return "TLS: " + error.message();
+}
+
+bool Stream::isRefusal(const ErrorCode& error)
+{
+    if (!fTls || error.category() != boost::asio::error::get_ssl_category())
+        return false;
+    constexpr int refusals[] = {SSL_R_TLSV13_ALERT_CERTIFICATE_REQUIRED,
+                                SSL_R_SSLV3_ALERT_BAD_CERTIFICATE,
+                                SSL_R_SSLV3_ALERT_UNSUPPORTED_CERTIFICATE,
+                                SSL_R_SSLV3_ALERT_CERTIFICATE_REVOKED,
+                                SSL_R_SSLV3_ALERT_CERTIFICATE_EXPIRED,
+                                SSL_R_SSLV3_ALERT_CERTIFICATE_UNKNOWN,
+                                SSL_R_TLSV1_ALERT_UNKNOWN_CA,
+                                SSL_R_TLSV1_ALERT_ACCESS_DENIED};
+    const int reason = ERR_GET_REASON(static_cast<unsigned long>(error.value()));
+    const bool refusesOurs =
+        std::find(std::begin(refusals), std::end(refusals), reason) != std::end(refusals);
+    return refusesOurs || verdict() != X509_V_OK;
 }

@@ -1,16 +1,17 @@
 #pragma once
 
-#include "exchange.h"
-#include "link_state.h"
-#include "peer.h"
+#include "link/exchange.h"
+#include "link/link_settings.h"
+#include "link/link_state.h"
 
 #include <zo/broker.h>
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 
-class LinkIo;
+class LinkDriver;
 
 /// The connection to a robot, with its one I/O thread. The broker and the proxies to the robot's
 /// modules share it; the thread ends with the last of them. May be used from any thread.
@@ -18,32 +19,38 @@ class Link
 {
 public:
     /// Waits for the first connection. Throws ZoError when it fails.
-    Link(const std::string& host, int port, const ZoBrokerOptions& options);
+    explicit Link(std::shared_ptr<const LinkSettings> settings);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    const Peer& peer() const { return fPeer; }
-    const ZoBrokerOptions& options() const { return fOptions; }
+    /// Begins anew with other settings of the same robot, and does not wait for the result. Throws
+    /// ZoError, and changes nothing, when these cannot be used.
+    void reconnect(const std::shared_ptr<const LinkSettings>& settings);
+
+    std::shared_ptr<const LinkSettings> settings() const;
     ZoLinkStatus status() const { return fState.status(); }
+    /// Counts how often the link has come up.
+    int connections() const { return fState.connections(); }
 
     /// When an exchange about `keys` keys that begins now must be over.
     Deadline deadlineFor(int keys) const;
 
+    ZoError error(const std::string& problem) const;
     /// What is thrown when the server answers `command` with the error `text`.
     ZoError refusal(const std::string& command, const std::string& text) const;
 
     /// Sends `exchange` and waits for its end. Throws ZoError when it fails, at its deadline, and
     /// at once while the link is down. One exchange is under way at a time; others wait their
-    /// turn. One that was sent and missed its deadline takes the link down.
+    /// turn. One that is given up leaves the link as it is.
     void run(const std::shared_ptr<Exchange>& exchange);
 
 private:
     void end();
 
-    const Peer fPeer;
-    const ZoBrokerOptions fOptions;
+    mutable std::mutex fMutex; ///< guards fSettings
+    std::shared_ptr<const LinkSettings> fSettings;
     LinkState fState;
-    std::unique_ptr<LinkIo> fIo;
-    std::thread fThread; // its handlers live in fIo, which goes after the thread has ended
+    std::unique_ptr<LinkDriver> fDriver;
+    std::thread fThread; // what it does lives in fDriver, which goes after the thread has ended
 };

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "link/link_actions.h"
+
 #include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
 
 #include <functional>
 #include <memory>
@@ -11,7 +12,7 @@
 /// The addresses of a host, or why there are none.
 struct LookUpResult
 {
-    std::vector<boost::asio::ip::tcp::endpoint> endpoints;
+    std::vector<LinkAddress> addresses;
     std::string problem;
 };
 
@@ -19,6 +20,7 @@ struct LookUpResult
 bool isNumericHost(const std::string& host);
 
 /// Finds the addresses of `host` and runs `done` in `context` then, for as long as that runs.
+/// Throws when memory runs out, or the threads.
 ///
 /// A name is asked for on a detached thread that shares `context`: the system's look-up may hang
 /// for minutes and cannot be cancelled, and neither a caller nor the end of a link may wait for it.

@@ -1,4 +1,4 @@
-#include "quiet_thread.h"
+#include "link/quiet_thread.h"
 
 #include <zo/error.h>
 

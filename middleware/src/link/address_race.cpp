@@ -1,0 +1,60 @@
+#include "link/address_race.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// The same addresses, those of the two families in turn, each family in its order.
+std::vector<LinkAddress> interleaved(const std::vector<LinkAddress>& addresses)
+{
+    std::vector<LinkAddress> families[2];
+    for (const LinkAddress& address : addresses)
+        families[address.protocol() == addresses.front().protocol() ? 0 : 1].push_back(address);
+    std::vector<LinkAddress> result;
+    for (std::size_t i = 0; i < addresses.size(); ++i) {
+        for (const auto& family : families) {
+            if (i < family.size())
+                result.push_back(family[i]);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+void AddressRace::begin(const std::vector<LinkAddress>& addresses)
+{
+    auto order = interleaved(addresses);
+    order.resize(std::min(order.size(), fMostAddresses));
+    fRunning.clear();
+    fRunning.reserve(order.size());
+    fAddresses = std::move(order);
+    fNext = 0;
+    fNextAt = Time::min();
+}
+
+void AddressRace::clear() noexcept
+{
+    fAddresses.clear();
+    fRunning.clear();
+    fNext = 0;
+}
+
+std::optional<LinkAddress> AddressRace::next(Time now)
+{
+    if (now < nextAt())
+        return {};
+    fNextAt = now + fLead;
+    return fAddresses[fNext++];
+}
+
+bool AddressRace::leave(ConnectionId connection)
+{
+    const auto found = std::find(fRunning.begin(), fRunning.end(), connection);
+    if (found == fRunning.end())
+        return false;
+    fRunning.erase(found);
+    fNextAt = Time::min();
+    return true;
+}

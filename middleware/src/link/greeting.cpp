@@ -1,0 +1,80 @@
+#include "link/greeting.h"
+
+#include "wire/request.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+bool beginsWith(std::string_view text, std::string_view beginning)
+{
+    return text.substr(0, beginning.size()) == beginning;
+}
+
+/// Whether the server will talk to us when it has got over something. It says so in place of the
+/// answer to whatever came first.
+bool willPass(const std::string& text)
+{
+    constexpr std::string_view passing[] = {"LOADING ",
+                                            "BUSY ",
+                                            "MASTERDOWN ",
+                                            "TRYAGAIN ",
+                                            "CLUSTERDOWN ",
+                                            "DENIED ",
+                                            "ERR max number of clients"};
+    return std::any_of(std::begin(passing), std::end(passing),
+                       [&](std::string_view beginning) { return beginsWith(text, beginning); });
+}
+
+void appendLogin(const ZoBrokerOptions& options, std::string& bytes)
+{
+    if (options.user.empty())
+        appendCommand({"AUTH", options.password}, bytes);
+    else
+        appendCommand({"AUTH", options.user, options.password}, bytes);
+}
+
+} // namespace
+
+Greeting::Greeting(const LinkSettings& settings)
+    : fHasLogin(!settings.options.user.empty() || !settings.options.password.empty()),
+      fAnswers(std::make_shared<StatusSink>("PING"))
+{
+    std::string bytes;
+    if (fHasLogin)
+        appendLogin(settings.options, bytes);
+    appendCommand({"PING"}, bytes);
+    appendCommand({"CLIENT", "SETNAME", settings.clientName}, bytes);
+    fExchange = std::make_shared<Exchange>("PING", sharedText(std::move(bytes)), fHasLogin ? 3 : 2,
+                                           fAnswers, Deadline{SteadyClock::time_point::max(), {}});
+}
+
+const StatusSink::Answer* Greeting::answer(int number) const
+{
+    const auto& answers = fAnswers->answers();
+    return number < static_cast<int>(answers.size()) ? &answers[number] : nullptr;
+}
+
+Greeting::Verdict Greeting::verdict() const
+{
+    if (login() && login()->isError)
+        return willPass(login()->text) ? Verdict::NotReady : Verdict::Refused;
+    if (!ping())
+        return Verdict::Pending;
+    // A user without the right to PING has a working link all the same.
+    if (ping()->isError && beginsWith(ping()->text, "NOAUTH"))
+        return Verdict::Refused;
+    if (ping()->isError ? !beginsWith(ping()->text, "NOPERM") : ping()->text != "PONG")
+        return Verdict::NotReady;
+    return Verdict::Welcome; // whatever becomes of the name
+}
+
+std::string Greeting::problem(const Peer& peer) const
+{
+    const bool isLogin = login() && login()->isError;
+    const std::string words = peer.quote(isLogin ? login()->text : ping()->text);
+    if (verdict() == Verdict::NotReady)
+        return "not ready: " + words;
+    return (isLogin ? "user or password refused: " : "login refused: ") + words;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "link/exchange.h"
+#include "link/link_settings.h"
+#include "status_sink.h"
+
+#include <memory>
+#include <string>
+
+/// What a link says first on a new connection, and what the answers mean: login, whether the
+/// server is ready, and a name for its list of clients.
+class Greeting
+{
+public:
+    enum class Verdict
+    {
+        Pending,
+        Welcome,
+        NotReady, ///< to be tried again
+        Refused   ///< not to be tried again
+    };
+
+    explicit Greeting(const LinkSettings& settings);
+
+    const std::shared_ptr<Exchange>& exchange() const { return fExchange; }
+
+    /// What the answers so far mean. The first bad one decides; a welcome holds when all of the
+    /// exchange is over.
+    Verdict verdict() const;
+    /// Why it is no welcome, in the server's words.
+    std::string problem(const Peer& peer) const;
+
+private:
+    const StatusSink::Answer* answer(int number) const;
+    const StatusSink::Answer* login() const { return fHasLogin ? answer(0) : nullptr; }
+    const StatusSink::Answer* ping() const { return answer(fHasLogin ? 1 : 0); }
+
+    const bool fHasLogin;
+    std::shared_ptr<StatusSink> fAnswers;
+    std::shared_ptr<Exchange> fExchange;
+};

@@ -1,0 +1,101 @@
+#include "link/link.h"
+
+#include "link/link_driver.h"
+#include "link/quiet_thread.h"
+
+#include <zo/error.h>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace {
+
+// The I/O thread ends an attempt in time; this bounds the wait should it be starved.
+constexpr std::chrono::milliseconds grace{1000};
+
+/// What `make` makes; whatever it throws becomes an error about the robot of `settings`.
+template <class Make>
+auto madeFor(const LinkSettings& settings, Make make)
+{
+    try {
+        return make();
+    } catch (const std::exception& error) {
+        throw settings.peer.error(error.what());
+    }
+}
+
+} // namespace
+
+Link::Link(std::shared_ptr<const LinkSettings> settings)
+    : fSettings(std::move(settings)),
+      fState(sharedText(
+          fSettings->peer.says("no connection within " +
+                               std::to_string(fSettings->options.connectTimeout.count()) + " ms")))
+{
+    fDriver = madeFor(*fSettings, [this] {
+        return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState);
+    });
+    fThread = startQuietThread([driver = fDriver.get()] { driver->run(); });
+    try {
+        fState.waitForFirstAttempt(SteadyClock::now() + fSettings->options.connectTimeout + grace);
+    } catch (...) {
+        end();
+        throw;
+    }
+}
+
+Link::~Link()
+{
+    end();
+}
+
+void Link::end()
+{
+    fDriver->stop();
+    fThread.join();
+}
+
+void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
+{
+    const auto tls = madeFor(*settings, [&] { return makeTlsContext(settings->options); });
+    const std::lock_guard<std::mutex> lock(fMutex);
+    fDriver->reconnect(settings, tls);
+    fSettings = settings;
+}
+
+std::shared_ptr<const LinkSettings> Link::settings() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return fSettings;
+}
+
+void Link::run(const std::shared_ptr<Exchange>& exchange)
+{
+    fState.throwIfDown();
+    fDriver->submit(exchange);
+    if (exchange->waitUntilDone())
+        return;
+    fDriver->abandon(exchange);
+    throw error("no reply to " + exchange->name() + " within " +
+                std::to_string(exchange->deadline().allowed.count()) + " ms");
+}
+
+Deadline Link::deadlineFor(int keys) const
+{
+    const auto current = settings();
+    const ZoBrokerOptions& options = current->options;
+    const auto allowed = std::max(options.callTimeout, options.exchangeTimeout);
+    return Deadline::after(SteadyClock::now(), allowed + options.timeoutPerKey * keys);
+}
+
+ZoError Link::error(const std::string& problem) const
+{
+    return settings()->peer.error(problem);
+}
+
+ZoError Link::refusal(const std::string& command, const std::string& text) const
+{
+    const auto current = settings();
+    return current->peer.error("refuses " + command + ": " + current->peer.quote(text));
+}

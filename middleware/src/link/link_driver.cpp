@@ -1,0 +1,150 @@
+#include "link/link_driver.h"
+
+#include "link/look_up.h"
+
+#include <zo/error.h>
+
+#include <boost/asio/post.hpp>
+
+#include <exception>
+#include <future>
+#include <random>
+#include <utility>
+#include <variant>
+
+namespace asio = boost::asio;
+
+namespace {
+
+// So many events are taken before time decides, lest a flood of them holds it up.
+constexpr int mostAtOnce = 16;
+
+} // namespace
+
+LinkDriver::LinkDriver(const std::shared_ptr<const LinkSettings>& settings,
+                       std::shared_ptr<TlsContext> tls, LinkState& state)
+    : fSettings(settings),
+      fTls(std::move(tls)),
+      fState(state),
+      fMachine(settings, std::random_device()()),
+      fContext(std::make_shared<asio::io_context>(1)),
+      fKeepRunning(fContext->get_executor())
+{
+}
+
+void LinkDriver::run()
+{
+    fMachine.start(SteadyClock::now());
+    while (!fContext->stopped()) {
+        try {
+            attend();
+        } catch (const std::exception&) {
+            fMachine.failed(SteadyClock::now());
+        }
+    }
+    // A look-up may hold the context, and with it all handlers that wait there, for minutes.
+    fMachine.stop(SteadyClock::now());
+    act();
+}
+
+void LinkDriver::attend()
+{
+    act();
+    const auto wakeAt = fMachine.wakeAt();
+    if (SteadyClock::now() < wakeAt) {
+        fContext->run_one_until(wakeAt);
+    } else {
+        poll();
+        fMachine.woken(SteadyClock::now());
+    }
+}
+
+void LinkDriver::poll()
+{
+    for (int i = 0; i < mostAtOnce && fContext->poll_one() > 0; ++i)
+        act();
+}
+
+void LinkDriver::act()
+{
+    while (const auto action = fMachine.nextAction())
+        std::visit([this](const auto& what) { execute(what); }, *action);
+}
+
+void LinkDriver::stop()
+{
+    fContext->stop();
+}
+
+void LinkDriver::submit(const std::shared_ptr<Exchange>& exchange)
+{
+    asio::post(*fContext, [this, exchange] { fMachine.call(SteadyClock::now(), exchange); });
+}
+
+void LinkDriver::abandon(const std::shared_ptr<Exchange>& exchange)
+{
+    asio::post(*fContext, [this, exchange] { fMachine.givenUp(SteadyClock::now(), exchange); });
+}
+
+void LinkDriver::reconnect(const std::shared_ptr<const LinkSettings>& settings,
+                           const std::shared_ptr<TlsContext>& tls)
+{
+    std::promise<void> isTold;
+    asio::post(*fContext, [this, settings, tls, &isTold] {
+        fSettings = settings;
+        fTls = tls;
+        fMachine.reconnect(SteadyClock::now(), settings);
+        fState.set(fMachine.condition());
+        isTold.set_value();
+    });
+    isTold.get_future().wait();
+}
+
+void LinkDriver::execute(const LinkAction::LookUp& action)
+{
+    const auto report = [this, number = action.number](const LookUpResult& found) {
+        fMachine.lookedUp(SteadyClock::now(), number, found.addresses, found.problem);
+    };
+    try {
+        lookUp(fContext, fSettings->peer.host(), fSettings->peer.port(), report);
+    } catch (const std::exception& error) {
+        fMachine.lookedUp(SteadyClock::now(), action.number, {}, error.what());
+    }
+}
+
+void LinkDriver::execute(const LinkAction::Connect& action)
+{
+    const auto connection = std::make_shared<Connection>(*fContext, fTls, fSettings->peer.host(),
+                                                         fMachine, action.connection);
+    fConnections.emplace(action.connection, connection);
+    connection->open(action.address);
+}
+
+void LinkDriver::execute(const LinkAction::StartTls& action)
+{
+    fConnections.at(action.connection)->startTls();
+}
+
+void LinkDriver::execute(const LinkAction::Write& action)
+{
+    fConnections.at(action.connection)->write(action);
+}
+
+void LinkDriver::execute(const LinkAction::Close& action)
+{
+    const auto found = fConnections.find(action.connection);
+    if (found == fConnections.end()) // it was never made: memory had run out
+        return;
+    found->second->close();
+    fConnections.erase(found);
+}
+
+void LinkDriver::execute(const LinkAction::End& action)
+{
+    action.exchange->end(action.problem);
+}
+
+void LinkDriver::execute(const LinkAction::Tell& action)
+{
+    fState.set(action.condition);
+}

@@ -1,0 +1,154 @@
+#pragma once
+
+#include "link/action_queue.h"
+#include "link/address_race.h"
+#include "link/back_off.h"
+#include "link/greeting.h"
+#include "link/link_actions.h"
+#include "link/link_settings.h"
+#include "link/look_ups.h"
+#include "link/traffic.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// All that a link decides: when to look up, connect, greet, send, ping, give up and try again.
+/// It has no socket, thread or clock. A driver tells it what happens, one operation for each
+/// event, and does the actions that it asks for. The same events in the same order give the same
+/// actions.
+///
+/// The contract, for who drives it:
+///
+/// - One thread at a time. `now` never goes back from one event to the next. `start` comes first,
+///   once; `stop` last.
+/// - After each event the driver takes actions with `nextAction` until there are none, and does
+///   them in that order. It may report events in between: a connection that cannot even be tried
+///   is `closed` at once.
+/// - `woken` comes at `wakeAt()`, which each event may change, or later. It is the only event in
+///   which time decides: the driver first reports what has happened until then, so that bytes
+///   which have arrived count even when it was held up. Coming too early does no harm.
+/// - LookUp is answered by one `lookedUp` with its number, at any time, or never.
+/// - Connect is answered by one `connected` or `closed`, or never; StartTls, which comes after
+///   `connected`, by one `secured`, `refused` or `closed`, or never; each Write, of which there is
+///   one at a time on a connection, by one `written`, which may come after the reply, or never.
+///   `received` may come once the connection is connected and, with TLS, secured.
+/// - Each Connect is followed by exactly one Close of that connection, also when `closed` or
+///   `refused`, which are a connection's last events, came before. Every event of a connection
+///   after its Close is ignored, as are those of connections that the machine does not know.
+/// - Each call ends with exactly one End, or none when it was `givenUp` before; at its deadline at
+///   the latest, as far as `woken` is on time. Its sink may be filled until the connection ends,
+///   also after an End with a problem.
+/// - Tell follows each change of the state, before the End of the calls that a loss takes along;
+///   the first one when the first attempt has ended.
+/// - `stop` closes everything and ends every call. Afterwards each call ends at once, and every
+///   other event is ignored.
+///
+/// No operation throws. One that runs out of memory takes the link down, and it comes back as
+/// after any loss; a driver that runs out of memory while it does an action reports `failed`.
+class LinkMachine
+{
+public:
+    using Time = SteadyClock::time_point;
+
+    /// A link that is up so long is no failed attempt: the waits begin anew when it is lost.
+    static constexpr std::chrono::milliseconds fSteady{1000};
+
+    /// The random waits follow from `seed`. Throws only this: std::bad_alloc.
+    LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint32_t seed);
+    LinkMachine(const LinkMachine&) = delete;
+    LinkMachine& operator=(const LinkMachine&) = delete;
+
+    /// Begins the first attempt.
+    void start(Time now) noexcept;
+
+    /// The answer to a look-up: `addresses`, or why there are none.
+    void lookedUp(Time now, int number, const std::vector<LinkAddress>& addresses,
+                  const std::string& problem) noexcept;
+    void connected(Time now, ConnectionId connection) noexcept;
+    void secured(Time now, ConnectionId connection) noexcept;
+    void received(Time now, ConnectionId connection, std::string_view bytes) noexcept;
+    void written(Time now, ConnectionId connection) noexcept;
+    void closed(Time now, ConnectionId connection, const std::string& problem) noexcept;
+    /// Its certificate was refused, or ours by it: there is no use in trying again.
+    void refused(Time now, ConnectionId connection, const std::string& problem) noexcept;
+
+    void call(Time now, const std::shared_ptr<Exchange>& exchange) noexcept;
+    /// The caller has gone. One that is not yet sent is never sent; the answer of another is
+    /// read and dropped.
+    void givenUp(Time now, const std::shared_ptr<Exchange>& exchange) noexcept;
+
+    void woken(Time now) noexcept;
+    /// The driver could not do an action.
+    void failed(Time now) noexcept;
+    /// Begins anew with other settings of the same robot, whatever the state.
+    void reconnect(Time now, std::shared_ptr<const LinkSettings> settings) noexcept;
+    void stop(Time now) noexcept;
+
+    std::optional<LinkAction::Any> nextAction() noexcept { return fActions.next(); }
+    /// When `woken` is due; Time::max(): not before another event.
+    Time wakeAt() const noexcept;
+
+    const LinkCondition& condition() const { return fCondition; }
+    RoundTrip::Duration roundTrip() const { return fTraffic.roundTrip(); }
+
+private:
+    enum class Stage
+    {
+        Waiting, ///< for the next attempt
+        LookingUp,
+        Connecting,
+        Securing,
+        Greeting,
+        Up,
+        Refused,
+        Stopped
+    };
+
+    template <class Step>
+    void guarded(Time now, Step step) noexcept;
+
+    void beginAttempt(Time now);
+    bool isTrying() const { return fStage >= Stage::LookingUp && fStage <= Stage::Greeting; }
+    bool isTalking() const { return fStage == Stage::Greeting || fStage == Stage::Up; }
+    bool isCurrent(ConnectionId connection) const
+    {
+        return fCurrent != 0 && connection == fCurrent;
+    }
+    void beginRace(Time now, const std::vector<LinkAddress>& addresses);
+    void connectNext(Time now);
+    void take(Time now, ConnectionId winner);
+    void greet(Time now);
+    void goOn(Time now);
+    void judgeGreeting(Time now);
+    void attend(Time now);
+    const char* stageName() const;
+
+    void goUp(Time now);
+    void fail(Time now, const std::string& problem);
+    void refuse(Time now, const std::string& problem);
+    void goDown(Time now, Stage next, const SharedText& cause) noexcept;
+    void closeConnections() noexcept;
+    void setCondition(Time now, bool isUp, const SharedText& cause) noexcept;
+
+    std::shared_ptr<const LinkSettings> fSettings;
+    const SharedText fOutOfMemory;
+    const SharedText fEnded;
+    ActionQueue fActions;
+    Traffic fTraffic;
+    BackOff fBackOff;
+
+    Stage fStage = Stage::Waiting;
+    LinkCondition fCondition;
+    LookUps fLookUps;
+    std::vector<LinkAddress> fFound; ///< for the next attempt, which needs no look-up then
+    AddressRace fRace;
+    ConnectionId fNewest = 0;
+    ConnectionId fCurrent = 0; ///< the one that has won the race; 0: none has
+    std::optional<Greeting> fGreeting;
+    Time fAttemptEnd;
+    Time fRetryAt;
+    Time fUpSince;
+};

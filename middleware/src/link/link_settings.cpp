@@ -1,0 +1,43 @@
+#include "link/link_settings.h"
+
+#include <algorithm>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// Far beyond any use, and far from overflow when added to a clock.
+constexpr milliseconds longest = std::chrono::hours(24);
+
+constexpr std::size_t longestName = 64;
+
+ZoBrokerOptions confined(ZoBrokerOptions options)
+{
+    for (milliseconds* const duration :
+         {&options.connectTimeout, &options.exchangeTimeout, &options.callTimeout,
+          &options.keyListTimeout, &options.pingInterval, &options.reconnectWait,
+          &options.reconnectWaitMax})
+        *duration = std::clamp(*duration, milliseconds(1), longest);
+    options.timeoutPerKey = std::clamp(options.timeoutPerKey, std::chrono::microseconds(0),
+                                       std::chrono::microseconds(std::chrono::seconds(1)));
+    return options;
+}
+
+/// The server takes no blanks, control characters, or bytes outside ASCII in such a name.
+std::string clientNameOf(const std::string& name)
+{
+    std::string result = name.empty() ? "zo" : name.substr(0, longestName);
+    std::replace_if(
+        result.begin(), result.end(), [](char c) { return c < '!' || c > '~'; }, '-');
+    return result;
+}
+
+} // namespace
+
+std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, int port,
+                                                     const ZoBrokerOptions& options,
+                                                     const std::string& name)
+{
+    return std::make_shared<const LinkSettings>(
+        LinkSettings{Peer(host, port, options.password), confined(options), clientNameOf(name)});
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "link/peer.h"
+
+#include <zo/broker.h>
+
+#include <memory>
+#include <string>
+
+/// Whom a link reaches, and how. Never changes: other options are other settings.
+struct LinkSettings
+{
+    Peer peer;
+    ZoBrokerOptions options; ///< each duration within bounds that no sum can overflow
+    std::string clientName;  ///< as the server's list of clients shows this one
+};
+
+/// Settings for the robot at `host` and `port`, for the broker called `name`. Throws ZoError when
+/// there is no such address.
+std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, int port,
+                                                     const ZoBrokerOptions& options,
+                                                     const std::string& name);

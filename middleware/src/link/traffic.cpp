@@ -1,0 +1,197 @@
+#include "link/traffic.h"
+
+#include "status_sink.h"
+#include "wire/request.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+std::string text(std::chrono::nanoseconds time)
+{
+    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
+           " ms";
+}
+
+} // namespace
+
+Traffic::Traffic(ActionQueue& actions)
+    : fActions(actions), fPing(sharedText(encodeCommand({"PING"})))
+{
+    fActions.reserve(0);
+}
+
+void Traffic::open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings,
+                   std::shared_ptr<Exchange> greeting)
+{
+    fSettings = std::move(settings);
+    fTalk.emplace(connection);
+    begin(now, std::move(greeting));
+}
+
+bool Traffic::endGreeting(Time now)
+{
+    if (!fTalk->takeWhole())
+        return false;
+    fIdleSince = now;
+    return true;
+}
+
+void Traffic::close(const SharedText& problem) noexcept
+{
+    if (std::exchange(fIsAwaited, false))
+        fActions.push(LinkAction::End{fTalk->exchange(), problem});
+    for (auto& call : fWaiting)
+        fActions.push(LinkAction::End{std::move(call), problem});
+    fWaiting.clear();
+    fTalk.reset();
+}
+
+void Traffic::begin(Time now, std::shared_ptr<Exchange> exchange)
+{
+    fTalk->begin(now, std::move(exchange));
+    writeOn();
+}
+
+void Traffic::writeOn()
+{
+    if (const auto slice = fTalk->nextSlice())
+        fActions.push(*slice);
+}
+
+void Traffic::written(Time now)
+{
+    fTalk->written(now);
+    writeOn();
+}
+
+ReplyProblem Traffic::received(Time now, std::string_view bytes)
+{
+    return fTalk->received(now, bytes, fRoundTrip);
+}
+
+void Traffic::enqueue(const std::shared_ptr<Exchange>& call)
+{
+    fActions.reserve(fWaiting.size() + 2); // the waiting ones, this one, and the one under way
+    fWaiting.push_back(call);
+}
+
+void Traffic::drop(const std::shared_ptr<Exchange>& call)
+{
+    fWaiting.erase(std::remove(fWaiting.begin(), fWaiting.end(), call), fWaiting.end());
+    if (fTalk && fTalk->exchange() == call)
+        fIsAwaited = false;
+}
+
+void Traffic::goOn(Time now)
+{
+    if (auto whole = fTalk->takeWhole()) {
+        fIdleSince = now;
+        if (std::exchange(fIsAwaited, false))
+            fActions.push(LinkAction::End{std::move(whole), nullptr});
+    }
+    sendNext(now);
+}
+
+// Who is late waits for `attend`: the others behind have the same turn then.
+void Traffic::sendNext(Time now)
+{
+    if (isBusy() || fWaiting.empty() || fWaiting.front()->deadline().at <= now)
+        return;
+    fIsAwaited = true;
+    auto next = std::move(fWaiting.front());
+    fWaiting.pop_front();
+    begin(now, std::move(next));
+}
+
+std::optional<std::string> Traffic::attend(Time now)
+{
+    endLateCalls(now);
+    if (isBusy() && isSilentFor(now, linkPatience()))
+        return "silent for " + text(linkPatience()) + " while " + fTalk->exchange()->name() +
+               " awaits its reply";
+    sendNext(now);
+    if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval)
+        begin(now,
+              std::make_shared<Exchange>("PING", fPing, 1, std::make_shared<StatusSink>("PING"),
+                                         Deadline{Time::max(), {}}));
+    return {};
+}
+
+Traffic::Time Traffic::attentionAt() const
+{
+    Time at = Time::max();
+    for (const auto& call : fWaiting)
+        at = std::min(at, call->deadline().at);
+    if (!isBusy())
+        return std::min(at, fIdleSince + fSettings->options.pingInterval);
+    if (fIsAwaited)
+        at = std::min(at, fTalk->exchange()->deadline().at);
+    const bool hasCalls = fIsAwaited || !fWaiting.empty();
+    return std::min(at, fTalk->silentSince() + (hasCalls ? callPatience() : linkPatience()));
+}
+
+// Whoever waits gives up when the link is silent for so long: not only the call under way, and
+// also one that has come just now. So a robot that hangs costs its callers one such wait.
+void Traffic::endLateCalls(Time now)
+{
+    if (fIsAwaited && isLate(now, *fTalk->exchange())) {
+        endWith(latenessUnderWay(now), fTalk->exchange());
+        fIsAwaited = false;
+    }
+    for (auto call = fWaiting.begin(); call != fWaiting.end();) {
+        if (isLate(now, **call)) {
+            endWith(latenessWaiting(now, **call), *call);
+            call = fWaiting.erase(call);
+        } else {
+            ++call;
+        }
+    }
+}
+
+bool Traffic::isLate(Time now, const Exchange& call) const
+{
+    return call.deadline().at <= now || (isBusy() && isSilentFor(now, callPatience()));
+}
+
+std::string Traffic::latenessUnderWay(Time now) const
+{
+    const Exchange& call = *fTalk->exchange();
+    if (call.deadline().at <= now)
+        return "no reply to " + call.name() + " within " + text(call.deadline().allowed);
+    const std::string limit = text(fSettings->options.exchangeTimeout);
+    if (fTalk->isAnswered())
+        return "the reply to " + call.name() + " broke off, nothing came for " + limit;
+    return "no reply to " + call.name() + " within " + limit;
+}
+
+std::string Traffic::latenessWaiting(Time now, const Exchange& call) const
+{
+    if (call.deadline().at <= now)
+        return "no reply to " + call.name() + " within " + text(call.deadline().allowed) +
+               ": it was not sent, others were before it";
+    return call.name() + " was not sent: nothing came for " + text(now - fTalk->silentSince());
+}
+
+void Traffic::endWith(const std::string& problem, std::shared_ptr<Exchange> call)
+{
+    fActions.push(LinkAction::End{std::move(call), sharedText(fSettings->peer.says(problem))});
+}
+
+bool Traffic::isSilentFor(Time now, RoundTrip::Duration time) const
+{
+    return now >= fTalk->silentSince() + time;
+}
+
+RoundTrip::Duration Traffic::callPatience() const
+{
+    return fSettings->options.exchangeTimeout + fRoundTrip.value();
+}
+
+/// As long as any call's at least: that one gives up says nothing about the link.
+RoundTrip::Duration Traffic::linkPatience() const
+{
+    const auto silence = std::max(fLongestSilence, fSettings->options.exchangeTimeout);
+    return silence + 4 * fRoundTrip.value();
+}

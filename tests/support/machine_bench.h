@@ -1,0 +1,184 @@
+#pragma once
+
+#include <link/link_machine.h>
+#include <status_sink.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The machine of a link on the bench: in virtual time, and with all that it asks for written
+/// down. Nothing happens by itself but `woken`, when time passes.
+class MachineBench
+{
+public:
+    using Time = LinkMachine::Time;
+
+    explicit MachineBench(const ZoBrokerOptions& options = {}, std::uint32_t seed = 1)
+        : machine(settingsFor(options), seed)
+    {
+    }
+
+    static std::shared_ptr<const LinkSettings> settingsFor(const ZoBrokerOptions& options)
+    {
+        return makeLinkSettings("arm", 6379, options, "TestBroker");
+    }
+    static LinkAddress address(const char* text)
+    {
+        return {boost::asio::ip::make_address(text), 6379};
+    }
+
+    /// Writes down what the machine wants.
+    void settle()
+    {
+        while (const auto action = machine.nextAction())
+            std::visit([this](const auto& what) { note(what); }, *action);
+    }
+
+    /// Lets time pass, and wakes the machine whenever it wants.
+    void pass(std::chrono::nanoseconds time)
+    {
+        const Time end = now + time;
+        while (machine.wakeAt() <= end) {
+            now = std::max(now, machine.wakeAt());
+            ++wakeUps;
+            machine.woken(now);
+            settle();
+        }
+        now = end;
+    }
+    /// Passes over to the next look-up, an hour later at most.
+    void passToNextAttempt()
+    {
+        const std::size_t before = lookUps.size();
+        const Time end = now + std::chrono::hours(1);
+        while (lookUps.size() == before && now < end)
+            pass(std::max(machine.wakeAt() - now, std::chrono::nanoseconds(1)));
+    }
+
+    void start()
+    {
+        machine.start(now);
+        settle();
+    }
+    void answerLookUp(const std::vector<LinkAddress>& addresses = {address("10.0.0.7")},
+                      const std::string& problem = {})
+    {
+        machine.lookedUp(now, lookUps.back(), addresses, problem);
+        settle();
+    }
+    void connect()
+    {
+        machine.connected(now, newest());
+        settle();
+    }
+    void receive(const std::string& bytes)
+    {
+        machine.received(now, newest(), bytes);
+        settle();
+    }
+    void finishWrite()
+    {
+        machine.written(now, newest());
+        settle();
+    }
+    void close(const std::string& problem)
+    {
+        machine.closed(now, newest(), problem);
+        settle();
+    }
+    /// From a look-up that is under way on.
+    void goUp()
+    {
+        answerLookUp();
+        connect();
+        finishWrite();
+        receive("+PONG\r\n+OK\r\n");
+    }
+    void startUp()
+    {
+        start();
+        goUp();
+    }
+
+    std::shared_ptr<Exchange> makeCall(const std::string& name,
+                                       std::chrono::milliseconds limit = std::chrono::seconds(2),
+                                       std::string bytes = {})
+    {
+        auto sink = std::make_shared<StatusSink>(name);
+        auto made = std::make_shared<Exchange>(
+            name, sharedText(bytes.empty() ? name + "\r\n" : std::move(bytes)), 1, sink,
+            Deadline::after(now, limit));
+        sinks[made.get()] = sink;
+        return made;
+    }
+    std::shared_ptr<Exchange> call(const std::string& name,
+                                   std::chrono::milliseconds limit = std::chrono::seconds(2),
+                                   std::string bytes = {})
+    {
+        auto made = makeCall(name, limit, std::move(bytes));
+        machine.call(now, made);
+        settle();
+        return made;
+    }
+
+    ConnectionId newest() const { return connects.back().connection; }
+    bool isUp() const { return machine.condition().isUp; }
+    std::string cause() const { return *machine.condition().cause; }
+    int ends(const std::shared_ptr<Exchange>& call) const
+    {
+        const auto found = problems.find(call);
+        return found == problems.end() ? 0 : static_cast<int>(found->second.size());
+    }
+    /// Why `call` ended; "answered" when it was, empty while it has not.
+    std::string end(const std::shared_ptr<Exchange>& call) const
+    {
+        const auto found = problems.find(call);
+        return found == problems.end() ? std::string() : found->second.front();
+    }
+    std::string answer(const std::shared_ptr<Exchange>& call) const
+    {
+        const auto& answers = sinks.at(call.get())->answers();
+        return answers.empty() ? std::string() : answers.front().text;
+    }
+    bool isClosed(ConnectionId connection) const
+    {
+        return std::count(closes.begin(), closes.end(), connection) == 1;
+    }
+    /// All that was written on `connection`.
+    std::string written(ConnectionId connection) const
+    {
+        std::string bytes;
+        for (const auto& write : writes) {
+            if (write.connection == connection)
+                bytes += write.slice();
+        }
+        return bytes;
+    }
+
+    LinkMachine machine;
+    Time now = Time(std::chrono::hours(1000));
+    int wakeUps = 0;
+    std::vector<int> lookUps;
+    std::vector<LinkAction::Connect> connects;
+    std::vector<ConnectionId> handshakes;
+    std::vector<LinkAction::Write> writes;
+    std::vector<ConnectionId> closes;
+    std::vector<LinkCondition> told;
+    std::map<std::shared_ptr<Exchange>, std::vector<std::string>> problems;
+    std::map<const Exchange*, std::shared_ptr<StatusSink>> sinks;
+
+private:
+    void note(const LinkAction::LookUp& action) { lookUps.push_back(action.number); }
+    void note(const LinkAction::Connect& action) { connects.push_back(action); }
+    void note(const LinkAction::StartTls& action) { handshakes.push_back(action.connection); }
+    void note(const LinkAction::Write& action) { writes.push_back(action); }
+    void note(const LinkAction::Close& action) { closes.push_back(action.connection); }
+    void note(const LinkAction::Tell& action) { told.push_back(action.condition); }
+    void note(const LinkAction::End& action)
+    {
+        problems[action.exchange].push_back(action.problem ? *action.problem : "answered");
+    }
+};
