@@ -9,6 +9,9 @@
 
 namespace {
 
+/// A button that changes its parent is searched among the children of the old one.
+constexpr int placesInDrawer = 64;
+
 QRect placeInCell(const QRect& cell, const QWidget& widget)
 {
     const QSize size = cell.size().boundedTo(widget.maximumSize());
@@ -18,9 +21,9 @@ QRect placeInCell(const QRect& cell, const QWidget& widget)
 
 } // namespace
 
-RowButtons::RowButtons(QTreeWidget& tree) : fTree(tree), fDrawer(new QWidget(&tree))
+RowButtons::RowButtons(QTreeWidget& tree) : fTree(tree), fDrawers(new QWidget(&tree))
 {
-    fDrawer->hide();
+    fDrawers->hide();
     fPlaceTimer.setSingleShot(true);
     QObject::connect(&fPlaceTimer, &QTimer::timeout, &tree, [this] { place(); });
 }
@@ -49,7 +52,7 @@ QWidget* RowButtons::xButton(const QModelIndex& cell)
     button = fMaker(*fTree.topLevelItem(cell.row()));
     if (button) {
         fTree.setIndexWidget(cell, button);
-        button->setParent(fDrawer);
+        xPutIntoDrawer(*button);
     }
     return button;
 }
@@ -62,9 +65,13 @@ void RowButtons::deleteAll()
     for (const QPointer<QWidget>& button : qAsConst(fShown))
         if (button)
             button->deleteLater();
-    for (QObject* button : fDrawer->children())
-        button->deleteLater();
+    for (QObject* drawer : fDrawers->children()) {
+        for (QObject* button : drawer->children())
+            button->deleteLater();
+        drawer->deleteLater();
+    }
     fShown.clear();
+    fFreePlaces.clear();
 }
 
 void RowButtons::place()
@@ -106,8 +113,7 @@ void RowButtons::xShow(const QModelIndexList& cells)
     QWidget* above = &fTree;
     for (QWidget* button : qAsConst(fShown)) {
         if (button) {
-            if (button->parent() == fDrawer)
-                button->setParent(fTree.viewport());
+            xTakeFromDrawer(*button);
             button->setGeometry(placeInCell(place, *button));
             button->show();
             QWidget::setTabOrder(above, button);
@@ -121,5 +127,21 @@ void RowButtons::xPutAway(QWidget& button)
 {
     if (button.hasFocus())
         fTree.setFocus();
-    button.setParent(fDrawer);
+    xPutIntoDrawer(button);
+}
+
+void RowButtons::xPutIntoDrawer(QWidget& button)
+{
+    if (fFreePlaces.isEmpty())
+        fFreePlaces.fill(new QWidget(fDrawers), placesInDrawer);
+    button.setParent(fFreePlaces.takeLast());
+}
+
+void RowButtons::xTakeFromDrawer(QWidget& button)
+{
+    QWidget* drawer = button.parentWidget();
+    if (!drawer || drawer->parent() != fDrawers)
+        return;
+    button.setParent(fTree.viewport());
+    fFreePlaces += drawer;
 }

@@ -12,8 +12,8 @@ class QTreeWidgetItem;
 class QWidget;
 
 /// The buttons in one column of a flat table whose rows are all of one height. Those of rows in
-/// sight are children of its viewport; the others wait in a drawer, so that scrolling and painting
-/// do not meet them.
+/// sight are children of its viewport; the others wait in small drawers, so that scrolling and
+/// painting do not meet them.
 class RowButtons
 {
 public:
@@ -40,9 +40,12 @@ private:
     QWidget* xButton(const QModelIndex& cell);
     void xShow(const QModelIndexList& cells);
     void xPutAway(QWidget& button);
+    void xPutIntoDrawer(QWidget& button);
+    void xTakeFromDrawer(QWidget& button);
 
     QTreeWidget& fTree;
-    QWidget* fDrawer; ///< a child of the table, never shown
+    QWidget* fDrawers;             ///< parent of all drawers, a child of the table, never shown
+    QVector<QWidget*> fFreePlaces; ///< a drawer stands here for each place free in it
     QTimer fPlaceTimer;
     Maker fMaker;
     int fColumn = -1;

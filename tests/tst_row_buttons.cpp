@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -46,6 +47,23 @@ private:
     }
 };
 
+/// The most buttons that one widget holds: one that changes its parent is searched among them.
+int mostButtonsTogether(const KeyTable& table)
+{
+    QHash<QObject*, int> counts;
+    for (const QPushButton* button : table.tree.findChildren<QPushButton*>())
+        ++counts[button->parent()];
+    return *std::max_element(counts.cbegin(), counts.cend());
+}
+
+void seeAllRows(KeyTable& table)
+{
+    QScrollBar* bar = table.tree.verticalScrollBar();
+    for (int row = 0; row <= bar->maximum(); row += bar->pageStep())
+        bar->setValue(row);
+    bar->setValue(bar->maximum());
+}
+
 /// Events while a table of so many rows is scrolled in its middle, over rows that were in sight
 /// before.
 int eventsOfAScroll(int rows)
@@ -80,6 +98,7 @@ private slots:
     void tabGoesDownTheButtonsInSight();
     void buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot();
     void aScrollCostsTheSameWhateverTheNumberOfRows();
+    void fewButtonsAreKeptTogetherWhateverTheNumberOfRows();
     void rowsThatComeInSightForTheFirstTimeNeedNoLayout();
     void aLayoutThatRowsNeedIsMade();
     void buttonsStandInTheirCellsFromRightToLeft();
@@ -241,6 +260,29 @@ void RowButtonsTest::aScrollCostsTheSameWhateverTheNumberOfRows()
     QVERIFY(few > 20);
     QCOMPARE(eventsOfAScroll(4000), few);
     QCOMPARE(eventsOfAScroll(RowButtons::fLimit + 4000), few);
+}
+
+void RowButtonsTest::fewButtonsAreKeptTogetherWhateverTheNumberOfRows()
+{
+    const int count = RowButtons::fLimit + 2000;
+    KeyTable f(manyNames(count));
+    f.show();
+    const auto widgets = [&f] { return f.tree.findChildren<QWidget*>().size(); };
+    const int withoutButtons = widgets();
+    f.installButtons();
+    seeAllRows(f);
+    QCOMPARE(f.buttonsMade, count);
+    QVERIFY(mostButtonsTogether(f) <= 100);
+
+    const int withButtons = widgets();
+    QVERIFY(withButtons - withoutButtons < count + count / 20);
+    for (int round = 0; round < 2; ++round)
+        seeAllRows(f);
+    QVERIFY(mostButtonsTogether(f) <= 100);
+    QCOMPARE(widgets(), withButtons);
+    f.tree.clear();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(widgets(), withoutButtons);
 }
 
 void RowButtonsTest::rowsThatComeInSightForTheFirstTimeNeedNoLayout()
