@@ -40,9 +40,13 @@ TarvekWidget* Interface::getWidget(QWidget* parent, const std::string& ip, int p
     fPanel = panel;
     module->fGCInterface = panel;
 
+    const QPointer<QWidget> window(parent);
     ModalDialog<ConfigDialog> dialog(module, imageDir, parent);
     parent->setWindowTitle(fromLatin1("Tarvek Desktop (connected to " + ip + ")"));
-    if (!dialog.exec() || !panel) {
+    const bool accepted = dialog.exec();
+    if (!window)
+        fParent = nullptr;
+    if (!accepted || !panel) {
         delete panel.data(); // already gone when the host has deleted its window meanwhile
         fPanel = nullptr;
         return nullptr;

@@ -398,6 +398,7 @@ void TestInterface::theParentMayBeDeletedMeanwhile()
     });
     QCOMPARE(open(), nullptr);
     QVERIFY(!fParent);
+    QCOMPARE(panels()->fParent, nullptr);
     QCOMPARE(panels()->fPanel, nullptr);
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(fetches(), 0);
