@@ -11,13 +11,13 @@ void CellKeys::answer(const QKeyEvent& event, const std::function<void()>& other
     const QPersistentModelIndex cell = fTree.currentIndex();
     const QVariant before = cell.data(Qt::CheckStateRole);
     otherwise();
-    if (cell.data(Qt::CheckStateRole) != before)
+    if (cell.isValid() && cell.data(Qt::CheckStateRole) != before)
         emit fTree.itemClicked(fTree.topLevelItem(cell.row()), cell.column());
 }
 
 bool CellKeys::xPressButton(const QKeyEvent& event)
 {
-    const QModelIndex cell = fTree.currentIndex();
+    const QPersistentModelIndex cell = fTree.currentIndex();
     auto* button = qobject_cast<QAbstractButton*>(fTree.indexWidget(cell));
     const bool presses = event.key() == Qt::Key_Space || event.key() == Qt::Key_Select ||
                          event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -27,7 +27,11 @@ bool CellKeys::xPressButton(const QKeyEvent& event)
     if (event.isAutoRepeat())
         return true;
     fTree.scrollTo(cell);
-    // Not now: a click may delete the table.
-    QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
+    // Not now: a click may delete the table. Nor later, if the table was filled anew meanwhile.
+    const auto click = [&tree = fTree, cell, button] {
+        if (tree.indexWidget(cell) == button)
+            button->click();
+    };
+    QMetaObject::invokeMethod(button, click, Qt::QueuedConnection);
     return true;
 }

@@ -4,6 +4,8 @@
 #include <QHeaderView>
 #include <QtTest>
 
+#include <memory>
+
 class CellKeysTest : public GuardedTest
 {
     Q_OBJECT
@@ -24,8 +26,10 @@ private slots:
     void theButtonOfAHiddenColumnIsNotPressed();
     void aPressedCellComesInSight();
     void aClickMayDeleteTheTable();
+    void aButtonThatLeftItsCellIsNotClicked();
     void onlyATickedBoxIsHeardAsAClick();
     void aTickedRowThatMovesIsHeardWhereItWent();
+    void aTickedRowThatLeavesTheTableIsNotHeard();
 };
 
 void CellKeysTest::arrowKeysGoFromCellToCell()
@@ -258,6 +262,24 @@ void CellKeysTest::aClickMayDeleteTheTable()
     QTRY_VERIFY(!tree);
 }
 
+void CellKeysTest::aButtonThatLeftItsCellIsNotClicked()
+{
+    KeyTable f({"a", "b"});
+    f.installButtons();
+    f.show();
+    f.tree.setCurrentItem(f.rows[0], KeyTable::fButtonColumn);
+    int clicks = 0;
+    connect(f.button(0), &QPushButton::clicked, [&clicks] { ++clicks; });
+    QTest::keyClick(&f.tree, Qt::Key_Space);
+    f.tree.sortItems(0, Qt::DescendingOrder);
+    QTRY_COMPARE(clicks, 1);
+    const QPointer<QPushButton> button = f.button(1);
+    QTest::keyClick(&f.tree, Qt::Key_Space);
+    f.tree.clear();
+    QTRY_VERIFY(!button);
+    QCOMPARE(clicks, 1);
+}
+
 void CellKeysTest::onlyATickedBoxIsHeardAsAClick()
 {
     KeyTable f({"a", "b"});
@@ -296,6 +318,21 @@ void CellKeysTest::aTickedRowThatMovesIsHeardWhereItWent()
     press(Qt::Key_Space);
     QCOMPARE(f.names(), (QStringList{"b", "a"}));
     QCOMPARE(clicked, QVector<QTreeWidgetItem*>{f.rows[0]});
+}
+
+void CellKeysTest::aTickedRowThatLeavesTheTableIsNotHeard()
+{
+    KeyTable f({"a", "b"});
+    f.rows[0]->setCheckState(1, Qt::Unchecked);
+    f.show();
+    f.tree.setCurrentItem(f.rows[0], 1);
+    std::unique_ptr<QTreeWidgetItem> taken;
+    connect(&f.tree, &QTreeWidget::itemChanged, [&] { taken.reset(f.tree.takeTopLevelItem(0)); });
+    int clicks = 0;
+    connect(&f.tree, &QTreeWidget::itemClicked, [&clicks] { ++clicks; });
+    press(Qt::Key_Space);
+    QCOMPARE(taken.get(), f.rows[0]);
+    QCOMPARE(clicks, 0);
 }
 
 QTEST_MAIN(CellKeysTest)
