@@ -54,21 +54,25 @@ public:
         fByItem.reserve(static_cast<std::size_t>(rows.size()));
         for (const auto& row : rows)
             fByItem.emplace_back(row.second, colorOf(row.first));
-        if (!std::is_sorted(fByItem.begin(), fByItem.end()))
-            std::sort(fByItem.begin(), fByItem.end());
+        if (!std::is_sorted(fByItem.begin(), fByItem.end(), xIsBefore))
+            std::sort(fByItem.begin(), fByItem.end(), xIsBefore);
     }
 
     Color* of(const QTreeWidgetItem* item) const
     {
-        const auto isBefore = [](const Entry& entry, const QTreeWidgetItem* wanted) {
-            return std::less<>()(entry.first, wanted);
-        };
-        const auto found = std::lower_bound(fByItem.begin(), fByItem.end(), item, isBefore);
+        const Entry wanted(item, nullptr);
+        const auto found = std::lower_bound(fByItem.begin(), fByItem.end(), wanted, xIsBefore);
         return found != fByItem.end() && found->first == item ? found->second : nullptr;
     }
 
 private:
     using Entry = std::pair<const QTreeWidgetItem*, Color*>;
+
+    /// A plain `<` has no say on pointers to objects apart.
+    static bool xIsBefore(const Entry& one, const Entry& other)
+    {
+        return std::less<>()(one.first, other.first);
+    }
 
     std::vector<Entry> fByItem;
 };
