@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
+#include <new>
 
 namespace {
 
@@ -16,10 +17,18 @@ constexpr int randomChannelValues = 255;
 /// No number's text is longer: "-2.2250738585072014e-308".
 constexpr std::size_t longestNumber = 24;
 
+locale_t makePlainLocale()
+{
+    const locale_t made = newlocale(LC_ALL_MASK, "C", nullptr);
+    if (!made)
+        throw std::bad_alloc();
+    return made;
+}
+
 /// As in the plain locale: anything in the process may have set one in which 0.5 reads as 0.
 double readNumber(const std::string& text)
 {
-    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    static const locale_t plain = makePlainLocale();
     return strtod_l(text.c_str(), nullptr, plain);
 }
 
