@@ -15,6 +15,7 @@ namespace {
 /// Empty when the user cancels.
 QString chosenFile(ModalDialog<QFileDialog>& dialog)
 {
+    dialog->setSupportedSchemes({"file"});
     return dialog.exec() ? dialog->selectedFiles().value(0) : QString();
 }
 

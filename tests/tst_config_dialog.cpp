@@ -344,16 +344,19 @@ void TestConfigDialog::openingTakesExistingFilesOnly()
     Start start;
     QFileDialog::FileMode mode{};
     QFileDialog::AcceptMode direction{};
+    QStringList schemes;
     start.press(openText);
     start.user.then<QFileDialog>([&](QFileDialog& dialog) {
         mode = dialog.fileMode();
         direction = dialog.acceptMode();
+        schemes = dialog.supportedSchemes();
         dialog.reject();
     });
     start.giveUp<ConfigDialog>();
     QCOMPARE(start.run(), int(QDialog::Rejected));
     QCOMPARE(mode, QFileDialog::ExistingFile);
     QCOMPARE(direction, QFileDialog::AcceptOpen);
+    QCOMPARE(schemes, QStringList("file"));
 }
 
 void TestConfigDialog::aFileThatWentMissingEndsTheStart()
