@@ -284,6 +284,7 @@ void TestCurvePainting::paintersOfAllKindsGiveThePlainCurves_data()
     row("as it is", [](QPainter&) {});
     row("moved", [](QPainter& painter) { painter.translate(-7, 11); });
     row("moved far away", [](QPainter& painter) { painter.translate(0, 1e9); });
+    row("moved out of the range of pixels", [](QPainter& painter) { painter.translate(0, 1e10); });
     row("moved by half a pixel", [](QPainter& painter) { painter.translate(0.5, 0); });
     row("turned over", [](QPainter& painter) {
         painter.translate(0, height);
