@@ -207,7 +207,7 @@ void Graph::xPaintFrame(QPainter& painter, const PlotScale& scale) const
 
     const int zeroRow = scale.row(0);
     if (zeroRow == 0)
-        return; // neither zero line nor frame: the required look of a range that ends at zero
+        return; // neither zero line nor frame: the look that a range ending at zero has
     paintLabel(zeroRow - labelHeight, QStringLiteral("0"));
     QPainterPath frame;
     frame.lineTo(0, height() - fMargin);
