@@ -21,10 +21,10 @@ public:
     ModalDialog& operator=(const ModalDialog&) = delete;
 
     /// Runs the dialog; whether the user accepts. False also when it is gone.
-    bool exec() { return fDialog->exec() != QDialog::Rejected && fDialog; }
+    bool exec() { return fDialog->exec() != QDialog::Rejected && !fDialog.isNull(); }
 
     /// Not for a dialog that may be gone.
-    Dialog* operator->() const { return fDialog; }
+    Dialog* operator->() const { return fDialog.data(); }
 
 private:
     QPointer<Dialog> fDialog;

@@ -24,6 +24,8 @@ public:
     static constexpr int fLimit = 5000;
 
     explicit RowButtons(QTreeWidget& tree);
+    RowButtons(const RowButtons&) = delete;
+    RowButtons& operator=(const RowButtons&) = delete;
 
     void install(int column, Maker maker);
     /// Puts the buttons of the rows in sight into their cells, and the others away.

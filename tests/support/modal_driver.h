@@ -125,7 +125,7 @@ private:
                       fFront->windowTitle(), isDone() ? QString("none") : pendingSteps()));
         for (QPointer<QWidget> front = fFront; front; front = QApplication::activeModalWidget()) {
             close(*front);
-            if (front && front->isVisible())
+            if (!front.isNull() && front->isVisible())
                 return;
         }
     }
