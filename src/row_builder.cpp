@@ -7,28 +7,6 @@
 
 namespace {
 
-/// Called like its key, as a square says nothing. The name is told when the button comes into
-/// sight, since telling it costs as much as all the rest of making a button.
-class KeyButton : public ColorButton
-{
-public:
-    KeyButton(const KeyRow& row, QWidget* parent)
-        : ColorButton(row.color(), parent), fAlias(row.text(Widget::fColName))
-    {
-    }
-
-protected:
-    void showEvent(QShowEvent* event) override
-    {
-        if (accessibleName().isNull())
-            setAccessibleName(fAlias);
-        ColorButton::showEvent(event);
-    }
-
-private:
-    QString fAlias;
-};
-
 /// Not when its window is being deleted: that leaves the order of the key Tab, then hides, which
 /// may bring the table a last layout, and a new button would look for its place in that order.
 bool takesButtons(const QWidget& widget)
@@ -83,6 +61,6 @@ void RowBuilder::xInstallButtons()
     QWidget* viewport = fTree.viewport();
     fTree.installButtons(Widget::fColColor, [viewport](QTreeWidgetItem& item) -> QWidget* {
         const auto* row = dynamic_cast<KeyRow*>(&item);
-        return row && takesButtons(*viewport) ? new KeyButton(*row, viewport) : nullptr;
+        return row && takesButtons(*viewport) ? new ColorButton(row->color(), viewport) : nullptr;
     });
 }

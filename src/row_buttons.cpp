@@ -19,6 +19,14 @@ QRect placeInCell(const QRect& cell, const QWidget& widget)
                                size.expandedTo(widget.minimumSize()), cell);
 }
 
+/// For who cannot see it. Only once it comes into sight: thousands of names would slow down the
+/// making of a table.
+void callLikeItsRow(QWidget* button, const QModelIndex& cell)
+{
+    if (button && button->accessibleName().isNull())
+        button->setAccessibleName(cell.siblingAtColumn(0).data().toString());
+}
+
 } // namespace
 
 RowButtons::RowButtons(QTreeWidget& tree) : fTree(tree), fDrawers(new QWidget(&tree))
@@ -83,8 +91,10 @@ void RowButtons::place()
     const QScopedValueRollback<bool> atWork(fIsAtWork, true);
     QVector<QPointer<QWidget>> before;
     before.swap(fShown);
-    for (const QModelIndex& cell : cells)
+    for (const QModelIndex& cell : cells) {
         fShown += xButton(cell);
+        callLikeItsRow(fShown.last(), cell);
+    }
     for (const QPointer<QWidget>& button : qAsConst(before))
         if (button && !fShown.contains(button))
             xPutAway(*button);

@@ -28,7 +28,8 @@ public:
     RowButtons& operator=(const RowButtons&) = delete;
 
     void install(int column, Maker maker);
-    /// Puts the buttons of the rows in sight into their cells, and the others away.
+    /// Puts the buttons of the rows in sight into their cells, and the others away. A button
+    /// without an accessible name gets the text of its row's first column.
     void place();
     void placeSoon() { fPlaceTimer.start(0); }
     /// Deletes all, later. The focus stays in the table if one of them had it.
