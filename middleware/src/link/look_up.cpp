@@ -74,6 +74,7 @@ void answerOnThread(asio::io_context& context, const std::string& host, int port
     } catch (const std::exception&) {
         answer->result = {{}, "out of memory"}; // short enough for a string to need none
     }
+    // Memory comes back without telling anybody: there is nothing else to wait for.
     while (!handOver(context, answer))
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
