@@ -1,5 +1,5 @@
 // Feeds arbitrary bytes to the reading of a robot's values, and their value back to the writing.
-#include "json.h"
+#include "value/json.h"
 
 #include <cstddef>
 #include <cstdint>

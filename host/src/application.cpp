@@ -1,7 +1,7 @@
 #include "application.h"
 
-#include "error_reporter.h"
-#include "resource_paths.h"
+#include "dialogs/error_reporter.h"
+#include "plugins/resource_paths.h"
 
 #include <QEvent>
 #include <QIcon>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "connection_settings.h"
+#include "connection/connection_settings.h"
 
 #include <QString>
 #include <QStringList>

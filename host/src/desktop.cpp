@@ -1,8 +1,8 @@
 #include "desktop.h"
 
-#include "error_reporter.h"
-#include "recent_connections.h"
-#include "resource_paths.h"
+#include "dialogs/error_reporter.h"
+#include "connection/recent_connections.h"
+#include "plugins/resource_paths.h"
 
 #include <QApplication>
 #include <QStringList>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "command_line.h"
-#include "connect_dialog.h"
-#include "main_window.h"
-#include "plugin_loader.h"
+#include "dialogs/connect_dialog.h"
+#include "windows/main_window.h"
+#include "plugins/plugin_loader.h"
 
 #include <QObject>
 #include <QPointer>

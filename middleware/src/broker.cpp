@@ -2,11 +2,11 @@
 #include <zo/error.h>
 #include <zo/proxy.h>
 
-#include "forbidden_keys.h"
+#include "memory/forbidden_keys.h"
 #include "link/link.h"
-#include "local_memory.h"
-#include "memory_methods.h"
-#include "remote_memory.h"
+#include "memory/local_memory.h"
+#include "memory/memory_methods.h"
+#include "memory/remote_memory.h"
 
 #include <boost/make_shared.hpp>
 

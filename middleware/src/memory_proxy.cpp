@@ -3,7 +3,7 @@
 #include <zo/memory_proxy.h>
 #include <zo/proxy.h>
 
-#include "memory_methods.h"
+#include "memory/memory_methods.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop.h"
-#include "error_reporter.h"
+#include "dialogs/error_reporter.h"
 #include "robot_program.h"
 
 #include <QDialog>

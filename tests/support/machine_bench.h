@@ -1,7 +1,7 @@
 #pragma once
 
 #include <link/link_machine.h>
-#include <status_sink.h>
+#include <wire/status_sink.h>
 
 #include <algorithm>
 #include <map>

@@ -2,7 +2,7 @@
 
 #include "link/exchange.h"
 #include "link/link_settings.h"
-#include "status_sink.h"
+#include "wire/status_sink.h"
 
 #include <memory>
 #include <string>

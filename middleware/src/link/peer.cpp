@@ -1,6 +1,6 @@
 #include "link/peer.h"
 
-#include "printable.h"
+#include "value/printable.h"
 
 #include <zo/address.h>
 

@@ -1,6 +1,6 @@
 #include "link/traffic.h"
 
-#include "status_sink.h"
+#include "wire/status_sink.h"
 #include "wire/request.h"
 
 #include <algorithm>

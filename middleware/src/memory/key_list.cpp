@@ -1,0 +1,78 @@
+#include "memory/key_list.h"
+
+#include "link/link.h"
+#include "memory/names_sink.h"
+#include "wire/limits.h"
+#include "wire/request.h"
+
+#include <zo/error.h>
+
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+namespace {
+
+/// The walk over the pages of the list.
+class KeyListWalk
+{
+public:
+    explicit KeyListWalk(Link& link) : fLink(link), fStart(SteadyClock::now()) {}
+
+    ZoValue names()
+    {
+        std::string cursor = "0";
+        do {
+            cursor = takePage(cursor);
+        } while (cursor != "0");
+        ZoValue::Elements all;
+        all.reserve(fNames.size());
+        while (!fNames.empty())
+            all.emplace_back(std::move(fNames.extract(fNames.begin()).value()));
+        return ZoValue::fromElements(std::move(all));
+    }
+
+private:
+    std::string takePage(const std::string& cursor)
+    {
+        const auto sink = std::make_shared<NamesSink>();
+        const auto bytes = std::make_shared<const std::string>(
+            encodeCommand({"SCAN", cursor, "COUNT", "1000", "TYPE", "string"}));
+        fLink.run(std::make_shared<Exchange>("SCAN", bytes, 1, sink, deadline()));
+        if (!sink->refusal().empty())
+            throw fLink.refusal("SCAN", sink->refusal());
+        for (std::string& name : sink->names())
+            add(std::move(name));
+        return sink->cursor();
+    }
+
+    void add(std::string name)
+    {
+        fBytes += name.size();
+        if (fBytes > ReplyLimits::fMaxReply)
+            throw fLink.error("the key list is larger than " +
+                              std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
+        fNames.insert(std::move(name));
+    }
+
+    Deadline deadline() const
+    {
+        const auto settings = fLink.settings();
+        const ZoBrokerOptions& options = settings->options;
+        const auto keys = static_cast<std::chrono::microseconds::rep>(fNames.size());
+        return Deadline::after(fStart, options.keyListTimeout + options.timeoutPerKey * keys);
+    }
+
+    Link& fLink;
+    const SteadyClock::time_point fStart;
+    std::unordered_set<std::string> fNames;
+    std::size_t fBytes = 0;
+};
+
+} // namespace
+
+ZoValue keyListOf(Link& link)
+{
+    return KeyListWalk(link).names();
+}

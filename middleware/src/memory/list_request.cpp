@@ -1,0 +1,86 @@
+#include "memory/list_request.h"
+
+#include "memory/key_text.h"
+#include "memory/memory_arguments.h"
+#include "wire/request.h"
+
+#include <zo/error.h>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+std::vector<std::string> keysOf(const ZoValue& request)
+{
+    std::vector<std::string> keys;
+    const int count = requestedCount(request);
+    keys.reserve(count);
+    for (int i = 0; i < count; ++i)
+        keys.push_back(requestedKey(request, i));
+    return keys;
+}
+
+} // namespace
+
+ListRequest::ListRequest(const ZoValue& request,
+                         std::shared_ptr<const ForbiddenKeys::Set> forbidden)
+    : fKeys(std::make_shared<const std::vector<std::string>>(keysOf(request))),
+      fForbidden(std::move(forbidden)),
+      fKeysPerReply(fChunk)
+{
+    fAsked.reserve(fKeys->size());
+    for (int i = 0; i < count(); ++i) {
+        // One absurd key in a list must not cost the values of the others.
+        if (canBeKey(key(i)) && fForbidden->count(key(i)) == 0)
+            fAsked.push_back(i);
+    }
+    encode();
+}
+
+ListRequest::ListRequest(const ListRequest& request, const std::vector<int>& replies)
+    : fKeys(request.fKeys), fForbidden(request.fForbidden), fKeysPerReply(1)
+{
+    for (const int reply : replies) {
+        for (int i = 0; i < request.sizeOfReply(reply); ++i)
+            fAsked.push_back(request.position(reply, i));
+    }
+    encode();
+}
+
+bool ListRequest::isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const
+{
+    if (forbidden != fForbidden.get() || requestedCount(request) != count())
+        return false;
+    for (int i = 0; i < count(); ++i) {
+        if (requestedKey(request, i) != key(i))
+            return false;
+    }
+    return true;
+}
+
+int ListRequest::replies() const
+{
+    const int asked = static_cast<int>(fAsked.size());
+    return (asked + fKeysPerReply - 1) / fKeysPerReply;
+}
+
+int ListRequest::sizeOfReply(int reply) const
+{
+    const int before = reply * fKeysPerReply;
+    return std::min(fKeysPerReply, static_cast<int>(fAsked.size()) - before);
+}
+
+void ListRequest::encode()
+{
+    auto bytes = std::make_shared<std::string>();
+    std::vector<std::string_view> words;
+    for (int reply = 0; reply < replies(); ++reply) {
+        words.assign(1, "MGET");
+        for (int i = 0; i < sizeOfReply(reply); ++i)
+            words.push_back(key(position(reply, i)));
+        appendCommand(words, *bytes);
+    }
+    fBytes = std::move(bytes);
+}

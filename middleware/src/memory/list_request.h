@@ -1,0 +1,47 @@
+#pragma once
+
+#include "memory/forbidden_keys.h"
+
+#include <zo/value.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A request for the values of a list of keys, encoded. Never changes, so that a poll of the same
+/// keys sends the same bytes again.
+class ListRequest
+{
+public:
+    /// How many keys one command asks for: more would hold up the robot's other clients.
+    static constexpr int fChunk = 1000;
+
+    /// What `request`, the argument of getListData, asks for, without the keys in `forbidden` and
+    /// those that cannot be keys: their values stay invalid.
+    /// Throws ZoError when it is malformed.
+    ListRequest(const ZoValue& request, std::shared_ptr<const ForbiddenKeys::Set> forbidden);
+
+    /// The keys that the replies numbered `replies` of `request` stand for, each asked by itself.
+    ListRequest(const ListRequest& request, const std::vector<int>& replies);
+
+    /// Whether this is the encoding of `request` as long as `forbidden` holds.
+    bool isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const;
+
+    const std::shared_ptr<const std::string>& bytes() const { return fBytes; }
+    int replies() const;
+    int sizeOfReply(int reply) const;
+    /// Index in the whole request of element `index` of reply number `reply`.
+    int position(int reply, int index) const { return fAsked[reply * fKeysPerReply + index]; }
+    /// The key at `position` of the whole request.
+    const std::string& key(int position) const { return (*fKeys)[position]; }
+    int count() const { return static_cast<int>(fKeys->size()); }
+
+private:
+    void encode();
+
+    std::shared_ptr<const std::vector<std::string>> fKeys;
+    std::shared_ptr<const ForbiddenKeys::Set> fForbidden;
+    std::vector<int> fAsked;
+    int fKeysPerReply;
+    std::shared_ptr<const std::string> fBytes;
+};

@@ -1,0 +1,51 @@
+#include "memory/values_sink.h"
+
+#include "value/json.h"
+#include "memory/key_text.h"
+
+#include <utility>
+
+ValuesSink::ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elements values)
+    : fRequest(std::move(request)), fValues(std::move(values))
+{
+}
+
+bool ValuesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
+{
+    if (place.depth == 0)
+        return takeReply(place.reply, piece);
+    ZoValue& value = fValues[fRequest->position(place.reply, place.index)];
+    switch (piece.kind) {
+    case ReplyKind::Text:
+        value = decodeJson(piece.text, fElements);
+        return true;
+    case ReplyKind::Nil:
+    case ReplyKind::TooLarge:
+        value = ZoValue();
+        return true;
+    default:
+        return refuse(misplaced("MGET", piece.kind));
+    }
+}
+
+bool ValuesSink::takeReply(int reply, const ReplyPiece& piece)
+{
+    if (piece.kind == ReplyKind::Error) {
+        fRefusals.push_back({reply, std::string(piece.text)});
+        return true;
+    }
+    if (piece.kind != ReplyKind::Array)
+        return refuse(misplaced("MGET", piece.kind));
+    const int asked = fRequest->sizeOfReply(reply);
+    if (piece.number == asked)
+        return true;
+    return refuse("malformed reply to MGET: " + std::to_string(piece.number) + " values for " +
+                  std::to_string(asked) + " keys");
+}
+
+std::string ValuesSink::nameOf(const ReplyPlace& place) const
+{
+    if (place.depth != 1)
+        return "the reply to MGET";
+    return "the value of " + quotedKey(fRequest->key(fRequest->position(place.reply, place.index)));
+}

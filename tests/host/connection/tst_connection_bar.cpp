@@ -1,0 +1,178 @@
+#include "connection/connection_bar.h"
+#include "support/guarded_test.h"
+
+#include <QLabel>
+#include <QStyle>
+#include <QtTest>
+
+/// What a window's status bar says about the connection.
+class TestConnectionBar : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void saysSinceWhen();
+    void saysTheDateOfATimeOfAnotherDay();
+    void itsIconShowsTheState();
+    void saysWhyTheRobotIsLost();
+    void saysWhatToDoWhenTheRobotIsBack();
+    void aNoteHidesTheSentenceButNeverTheState();
+    void aNoteEndsByItself();
+    void aRefreshedBarKeepsItsNote();
+    void theTimeIsShownAnewNowAndThen();
+    void aChangeOfStateEndsANote();
+    void textsOfARobotAreShownAsTheyAre();
+    void aLongReasonDoesNotWidenTheWindow();
+};
+
+namespace {
+
+constexpr int aDay = 24 * 60 * 60 * 1000; ///< ms
+const QDateTime noon(QDate(2026, 11, 20), QTime(12, 0, 0));
+
+ConnectionState up()
+{
+    return {true, false, noon, {}};
+}
+
+ConnectionState down(const QString& cause)
+{
+    return {false, true, noon, cause};
+}
+
+QLabel* stateLabel(const ConnectionBar& bar)
+{
+    return bar.findChild<QLabel*>("connectionState");
+}
+
+QLabel* detailLabel(const ConnectionBar& bar)
+{
+    return bar.findChild<QLabel*>("connectionDetail");
+}
+
+} // namespace
+
+void TestConnectionBar::saysSinceWhen()
+{
+    QCOMPARE(connection_text::brief(up(), noon.addSecs(60)), QString("Connected since 12:00:00"));
+    QCOMPARE(connection_text::brief(down("x"), noon.addSecs(60)),
+             QString("Connection lost since 12:00:00"));
+    QCOMPARE(connection_text::detail(up(), "robot:1"), QString("robot:1"));
+}
+
+void TestConnectionBar::saysTheDateOfATimeOfAnotherDay()
+{
+    QCOMPARE(connection_text::brief(up(), noon.addDays(1)),
+             QString("Connected since 2026-11-20 12:00:00"));
+}
+
+void TestConnectionBar::itsIconShowsTheState()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    const auto shows = [&bar](QStyle::StandardPixmap icon) {
+        const QStyle* style = bar.style();
+        const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
+        const QImage wanted = style->standardIcon(icon).pixmap(size, size).toImage();
+        for (const QLabel* label : bar.findChildren<QLabel*>())
+            if (label->pixmap(Qt::ReturnByValue).toImage() == wanted)
+                return !wanted.isNull();
+        return false;
+    };
+    bar.showState(up());
+    QVERIFY(shows(QStyle::SP_DialogApplyButton));
+    QVERIFY(!shows(QStyle::SP_MessageBoxWarning));
+    bar.showState(down("It fell over."));
+    QVERIFY(shows(QStyle::SP_MessageBoxWarning));
+    QVERIFY(!shows(QStyle::SP_DialogApplyButton));
+}
+
+void TestConnectionBar::saysWhyTheRobotIsLost()
+{
+    const QString text = connection_text::detail(down("robot:1 fell over"), "robot:1");
+    QVERIFY(text.contains("robot:1 fell over"));
+    QVERIFY(text.contains("Trying again"));
+}
+
+void TestConnectionBar::saysWhatToDoWhenTheRobotIsBack()
+{
+    const QString text = connection_text::detail({true, true, noon, {}}, "robot:1");
+    QVERIFY(text.contains("robot:1 is back"));
+    QVERIFY(text.contains("subscription mode"));
+}
+
+void TestConnectionBar::aNoteHidesTheSentenceButNeverTheState()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.showState(up());
+    const QString state = stateLabel(bar)->text();
+    QVERIFY(state.startsWith("Connected since"));
+    bar.note("a word");
+    QCOMPARE(detailLabel(bar)->text(), QString("a word"));
+    QCOMPARE(stateLabel(bar)->text(), state);
+}
+
+void TestConnectionBar::aNoteEndsByItself()
+{
+    ConnectionBar bar("robot:1", {50, aDay}, nullptr);
+    bar.showState(up());
+    bar.note("a word");
+    QCOMPARE(detailLabel(bar)->text(), QString("a word"));
+    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+    bar.note("another");
+    QCOMPARE(detailLabel(bar)->text(), QString("another"));
+    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+}
+
+void TestConnectionBar::aRefreshedBarKeepsItsNote()
+{
+    ConnectionBar bar("robot:1", {aDay, 10}, nullptr);
+    bar.showState(up());
+    bar.note("a word");
+    for (int refresh = 0; refresh < 3; ++refresh) {
+        stateLabel(bar)->clear();
+        QTRY_VERIFY(!stateLabel(bar)->text().isEmpty());
+    }
+    QCOMPARE(detailLabel(bar)->text(), QString("a word"));
+}
+
+void TestConnectionBar::theTimeIsShownAnewNowAndThen()
+{
+    ConnectionBar bar("robot:1", {aDay, 10}, nullptr);
+    bar.showState(down("It fell over."));
+    const QString state = stateLabel(bar)->text();
+    stateLabel(bar)->setText("as it was yesterday");
+    detailLabel(bar)->clear();
+    QTRY_COMPARE(stateLabel(bar)->text(), state);
+    QVERIFY(detailLabel(bar)->text().contains("It fell over."));
+}
+
+void TestConnectionBar::aChangeOfStateEndsANote()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.showState(up());
+    bar.note("a word");
+    bar.showState(down("It fell over."));
+    QVERIFY(detailLabel(bar)->text().contains("It fell over."));
+    QVERIFY(stateLabel(bar)->text().startsWith("Connection lost since"));
+}
+
+void TestConnectionBar::textsOfARobotAreShownAsTheyAre()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.showState(down("<b>bold</b>"));
+    QCOMPARE(detailLabel(bar)->textFormat(), Qt::PlainText);
+    QVERIFY(detailLabel(bar)->text().contains("<b>bold</b>"));
+    QVERIFY(detailLabel(bar)->toolTip().contains("&lt;b&gt;"));
+}
+
+void TestConnectionBar::aLongReasonDoesNotWidenTheWindow()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.showState(down("short"));
+    const int width = bar.minimumSizeHint().width();
+    bar.showState(down(QString(5000, 'x')));
+    QCOMPARE(bar.minimumSizeHint().width(), width);
+}
+
+QTEST_MAIN(TestConnectionBar)
+#include "tst_connection_bar.moc"

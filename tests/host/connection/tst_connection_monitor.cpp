@@ -1,0 +1,175 @@
+#include "connection/connection_monitor.h"
+#include "support/guarded_test.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+constexpr int deadline = 20000; ///< ms
+
+/// A link whose state the test decides.
+struct FakeLink
+{
+    ZoLinkStatus status{true, std::chrono::system_clock::now(), {}};
+    int asked = 0;
+
+    void goDown(const std::string& cause)
+    {
+        status = {false, std::chrono::system_clock::now(), cause};
+    }
+    void comeUp() { status = {true, std::chrono::system_clock::now(), {}}; }
+    ConnectionMonitor::Link link()
+    {
+        return [this] {
+            ++asked;
+            return status;
+        };
+    }
+};
+
+} // namespace
+
+/// When the host says that a robot is lost and that it is back.
+class TestConnectionMonitor : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void isConnectedAsSoonAsItWatchesALinkThatIsUp();
+    void tellsALossOnceWithItsCause();
+    void keepsTheTimeOfTheLossWhenTheCauseChanges();
+    void tellsTheReturnOnceAndTheNextLossAgain();
+    void aShortInterruptionIsNoLoss();
+    void isLostAsLongAsAnyLinkIsDown();
+    void forgetsALink();
+};
+
+void TestConnectionMonitor::isConnectedAsSoonAsItWatchesALinkThatIsUp()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    QVERIFY(!monitor.state().connected);
+    const QSignalSpy back(&monitor, &ConnectionMonitor::back);
+    monitor.watch(robot.link());
+    QVERIFY(monitor.state().connected);
+    QVERIFY(!monitor.state().wasLost);
+    QVERIFY(qAbs(monitor.state().since.msecsTo(QDateTime::currentDateTime())) < 5000);
+    QCOMPARE(back.size(), 0);
+}
+
+void TestConnectionMonitor::tellsALossOnceWithItsCause()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
+    const int askedBefore = robot.asked;
+    robot.goDown("it fell over");
+    QVERIFY(lost.wait(deadline));
+    // Soon, but not at the first answer: the first one begins the grace.
+    const int mostPolls = ConnectionMonitor::fGrace / ConnectionMonitor::fPollInterval + 2;
+    QVERIFY(robot.asked >= askedBefore + 2);
+    QVERIFY(robot.asked <= askedBefore + mostPolls);
+    QVERIFY(!monitor.state().connected);
+    QCOMPARE(monitor.state().cause, QString("it fell over"));
+    const int askedThen = robot.asked;
+    QTRY_VERIFY(robot.asked > askedThen + 5);
+    QCOMPARE(lost.size(), 1);
+}
+
+void TestConnectionMonitor::keepsTheTimeOfTheLossWhenTheCauseChanges()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    robot.goDown("no answer");
+    QTRY_VERIFY(!monitor.state().connected);
+    const QDateTime since = monitor.state().since;
+    QSignalSpy changed(&monitor, &ConnectionMonitor::changed);
+    robot.goDown("refused");
+    QVERIFY(changed.wait(deadline));
+    QCOMPARE(monitor.state().cause, QString("refused"));
+    QCOMPARE(monitor.state().since, since);
+}
+
+void TestConnectionMonitor::tellsTheReturnOnceAndTheNextLossAgain()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
+    QSignalSpy back(&monitor, &ConnectionMonitor::back);
+    robot.goDown("once");
+    QVERIFY(lost.wait(deadline));
+    robot.comeUp();
+    QVERIFY(back.wait(deadline));
+    QVERIFY(monitor.state().connected);
+    QVERIFY(monitor.state().wasLost);
+    QVERIFY(monitor.state().cause.isEmpty());
+    robot.goDown("twice");
+    QVERIFY(lost.wait(deadline));
+    QCOMPARE(lost.size(), 2);
+    QCOMPARE(back.size(), 1);
+}
+
+void TestConnectionMonitor::aShortInterruptionIsNoLoss()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    const QSignalSpy changed(&monitor, &ConnectionMonitor::changed);
+    for (int i = 0; i < 5; ++i) {
+        robot.goDown("a hiccup");
+        int asked = robot.asked;
+        QTRY_VERIFY(robot.asked > asked);
+        robot.comeUp();
+        asked = robot.asked;
+        QTRY_VERIFY(robot.asked > asked);
+    }
+    QCOMPARE(changed.size(), 0);
+    QVERIFY(monitor.state().connected);
+}
+
+void TestConnectionMonitor::isLostAsLongAsAnyLinkIsDown()
+{
+    FakeLink first;
+    FakeLink second;
+    ConnectionMonitor monitor;
+    monitor.watch(first.link());
+    monitor.watch(second.link());
+    QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
+    QSignalSpy back(&monitor, &ConnectionMonitor::back);
+    second.goDown("second");
+    QVERIFY(lost.wait(deadline));
+    QCOMPARE(monitor.state().cause, QString("second"));
+    first.goDown("first");
+    QTRY_COMPARE(monitor.state().cause, QString("first"));
+    second.comeUp();
+    const int asked = second.asked;
+    QTRY_VERIFY(first.asked > asked + 2);
+    QCOMPARE(back.size(), 0);
+    first.comeUp();
+    QVERIFY(back.wait(deadline));
+    QCOMPARE(lost.size(), 1);
+}
+
+void TestConnectionMonitor::forgetsALink()
+{
+    FakeLink stays;
+    FakeLink goes;
+    ConnectionMonitor monitor;
+    monitor.watch(stays.link());
+    const int number = monitor.watch(goes.link());
+    goes.goDown("gone");
+    QTRY_VERIFY(!monitor.state().connected);
+    monitor.stopWatching(number);
+    QTRY_VERIFY(monitor.state().connected);
+    const int asked = goes.asked;
+    const int askedOther = stays.asked;
+    QTRY_VERIFY(stays.asked > askedOther + 1);
+    QCOMPARE(goes.asked, asked);
+}
+
+QTEST_GUILESS_MAIN(TestConnectionMonitor)
+#include "tst_connection_monitor.moc"

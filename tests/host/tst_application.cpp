@@ -1,0 +1,280 @@
+#include "application.h"
+#include "dialogs/error_reporter.h"
+#include "support/guarded_test.h"
+#include "support/modal_driver.h"
+
+#include <zo/error.h>
+
+#include <QAction>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QtTest>
+
+#include <clocale>
+#include <cstdlib>
+
+/// What keeps the program alive and its numbers right.
+class TestApplication : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void readsNumbersRightInALocaleWithADecimalComma();
+    void anExceptionOutOfASlotEndsInABox_data();
+    void anExceptionOutOfASlotEndsInABox();
+    void showsTheTextAsItIs();
+    void goesOnWhileTheBoxIsOpen();
+    void aTaskThatFailsEachTickGetsOneBox();
+    void anErrorOfATaskGetsABoxAgainAfterItWasAbsent();
+    void anotherErrorOfATaskGetsABoxAtOnce();
+    void aUserWhoFailsTwiceGetsTwoBoxes_data();
+    void aUserWhoFailsTwiceGetsTwoBoxes();
+    void staysWhenItsLastWindowCloses();
+    void oneBoxAtATime();
+    void aBoxOverAModalDialogCanBeClosed();
+    void survivesAnExceptionOfADeletedReceiver();
+
+private:
+    static Application& application() { return *static_cast<Application*>(qApp); }
+    static QList<QMessageBox*> boxes();
+};
+
+QList<QMessageBox*> TestApplication::boxes()
+{
+    QList<QMessageBox*> found;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(widget);
+        if (box && box->isVisible())
+            found += box;
+    }
+    return found;
+}
+
+namespace {
+
+void clickOk(QMessageBox* box)
+{
+    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// A shown button that throws when it is clicked, and on its key F5.
+struct BadButton
+{
+    explicit BadButton(const std::function<void()>& act)
+    {
+        QObject::connect(&button, &QPushButton::clicked, act);
+        QObject::connect(&action, &QAction::triggered, act);
+        action.setShortcut(Qt::Key_F5);
+        button.addAction(&action);
+        button.show();
+    }
+    void click() { QTest::mouseClick(&button, Qt::LeftButton); }
+
+    QPushButton button;
+    QAction action;
+};
+
+} // namespace
+
+void TestApplication::cleanup()
+{
+    for (QMessageBox* box : boxes())
+        clickOk(box);
+    GuardedTest::cleanup();
+}
+
+void TestApplication::readsNumbersRightInALocaleWithADecimalComma()
+{
+    QCOMPARE(QByteArray(std::setlocale(LC_MESSAGES, nullptr)), QByteArray("de_DE.UTF-8"));
+    QCOMPARE(std::strtod("0.5", nullptr), 0.5);
+}
+
+void TestApplication::anExceptionOutOfASlotEndsInABox_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("of the robot") << 0 << "the robot said no";
+    QTest::newRow("of a file") << 1 << "the file said no";
+    QTest::newRow("of no known kind") << 2 << "does not describe itself";
+}
+
+void TestApplication::anExceptionOutOfASlotEndsInABox()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, text);
+    BadButton bad([kind] {
+        if (kind == 0)
+            throw ZoError("the robot said no");
+        if (kind == 1)
+            throw std::runtime_error("the file said no");
+        throw kind;
+    });
+    bad.click();
+    QCOMPARE(boxes().size(), 1);
+    QVERIFY(boxes()[0]->text().contains(text));
+    clickOk(boxes()[0]);
+    QVERIFY(boxes().isEmpty());
+}
+
+void TestApplication::showsTheTextAsItIs()
+{
+    BadButton bad([] { throw std::runtime_error("<b>gr\xc3\xbc\xc3\x9f</b>"); });
+    bad.click();
+    QCOMPARE(boxes()[0]->text(), QString::fromUtf8("<b>gr\u00fc\u00df</b>"));
+    QCOMPARE(boxes()[0]->textFormat(), Qt::PlainText);
+}
+
+void TestApplication::goesOnWhileTheBoxIsOpen()
+{
+    BadButton bad([] { throw std::runtime_error("no"); });
+    bad.click();
+    QCOMPARE(boxes().size(), 1);
+    QTimer ticker;
+    QSignalSpy ticks(&ticker, &QTimer::timeout);
+    ticker.start(1);
+    QVERIFY(ticks.wait(2000));
+}
+
+void TestApplication::aTaskThatFailsEachTickGetsOneBox()
+{
+    QTimer ticker;
+    connect(&ticker, &QTimer::timeout, [] { throw std::runtime_error("no value today"); });
+    QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
+    ticker.start(1);
+    QTRY_VERIFY(noted.size() > 5);
+    QCOMPARE(boxes().size(), 1);
+    clickOk(boxes()[0]);
+    const int before = noted.size();
+    QTRY_VERIFY(noted.size() > before + 5);
+    QVERIFY(boxes().isEmpty());
+    QCOMPARE(noted.last().at(0).toString(), QString("no value today"));
+}
+
+void TestApplication::anErrorOfATaskGetsABoxAgainAfterItWasAbsent()
+{
+    qint64 now = 1000000;
+    ErrorReporter errors([&now] { return now; });
+    const QSignalSpy noted(&errors, &ErrorReporter::noted);
+    const auto failAndLook = [&errors] {
+        errors.report(nullptr, "no value today", ErrorReporter::Origin::RunningWork);
+        const bool hasBox = !boxes().isEmpty();
+        for (QMessageBox* box : boxes())
+            clickOk(box);
+        return hasBox;
+    };
+    QVERIFY(failAndLook());
+    for (int repeated = 1; repeated <= 3; ++repeated) {
+        now += ErrorReporter::fQuietTime; // each one begins the quiet time anew
+        QVERIFY(!failAndLook());
+        QCOMPARE(noted.size(), repeated);
+    }
+    now += ErrorReporter::fQuietTime + 1;
+    QVERIFY(failAndLook());
+    QCOMPARE(noted.size(), 3);
+    QVERIFY(!failAndLook());
+}
+
+void TestApplication::anotherErrorOfATaskGetsABoxAtOnce()
+{
+    ErrorReporter errors([] { return 0; });
+    for (const char* text : {"no value", "no robot", "no value"}) {
+        errors.report(nullptr, text, ErrorReporter::Origin::RunningWork);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes()[0]->text(), QString(text));
+        clickOk(boxes()[0]);
+    }
+}
+
+void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("mouse") << Qt::Key_unknown;
+    QTest::newRow("key pressed") << Qt::Key_Return;
+    QTest::newRow("key released") << Qt::Key_Space;
+    QTest::newRow("shortcut") << Qt::Key_F5;
+}
+
+void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes()
+{
+    QFETCH(Qt::Key, key);
+    BadButton bad([] { throw std::runtime_error("not this one"); });
+    bad.button.setAutoDefault(true);
+    for (int time = 0; time < 2; ++time) {
+        bad.button.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&bad.button));
+        if (key == Qt::Key_unknown)
+            bad.click();
+        else
+            QTest::keyClick(&bad.button, key);
+        QCOMPARE(boxes().size(), 1);
+        clickOk(boxes()[0]);
+    }
+}
+
+void TestApplication::staysWhenItsLastWindowCloses()
+{
+    QSignalSpy quits(&application(), &QGuiApplication::lastWindowClosed);
+    const QSignalSpy ends(&application(), &QCoreApplication::aboutToQuit);
+    QTimer::singleShot(0, [] {
+        QWidget window;
+        window.show();
+        window.close();
+        // Too late for a loop that the closed window has ended.
+        QTimer::singleShot(20, qApp, [] { QCoreApplication::exit(7); });
+    });
+    QCOMPARE(Application::exec(), 7);
+    QCOMPARE(quits.size(), 1);
+    QCOMPARE(ends.size(), 1);
+}
+
+void TestApplication::oneBoxAtATime()
+{
+    application().errors().report(nullptr, "first");
+    QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
+    application().errors().report(nullptr, "second\nline");
+    QCOMPARE(boxes().size(), 1);
+    QCOMPARE(boxes()[0]->text(), QString("first"));
+    QCOMPARE(noted.size(), 1);
+    QCOMPARE(noted.at(0).at(0).toString(), QString("second line"));
+}
+
+void TestApplication::aBoxOverAModalDialogCanBeClosed()
+{
+    QDialog dialog;
+    auto* button = new QPushButton(&dialog);
+    connect(button, &QPushButton::clicked, [] { throw std::runtime_error("no"); });
+    ModalDriver user;
+    user.then<QDialog>([&dialog, button](QDialog&) {
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes()[0]->parentWidget(), &dialog);
+        clickOk(boxes()[0]);
+        dialog.accept();
+    });
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QVERIFY(boxes().isEmpty());
+}
+
+void TestApplication::survivesAnExceptionOfADeletedReceiver()
+{
+    auto* object = new QTimer;
+    QTimer::singleShot(0, object, [object] {
+        delete object;
+        throw std::runtime_error("gone with a bang");
+    });
+    QTRY_COMPARE(boxes().size(), 1);
+    QCOMPARE(boxes()[0]->text(), QString("gone with a bang"));
+}
+
+int main(int argc, char** argv)
+{
+    Application::prepare();
+    Application application(argc, argv);
+    TestApplication test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_application.moc"

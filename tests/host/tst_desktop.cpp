@@ -1,0 +1,356 @@
+#include "desktop.h"
+#include "dialogs/error_reporter.h"
+#include "plugins/resource_paths.h"
+#include "support/guarded_test.h"
+#include "support/host.h"
+#include "support/modal_driver.h"
+#include "support/redis_server.h"
+
+#include <tarvek/tarvek_widget.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QtTest>
+
+/// From the command line to windows and back to nothing, with a real server as the robot.
+class TestDesktop : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void asksForTheRobotWhenTheCommandLineNamesNone();
+    void connectsToTheRobotOfTheCommandLine();
+    void opensThePanelOfTheCommandLine();
+    void namesThePanelsThatAreThereWhenTheWantedOneIsNot();
+    void looksForPluginsInTheOrderOfTheCommandLine();
+    void handsPanelsTheImagesOfTheProgram();
+    void showsThatItIsBusyOnlyWhileItIs();
+    void aFailedConnectionIsAnErrorAndKeepsWhatWasTyped();
+    void aFailedConnectionOfTheCommandLineAsksAgain();
+    void aWrongPasswordIsToldWithoutThePassword();
+    void connectsEncryptedWithAFileOfAuthorities();
+    void refusesARobotThatNoAuthorityVouchesFor();
+    void remembersTheRobotForTheNextTime();
+    void aWindowEachForTwoRobots();
+    void cancellingTheOnlyDialogEndsTheProgram();
+    void closingTheLastWindowEndsTheProgram();
+    void quitEndsEverything();
+    void closingTheWindowUnderAStartUpDialogEndsTheProgram();
+    void aWindowIsDeletedOnlyWhenItsDialogsAreDone();
+
+private:
+    void start();
+    CommandLine robotLine(const RedisServer& robot) const;
+    void typeRobot(int port);
+    MainWindow* window() const;
+
+    QScopedPointer<RedisServer> fRobot;
+    QScopedPointer<ErrorReporter> fErrors;
+    QScopedPointer<Desktop> fDesktop;
+    QScopedPointer<QSignalSpy> fFinished;
+    CommandLine fLine;
+};
+
+void TestDesktop::init()
+{
+    QSettings().clear();
+    fRobot.reset(new RedisServer);
+    fErrors.reset(new ErrorReporter);
+    fLine = CommandLine();
+    fLine.pluginDirs = QStringList(TEST_PLUGIN_DIR);
+}
+
+void TestDesktop::cleanup()
+{
+    fFinished.reset();
+    fDesktop.reset();
+    fErrors.reset();
+    fRobot.reset();
+    GuardedTest::cleanup();
+}
+
+void TestDesktop::start()
+{
+    fDesktop.reset(new Desktop(fLine, *fErrors));
+    fFinished.reset(new QSignalSpy(fDesktop.data(), &Desktop::finished));
+    fDesktop->start();
+}
+
+CommandLine TestDesktop::robotLine(const RedisServer& robot) const
+{
+    CommandLine line = fLine;
+    line.settings.address.port = robot.port();
+    line.connectAtOnce = true;
+    return line;
+}
+
+MainWindow* TestDesktop::window() const
+{
+    return fDesktop->windows().isEmpty() ? nullptr : fDesktop->windows().last();
+}
+
+/// Fills the connect dialog in and presses Enter.
+void TestDesktop::typeRobot(int port)
+{
+    ConnectDialog* dialog = fDesktop->connectDialog();
+    QVERIFY(dialog && dialog->isVisible());
+    auto* host = dialog->findChild<QComboBox*>("host");
+    host->lineEdit()->selectAll();
+    QTest::keyClicks(host->lineEdit(), "127.0.0.1");
+    auto* box = dialog->findChild<QSpinBox*>("port");
+    box->selectAll();
+    QTest::keyClicks(box, QString::number(port));
+    QTest::keyClick(dialog->findChild<QLineEdit*>("user"), Qt::Key_Return);
+}
+
+void TestDesktop::asksForTheRobotWhenTheCommandLineNamesNone()
+{
+    start();
+    QVERIFY(fDesktop->windows().isEmpty());
+    typeRobot(fRobot->port());
+    QVERIFY(window() && window()->isVisible());
+    QTRY_VERIFY(!fDesktop->connectDialog());
+    QVERIFY(window()->monitor().state().connected);
+    QCOMPARE(fFinished->size(), 0);
+}
+
+void TestDesktop::connectsToTheRobotOfTheCommandLine()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    QVERIFY(window() && window()->isVisible());
+    QVERIFY(!fDesktop->connectDialog());
+}
+
+void TestDesktop::opensThePanelOfTheCommandLine()
+{
+    fLine = robotLine(*fRobot);
+    fLine.panel = "probe";
+    start();
+    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+}
+
+void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
+{
+    fLine = robotLine(*fRobot);
+    fLine.panel = "Prob";
+    start();
+    QTRY_VERIFY(shownBox());
+    QVERIFY(shownBox()->text().contains("\"Prob\""));
+    QVERIFY(shownBox()->text().contains("Probe"));
+}
+
+void TestDesktop::looksForPluginsInTheOrderOfTheCommandLine()
+{
+    fLine.pluginFiles = QStringList(TEST_PLUGIN_DIR "/throws.so");
+    start();
+    QStringList names;
+    for (const auto& plugin : fDesktop->plugins().plugins())
+        names += plugin->name;
+    QCOMPARE(names.mid(0, 3), (QStringList{"throws", "nothing", "Probe"}));
+    QCOMPARE(fDesktop->plugins().folders(), (QStringList{TEST_PLUGIN_DIR, ownPluginDir()}));
+}
+
+void TestDesktop::handsPanelsTheImagesOfTheProgram()
+{
+    for (const QString& folder : {QString(), QString("/some/where")}) {
+        fLine = robotLine(*fRobot);
+        fLine.panel = "Probe";
+        fLine.imageDir = folder;
+        start();
+        QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+        QCOMPARE(window()->findChild<TarvekWidget*>("probe")->property("imageDir").toString(),
+                 (folder.isEmpty() ? ownImageDir() : folder) + '/');
+    }
+}
+
+void TestDesktop::showsThatItIsBusyOnlyWhileItIs()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    QVERIFY(window());
+    QVERIFY(!QApplication::overrideCursor());
+    fRobot->kill();
+    start();
+    QVERIFY(shownBox());
+    QVERIFY(!QApplication::overrideCursor());
+}
+
+void TestDesktop::aFailedConnectionIsAnErrorAndKeepsWhatWasTyped()
+{
+    fRobot->kill();
+    start();
+    typeRobot(fRobot->port());
+    QVERIFY(shownBox());
+    QVERIFY2(shownBox()->text().contains(QString("127.0.0.1:%1").arg(fRobot->port())),
+             qPrintable(shownBox()->text()));
+    clickOk(shownBox());
+    QVERIFY(fDesktop->windows().isEmpty());
+    QVERIFY(fDesktop->connectDialog()->isVisible());
+    QCOMPARE(fDesktop->connectDialog()->findChild<QSpinBox*>("port")->value(), fRobot->port());
+    fRobot->restart();
+    typeRobot(fRobot->port());
+    QVERIFY(window());
+}
+
+void TestDesktop::aFailedConnectionOfTheCommandLineAsksAgain()
+{
+    fLine = robotLine(*fRobot);
+    fRobot->kill();
+    start();
+    QVERIFY(shownBox());
+    clickOk(shownBox());
+    QVERIFY(fDesktop->connectDialog()->isVisible());
+    QCOMPARE(fDesktop->connectDialog()->findChild<QSpinBox*>("port")->value(), fRobot->port());
+    QCOMPARE(fFinished->size(), 0);
+}
+
+void TestDesktop::aWrongPasswordIsToldWithoutThePassword()
+{
+    fLine = robotLine(*fRobot);
+    fLine.settings.user = "me";
+    fLine.settings.password = "open-sesame";
+    start();
+    QVERIFY(shownBox());
+    QVERIFY2(shownBox()->text().contains("password"), qPrintable(shownBox()->text()));
+    QVERIFY(!shownBox()->text().contains("open-sesame"));
+}
+
+void TestDesktop::connectsEncryptedWithAFileOfAuthorities()
+{
+    RedisServer::Options options;
+    options.tls = true;
+    const RedisServer robot(options);
+    fLine = robotLine(robot);
+    fLine.settings.tls = true;
+    fLine.settings.caFile = QString::fromStdString(robot.caFile());
+    fLine.panel = "Probe";
+    start();
+    QVERIFY(window());
+    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+}
+
+void TestDesktop::refusesARobotThatNoAuthorityVouchesFor()
+{
+    RedisServer::Options options;
+    options.tls = true;
+    const RedisServer robot(options);
+    fLine = robotLine(robot);
+    fLine.settings.tls = true;
+    start();
+    QVERIFY(!window());
+    QVERIFY(shownBox());
+    QVERIFY2(shownBox()->text().contains("certificate"), qPrintable(shownBox()->text()));
+}
+
+void TestDesktop::remembersTheRobotForTheNextTime()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    fDesktop->showConnectDialog();
+    auto* host = fDesktop->connectDialog()->findChild<QComboBox*>("host");
+    QCOMPARE(host->count(), 1);
+    QCOMPARE(host->itemText(0), QString("127.0.0.1:%1").arg(fRobot->port()));
+}
+
+void TestDesktop::aWindowEachForTwoRobots()
+{
+    RedisServer other;
+    fLine = robotLine(*fRobot);
+    fLine.panel = "Probe";
+    start();
+    MainWindow* first = window();
+    fDesktop->showConnectDialog();
+    typeRobot(other.port());
+    MainWindow* second = window();
+    QVERIFY(first != second);
+    QTRY_VERIFY(first->findChild<TarvekWidget*>("probe"));
+    QTRY_VERIFY(second->findChild<TarvekWidget*>("probe"));
+    other.kill();
+    QTRY_VERIFY(!second->monitor().state().connected);
+    QTRY_COMPARE(second->findChild<TarvekWidget*>("probe")->property("disconnections"),
+                 QVariant(1));
+    QVERIFY(first->monitor().state().connected);
+    QCOMPARE(first->findChild<TarvekWidget*>("probe")->property("disconnections"), QVariant(0));
+    const QPointer<MainWindow> closed = second;
+    second->close();
+    QTRY_VERIFY(!closed);
+    QCOMPARE(fDesktop->windows(), QList<MainWindow*>{first});
+    QCOMPARE(fFinished->size(), 0);
+}
+
+void TestDesktop::cancellingTheOnlyDialogEndsTheProgram()
+{
+    start();
+    QTest::keyClick(fDesktop->connectDialog(), Qt::Key_Escape);
+    QTRY_COMPARE(fFinished->size(), 1);
+}
+
+void TestDesktop::closingTheLastWindowEndsTheProgram()
+{
+    fLine = robotLine(*fRobot);
+    fLine.panel = "Probe";
+    start();
+    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    const QPointer<MainWindow> closed = window();
+    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier);
+    QTRY_VERIFY(!fFinished->isEmpty());
+    QVERIFY(!closed);
+}
+
+void TestDesktop::quitEndsEverything()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    fDesktop->showConnectDialog();
+    window()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QTest::keyClick(window(), Qt::Key_Q, Qt::ControlModifier);
+    QTRY_VERIFY(!fFinished->isEmpty());
+    QVERIFY(fDesktop->windows().isEmpty());
+    QVERIFY(!fDesktop->connectDialog());
+}
+
+void TestDesktop::closingTheWindowUnderAStartUpDialogEndsTheProgram()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    window()->setProperty("askFirst", true);
+    const QPointer<MainWindow> closed = window();
+    whenShown("innerProbeDialog", [closed](QDialog&) { closed->close(); });
+    closed->openPanel(fDesktop->plugins().find("Probe"));
+    QTRY_VERIFY(!fFinished->isEmpty());
+    QVERIFY(!closed);
+}
+
+void TestDesktop::aWindowIsDeletedOnlyWhenItsDialogsAreDone()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    const QPointer<MainWindow> closed = window();
+    const ModalDriver rescue; // which is a failure
+    // A dialog on the stack of a nested loop inside a nested loop, as panels run them.
+    QTimer::singleShot(0, closed, [closed] {
+        QDialog outer(closed);
+        QTimer::singleShot(0, &outer, [&outer, closed] {
+            QDialog inner(&outer);
+            QTimer::singleShot(0, &inner, [closed] { closed->close(); });
+            inner.exec();
+        });
+        outer.exec();
+    });
+    QSignalSpy finished(fDesktop.data(), &Desktop::finished);
+    QVERIFY(finished.wait());
+    QVERIFY(!closed);
+}
+
+HOST_TEST_MAIN(TestDesktop)
+#include "tst_desktop.moc"

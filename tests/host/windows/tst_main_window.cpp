@@ -1,0 +1,432 @@
+#include "dialogs/error_reporter.h"
+#include "windows/main_window.h"
+#include "plugins/plugin_loader.h"
+#include "windows/start_page.h"
+#include "support/guarded_test.h"
+#include "support/host.h"
+#include "support/modal_driver.h"
+#include "support/redis_server.h"
+
+#include <tarvek/tarvek_widget.h>
+#include <tarvek/widget_interface.h>
+
+#include <zo/error.h>
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTableWidget>
+#include <QtTest>
+
+/// The window of one robot, with real plug-ins and a real server as the robot.
+class TestMainWindow : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void offersThePanelsThatWereFound();
+    void opensAPanelFromTheMenu();
+    void opensAPanelFromTheStartPage();
+    void aStartPageWithoutPanelsSaysWhereItLooked();
+    void handsThePanelWhatItNeeds();
+    void anErrorOfAPluginEndsInABox();
+    void aPanelThatFailsHalfWayLeavesNothingBehind();
+    void aCancelledPanelIsNoError();
+    void severalPanelsStandSideBySide();
+    void theNewestPanelIsInFront();
+    void onePanelIsMadeAtATime();
+    void aPluginMakesOnePanelAtATimeForAllWindows();
+    void closingTheTabEndsThePanelAndItsLink();
+    void losingTheRobotTellsThePanelOnce();
+    void aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext();
+    void saysThatTheRobotIsBackAndTellsTheNextLoss();
+    void aPanelMadeWhileTheRobotWentAwayIsTold();
+    void panelsCannotBeOpenedWithoutTheRobot();
+    void savesAPictureOfThePanel();
+    void aPictureThatCannotBeSavedIsAnError();
+    void aClosedWindowSavesNoPicture();
+    void listsPluginsThatFailed();
+    void closesWhileAStartUpDialogIsOpen();
+    void aClosedWindowShowsNoErrorOfItsPanel();
+    void anExceptionOfAPanelEndsInABox();
+
+private:
+    QAction* action(const QString& text) const;
+    TarvekWidget* probe() const { return fWindow->findChild<TarvekWidget*>("probe"); }
+    QString stateText() const;
+    QString detailText() const;
+    void openProbe();
+    int clients() const;
+
+    QScopedPointer<RedisServer> fRobot;
+    QScopedPointer<PluginLoader> fPlugins;
+    QScopedPointer<ErrorReporter> fErrors;
+    QScopedPointer<MainWindow> fWindow;
+};
+
+void TestMainWindow::init()
+{
+    fRobot.reset(new RedisServer);
+    fPlugins.reset(new PluginLoader);
+    fPlugins->loadFolder(TEST_PLUGIN_DIR);
+    fErrors.reset(new ErrorReporter);
+    ConnectionSettings settings;
+    settings.address.port = fRobot->port();
+    fWindow.reset(
+        new MainWindow({*fPlugins, *fErrors, "/some/where/"}, settings,
+                       ZoBroker::create("test", settings.address.host, settings.address.port,
+                                        settings.brokerOptions())));
+    fWindow->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fWindow.data()));
+}
+
+void TestMainWindow::cleanup()
+{
+    fWindow.reset();
+    fErrors.reset();
+    fPlugins.reset();
+    fRobot.reset();
+    GuardedTest::cleanup();
+}
+
+QAction* TestMainWindow::action(const QString& text) const
+{
+    for (QAction* action : fWindow->findChildren<QAction*>())
+        if (action->text().remove('&').startsWith(text))
+            return action;
+    return nullptr;
+}
+
+QString TestMainWindow::stateText() const
+{
+    return fWindow->findChild<QLabel*>("connectionState")->text();
+}
+
+QString TestMainWindow::detailText() const
+{
+    return fWindow->findChild<QLabel*>("connectionDetail")->text();
+}
+
+void TestMainWindow::openProbe()
+{
+    action("Probe")->trigger();
+    QVERIFY(probe());
+}
+
+/// Connections that the robot sees, but the one that asks.
+int TestMainWindow::clients() const
+{
+    const std::string list = fRobot->command({"CLIENT", "LIST"});
+    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
+}
+
+void TestMainWindow::offersThePanelsThatWereFound()
+{
+    QVERIFY(action("Probe")->isEnabled());
+    QVERIFY(action("throws")->isEnabled());
+    QVERIFY(!action("other_interface"));
+    QVERIFY(!action("Save picture")->isEnabled());
+    QVERIFY(stateText().startsWith("Connected since"));
+}
+
+void TestMainWindow::opensAPanelFromTheMenu()
+{
+    openProbe();
+    QVERIFY(probe()->isVisible());
+    QCOMPARE(probe()->window(), fWindow.data());
+    QVERIFY(action("Save picture")->isEnabled());
+}
+
+void TestMainWindow::opensAPanelFromTheStartPage()
+{
+    QPushButton* found = nullptr;
+    for (QPushButton* button : fWindow->findChildren<QPushButton*>())
+        if (button->text() == "Probe")
+            found = button;
+    QVERIFY(found && found->isVisible());
+    QTest::mouseClick(found, Qt::LeftButton);
+    QVERIFY(probe() && probe()->isVisible());
+}
+
+void TestMainWindow::aStartPageWithoutPanelsSaysWhereItLooked()
+{
+    PluginLoader none;
+    none.loadFolder("/no/<b>such</b>/folder");
+    const StartPage page(none, nullptr);
+    const auto* label = page.findChild<QLabel*>();
+    QVERIFY2(label->text().contains("/no/<b>such</b>/folder"), qPrintable(label->text()));
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY(page.findChildren<QPushButton*>().isEmpty());
+}
+
+void TestMainWindow::handsThePanelWhatItNeeds()
+{
+    ConnectionSettings settings = fWindow->settings();
+    openProbe();
+    QCOMPARE(probe()->property("imageDir").toString(), QString("/some/where/"));
+    QCOMPARE(probe()->property("user").toString(), settings.user);
+    QCOMPARE(fPlugins->find("Probe")->panels->fParent, fWindow.data());
+    QCOMPARE(fPlugins->find("Probe")->panels->fPanel, probe());
+}
+
+void TestMainWindow::anErrorOfAPluginEndsInABox()
+{
+    action("throws")->trigger();
+    QMessageBox* box = shownBox();
+    QVERIFY(box);
+    QVERIFY(box->text().contains("\"throws\""));
+    QVERIFY(box->text().contains("the arm is <b>too</b> short"));
+    QCOMPARE(box->textFormat(), Qt::PlainText);
+    clickOk(box);
+    openProbe();
+}
+
+void TestMainWindow::aPanelThatFailsHalfWayLeavesNothingBehind()
+{
+    action("throws")->trigger();
+    QVERIFY(fWindow->findChildren<TarvekWidget*>().isEmpty());
+    QCOMPARE(fPlugins->find("throws")->panels->fPanel, nullptr);
+}
+
+void TestMainWindow::aCancelledPanelIsNoError()
+{
+    action("nothing")->trigger();
+    QVERIFY(!shownBox());
+    QVERIFY(!action("Save picture")->isEnabled());
+}
+
+void TestMainWindow::severalPanelsStandSideBySide()
+{
+    openProbe();
+    action("Probe")->trigger();
+    QCOMPARE(fWindow->findChildren<TarvekWidget*>("probe").size(), 2);
+    QCOMPARE(clients(), 3);
+    fRobot->kill();
+    for (TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
+        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
+}
+
+void TestMainWindow::theNewestPanelIsInFront()
+{
+    openProbe();
+    TarvekWidget* first = probe();
+    action("Probe")->trigger();
+    const auto panels = fWindow->findChildren<TarvekWidget*>("probe");
+    QCOMPARE(panels.size(), 2);
+    for (const TarvekWidget* panel : panels)
+        QCOMPARE(panel->isVisible(), panel != first);
+}
+
+void TestMainWindow::onePanelIsMadeAtATime()
+{
+    fWindow->setProperty("askFirst", true);
+    bool wasRefused = false;
+    whenShown("innerProbeDialog", [this, &wasRefused](QDialog& inner) {
+        fWindow->openPanel(fPlugins->find("throws"));
+        wasRefused = !shownBox();
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY(wasRefused);
+    QVERIFY(probe() && probe()->isVisible());
+}
+
+void TestMainWindow::aPluginMakesOnePanelAtATimeForAllWindows()
+{
+    fWindow->setProperty("askFirst", true);
+    QString problem;
+    whenShown("innerProbeDialog", [this, &problem](QDialog& inner) {
+        MainWindow second({*fPlugins, *fErrors, "/some/where/"}, fWindow->settings(),
+                          ZoBroker::create("test", "127.0.0.1", fRobot->port()));
+        second.openPanel(fPlugins->find("Probe"));
+        if (QMessageBox* box = shownBox()) {
+            problem = box->text();
+            clickOk(box);
+        }
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY2(problem.contains("Its start-up dialog is still open."), qPrintable(problem));
+    QVERIFY(probe() && probe()->isVisible());
+    fWindow->setProperty("askFirst", false);
+    openProbe();
+    QVERIFY(!shownBox());
+}
+
+void TestMainWindow::closingTheTabEndsThePanelAndItsLink()
+{
+    openProbe();
+    QCOMPARE(clients(), 2);
+    auto* tabs = fWindow->findChild<QTabBar*>();
+    QWidget* button = tabs->tabButton(0, QTabBar::RightSide);
+    QVERIFY(button && button->isVisible());
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTRY_VERIFY(!probe());
+    QTRY_COMPARE(clients(), 1);
+    QCOMPARE(fPlugins->find("Probe")->panels->fPanel, nullptr);
+    QVERIFY(!action("Save picture")->isEnabled());
+    QVERIFY(stateText().startsWith("Connected since"));
+}
+
+void TestMainWindow::losingTheRobotTellsThePanelOnce()
+{
+    openProbe();
+    fRobot->stop();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    QCOMPARE(probe()->property("disconnectedBy").value<WidgetInterface*>(),
+             fPlugins->find("Probe")->panels);
+    QVERIFY(stateText().startsWith("Connection lost since"));
+    QVERIFY2(detailText().contains(fWindow->settings().addressText()), qPrintable(detailText()));
+    QTRY_VERIFY(fWindow->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 2500);
+    QCOMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->resume();
+}
+
+void TestMainWindow::aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext()
+{
+    openProbe();
+    connect(probe(), &TarvekWidget::disconnected, [] { throw ZoError("no news, please"); });
+    action("Probe")->trigger();
+    fRobot->kill();
+    for (const TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
+        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
+    QTRY_VERIFY(shownBox());
+    QCOMPARE(shownBox()->text(), QString("no news, please"));
+    clickOk(shownBox());
+}
+
+void TestMainWindow::saysThatTheRobotIsBackAndTellsTheNextLoss()
+{
+    openProbe();
+    fRobot->kill();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->restart();
+    QTRY_VERIFY_WITH_TIMEOUT(stateText().startsWith("Connected since"), 15000);
+    QVERIFY2(detailText().contains("Choose the subscription mode"), qPrintable(detailText()));
+    QCOMPARE(probe()->property("disconnections").toInt(), 1);
+    fRobot->kill();
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 2);
+}
+
+void TestMainWindow::aPanelMadeWhileTheRobotWentAwayIsTold()
+{
+    fWindow->setProperty("askFirst", true);
+    whenShown("innerProbeDialog", [this](QDialog& inner) {
+        fRobot->kill();
+        QTRY_VERIFY(stateText().startsWith("Connection lost"));
+        whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
+        inner.accept();
+    });
+    action("Probe")->trigger();
+    QVERIFY(probe() && probe()->isVisible());
+    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+}
+
+void TestMainWindow::panelsCannotBeOpenedWithoutTheRobot()
+{
+    fRobot->kill();
+    QTRY_VERIFY(!action("Probe")->isEnabled());
+    fRobot->restart();
+    QTRY_VERIFY_WITH_TIMEOUT(action("Probe")->isEnabled(), 15000);
+}
+
+void TestMainWindow::savesAPictureOfThePanel()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    const QSize size = probe()->size();
+    ModalDriver user;
+    user.then<QFileDialog>(
+        [&folder](QFileDialog& dialog) { chooseFile(dialog, folder.filePath("panel")); });
+    action("Save picture")->trigger();
+    const QImage image(folder.filePath("panel.png"));
+    QCOMPARE(image.size(), size * fWindow->devicePixelRatioF());
+    QVERIFY(detailText().contains(folder.filePath("panel.png")));
+}
+
+void TestMainWindow::aPictureThatCannotBeSavedIsAnError()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    QVERIFY(QDir(folder.path()).mkdir("panel.png"));
+    ModalDriver user;
+    user.then<QFileDialog>(
+        [&folder](QFileDialog& dialog) { chooseFile(dialog, folder.filePath("panel")); });
+    action("Save picture")->trigger();
+    QVERIFY(shownBox());
+    QVERIFY(shownBox()->text().contains(folder.filePath("panel.png")));
+}
+
+void TestMainWindow::aClosedWindowSavesNoPicture()
+{
+    const QTemporaryDir folder;
+    openProbe();
+    ModalDriver user;
+    user.then<QFileDialog>([this, &folder](QFileDialog& dialog) {
+        connect(&dialog, &QDialog::accepted, fWindow.data(), &QWidget::close);
+        chooseFile(dialog, folder.filePath("panel"));
+    });
+    action("Save picture")->trigger();
+    QVERIFY(!fWindow->isVisible());
+    QVERIFY(QDir(folder.path()).isEmpty());
+}
+
+void TestMainWindow::listsPluginsThatFailed()
+{
+    QVERIFY(action("Plug-ins that failed")->text().contains("(6)"));
+    action("Plug-ins that failed")->trigger();
+    auto* table = fWindow->findChild<QTableWidget*>();
+    QVERIFY(table && table->isVisible());
+    QCOMPARE(table->rowCount(), 6);
+    const auto found = table->findItems("other_interface.so", Qt::MatchStartsWith);
+    QCOMPARE(found.size(), 1);
+    QVERIFY(found[0]->text().contains(TEST_PLUGIN_DIR));
+    const QTableWidgetItem* reason = table->item(found[0]->row(), 1);
+    QVERIFY(reason->text().contains("9.9"));
+    QCOMPARE(reason->toolTip(), reason->text().toHtmlEscaped()); // when the cell is too narrow
+}
+
+void TestMainWindow::closesWhileAStartUpDialogIsOpen()
+{
+    fWindow->setProperty("askFirst", true);
+    bool wasIdle = true;
+    whenShown("innerProbeDialog", [this, &wasIdle](QDialog&) {
+        fWindow->close();
+        wasIdle = fWindow->isIdle();
+    });
+    action("Probe")->trigger();
+    QVERIFY(!wasIdle);
+    QVERIFY(fWindow->isIdle());
+    QVERIFY(!fWindow->isVisible());
+    QVERIFY(!probe());
+}
+
+void TestMainWindow::aClosedWindowShowsNoErrorOfItsPanel()
+{
+    fWindow->setProperty("askFirst", true);
+    fWindow->setProperty("thenFail", true);
+    whenShown("innerProbeDialog", [this](QDialog&) { fWindow->close(); });
+    action("Probe")->trigger();
+    QVERIFY(!shownBox());
+    QVERIFY(fWindow->isIdle());
+}
+
+void TestMainWindow::anExceptionOfAPanelEndsInABox()
+{
+    openProbe();
+    QTest::mouseClick(probe()->findChild<QPushButton*>(), Qt::LeftButton);
+    QTRY_VERIFY(shownBox());
+    QCOMPARE(shownBox()->text(), QString("the probe broke off"));
+    clickOk(shownBox());
+    QVERIFY(probe()->isVisible());
+}
+
+HOST_TEST_MAIN(TestMainWindow)
+#include "tst_main_window.moc"
