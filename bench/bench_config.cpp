@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading and saving configuration files beside what the XML library needs alone for the same
 // file.
 #include "config_manager.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening and filtering the key selection beside a plain list of the same items.
 #include "ratios.h"
 #include "stmlist_dialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading a robot's memory: whole fetches beside a bare MGET of the same keys, storing a reply,
 // and reading numbers back. Prints the ratios that matter and the memory that a model takes.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The graph's painting beside that of two plot widgets, and the cost of its sampling.
 //
 //   bench_graph [--save DIR] [--idle] [benchmark options]

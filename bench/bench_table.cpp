@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The key table: building it, writing it, and the commands that touch every row.
 //
 //   bench_table [--share [SECONDS]] [benchmark options]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What every target of the project has in common.
 #
 #   glimmet_target(TARGET)

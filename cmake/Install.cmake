@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where: a tree that works wherever it stands.
 include(CMakePackageConfigHelpers)
 

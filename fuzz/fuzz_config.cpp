@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes to the loading of configuration files: the check before the parser, the
 // parser, and the walk over its document.
 #include "config_manager.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes to the reading of a robot's values, and their value back to the writing.
 #include "value/json.h"
 

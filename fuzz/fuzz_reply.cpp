@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes, in blocks of arbitrary sizes, to the reader of a server's replies, and
 // compares what it makes of them with a slow reading by the letter.
 #include "support/reference_replies.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// While one of these lives, every `new T[n]` of the process, also within libraries that were

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "joints.h"
 #include "noise.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "private_server.h"
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "publisher.h"
 
 Publisher::Publisher(std::vector<RobotKey> keys, ZoMemoryProxy memory)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "robot.h"
 
 #include "private_server.h"

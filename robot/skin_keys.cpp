@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "key_groups.h"
 #include "noise.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ticks.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Ticks fall due at 0, 1/rate, 2/rate, ... seconds after a start, so that no error adds up.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by scripts that run the built programs. What they start ends with the script.
 # shellcheck shell=bash disable=SC2154 # what screen.sh sets
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by scripts that use a program as a user does, on a screen that nobody sees:
 # Xvfb shows it, xdotool has the mouse and the keyboard, maim takes the pictures.
 # shellcheck shell=bash disable=SC2154 # what programs.sh sets

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "batched_writes.h"
 
 #include <QAccessible>

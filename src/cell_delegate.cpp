@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cell_delegate.h"
 
 QString CellDelegate::displayText(const QVariant& value, const QLocale& locale) const

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cell_keys.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color_button.h"
 
 #include "modal_dialog.h"

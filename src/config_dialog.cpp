@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config_dialog.h"
 
 #include "config_files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config_files.h"
 
 #include "config_manager.h"

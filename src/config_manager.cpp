@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config_manager.h"
 
 #include "config_names.h"

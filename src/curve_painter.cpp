@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "curve_painter.h"
 
 #include "polyline.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Told by the Module and its users about changes of the key set's values. Nobody deletes an

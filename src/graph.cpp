@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph.h"
 
 #include "curve_painter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph_config.h"
 
 #include "graph.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph_math.h"
 
 #include "vector_registers.h"

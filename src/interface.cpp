@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "interface.h"
 
 #include "config_dialog.h"

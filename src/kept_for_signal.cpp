@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kept_for_signal.h"
 
 #include <QWidget>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "key_tree.h"
 
 #include "cell_delegate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "leg_blends.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "polyline.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "record_finder.h"
 
 #include <functional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "row_builder.h"
 
 #include "color_button.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "saved_form.h"
 
 #include "config_names.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "stmlist_dialog.h"
 
 #include "latin1.h"

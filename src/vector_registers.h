@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #if defined(__x86_64__) && defined(__GNUC__)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widget.h"
 
 #include "config_files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xml_file.h"
 
 #include "file_stream.h"

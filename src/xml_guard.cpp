@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xml_guard.h"
 
 #include <algorithm>

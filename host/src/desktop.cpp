@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "desktop.h"
 
-#include "dialogs/error_reporter.h"
 #include "connection/recent_connections.h"
+#include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"
 
 #include <QApplication>

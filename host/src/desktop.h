@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "command_line.h"
 #include "dialogs/connect_dialog.h"
-#include "windows/main_window.h"
 #include "plugins/plugin_loader.h"
+#include "windows/main_window.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <tarvek/tarvek_widget.h>
 
 #include <tarvek/widget_interface.h>

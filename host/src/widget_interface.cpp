@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <tarvek/widget_interface.h>
 
 WidgetInterface::WidgetInterface() = default;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "option_words.h"
 
 #include "command_line.h"

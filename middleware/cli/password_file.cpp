@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "password_file.h"
 
 #include "usage_error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/address.h>
 #include <zo/error.h>
 

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include <zo/broker.h>
 #include <zo/error.h>
 #include <zo/proxy.h>
 
-#include "memory/forbidden_keys.h"
 #include "link/link.h"
+#include "memory/forbidden_keys.h"
 #include "memory/local_memory.h"
 #include "memory/memory_methods.h"
 #include "memory/remote_memory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/broker.h>
 #include <zo/error.h>
 #include <zo/memory_proxy.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/mutex.h>
 
 #include <boost/make_shared.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/proxy.h>
 
 ZoProxy::~ZoProxy() = default;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <config_manager.h>
 
 /// Headers of the panel are found in another project.

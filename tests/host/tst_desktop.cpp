@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop.h"
 #include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"

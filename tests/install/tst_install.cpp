@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "e2e/desktop_program.h"
 #include "support/guarded_test.h"
 

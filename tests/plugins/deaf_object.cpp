@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Claims the interface, but its object does not have it.
 
 #include <QObject>

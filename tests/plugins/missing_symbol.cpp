@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Needs a function that nobody has.
 
 #include <QObject>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Everything is as it should be, but no object comes out.
 
 #include <tarvek/widget_interface.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A shared library like any other.
 
 #include <QtGlobal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Never has a panel, as if the user had cancelled.
 
 #include <tarvek/widget_interface.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Made for another version of the host.
 
 #include <QObject>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A whole panel that tells tests what the host does with it: through its dynamic properties, and
 // through a button whose slot throws.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Half makes its panel, then gives up.
 
 #include <tarvek/tarvek_widget.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Throws as soon as its object is made.
 
 #include <QObject>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "robot_keys.h"
 #include "support/guarded_test.h"
 

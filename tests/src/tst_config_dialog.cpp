@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config_dialog.h"
 #include "latin1.h"
 #include "model.h"

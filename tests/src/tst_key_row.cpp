@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "key_row.h"
 #include "model.h"
 #include "support/guarded_test.h"

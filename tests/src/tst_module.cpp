@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/captured_stderr.h"
 #include "support/fake_memory.h"
 #include "support/guarded_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
 

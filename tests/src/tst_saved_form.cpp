@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config_manager.h"
 #include "model.h"
 #include "module.h"

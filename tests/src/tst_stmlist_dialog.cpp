@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "stmlist_dialog.h"
 #include "support/guarded_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph_config.h"
 #include "support/guarded_test.h"
 #include "support/panel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/dialog_driver.h"
 #include "support/files.h"
 #include "support/guarded_test.h"

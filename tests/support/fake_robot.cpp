@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/redis_server.h"
 
 #include <wire/reply_reader.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/reference_replies.h"
 
 #include "support/reply_recorder.h"

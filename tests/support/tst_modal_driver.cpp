@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/dialog_driver.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "connection/connection_settings.h"
 
 ZoBrokerOptions ConnectionSettings::brokerOptions() const

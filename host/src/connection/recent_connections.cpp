@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "connection/recent_connections.h"
 
 #include <zo/error.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dialogs/connect_dialog.h"
 
 #include <zo/error.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dialogs/error_reporter.h"
 
 #include <QElapsedTimer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dialogs/plugin_failures_dialog.h"
 
 #include "plugins/plugin_loader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugins/panel_maker.h"
 
 #include "plugins/plugin_loader.h"

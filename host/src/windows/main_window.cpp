@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "windows/main_window.h"
 
 #include "connection/connection_bar.h"
 #include "dialogs/error_reporter.h"
-#include "windows/panel_area.h"
-#include "plugins/panel_maker.h"
-#include "windows/picture.h"
 #include "dialogs/plugin_failures_dialog.h"
+#include "plugins/panel_maker.h"
 #include "plugins/plugin_loader.h"
+#include "windows/panel_area.h"
+#include "windows/picture.h"
 
 #include <tarvek/widget_interface.h>
 

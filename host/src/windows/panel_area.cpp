@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "windows/panel_area.h"
 
 #include "plugins/plugin_loader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "windows/start_page.h"
 
 #include "plugins/plugin_loader.h"

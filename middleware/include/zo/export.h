@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Marks what the shared library `zo` offers; everything else in it stays hidden.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/action_queue.h"
 
 #include "link/address_race.h"

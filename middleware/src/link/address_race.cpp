@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/address_race.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/back_off.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/exchange.h"
 
 #include <zo/error.h>

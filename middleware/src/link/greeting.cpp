@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/greeting.h"
 
 #include "wire/request.h"

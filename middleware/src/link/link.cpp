@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/link.h"
 
 #include "link/link_driver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/link_driver.h"
 
 #include "link/look_up.h"

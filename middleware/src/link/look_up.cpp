@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/look_up.h"
 
 #include "link/quiet_thread.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/peer.h"
 
 #include "value/printable.h"

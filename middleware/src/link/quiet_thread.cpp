@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/quiet_thread.h"
 
 #include <zo/error.h>

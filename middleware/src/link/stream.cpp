@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/stream.h"
 
 #include "link/look_up.h"

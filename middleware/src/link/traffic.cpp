@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "link/traffic.h"
 
-#include "wire/status_sink.h"
 #include "wire/request.h"
+#include "wire/status_sink.h"
 
 #include <algorithm>
 #include <utility>

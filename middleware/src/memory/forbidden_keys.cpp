@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/forbidden_keys.h"
 
 #include <utility>

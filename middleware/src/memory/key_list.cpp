@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/key_list.h"
 
 #include "link/link.h"

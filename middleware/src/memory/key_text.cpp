@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/key_text.h"
 
 #include "value/printable.h"

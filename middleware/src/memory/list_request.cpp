@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/list_request.h"
 
 #include "memory/key_text.h"

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "memory/local_memory.h"
 
-#include "value/json.h"
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
+#include "value/json.h"
 
 #include <zo/error.h>
 

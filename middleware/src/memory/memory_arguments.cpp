@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/memory_arguments.h"
 
 #include "memory/memory_methods.h"

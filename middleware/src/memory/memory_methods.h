@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// The module that holds a robot's memory, and the methods it answers.

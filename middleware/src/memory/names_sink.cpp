@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory/names_sink.h"
 
 #include <algorithm>

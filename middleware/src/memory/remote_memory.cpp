@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "memory/remote_memory.h"
 
 #include "memory/key_list.h"
 #include "memory/key_text.h"
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
-#include "wire/status_sink.h"
 #include "memory/store_request.h"
 #include "wire/request.h"
+#include "wire/status_sink.h"
 
 #include <zo/error.h>
 

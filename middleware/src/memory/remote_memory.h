@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
-#include "memory/forbidden_keys.h"
 #include "link/link.h"
+#include "memory/forbidden_keys.h"
 #include "memory/list_request.h"
 #include "memory/values_sink.h"
 

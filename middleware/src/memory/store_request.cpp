@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "memory/store_request.h"
 
-#include "value/json.h"
 #include "memory/key_text.h"
 #include "memory/memory_arguments.h"
+#include "value/json.h"
 #include "wire/limits.h"
 #include "wire/request.h"
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "memory/values_sink.h"
 
-#include "value/json.h"
 #include "memory/key_text.h"
+#include "value/json.h"
 
 #include <utility>
 

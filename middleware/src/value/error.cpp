@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/error.h>
 
 ZoError::ZoError(const std::string& text) : fText(text) {}

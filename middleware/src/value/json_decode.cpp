@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "value/json.h"
 #include "value/json_number.h"
 #include "value/json_tree.h"

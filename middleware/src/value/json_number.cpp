@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "value/json_number.h"
 
 #include <zo/value.h>

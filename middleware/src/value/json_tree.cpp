@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "value/json_tree.h"
 
 #include "value/json.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "value/number_text.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "value/printable.h"
 
 #include "value/utf8.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <zo/error.h>
 #include <zo/value.h>
 

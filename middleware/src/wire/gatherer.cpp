@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wire/gatherer.h"
 
 std::optional<std::string_view> Gatherer::take(std::string_view& bytes, std::size_t size)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wire/reply_reader.h"
 
 #include "wire/reply_numbers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "wire/status_sink.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "connection/connection_monitor.h"
 #include "support/guarded_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "connection/connection_settings.h"
 #include "support/guarded_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "connection/recent_connections.h"
 #include "support/guarded_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dialogs/connect_dialog.h"
 #include "support/dialog_driver.h"
 #include "support/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugins/resource_paths.h"
 #include "support/guarded_test.h"
 

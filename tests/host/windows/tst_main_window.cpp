@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "dialogs/error_reporter.h"
-#include "windows/main_window.h"
 #include "plugins/plugin_loader.h"
-#include "windows/start_page.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
 #include "support/redis_server.h"
+#include "windows/main_window.h"
+#include "windows/start_page.h"
 
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>

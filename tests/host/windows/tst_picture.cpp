@@ -1,5 +1,6 @@
-#include "windows/picture.h"
+// SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "windows/picture.h"
 
 #include <QtTest>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The smallest plug-in of somebody else: leaves a word in the robot's memory and shows a panel.
 
 #include <tarvek/tarvek_widget.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 #include "support/growth.h"
 #include "support/guarded_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
 #include "support/robot.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 
-#include <value/json.h>
 #include <memory/values_sink.h>
+#include <value/json.h>
 
 #include <QtTest>
 

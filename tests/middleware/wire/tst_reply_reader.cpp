@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/random_replies.h"
 #include "support/reference_replies.h"
