@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <tarvek/tarvek_widget.h>
 
@@ -346,5 +347,5 @@ void TestPanel::carriesTenThousandKeys()
     QVERIFY(lives(panel, liveKey));
 }
 
-HOST_TEST_MAIN(TestPanel)
+REGISTER_TEST(TestPanel, HostApplication)
 #include "tst_panel.moc"

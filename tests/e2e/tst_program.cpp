@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop_program.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -95,5 +96,5 @@ void TestProgram::signsInWithThePasswordOfAFile()
         robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, 20000);
 }
 
-QTEST_GUILESS_MAIN(TestProgram)
+REGISTER_TEST(TestProgram, QCoreApplication)
 #include "tst_program.moc"

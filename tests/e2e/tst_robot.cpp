@@ -3,6 +3,7 @@
 #include "robot_program.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -279,5 +280,5 @@ void TestRobot::noServerAtTheGivenAddressIsAnError()
     QVERIFY2(robot.errors().contains(arguments.last()), qPrintable(robot.errors()));
 }
 
-QTEST_GUILESS_MAIN(TestRobot)
+REGISTER_TEST(TestRobot, QCoreApplication)
 #include "tst_robot.moc"

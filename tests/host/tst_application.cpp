@@ -2,7 +2,9 @@
 #include "application.h"
 #include "dialogs/error_reporter.h"
 #include "support/guarded_test.h"
+#include "support/host.h"
 #include "support/modal_driver.h"
+#include "support/register_test.h"
 
 #include <zo/error.h>
 
@@ -55,12 +57,6 @@ QList<QMessageBox*> TestApplication::boxes()
 }
 
 namespace {
-
-void clickOk(QMessageBox* box)
-{
-    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 /// A shown button that throws when it is clicked, and on its key F5.
 struct BadButton
@@ -271,11 +267,5 @@ void TestApplication::survivesAnExceptionOfADeletedReceiver()
     QCOMPARE(boxes()[0]->text(), QString("gone with a bang"));
 }
 
-int main(int argc, char** argv)
-{
-    Application::prepare();
-    Application application(argc, argv);
-    TestApplication test;
-    return QTest::qExec(&test, argc, argv);
-}
+REGISTER_TEST(TestApplication, HostApplication)
 #include "tst_application.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command_line.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -162,5 +163,5 @@ void TestCommandLine::versionNamesTheProgram()
     QCOMPARE(line.text, QCoreApplication::applicationName() + " 1.2.3\n");
 }
 
-QTEST_GUILESS_MAIN(TestCommandLine)
+REGISTER_TEST(TestCommandLine, QCoreApplication)
 #include "tst_command_line.moc"

@@ -6,6 +6,7 @@
 #include "support/host.h"
 #include "support/modal_driver.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <tarvek/tarvek_widget.h>
 
@@ -353,5 +354,5 @@ void TestDesktop::aWindowIsDeletedOnlyWhenItsDialogsAreDone()
     QVERIFY(!closed);
 }
 
-HOST_TEST_MAIN(TestDesktop)
+REGISTER_TEST(TestDesktop, HostApplication)
 #include "tst_desktop.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>
@@ -98,5 +99,5 @@ void TestWidgetInterface::panelsCanBeToldThatTheRobotIsGone()
     QCOMPARE(told.at(0).at(0).value<WidgetInterface*>(), &plugin);
 }
 
-QTEST_MAIN(TestWidgetInterface)
+REGISTER_TEST(TestWidgetInterface, QApplication)
 #include "tst_widget_interface.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "e2e/desktop_program.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -115,5 +116,5 @@ void TestInstall::anotherPluginIsBuiltAgainstItAndRuns()
     QCOMPARE(desktop.warnings(), QString());
 }
 
-QTEST_GUILESS_MAIN(TestInstall)
+REGISTER_TEST(TestInstall, QCoreApplication)
 #include "tst_install.moc"

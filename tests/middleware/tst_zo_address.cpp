@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <zo/address.h>
 #include <zo/error.h>
@@ -109,5 +110,5 @@ void TestZoAddress::mistakesAreNamed()
     }
 }
 
-QTEST_APPLESS_MAIN(TestZoAddress)
+REGISTER_TEST(TestZoAddress, NoApplication)
 #include "tst_zo_address.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <zo/zo.h>
 
@@ -120,5 +121,5 @@ void TestZoBroker::itIsNotConnectedAndSaysWhy()
     QVERIFY(!broker->linkStatus().cause.empty());
 }
 
-QTEST_APPLESS_MAIN(TestZoBroker)
+REGISTER_TEST(TestZoBroker, NoApplication)
 #include "tst_zo_broker.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <zo/zo.h>
@@ -200,5 +201,5 @@ void TestZoMemoryProxy::threadsMayShareIt()
              std::string("[999,999]"));
 }
 
-QTEST_APPLESS_MAIN(TestZoMemoryProxy)
+REGISTER_TEST(TestZoMemoryProxy, NoApplication)
 #include "tst_zo_memory_proxy.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
+#include "support/register_test.h"
 
 #include <zo/mutex.h>
 
@@ -95,5 +96,5 @@ void TestZoMutex::aGuardKeepsItsLockAlive()
     QVERIFY(watched.expired());
 }
 
-QTEST_APPLESS_MAIN(TestZoMutex)
+REGISTER_TEST(TestZoMutex, NoApplication)
 #include "tst_zo_mutex.moc"

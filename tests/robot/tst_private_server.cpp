@@ -3,6 +3,7 @@
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QFile>
@@ -167,5 +168,5 @@ void TestPrivateServer::signalsThatItsMakerBlocksReachIt()
     QTRY_VERIFY_WITH_TIMEOUT(!server.isRunning(), 20000);
 }
 
-QTEST_GUILESS_MAIN(TestPrivateServer)
+REGISTER_TEST(TestPrivateServer, QCoreApplication)
 #include "tst_private_server.moc"

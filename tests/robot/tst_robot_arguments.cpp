@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "ticks.h"
 
 #include <QtTest>
@@ -140,5 +141,5 @@ void TestRobotArguments::lateTicksAreSkipped()
     QCOMPARE(nextTick(10, 3600, 50), 180000LL);
 }
 
-QTEST_GUILESS_MAIN(TestRobotArguments)
+REGISTER_TEST(TestRobotArguments, QCoreApplication)
 #include "tst_robot_arguments.moc"

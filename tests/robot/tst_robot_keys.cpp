@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "robot_keys.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -329,5 +330,5 @@ void TestRobotKeys::theValuesOfAPatchOfSkinAgree()
     QCOMPARE(seen.size(), std::size_t{2});
 }
 
-QTEST_GUILESS_MAIN(TestRobotKeys)
+REGISTER_TEST(TestRobotKeys, QCoreApplication)
 #include "tst_robot_keys.moc"

@@ -2,6 +2,7 @@
 #include "motion.h"
 #include "noise.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -202,5 +203,5 @@ void TestRobotMotion::seedsMakeDifferentRobots()
     QCOMPARE(Motion(1).distance(minutes), Motion(1).distance(minutes));
 }
 
-QTEST_GUILESS_MAIN(TestRobotMotion)
+REGISTER_TEST(TestRobotMotion, QCoreApplication)
 #include "tst_robot_motion.moc"

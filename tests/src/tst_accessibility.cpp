@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/register_test.h"
 
 #include <QAccessible>
 #include <QtTest>
@@ -25,7 +26,7 @@ void QAccessible::updateAccessibility(QAccessibleEvent* event)
 }
 
 /// What a screen reader hears of the table.
-class AccessibilityTest : public GuardedTest
+class TestAccessibility : public GuardedTest
 {
     Q_OBJECT
 
@@ -35,7 +36,7 @@ private slots:
     void buttonsAreNoChangeOfCells();
 };
 
-void AccessibilityTest::aBatchIsToldOnce()
+void TestAccessibility::aBatchIsToldOnce()
 {
     for (const int count : {1, 100}) {
         KeyTable f(manyNames(count));
@@ -53,7 +54,7 @@ void AccessibilityTest::aBatchIsToldOnce()
     }
 }
 
-void AccessibilityTest::aWriteOutsideOfABatchIsTold()
+void TestAccessibility::aWriteOutsideOfABatchIsTold()
 {
     KeyTable f({"a"});
     f.show();
@@ -62,7 +63,7 @@ void AccessibilityTest::aWriteOutsideOfABatchIsTold()
     QCOMPARE(heard, QVector<QObject*>{&f.tree});
 }
 
-void AccessibilityTest::buttonsAreNoChangeOfCells()
+void TestAccessibility::buttonsAreNoChangeOfCells()
 {
     KeyTable f(manyNames(RowButtons::fLimit + 100));
     f.show();
@@ -73,5 +74,5 @@ void AccessibilityTest::buttonsAreNoChangeOfCells()
     QVERIFY(heard.isEmpty());
 }
 
-QTEST_MAIN(AccessibilityTest)
+REGISTER_TEST(TestAccessibility, QApplication)
 #include "tst_accessibility.moc"

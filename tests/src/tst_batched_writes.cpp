@@ -2,6 +2,7 @@
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/register_test.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -67,7 +68,7 @@ double secondsOfAPass(int count)
 
 } // namespace
 
-class BatchedWritesTest : public GuardedTest
+class TestBatchedWrites : public GuardedTest
 {
     Q_OBJECT
 
@@ -88,7 +89,7 @@ private slots:
     void aPassOverManySortedRowsIsLinear();
 };
 
-void BatchedWritesTest::everyWriteInABatchIsAnnouncedWithItsCellAndRoles()
+void TestBatchedWrites::everyWriteInABatchIsAnnouncedWithItsCellAndRoles()
 {
     KeyTable f({"a", "b"});
     QSignalSpy spy(f.tree.model(), &QAbstractItemModel::dataChanged);
@@ -107,7 +108,7 @@ void BatchedWritesTest::everyWriteInABatchIsAnnouncedWithItsCellAndRoles()
     QCOMPARE(spy[1][2].value<QVector<int>>(), QVector<int>{Qt::CheckStateRole});
 }
 
-void BatchedWritesTest::writingTheSameTextAgainIsNotAnnounced()
+void TestBatchedWrites::writingTheSameTextAgainIsNotAnnounced()
 {
     KeyTable f({"a"});
     f.rows[0]->setText(1, "");
@@ -119,7 +120,7 @@ void BatchedWritesTest::writingTheSameTextAgainIsNotAnnounced()
     QCOMPARE(spy.size(), 0);
 }
 
-void BatchedWritesTest::announcedRowsAreRightAfterSorting()
+void TestBatchedWrites::announcedRowsAreRightAfterSorting()
 {
     KeyTable f({"c", "a", "b"});
     f.tree.sortItems(0, Qt::AscendingOrder);
@@ -129,7 +130,7 @@ void BatchedWritesTest::announcedRowsAreRightAfterSorting()
     QCOMPARE(spy[0][0].toModelIndex(), f.tree.model()->index(2, 1));
 }
 
-void BatchedWritesTest::aBatchLeavesOrderAloneUntilItEndsAndRestoresItThen()
+void TestBatchedWrites::aBatchLeavesOrderAloneUntilItEndsAndRestoresItThen()
 {
     KeyTable f({"a", "b", "c"});
     f.tree.setSortingEnabled(true);
@@ -142,7 +143,7 @@ void BatchedWritesTest::aBatchLeavesOrderAloneUntilItEndsAndRestoresItThen()
     QCOMPARE(f.names(), (QStringList{"b", "c", "z"}));
 }
 
-void BatchedWritesTest::aBatchSortsDownwardsToo()
+void TestBatchedWrites::aBatchSortsDownwardsToo()
 {
     KeyTable f({"a", "b", "c"});
     f.tree.setSortingEnabled(true);
@@ -154,7 +155,7 @@ void BatchedWritesTest::aBatchSortsDownwardsToo()
     QCOMPARE(f.names(), (QStringList{"c", "bb", "b"}));
 }
 
-void BatchedWritesTest::rowsOfEqualTextKeepTheirOrderInABatch()
+void TestBatchedWrites::rowsOfEqualTextKeepTheirOrderInABatch()
 {
     KeyTable f({"a", "b", "c", "d"});
     f.tree.setSortingEnabled(true);
@@ -171,7 +172,7 @@ void BatchedWritesTest::rowsOfEqualTextKeepTheirOrderInABatch()
     QCOMPARE(f.names(), (QStringList{"a", "c", "b", "d"}));
 }
 
-void BatchedWritesTest::aBatchKeepsTheSortIndicatorAndTellsNobody()
+void TestBatchedWrites::aBatchKeepsTheSortIndicatorAndTellsNobody()
 {
     KeyTable f({"a", "b"});
     f.tree.setSortingEnabled(true);
@@ -188,7 +189,7 @@ void BatchedWritesTest::aBatchKeepsTheSortIndicatorAndTellsNobody()
     QVERIFY(f.tree.isSortingEnabled());
 }
 
-void BatchedWritesTest::nestedBatchesSortOnceAtTheEnd()
+void TestBatchedWrites::nestedBatchesSortOnceAtTheEnd()
 {
     KeyTable f({"a", "b", "c"});
     f.tree.setSortingEnabled(true);
@@ -207,7 +208,7 @@ void BatchedWritesTest::nestedBatchesSortOnceAtTheEnd()
     QCOMPARE(f.names(), (QStringList{"zb", "zc", "zz"}));
 }
 
-void BatchedWritesTest::aBatchWithoutSortingMovesNothing()
+void TestBatchedWrites::aBatchWithoutSortingMovesNothing()
 {
     KeyTable f({"c", "a"});
     {
@@ -217,7 +218,7 @@ void BatchedWritesTest::aBatchWithoutSortingMovesNothing()
     QCOMPARE(f.names(), (QStringList{"d", "a"}));
 }
 
-void BatchedWritesTest::randomBatchesEndInTheOrderOfAStableSort()
+void TestBatchedWrites::randomBatchesEndInTheOrderOfAStableSort()
 {
     for (unsigned seed = 0; seed < 100; ++seed) {
         std::mt19937 random(seed);
@@ -248,7 +249,7 @@ void BatchedWritesTest::randomBatchesEndInTheOrderOfAStableSort()
     }
 }
 
-void BatchedWritesTest::aBatchThatKeepsTheOrderDoesNotSort()
+void TestBatchedWrites::aBatchThatKeepsTheOrderDoesNotSort()
 {
     KeyTable f({"a", "c", "e"});
     f.tree.setSortingEnabled(true);
@@ -265,7 +266,7 @@ void BatchedWritesTest::aBatchThatKeepsTheOrderDoesNotSort()
     QCOMPARE(f.names(), (QStringList{"a", "d", "e"}));
 }
 
-void BatchedWritesTest::aBatchComparesTheRowsThatItWroteAndTheirNeighbours()
+void TestBatchedWrites::aBatchComparesTheRowsThatItWroteAndTheirNeighbours()
 {
     KeyTable f;
     int compared = 0;
@@ -289,7 +290,7 @@ void BatchedWritesTest::aBatchComparesTheRowsThatItWroteAndTheirNeighbours()
     QCOMPARE(comparisons(0, 49, 1), 0);
 }
 
-void BatchedWritesTest::theRowsArePaintedAnewAfterABatch()
+void TestBatchedWrites::theRowsArePaintedAnewAfterABatch()
 {
     KeyTable f({"a"});
     f.show();
@@ -304,11 +305,11 @@ void BatchedWritesTest::theRowsArePaintedAnewAfterABatch()
     QVERIFY(f.tree.viewport()->grab().toImage() != before);
 }
 
-void BatchedWritesTest::aPassOverManySortedRowsIsLinear()
+void TestBatchedWrites::aPassOverManySortedRowsIsLinear()
 {
     const double growth = growthAtFourTimes(10000, secondsOfAPass);
     QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
-QTEST_MAIN(BatchedWritesTest)
+REGISTER_TEST(TestBatchedWrites, QApplication)
 #include "tst_batched_writes.moc"

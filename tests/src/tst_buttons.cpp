@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QIcon>
 #include <QImage>
@@ -76,5 +77,5 @@ void TestButtons::shapesStandOutOnLightAndDark()
     }
 }
 
-QTEST_MAIN(TestButtons)
+REGISTER_TEST(TestButtons, QApplication)
 #include "tst_buttons.moc"

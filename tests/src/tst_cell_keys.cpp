@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/register_test.h"
 
 #include <QHeaderView>
 #include <QtTest>
 
 #include <memory>
 
-class CellKeysTest : public GuardedTest
+class TestCellKeys : public GuardedTest
 {
     Q_OBJECT
 
@@ -33,7 +34,7 @@ private slots:
     void aTickedRowThatLeavesTheTableIsNotHeard();
 };
 
-void CellKeysTest::arrowKeysGoFromCellToCell()
+void TestCellKeys::arrowKeysGoFromCellToCell()
 {
     KeyTable f({"a", "b"});
     f.show();
@@ -53,7 +54,7 @@ void CellKeysTest::arrowKeysGoFromCellToCell()
     QCOMPARE(f.tree.currentColumn(), 2);
 }
 
-void CellKeysTest::spaceTicksACheckBoxAndIsHeardAsAClick()
+void TestCellKeys::spaceTicksACheckBoxAndIsHeardAsAClick()
 {
     KeyTable f({"a"});
     f.rows[0]->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
@@ -74,7 +75,7 @@ void CellKeysTest::spaceTicksACheckBoxAndIsHeardAsAClick()
     QCOMPARE(clicks.size(), 1);
 }
 
-void CellKeysTest::spaceAndReturnPressTheButtonOfTheCurrentCell()
+void TestCellKeys::spaceAndReturnPressTheButtonOfTheCurrentCell()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -87,7 +88,7 @@ void CellKeysTest::spaceAndReturnPressTheButtonOfTheCurrentCell()
     QTRY_COMPARE(spy.size(), 2);
 }
 
-void CellKeysTest::leftAndRightTakeUpACellWhereThereIsNone()
+void TestCellKeys::leftAndRightTakeUpACellWhereThereIsNone()
 {
     for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down}) {
         KeyTable f;
@@ -101,7 +102,7 @@ void CellKeysTest::leftAndRightTakeUpACellWhereThereIsNone()
     }
 }
 
-void CellKeysTest::leftAndRightDoNothingInAnEmptyTable()
+void TestCellKeys::leftAndRightDoNothingInAnEmptyTable()
 {
     KeyTable f;
     f.show();
@@ -110,7 +111,7 @@ void CellKeysTest::leftAndRightDoNothingInAnEmptyTable()
     QVERIFY(!f.tree.currentIndex().isValid());
 }
 
-void CellKeysTest::leftAndRightGoWhereTheirArrowsPoint()
+void TestCellKeys::leftAndRightGoWhereTheirArrowsPoint()
 {
     KeyTable f({"a"});
     f.tree.setLayoutDirection(Qt::RightToLeft);
@@ -129,7 +130,7 @@ void CellKeysTest::leftAndRightGoWhereTheirArrowsPoint()
     QCOMPARE(f.tree.currentColumn(), 2);
 }
 
-void CellKeysTest::downGoesPastRowsThatAreHiddenOrDisabled()
+void TestCellKeys::downGoesPastRowsThatAreHiddenOrDisabled()
 {
     KeyTable f({"a", "b", "c", "d"});
     f.rows[1]->setDisabled(true);
@@ -141,7 +142,7 @@ void CellKeysTest::downGoesPastRowsThatAreHiddenOrDisabled()
     QCOMPARE(f.tree.currentColumn(), 1);
 }
 
-void CellKeysTest::nothingIsSelectedWhereRowsAreNotSelectable()
+void TestCellKeys::nothingIsSelectedWhereRowsAreNotSelectable()
 {
     KeyTable f({"a", "b"});
     f.tree.setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -154,7 +155,7 @@ void CellKeysTest::nothingIsSelectedWhereRowsAreNotSelectable()
     QVERIFY(f.tree.selectionModel()->selectedIndexes().isEmpty());
 }
 
-void CellKeysTest::keysAreTheButtonsInItsCellAndTheTablesBesideIt()
+void TestCellKeys::keysAreTheButtonsInItsCellAndTheTablesBesideIt()
 {
     KeyTable f({"a", "b"});
     f.installButtons();
@@ -174,7 +175,7 @@ void CellKeysTest::keysAreTheButtonsInItsCellAndTheTablesBesideIt()
     QCOMPARE(clicks.size(), 1);
 }
 
-void CellKeysTest::aButtonThatGetsTheFocusMakesItsCellTheCurrentOne()
+void TestCellKeys::aButtonThatGetsTheFocusMakesItsCellTheCurrentOne()
 {
     KeyTable f({"a", "b"});
     f.installButtons();
@@ -190,7 +191,7 @@ void CellKeysTest::aButtonThatGetsTheFocusMakesItsCellTheCurrentOne()
     QVERIFY(f.tree.hasFocus());
 }
 
-void CellKeysTest::everyKeyThatPressesABarePushButtonPressesTheOneOfTheCell()
+void TestCellKeys::everyKeyThatPressesABarePushButtonPressesTheOneOfTheCell()
 {
     KeyTable f({"a"});
     f.installButtons();
@@ -208,7 +209,7 @@ void CellKeysTest::everyKeyThatPressesABarePushButtonPressesTheOneOfTheCell()
     QCOMPARE(clicks.size(), pressed);
 }
 
-void CellKeysTest::aKeyThatIsHeldPressesTheButtonOnce()
+void TestCellKeys::aKeyThatIsHeldPressesTheButtonOnce()
 {
     KeyTable f({"a"});
     f.installButtons();
@@ -223,7 +224,7 @@ void CellKeysTest::aKeyThatIsHeldPressesTheButtonOnce()
     QCOMPARE(clicks.size(), 1);
 }
 
-void CellKeysTest::theButtonOfAHiddenColumnIsNotPressed()
+void TestCellKeys::theButtonOfAHiddenColumnIsNotPressed()
 {
     KeyTable f({"a"});
     f.installButtons();
@@ -238,7 +239,7 @@ void CellKeysTest::theButtonOfAHiddenColumnIsNotPressed()
     QCOMPARE(clicks.size(), 0);
 }
 
-void CellKeysTest::aPressedCellComesInSight()
+void TestCellKeys::aPressedCellComesInSight()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -250,7 +251,7 @@ void CellKeysTest::aPressedCellComesInSight()
     QVERIFY(f.button(0)->isVisible());
 }
 
-void CellKeysTest::aClickMayDeleteTheTable()
+void TestCellKeys::aClickMayDeleteTheTable()
 {
     auto* f = new KeyTable({"a"});
     f->installButtons();
@@ -263,7 +264,7 @@ void CellKeysTest::aClickMayDeleteTheTable()
     QTRY_VERIFY(!tree);
 }
 
-void CellKeysTest::aButtonThatLeftItsCellIsNotClicked()
+void TestCellKeys::aButtonThatLeftItsCellIsNotClicked()
 {
     KeyTable f({"a", "b"});
     f.installButtons();
@@ -281,7 +282,7 @@ void CellKeysTest::aButtonThatLeftItsCellIsNotClicked()
     QCOMPARE(clicks, 1);
 }
 
-void CellKeysTest::onlyATickedBoxIsHeardAsAClick()
+void TestCellKeys::onlyATickedBoxIsHeardAsAClick()
 {
     KeyTable f({"a", "b"});
     f.rows[0]->setCheckState(1, Qt::Unchecked);
@@ -298,7 +299,7 @@ void CellKeysTest::onlyATickedBoxIsHeardAsAClick()
     QCOMPARE(clicks, 0);
 }
 
-void CellKeysTest::aTickedRowThatMovesIsHeardWhereItWent()
+void TestCellKeys::aTickedRowThatMovesIsHeardWhereItWent()
 {
     KeyTable f({"a", "b"});
     for (QTreeWidgetItem* row : qAsConst(f.rows)) {
@@ -321,7 +322,7 @@ void CellKeysTest::aTickedRowThatMovesIsHeardWhereItWent()
     QCOMPARE(clicked, QVector<QTreeWidgetItem*>{f.rows[0]});
 }
 
-void CellKeysTest::aTickedRowThatLeavesTheTableIsNotHeard()
+void TestCellKeys::aTickedRowThatLeavesTheTableIsNotHeard()
 {
     KeyTable f({"a", "b"});
     f.rows[0]->setCheckState(1, Qt::Unchecked);
@@ -336,5 +337,5 @@ void CellKeysTest::aTickedRowThatLeavesTheTableIsNotHeard()
     QCOMPARE(clicks, 0);
 }
 
-QTEST_MAIN(CellKeysTest)
+REGISTER_TEST(TestCellKeys, QApplication)
 #include "tst_cell_keys.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "color_button.h"
 #include "key_row.h"
@@ -351,5 +352,5 @@ void TestColorButton::aFrameShowsTheFocus()
     QVERIFY(with != without);
 }
 
-QTEST_MAIN(TestColorButton)
+REGISTER_TEST(TestColorButton, QApplication)
 #include "tst_color_button.moc"

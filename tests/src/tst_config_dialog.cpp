@@ -9,6 +9,7 @@
 #include "support/files.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
+#include "support/register_test.h"
 
 #include <zo/error.h>
 
@@ -657,5 +658,5 @@ void TestConfigDialog::theWindowMayBeDeletedMeanwhile()
     QVERIFY(!QFile::exists(path("keys.xml")));
 }
 
-QTEST_MAIN(TestConfigDialog)
+REGISTER_TEST(TestConfigDialog, QApplication)
 #include "tst_config_dialog.moc"

@@ -4,6 +4,7 @@
 #include "module.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -901,5 +902,5 @@ void TestConfigManager::otherProgramsDoNotInheritTheFile()
     QCOMPARE(flagsOf(name) & (O_ACCMODE | O_CLOEXEC), O_RDONLY | O_CLOEXEC);
 }
 
-QTEST_GUILESS_MAIN(TestConfigManager)
+REGISTER_TEST(TestConfigManager, QCoreApplication)
 #include "tst_config_manager.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "column_blender.h"
 #include "curve_painter.h"
@@ -417,5 +418,5 @@ void TestCurvePainting::fewPixelsDifferOnDenseScreens()
              qPrintable(QString("%1 of %2 pixels differ").arg(allDiffering).arg(allPainted)));
 }
 
-QTEST_MAIN(TestCurvePainting)
+REGISTER_TEST(TestCurvePainting, QApplication)
 #include "tst_curve_painting.moc"

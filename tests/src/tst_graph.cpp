@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/sampled_graph.h"
 
 #include "graph_clock.h"
@@ -423,5 +424,5 @@ void TestGraph::aSharedSeriesMapIsLeftAlone()
     QVERIFY(samplesOf(graph, "a").isEmpty());
 }
 
-QTEST_MAIN(TestGraph)
+REGISTER_TEST(TestGraph, QApplication)
 #include "tst_graph.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "graph_clock.h"
 
@@ -119,5 +120,5 @@ void TestGraphClock::whereItIsSetBackAllReadingsAreRoundedAlike()
     QVERIFY2(atLimit < 0.0001F, "a tenth of a pixel at top speed");
 }
 
-QTEST_APPLESS_MAIN(TestGraphClock)
+REGISTER_TEST(TestGraphClock, NoApplication)
 #include "tst_graph_clock.moc"

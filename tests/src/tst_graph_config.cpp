@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "graph.h"
 #include "graph_config.h"
@@ -410,5 +411,5 @@ void TestGraphConfig::withoutGraphTheStripIsWholeAndIdle()
     QCOMPARE(iconOf(*config.fPlayButton).pixelColor(8, 8), QColor(Qt::red));
 }
 
-QTEST_MAIN(TestGraphConfig)
+REGISTER_TEST(TestGraphConfig, QApplication)
 #include "tst_graph_config.moc"

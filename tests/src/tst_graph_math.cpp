@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/growth.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "graph_math.h"
 
@@ -265,5 +266,5 @@ void TestGraphMath::samplesAreSetBackExactly()
     QCOMPARE(timesOf(shared), (QList<double>{secondsOf(40), secondsOf(1000123)}));
 }
 
-QTEST_APPLESS_MAIN(TestGraphMath)
+REGISTER_TEST(TestGraphMath, NoApplication)
 #include "tst_graph_math.moc"

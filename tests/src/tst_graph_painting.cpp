@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "graph.h"
 #include "model.h"
@@ -448,5 +449,5 @@ void TestGraphPainting::aFontInPixelsKeepsItsLabels()
     QVERIFY(!rowsAreWhite(pictureOf(graph).copy(8, 0, 392, 200), 0, 30));
 }
 
-QTEST_MAIN(TestGraphPainting)
+REGISTER_TEST(TestGraphPainting, QApplication)
 #include "tst_graph_painting.moc"

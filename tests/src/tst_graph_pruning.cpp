@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/sampled_graph.h"
 
 #include <QtTest>
@@ -152,5 +153,5 @@ void TestGraphPruning::sizeZeroAndSpeedZeroAreHarmless()
     QCOMPARE(graph.samples().size(), 10);
 }
 
-QTEST_MAIN(TestGraphPruning)
+REGISTER_TEST(TestGraphPruning, QApplication)
 #include "tst_graph_pruning.moc"

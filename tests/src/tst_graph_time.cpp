@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/sampled_graph.h"
 
 #include "graph_clock.h"
@@ -311,5 +312,5 @@ void TestGraphTime::aStepBeforeInitIsTakenAtZero()
     QCOMPARE(timesOf(graph.fSeries["a"].second), QList<double>{0});
 }
 
-QTEST_MAIN(TestGraphTime)
+REGISTER_TEST(TestGraphTime, QApplication)
 #include "tst_graph_time.moc"

@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>
@@ -416,5 +417,5 @@ void TestInterface::thePanelMayBeDeletedMeanwhile()
     QCOMPARE(fetches(), 0);
 }
 
-HOST_TEST_MAIN(TestInterface)
+REGISTER_TEST(TestInterface, HostApplication)
 #include "tst_interface.moc"

@@ -2,6 +2,7 @@
 #include "key_row.h"
 #include "model.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QDataStream>
 #include <QTreeWidget>
@@ -83,7 +84,7 @@ void send(const QTreeWidgetItem& from, QTreeWidgetItem& to)
 } // namespace
 
 /// A row of the table is a tree item like any other.
-class KeyRowTest : public GuardedTest
+class TestKeyRow : public GuardedTest
 {
     Q_OBJECT
 
@@ -104,7 +105,7 @@ private slots:
     void comparesWithoutATreeByTheFirstColumn();
 };
 
-void KeyRowTest::hasTheColumnsOfTheTableAndGrows()
+void TestKeyRow::hasTheColumnsOfTheTableAndGrows()
 {
     Color color;
     KeyRow row(color);
@@ -120,7 +121,7 @@ void KeyRowTest::hasTheColumnsOfTheTableAndGrows()
     QCOMPARE(row.columnCount(), 8);
 }
 
-void KeyRowTest::answersEveryWriteAsAPlainItemDoes()
+void TestKeyRow::answersEveryWriteAsAPlainItemDoes()
 {
     Color color;
     const QVector<int> roles{Qt::DisplayRole,      Qt::EditRole,    Qt::DisplayRole,
@@ -150,7 +151,7 @@ void KeyRowTest::answersEveryWriteAsAPlainItemDoes()
     }
 }
 
-void KeyRowTest::growingInATreeAnnouncesTheWriteAlone()
+void TestKeyRow::growingInATreeAnnouncesTheWriteAlone()
 {
     Color color;
     Announced row(new KeyRow(color));
@@ -160,7 +161,7 @@ void KeyRowTest::growingInATreeAnnouncesTheWriteAlone()
     QVERIFY(!row.tree.model()->signalsBlocked());
 }
 
-void KeyRowTest::aCloneHasAllThatTheRowHas()
+void TestKeyRow::aCloneHasAllThatTheRowHas()
 {
     Color color;
     KeyRow row(color);
@@ -183,7 +184,7 @@ void KeyRowTest::aCloneHasAllThatTheRowHas()
     QCOMPARE(&cloned->color(), &color);
 }
 
-void KeyRowTest::aCloneIsARowOfItsOwn()
+void TestKeyRow::aCloneIsARowOfItsOwn()
 {
     Color color;
     Announced original(new KeyRow(color));
@@ -199,7 +200,7 @@ void KeyRowTest::aCloneIsARowOfItsOwn()
     QCOMPARE(copied.told, (QStringList{"0 0 0 0 2", "0 1 1 10"}));
 }
 
-void KeyRowTest::streamsCarryARowToAnother()
+void TestKeyRow::streamsCarryARowToAnother()
 {
     Color color;
     KeyRow from(color);
@@ -219,7 +220,7 @@ void KeyRowTest::streamsCarryARowToAnother()
     QCOMPARE(to.checkState(1), Qt::Checked);
 }
 
-void KeyRowTest::streamsCarryARowToAPlainItemAndBack()
+void TestKeyRow::streamsCarryARowToAPlainItemAndBack()
 {
     Color color;
     KeyRow from(color);
@@ -234,7 +235,7 @@ void KeyRowTest::streamsCarryARowToAPlainItemAndBack()
     QCOMPARE(dataOf(back), dataOf(plain));
 }
 
-void KeyRowTest::rowsAreFoundByTheirTexts()
+void TestKeyRow::rowsAreFoundByTheirTexts()
 {
     Color color;
     Announced a(new KeyRow(color));
@@ -245,7 +246,7 @@ void KeyRowTest::rowsAreFoundByTheirTexts()
     QCOMPARE(a.tree.findItems("abc", Qt::MatchExactly, 1), QList<QTreeWidgetItem*>());
 }
 
-void KeyRowTest::aRowTakenAndPutElsewhereAnnouncesItsNewPlace()
+void TestKeyRow::aRowTakenAndPutElsewhereAnnouncesItsNewPlace()
 {
     Color color;
     Announced a(new KeyRow(color));
@@ -260,7 +261,7 @@ void KeyRowTest::aRowTakenAndPutElsewhereAnnouncesItsNewPlace()
     QCOMPARE(a.tree.topLevelItem(2)->text(0), QString("third"));
 }
 
-void KeyRowTest::aRowOutsideOfATreeAnnouncesNothing()
+void TestKeyRow::aRowOutsideOfATreeAnnouncesNothing()
 {
     Color color;
     Announced a(new KeyRow(color));
@@ -270,7 +271,7 @@ void KeyRowTest::aRowOutsideOfATreeAnnouncesNothing()
     QVERIFY(a.told.isEmpty());
 }
 
-void KeyRowTest::aRowBelowAnotherAnnouncesItself()
+void TestKeyRow::aRowBelowAnotherAnnouncesItself()
 {
     Color color;
     Announced a(new KeyRow(color));
@@ -287,7 +288,7 @@ void KeyRowTest::aRowBelowAnotherAnnouncesItself()
     QVERIFY(first.column() <= 1 && last.column() >= 1);
 }
 
-void KeyRowTest::changedFlagsAreAnnouncedForTheWholeRow()
+void TestKeyRow::changedFlagsAreAnnouncedForTheWholeRow()
 {
     Color color;
     Announced a(new KeyRow(color));
@@ -296,7 +297,7 @@ void KeyRowTest::changedFlagsAreAnnouncedForTheWholeRow()
     QVERIFY(a.told[0].startsWith("0 0 5"));
 }
 
-void KeyRowTest::theCheckStateOfAParentMayFollowItsChildren()
+void TestKeyRow::theCheckStateOfAParentMayFollowItsChildren()
 {
     Color color;
     KeyRow row(color);
@@ -312,7 +313,7 @@ void KeyRowTest::theCheckStateOfAParentMayFollowItsChildren()
     QCOMPARE(row.checkState(0), Qt::PartiallyChecked);
 }
 
-void KeyRowTest::comparesWithoutATreeByTheFirstColumn()
+void TestKeyRow::comparesWithoutATreeByTheFirstColumn()
 {
     Color color;
     KeyRow small(color);
@@ -325,5 +326,5 @@ void KeyRowTest::comparesWithoutATreeByTheFirstColumn()
     QVERIFY(!(large < small));
 }
 
-QTEST_MAIN(KeyRowTest)
+REGISTER_TEST(TestKeyRow, QApplication)
 #include "tst_key_row.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/register_test.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -82,7 +83,7 @@ private:
 
 } // namespace
 
-class KeyTreeTest : public GuardedTest
+class TestKeyTree : public GuardedTest
 {
     Q_OBJECT
 
@@ -96,7 +97,7 @@ private slots:
     void rowsOfEqualTextStayAsTheyAre();
 };
 
-void KeyTreeTest::writesOutsideOfABatchSortAtOnce()
+void TestKeyTree::writesOutsideOfABatchSortAtOnce()
 {
     KeyTable f({"a", "b", "c"});
     f.tree.setSortingEnabled(true);
@@ -105,7 +106,7 @@ void KeyTreeTest::writesOutsideOfABatchSortAtOnce()
     QCOMPARE(f.names(), (QStringList{"b", "bb", "c"}));
 }
 
-void KeyTreeTest::clickOnTheHeaderSorts()
+void TestKeyTree::clickOnTheHeaderSorts()
 {
     KeyTable f({"b", "c", "a"});
     f.tree.setSortingEnabled(true);
@@ -118,7 +119,7 @@ void KeyTreeTest::clickOnTheHeaderSorts()
     QCOMPARE(f.names(), (QStringList{"c", "b", "a"}));
 }
 
-void KeyTreeTest::foreignItemsSortAmongRows()
+void TestKeyTree::foreignItemsSortAmongRows()
 {
     KeyTable f({"a", "c"});
     f.tree.addTopLevelItem(new QTreeWidgetItem({"b"}));
@@ -126,7 +127,7 @@ void KeyTreeTest::foreignItemsSortAmongRows()
     QCOMPARE(f.names(), (QStringList{"a", "b", "c"}));
 }
 
-void KeyTreeTest::rowsStayOneLineHighWhateverTheirTexts()
+void TestKeyTree::rowsStayOneLineHighWhateverTheirTexts()
 {
     KeyTable f({"a", "b"});
     f.show();
@@ -137,7 +138,7 @@ void KeyTreeTest::rowsStayOneLineHighWhateverTheirTexts()
     QCOMPARE(f.rows[0]->text(1).count('\n'), 200);
 }
 
-void KeyTreeTest::sortsAsTheToolkitsOwnTreeDoes()
+void TestKeyTree::sortsAsTheToolkitsOwnTreeDoes()
 {
     for (unsigned seed = 0; seed < 200; ++seed) {
         Twins twins(seed);
@@ -148,7 +149,7 @@ void KeyTreeTest::sortsAsTheToolkitsOwnTreeDoes()
     }
 }
 
-void KeyTreeTest::textsThatBeginAlikeAreOrderedByWhatFollows()
+void TestKeyTree::textsThatBeginAlikeAreOrderedByWhatFollows()
 {
     const QStringList sorted{
         "", "abc", QString("abc") + QChar(0), "abcd", "abcd", "abcde", "abcdf", "abce", "b"};
@@ -162,7 +163,7 @@ void KeyTreeTest::textsThatBeginAlikeAreOrderedByWhatFollows()
     }
 }
 
-void KeyTreeTest::rowsOfEqualTextStayAsTheyAre()
+void TestKeyTree::rowsOfEqualTextStayAsTheyAre()
 {
     KeyTable f(manyNames(30));
     for (QTreeWidgetItem* row : qAsConst(f.rows))
@@ -176,5 +177,5 @@ void KeyTreeTest::rowsOfEqualTextStayAsTheyAre()
     }
 }
 
-QTEST_MAIN(KeyTreeTest)
+REGISTER_TEST(TestKeyTree, QApplication)
 #include "tst_key_tree.moc"

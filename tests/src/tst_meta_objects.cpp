@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include "color_button.h"
 #include "config_dialog.h"
@@ -158,5 +159,5 @@ void TestMetaObjects::noClassHasSignalsOrPropertiesOfItsOwn()
     QCOMPARE(metaObjects()["Interface"]->superClass(), &QObject::staticMetaObject);
 }
 
-QTEST_MAIN(TestMetaObjects)
+REGISTER_TEST(TestMetaObjects, QApplication)
 #include "tst_meta_objects.moc"

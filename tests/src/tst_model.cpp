@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/random_records.h"
+#include "support/register_test.h"
 #include "support/watched_thread.h"
 
 #include "model.h"
@@ -652,5 +653,5 @@ void TestModel::readersWaitForAChange()
     }
 }
 
-QTEST_APPLESS_MAIN(TestModel)
+REGISTER_TEST(TestModel, NoApplication)
 #include "tst_model.moc"

@@ -1,50 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include "support/counted_memory.h"
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
+#include "support/register_test.h"
 
 #include "model.h"
 #include "record_finder.h"
 
 #include <QtTest>
 
-#include <cstdlib>
-#include <limits>
 #include <new>
-
-namespace {
-
-constexpr int unlimited = std::numeric_limits<int>::max();
-thread_local int allowed = unlimited; ///< so many allocations succeed yet
-thread_local int allocations = 0;
-
-void* allocate(std::size_t size)
-{
-    ++allocations;
-    if (allowed <= 0)
-        return nullptr;
-    if (allowed != unlimited)
-        --allowed;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (void* memory = allocate(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
 
 namespace {
 
@@ -52,23 +17,13 @@ namespace {
 template <class Action>
 bool succeedsWith(int count, Action action)
 {
-    allowed = count;
+    const MemoryShortage shortage(count);
     try {
         action();
     } catch (const std::bad_alloc&) {
-        allowed = unlimited;
         return false;
     }
-    allowed = unlimited;
     return true;
-}
-
-template <class Action>
-int allocationsOf(Action action)
-{
-    const int before = allocations;
-    action();
-    return allocations - before;
 }
 
 /// Keys with values of many lengths, each as long at every exchange.
@@ -157,7 +112,7 @@ void TestModelMemory::storingTextsAsLongAsBeforeAllocatesNothing()
     KeyFinder byKey;
     const auto store = [&] { model.refreshSTMVals(exchange.request, exchange.reply, byKey); };
     QVERIFY(allocationsOf(store) > 0);
-    QCOMPARE(allocationsOf(store), 0);
+    QCOMPARE(allocationsOf(store), std::size_t{0});
     QCOMPARE(allocationsOf([&] {
                  for (int i = 0; i < Exchange::fCount; ++i)
                      model.refreshSTMVal(exchange.request[i][0].asString(), exchange.reply[i]);
@@ -178,7 +133,7 @@ void TestModelMemory::readingTheSameNumbersAgainAllocatesNothing()
     std::vector<std::optional<double>> numbers;
     const auto read = [&] { model.getDoubleVals(aliases, byAlias, numbers); };
     QVERIFY(allocationsOf(read) > 0);
-    QCOMPARE(allocationsOf(read), 0);
+    QCOMPARE(allocationsOf(read), std::size_t{0});
 }
 
 void TestModelMemory::aRecordThatCannotBeAddedIsNotThere()
@@ -194,5 +149,5 @@ void TestModelMemory::aRecordThatCannotBeAddedIsNotThere()
     QVERIFY(failures > 2);
 }
 
-QTEST_APPLESS_MAIN(TestModelMemory)
+REGISTER_TEST(TestModelMemory, NoApplication)
 #include "tst_model_memory.moc"

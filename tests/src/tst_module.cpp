@@ -4,6 +4,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/random_records.h"
+#include "support/register_test.h"
 #include "support/watched_thread.h"
 
 #include "gc_interface.h"
@@ -791,5 +792,5 @@ void TestModule::theInnerTestAnswersYes()
     QVERIFY(bench.memory.calls.empty());
 }
 
-QTEST_APPLESS_MAIN(TestModule)
+REGISTER_TEST(TestModule, NoApplication)
 #include "tst_module.moc"

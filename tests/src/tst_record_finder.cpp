@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/random_records.h"
+#include "support/register_test.h"
 
 #include "record_finder.h"
 
@@ -235,5 +236,5 @@ void TestRecordFinder::aBatchLooksNoFurtherThanItFinds()
     QVERIFY(hashes <= 11);
 }
 
-QTEST_APPLESS_MAIN(TestRecordFinder)
+REGISTER_TEST(TestRecordFinder, NoApplication)
 #include "tst_record_finder.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/register_test.h"
 
 #include <QHeaderView>
 #include <QLineEdit>
@@ -84,7 +85,7 @@ int eventsOfAScroll(int rows)
 
 } // namespace
 
-class RowButtonsTest : public GuardedTest
+class TestRowButtons : public GuardedTest
 {
     Q_OBJECT
 
@@ -116,7 +117,7 @@ private slots:
     void theFocusStaysInTheTableWhenItsButtonLeavesTheSight();
 };
 
-void RowButtonsTest::buttonsInSightStandInTheirCells()
+void TestRowButtons::buttonsInSightStandInTheirCells()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -129,7 +130,7 @@ void RowButtonsTest::buttonsInSightStandInTheirCells()
     QVERIFY(!f.button(49)->isVisible());
 }
 
-void RowButtonsTest::buttonsFollowScrollingSortingAndColumnMoves()
+void TestRowButtons::buttonsFollowScrollingSortingAndColumnMoves()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -153,7 +154,7 @@ void RowButtonsTest::buttonsFollowScrollingSortingAndColumnMoves()
     QTRY_VERIFY(!first->isVisible());
 }
 
-void RowButtonsTest::everyRowUpToTheLimitHasItsButtonAtOnce()
+void TestRowButtons::everyRowUpToTheLimitHasItsButtonAtOnce()
 {
     KeyTable f(manyNames(KeyTree::fButtonLimit));
     f.installButtons();
@@ -162,7 +163,7 @@ void RowButtonsTest::everyRowUpToTheLimitHasItsButtonAtOnce()
     QCOMPARE(f.buttonsMade, KeyTree::fButtonLimit);
 }
 
-void RowButtonsTest::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
+void TestRowButtons::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
 {
     const int count = KeyTree::fButtonLimit + 1000;
     KeyTable f(manyNames(count));
@@ -176,7 +177,7 @@ void RowButtonsTest::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
     QVERIFY(!f.button(count - 500));
 }
 
-void RowButtonsTest::deletedItemsAndClearDeleteTheirButtons()
+void TestRowButtons::deletedItemsAndClearDeleteTheirButtons()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -192,7 +193,7 @@ void RowButtonsTest::deletedItemsAndClearDeleteTheirButtons()
     QTRY_VERIFY(!second && !last);
 }
 
-void RowButtonsTest::clearDeletesButtonsInTheOrderOfTheirRows()
+void TestRowButtons::clearDeletesButtonsInTheOrderOfTheirRows()
 {
     // In any other each would be searched among those left.
     KeyTable f(manyNames(200));
@@ -208,7 +209,7 @@ void RowButtonsTest::clearDeletesButtonsInTheOrderOfTheirRows()
     QCOMPARE(deleted, expected);
 }
 
-void RowButtonsTest::clearingWhileAButtonHasTheFocusKeepsItInTheTable()
+void TestRowButtons::clearingWhileAButtonHasTheFocusKeepsItInTheTable()
 {
     QWidget window;
     KeyTable f(manyNames(3));
@@ -227,7 +228,7 @@ void RowButtonsTest::clearingWhileAButtonHasTheFocusKeepsItInTheTable()
     QVERIFY(f.tree.hasFocus());
 }
 
-void RowButtonsTest::tabGoesDownTheButtonsInSight()
+void TestRowButtons::tabGoesDownTheButtonsInSight()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -241,7 +242,7 @@ void RowButtonsTest::tabGoesDownTheButtonsInSight()
     }
 }
 
-void RowButtonsTest::buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot()
+void TestRowButtons::buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -255,7 +256,7 @@ void RowButtonsTest::buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot()
     }
 }
 
-void RowButtonsTest::aScrollCostsTheSameWhateverTheNumberOfRows()
+void TestRowButtons::aScrollCostsTheSameWhateverTheNumberOfRows()
 {
     const int few = eventsOfAScroll(200);
     QVERIFY(few > 20);
@@ -263,7 +264,7 @@ void RowButtonsTest::aScrollCostsTheSameWhateverTheNumberOfRows()
     QCOMPARE(eventsOfAScroll(RowButtons::fLimit + 4000), few);
 }
 
-void RowButtonsTest::fewButtonsAreKeptTogetherWhateverTheNumberOfRows()
+void TestRowButtons::fewButtonsAreKeptTogetherWhateverTheNumberOfRows()
 {
     const int count = RowButtons::fLimit + 2000;
     KeyTable f(manyNames(count));
@@ -286,7 +287,7 @@ void RowButtonsTest::fewButtonsAreKeptTogetherWhateverTheNumberOfRows()
     QCOMPARE(widgets(), withoutButtons);
 }
 
-void RowButtonsTest::rowsThatComeInSightForTheFirstTimeNeedNoLayout()
+void TestRowButtons::rowsThatComeInSightForTheFirstTimeNeedNoLayout()
 {
     const int count = RowButtons::fLimit + 1000;
     KeyTable f(manyNames(count));
@@ -303,7 +304,7 @@ void RowButtonsTest::rowsThatComeInSightForTheFirstTimeNeedNoLayout()
     QCOMPARE(f.tree.layouts, 0);
 }
 
-void RowButtonsTest::aLayoutThatRowsNeedIsMade()
+void TestRowButtons::aLayoutThatRowsNeedIsMade()
 {
     KeyTable f(manyNames(3));
     f.show();
@@ -317,7 +318,7 @@ void RowButtonsTest::aLayoutThatRowsNeedIsMade()
     QCOMPARE(f.buttonsMade, 5);
 }
 
-void RowButtonsTest::buttonsStandInTheirCellsFromRightToLeft()
+void TestRowButtons::buttonsStandInTheirCellsFromRightToLeft()
 {
     KeyTable f(manyNames(5));
     f.tree.setLayoutDirection(Qt::RightToLeft);
@@ -329,7 +330,7 @@ void RowButtonsTest::buttonsStandInTheirCellsFromRightToLeft()
              left + f.tree.columnWidth(KeyTable::fButtonColumn) - 1);
 }
 
-void RowButtonsTest::buttonsFollowTheHorizontalScrollBar()
+void TestRowButtons::buttonsFollowTheHorizontalScrollBar()
 {
     KeyTable f(manyNames(5));
     f.installButtons();
@@ -345,7 +346,7 @@ void RowButtonsTest::buttonsFollowTheHorizontalScrollBar()
     }
 }
 
-void RowButtonsTest::buttonsFollowScrollingByPixels()
+void TestRowButtons::buttonsFollowScrollingByPixels()
 {
     KeyTable f(manyNames(50));
     f.tree.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -357,7 +358,7 @@ void RowButtonsTest::buttonsFollowScrollingByPixels()
     QVERIFY(f.button(0)->y() < 0);
 }
 
-void RowButtonsTest::hiddenRowsHaveNoButtonInSight()
+void TestRowButtons::hiddenRowsHaveNoButtonInSight()
 {
     KeyTable f(manyNames(5));
     f.installButtons();
@@ -372,7 +373,7 @@ void RowButtonsTest::hiddenRowsHaveNoButtonInSight()
     QCOMPARE(visibleButtons(f), 5);
 }
 
-void RowButtonsTest::aHiddenColumnHasNoButtonInSight()
+void TestRowButtons::aHiddenColumnHasNoButtonInSight()
 {
     KeyTable f(manyNames(5));
     f.installButtons();
@@ -388,7 +389,7 @@ void RowButtonsTest::aHiddenColumnHasNoButtonInSight()
     QTRY_COMPARE(visibleButtons(f), 5);
 }
 
-void RowButtonsTest::asManyButtonsAreInSightAsRows()
+void TestRowButtons::asManyButtonsAreInSightAsRows()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -404,7 +405,7 @@ void RowButtonsTest::asManyButtonsAreInSightAsRows()
     QTRY_COMPARE(visibleButtons(f), inSight);
 }
 
-void RowButtonsTest::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
+void TestRowButtons::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -418,7 +419,7 @@ void RowButtonsTest::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
     QVERIFY(other->isVisible());
 }
 
-void RowButtonsTest::rowsMayGoWithoutAButton()
+void TestRowButtons::rowsMayGoWithoutAButton()
 {
     KeyTable f(manyNames(5));
     f.tree.installButtons(KeyTable::fButtonColumn, [&f](QTreeWidgetItem& item) -> QWidget* {
@@ -430,7 +431,7 @@ void RowButtonsTest::rowsMayGoWithoutAButton()
     QCOMPARE(f.button(2)->y(), f.tree.visualItemRect(f.rows[2]).y());
 }
 
-void RowButtonsTest::aTableWithoutButtonsScrolls()
+void TestRowButtons::aTableWithoutButtonsScrolls()
 {
     KeyTable f(manyNames(50));
     f.show();
@@ -439,7 +440,7 @@ void RowButtonsTest::aTableWithoutButtonsScrolls()
     QCOMPARE(visibleButtons(f), 0);
 }
 
-void RowButtonsTest::aButtonMayBeDeletedByOthers()
+void TestRowButtons::aButtonMayBeDeletedByOthers()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -452,7 +453,7 @@ void RowButtonsTest::aButtonMayBeDeletedByOthers()
     QCOMPARE(f.buttonsMade, 51);
 }
 
-void RowButtonsTest::buttonsAreDeletedWithTheTable()
+void TestRowButtons::buttonsAreDeletedWithTheTable()
 {
     auto f = std::make_unique<KeyTable>(manyNames(50));
     f->installButtons();
@@ -463,7 +464,7 @@ void RowButtonsTest::buttonsAreDeletedWithTheTable()
     QVERIFY(!first && !last);
 }
 
-void RowButtonsTest::theFocusStaysInTheTableWhenItsButtonLeavesTheSight()
+void TestRowButtons::theFocusStaysInTheTableWhenItsButtonLeavesTheSight()
 {
     KeyTable f(manyNames(50));
     f.installButtons();
@@ -478,5 +479,5 @@ void RowButtonsTest::theFocusStaysInTheTableWhenItsButtonLeavesTheSight()
     }
 }
 
-QTEST_MAIN(RowButtonsTest)
+REGISTER_TEST(TestRowButtons, QApplication)
 #include "tst_row_buttons.moc"

@@ -4,6 +4,7 @@
 #include "module.h"
 #include "saved_form.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "xml_file.h"
 #include "xml_guard.h"
 
@@ -267,5 +268,5 @@ void TestSavedForm::effortDoesNotMatterToIt()
     QVERIFY(!isParsed(text + "<!-- -->"));
 }
 
-QTEST_APPLESS_MAIN(TestSavedForm)
+REGISTER_TEST(TestSavedForm, NoApplication)
 #include "tst_saved_form.moc"

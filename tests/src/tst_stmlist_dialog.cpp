@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "stmlist_dialog.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -455,5 +456,5 @@ void TestStmListDialog::tenThousandNamesAreFilteredAndSorted()
     }));
 }
 
-QTEST_MAIN(TestStmListDialog)
+REGISTER_TEST(TestStmListDialog, QApplication)
 #include "tst_stmlist_dialog.moc"

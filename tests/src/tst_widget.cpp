@@ -2,6 +2,7 @@
 #include "graph_config.h"
 #include "support/guarded_test.h"
 #include "support/panel.h"
+#include "support/register_test.h"
 
 #include <QGridLayout>
 #include <QHeaderView>
@@ -47,7 +48,7 @@ QColor colorOf(const QPushButton& button)
 
 } // namespace
 
-class WidgetTest : public GuardedTest
+class TestWidget : public GuardedTest
 {
     Q_OBJECT
 
@@ -70,7 +71,7 @@ private slots:
     void panelCanBeClosedWhileValuesArrive();
 };
 
-void WidgetTest::constantsHaveTheirValues()
+void TestWidget::constantsHaveTheirValues()
 {
     QCOMPARE(Widget::fRefreshInterval, 100);
     QCOMPARE(int(Widget::fDefaultInterval), 150);
@@ -80,7 +81,7 @@ void WidgetTest::constantsHaveTheirValues()
     QCOMPARE(Widget::fFileExtension, QString("xml"));
 }
 
-void WidgetTest::newPanelIsWholeAndEmpty()
+void TestWidget::newPanelIsWholeAndEmpty()
 {
     Panel panel;
     panel.add("a");
@@ -105,7 +106,7 @@ void WidgetTest::newPanelIsWholeAndEmpty()
     }
 }
 
-void WidgetTest::newPanelShowsNoKeyUntilItIsReset()
+void TestWidget::newPanelShowsNoKeyUntilItIsReset()
 {
     FakeMemory memory;
     const auto module = boost::make_shared<Module>(memory.proxy());
@@ -121,7 +122,7 @@ void WidgetTest::newPanelShowsNoKeyUntilItIsReset()
     QVERIFY(memory.calls.empty());
 }
 
-void WidgetTest::layoutIsTableLeftAndGraphRight()
+void TestWidget::layoutIsTableLeftAndGraphRight()
 {
     Panel panel;
     auto* splitter = panel.widget->findChild<QSplitter*>();
@@ -141,7 +142,7 @@ void WidgetTest::layoutIsTableLeftAndGraphRight()
     QVERIFY(qobject_cast<QVBoxLayout*>(panel.widget->layout()));
 }
 
-void WidgetTest::commandsStandInRowsBelowTheTable()
+void TestWidget::commandsStandInRowsBelowTheTable()
 {
     Panel panel;
     const auto* splitter = panel.widget->findChild<QSplitter*>();
@@ -161,7 +162,7 @@ void WidgetTest::commandsStandInRowsBelowTheTable()
     QCOMPARE(label->buddy(), panel.subscriptionBox());
 }
 
-void WidgetTest::everyButtonHasItsOwnImage()
+void TestWidget::everyButtonHasItsOwnImage()
 {
     const QTemporaryDir folder;
     const QMap<QString, QColor> colors{
@@ -182,7 +183,7 @@ void WidgetTest::everyButtonHasItsOwnImage()
     QCOMPARE(found.value("Open"), colors["open"]);
 }
 
-void WidgetTest::subscriptionBoxOffersTwoModesAndAsksForNoPeriod()
+void TestWidget::subscriptionBoxOffersTwoModesAndAsksForNoPeriod()
 {
     Panel panel;
     const QComboBox* box = panel.subscriptionBox();
@@ -193,7 +194,7 @@ void WidgetTest::subscriptionBoxOffersTwoModesAndAsksForNoPeriod()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void WidgetTest::timersRunWithTheirPeriods()
+void TestWidget::timersRunWithTheirPeriods()
 {
     Panel panel;
     QVERIFY(panel.treeTimer()->isActive() && panel.dataTimer()->isActive());
@@ -201,7 +202,7 @@ void WidgetTest::timersRunWithTheirPeriods()
     QCOMPARE(panel.dataTimer()->interval(), 100);
 }
 
-void WidgetTest::aNewPanelSetsTheModulesModeAndKeepsItsPeriod()
+void TestWidget::aNewPanelSetsTheModulesModeAndKeepsItsPeriod()
 {
     FakeMemory memory;
     const auto module = boost::make_shared<Module>(memory.proxy());
@@ -215,7 +216,7 @@ void WidgetTest::aNewPanelSetsTheModulesModeAndKeepsItsPeriod()
     QVERIFY(intervals.contains(450));
 }
 
-void WidgetTest::panelWithoutModuleIsWholeAndIdle()
+void TestWidget::panelWithoutModuleIsWholeAndIdle()
 {
     Widget widget(boost::shared_ptr<Module>(), QString(), nullptr);
     widget.show();
@@ -248,7 +249,7 @@ void WidgetTest::panelWithoutModuleIsWholeAndIdle()
     QTRY_VERIFY(!isFetching());
 }
 
-void WidgetTest::panelOfAModuleWithoutModelIsWholeAndIdle()
+void TestWidget::panelOfAModuleWithoutModelIsWholeAndIdle()
 {
     FakeMemory memory;
     const auto module = boost::make_shared<Module>(memory.proxy());
@@ -260,7 +261,7 @@ void WidgetTest::panelOfAModuleWithoutModelIsWholeAndIdle()
     QCOMPARE(widget.findChild<QTreeWidget*>()->topLevelItemCount(), 0);
 }
 
-void WidgetTest::watchedKeysAreFetchedOneAfterTheOther()
+void TestWidget::watchedKeysAreFetchedOneAfterTheOther()
 {
     Panel panel;
     panel.add("a").watch = true;
@@ -279,7 +280,7 @@ void WidgetTest::watchedKeysAreFetchedOneAfterTheOther()
     QCOMPARE(panel.row("b")->text(Widget::fColValue), QString());
 }
 
-void WidgetTest::refreshButtonFetchesEveryKey()
+void TestWidget::refreshButtonFetchesEveryKey()
 {
     Panel panel;
     panel.add("a");
@@ -293,7 +294,7 @@ void WidgetTest::refreshButtonFetchesEveryKey()
     QCOMPARE(panel.row("b")->text(Widget::fColValue), QString("Key/b"));
 }
 
-void WidgetTest::afterADisconnectionNothingIsFetchedButTheTableTicks()
+void TestWidget::afterADisconnectionNothingIsFetchedButTheTableTicks()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -311,7 +312,7 @@ void WidgetTest::afterADisconnectionNothingIsFetchedButTheTableTicks()
     QCOMPARE(panel.memory.calls.size(), calls);
 }
 
-void WidgetTest::panelCanBeMadeSmall()
+void TestWidget::panelCanBeMadeSmall()
 {
     Panel panel;
     for (int i = 0; i < 100; ++i)
@@ -331,7 +332,7 @@ void WidgetTest::panelCanBeMadeSmall()
     QCOMPARE(panel.tree()->topLevelItemCount(), 100);
 }
 
-void WidgetTest::panelCanBeClosedWhileValuesArrive()
+void TestWidget::panelCanBeClosedWhileValuesArrive()
 {
     Panel panel;
     panel.add("a").watch = true;
@@ -343,5 +344,5 @@ void WidgetTest::panelCanBeClosedWhileValuesArrive()
     QVERIFY(!fetching);
 }
 
-QTEST_MAIN(WidgetTest)
+REGISTER_TEST(TestWidget, QApplication)
 #include "tst_widget.moc"

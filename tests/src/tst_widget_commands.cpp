@@ -3,6 +3,7 @@
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/panel.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -20,7 +21,7 @@ void expect(const Panel& panel, const STMVal& value, bool watch, bool graph)
 
 } // namespace
 
-class WidgetCommandsTest : public GuardedTest
+class TestWidgetCommands : public GuardedTest
 {
     Q_OBJECT
 
@@ -42,7 +43,7 @@ private slots:
     void graphAllOfManyRowsIsLinear();
 };
 
-void WidgetCommandsTest::graphingAKeyWatchesItAndPlotsItInItsColour()
+void TestWidgetCommands::graphingAKeyWatchesItAndPlotsItInItsColour()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -54,7 +55,7 @@ void WidgetCommandsTest::graphingAKeyWatchesItAndPlotsItInItsColour()
     QCOMPARE(panel.graph()->fSeries["a"].first, &value.color);
 }
 
-void WidgetCommandsTest::unwatchingAGraphedKeyTakesItOffThePlot()
+void TestWidgetCommands::unwatchingAGraphedKeyTakesItOffThePlot()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -67,7 +68,7 @@ void WidgetCommandsTest::unwatchingAGraphedKeyTakesItOffThePlot()
     expect(panel, value, true, false);
 }
 
-void WidgetCommandsTest::ungraphingKeepsWatching()
+void TestWidgetCommands::ungraphingKeepsWatching()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -78,7 +79,7 @@ void WidgetCommandsTest::ungraphingKeepsWatching()
     QVERIFY(panel.graph()->fSeries.isEmpty());
 }
 
-void WidgetCommandsTest::clickBesideTheBoxChangesNothing()
+void TestWidgetCommands::clickBesideTheBoxChangesNothing()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -92,7 +93,7 @@ void WidgetCommandsTest::clickBesideTheBoxChangesNothing()
     expect(panel, value, true, false);
 }
 
-void WidgetCommandsTest::clickOnOtherCellsOnlyWritesTheNameTwice()
+void TestWidgetCommands::clickOnOtherCellsOnlyWritesTheNameTwice()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -108,7 +109,7 @@ void WidgetCommandsTest::clickOnOtherCellsOnlyWritesTheNameTwice()
     }
 }
 
-void WidgetCommandsTest::doubleClickOnABoxLeavesBoxAndFlagAlike()
+void TestWidgetCommands::doubleClickOnABoxLeavesBoxAndFlagAlike()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -121,7 +122,7 @@ void WidgetCommandsTest::doubleClickOnABoxLeavesBoxAndFlagAlike()
     QCOMPARE(value.watch, isTicked);
 }
 
-void WidgetCommandsTest::spaceKeyTicksBoxesLikeTheMouse()
+void TestWidgetCommands::spaceKeyTicksBoxesLikeTheMouse()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -142,7 +143,7 @@ void WidgetCommandsTest::spaceKeyTicksBoxesLikeTheMouse()
     expect(panel, value, true, true);
 }
 
-void WidgetCommandsTest::clickOnARowOfAnotherMakerPlotsWithoutColour()
+void TestWidgetCommands::clickOnARowOfAnotherMakerPlotsWithoutColour()
 {
     Panel panel;
     panel.add("a");
@@ -155,7 +156,7 @@ void WidgetCommandsTest::clickOnARowOfAnotherMakerPlotsWithoutColour()
     QCOMPARE(item->checkState(Widget::fColWatch), Qt::Checked);
 }
 
-void WidgetCommandsTest::ofKeysWithTheSameAliasTheFirstIsChanged()
+void TestWidgetCommands::ofKeysWithTheSameAliasTheFirstIsChanged()
 {
     Panel panel;
     panel.add("same");
@@ -172,7 +173,7 @@ void WidgetCommandsTest::ofKeysWithTheSameAliasTheFirstIsChanged()
     QCOMPARE(panel.graph()->fSeries.size(), 1);
 }
 
-void WidgetCommandsTest::watchAllAndGraphAllTickEveryRow()
+void TestWidgetCommands::watchAllAndGraphAllTickEveryRow()
 {
     Panel panel;
     STMVal& a = panel.add("a");
@@ -200,7 +201,7 @@ void WidgetCommandsTest::watchAllAndGraphAllTickEveryRow()
     QVERIFY(panel.graph()->fSeries.isEmpty());
 }
 
-void WidgetCommandsTest::allBoxesDoNothingOnAnEmptyTable()
+void TestWidgetCommands::allBoxesDoNothingOnAnEmptyTable()
 {
     Panel panel;
     panel.show();
@@ -210,7 +211,7 @@ void WidgetCommandsTest::allBoxesDoNothingOnAnEmptyTable()
     QCOMPARE(panel.tree()->topLevelItemCount(), 0);
 }
 
-void WidgetCommandsTest::rowClicksLeaveTheAllBoxesAlone()
+void TestWidgetCommands::rowClicksLeaveTheAllBoxesAlone()
 {
     Panel panel;
     panel.add("a");
@@ -222,7 +223,7 @@ void WidgetCommandsTest::rowClicksLeaveTheAllBoxesAlone()
     QVERIFY(panel.box("Graph All")->isChecked());
 }
 
-void WidgetCommandsTest::graphAllPlotsEveryKeyInItsOwnColour()
+void TestWidgetCommands::graphAllPlotsEveryKeyInItsOwnColour()
 {
     Panel panel;
     for (int i = 0; i < 100; ++i)
@@ -236,7 +237,7 @@ void WidgetCommandsTest::graphAllPlotsEveryKeyInItsOwnColour()
                  &value->color);
 }
 
-void WidgetCommandsTest::rowsThatThePanelDidNotMakeHaveNoColour()
+void TestWidgetCommands::rowsThatThePanelDidNotMakeHaveNoColour()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -255,7 +256,7 @@ void WidgetCommandsTest::rowsThatThePanelDidNotMakeHaveNoColour()
     QCOMPARE(series["a"].first, &value.color);
 }
 
-void WidgetCommandsTest::graphAllOfManyRowsIsLinear()
+void TestWidgetCommands::graphAllOfManyRowsIsLinear()
 {
     const double growth = growthAtFourTimes(4000, [](int rows) {
         Panel panel;
@@ -270,5 +271,5 @@ void WidgetCommandsTest::graphAllOfManyRowsIsLinear()
     QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
-QTEST_MAIN(WidgetCommandsTest)
+REGISTER_TEST(TestWidgetCommands, QApplication)
 #include "tst_widget_commands.moc"

@@ -3,6 +3,7 @@
 #include "support/files.h"
 #include "support/guarded_test.h"
 #include "support/panel.h"
+#include "support/register_test.h"
 
 #include <QColorDialog>
 #include <QFileDialog>
@@ -88,7 +89,7 @@ QStringList fileDialogOf(const Panel& panel, const QString& toolTip)
 
 } // namespace
 
-class WidgetDialogsTest : public GuardedTest
+class TestWidgetDialogs : public GuardedTest
 {
     Q_OBJECT
 
@@ -118,13 +119,13 @@ private slots:
     void panelMayBeDeletedWhileThePopupsChoiceIsAskedFor();
 };
 
-void WidgetDialogsTest::initTestCase()
+void TestWidgetDialogs::initTestCase()
 {
     GuardedTest::initTestCase();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
 }
 
-void WidgetDialogsTest::periodDialogStartsAtThePeriodAndHasItsBounds()
+void TestWidgetDialogs::periodDialogStartsAtThePeriodAndHasItsBounds()
 {
     Panel panel;
     panel.module->fModel->setTimePolicy(250);
@@ -146,7 +147,7 @@ void WidgetDialogsTest::periodDialogStartsAtThePeriodAndHasItsBounds()
     QVERIFY(driver.wasShown());
 }
 
-void WidgetDialogsTest::confirmedPeriodIsUsed_data()
+void TestWidgetDialogs::confirmedPeriodIsUsed_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<int>("period");
@@ -156,7 +157,7 @@ void WidgetDialogsTest::confirmedPeriodIsUsed_data()
     QTest::newRow("more digits than fit") << "100001" << 10000;
 }
 
-void WidgetDialogsTest::confirmedPeriodIsUsed()
+void TestWidgetDialogs::confirmedPeriodIsUsed()
 {
     QFETCH(QString, typed);
     QFETCH(int, period);
@@ -180,7 +181,7 @@ void WidgetDialogsTest::confirmedPeriodIsUsed()
     QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_EVERY);
 }
 
-void WidgetDialogsTest::cancelledPeriodDialogEndsFetching()
+void TestWidgetDialogs::cancelledPeriodDialogEndsFetching()
 {
     Panel panel;
     panel.module->fModel->setTimePolicy(250);
@@ -196,7 +197,7 @@ void WidgetDialogsTest::cancelledPeriodDialogEndsFetching()
     QCOMPARE(panel.module->fModel->fTimePolicy, 250);
 }
 
-void WidgetDialogsTest::noSubscriptionStopsFetching()
+void TestWidgetDialogs::noSubscriptionStopsFetching()
 {
     Panel panel;
     panel.add("a").watch = true;
@@ -208,7 +209,7 @@ void WidgetDialogsTest::noSubscriptionStopsFetching()
     QCOMPARE(panel.module->fModel->fTimePolicy, 100);
 }
 
-void WidgetDialogsTest::subscribeOnDataIsPassedOn()
+void TestWidgetDialogs::subscribeOnDataIsPassedOn()
 {
     Panel panel;
     panel.show();
@@ -218,7 +219,7 @@ void WidgetDialogsTest::subscribeOnDataIsPassedOn()
     QVERIFY(panel.dataTimer()->isActive());
 }
 
-void WidgetDialogsTest::textThatNamesNoModeChangesNothing()
+void TestWidgetDialogs::textThatNamesNoModeChangesNothing()
 {
     Panel panel;
     panel.show();
@@ -228,7 +229,7 @@ void WidgetDialogsTest::textThatNamesNoModeChangesNothing()
     QVERIFY(panel.dataTimer()->isActive());
 }
 
-void WidgetDialogsTest::savingAddsTheExtension_data()
+void TestWidgetDialogs::savingAddsTheExtension_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("written");
@@ -242,7 +243,7 @@ void WidgetDialogsTest::savingAddsTheExtension_data()
                                  << "xml.xml";
 }
 
-void WidgetDialogsTest::savingAddsTheExtension()
+void TestWidgetDialogs::savingAddsTheExtension()
 {
     QFETCH(QString, typed);
     QFETCH(QString, written);
@@ -266,7 +267,7 @@ void WidgetDialogsTest::savingAddsTheExtension()
     QVERIFY(saved.readAll().contains("alias=\"a\""));
 }
 
-void WidgetDialogsTest::fileDialogsAskForXmlFilesInTheProgramsFolder()
+void TestWidgetDialogs::fileDialogsAskForXmlFilesInTheProgramsFolder()
 {
     Panel panel;
     panel.show();
@@ -277,7 +278,7 @@ void WidgetDialogsTest::fileDialogsAskForXmlFilesInTheProgramsFolder()
              QStringList({"Merge with File", "Xml file (*.xml)", folder}));
 }
 
-void WidgetDialogsTest::savingAsksForAnyFileAndOpeningForOneThatIsThere()
+void TestWidgetDialogs::savingAsksForAnyFileAndOpeningForOneThatIsThere()
 {
     Panel panel;
     panel.show();
@@ -298,7 +299,7 @@ void WidgetDialogsTest::savingAsksForAnyFileAndOpeningForOneThatIsThere()
     QVERIFY(modeOf("Open") == Mode(QFileDialog::AcceptOpen, QFileDialog::ExistingFile));
 }
 
-void WidgetDialogsTest::openingTakesNoNameOfAMissingFile()
+void TestWidgetDialogs::openingTakesNoNameOfAMissingFile()
 {
     const QTemporaryDir folder;
     Panel panel;
@@ -321,7 +322,7 @@ void WidgetDialogsTest::openingTakesNoNameOfAMissingFile()
     QCOMPARE(seen, (QStringList{"complaint of the file dialog", "still open"}));
 }
 
-void WidgetDialogsTest::textsOfDialogsAreTranslatedAsAWhole()
+void TestWidgetDialogs::textsOfDialogsAreTranslatedAsAWhole()
 {
     Dictionary dictionary;
     QVERIFY(QCoreApplication::installTranslator(&dictionary));
@@ -342,7 +343,7 @@ void WidgetDialogsTest::textsOfDialogsAreTranslatedAsAWhole()
     QCOMPARE(read, QStringList({"Zeitabstand", "Daten holen alle (ms):"}));
 }
 
-void WidgetDialogsTest::cancelledFileDialogsDoNothing()
+void TestWidgetDialogs::cancelledFileDialogsDoNothing()
 {
     Panel panel;
     panel.add("a");
@@ -356,7 +357,7 @@ void WidgetDialogsTest::cancelledFileDialogsDoNothing()
     QCOMPARE(panel.tree()->topLevelItemCount(), 1);
 }
 
-void WidgetDialogsTest::failedSaveShowsOneErrorBox()
+void TestWidgetDialogs::failedSaveShowsOneErrorBox()
 {
     const QTemporaryDir folder;
     QVERIFY(QDir(folder.path()).mkdir("taken.xml"));
@@ -369,7 +370,7 @@ void WidgetDialogsTest::failedSaveShowsOneErrorBox()
                                           .arg(folder.filePath("taken.xml"), "%2")});
 }
 
-void WidgetDialogsTest::mergeAddsTheKeysOfAFile()
+void TestWidgetDialogs::mergeAddsTheKeysOfAFile()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("keys.any");
@@ -392,7 +393,7 @@ void WidgetDialogsTest::mergeAddsTheKeysOfAFile()
     QCOMPARE(panel.graph()->fSeries["new"].first->blue, 3);
 }
 
-void WidgetDialogsTest::rejectedMergeShowsOneErrorBoxAndKeepsTheTable()
+void TestWidgetDialogs::rejectedMergeShowsOneErrorBoxAndKeepsTheTable()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("other.xml");
@@ -422,7 +423,7 @@ void WidgetDialogsTest::rejectedMergeShowsOneErrorBoxAndKeepsTheTable()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void WidgetDialogsTest::savedFileMergesBack()
+void TestWidgetDialogs::savedFileMergesBack()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("keys.xml");
@@ -438,7 +439,7 @@ void WidgetDialogsTest::savedFileMergesBack()
     QVERIFY(panel.module->fModel->fSTMVals[1]->graph);
 }
 
-void WidgetDialogsTest::colourButtonOfARowChangesTheCurvesColour()
+void TestWidgetDialogs::colourButtonOfARowChangesTheCurvesColour()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -457,14 +458,14 @@ void WidgetDialogsTest::colourButtonOfARowChangesTheCurvesColour()
     QCOMPARE(panel.graph()->fSeries["a"].first->green, 20);
 }
 
-void WidgetDialogsTest::panelMayBeDeletedWhileADialogIsOpen_data()
+void TestWidgetDialogs::panelMayBeDeletedWhileADialogIsOpen_data()
 {
     QTest::addColumn<QString>("opener");
     for (const char* opener : {"Save", "Open", "period", "colour", "error"})
         QTest::newRow(opener) << opener;
 }
 
-void WidgetDialogsTest::panelMayBeDeletedWhileADialogIsOpen()
+void TestWidgetDialogs::panelMayBeDeletedWhileADialogIsOpen()
 {
     QFETCH(QString, opener);
     const QTemporaryDir folder;
@@ -498,7 +499,7 @@ void WidgetDialogsTest::panelMayBeDeletedWhileADialogIsOpen()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void WidgetDialogsTest::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
+void TestWidgetDialogs::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
 {
     Panel panel;
     panel.show();
@@ -515,5 +516,5 @@ void WidgetDialogsTest::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
     QTRY_VERIFY(!box);
 }
 
-QTEST_MAIN(WidgetDialogsTest)
+REGISTER_TEST(TestWidgetDialogs, QApplication)
 #include "tst_widget_dialogs.moc"

@@ -4,6 +4,7 @@
 #include "support/guarded_test.h"
 #include "support/panel.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <zo/error.h>
@@ -64,7 +65,7 @@ int sampleCount(const Panel& panel)
 } // namespace
 
 /// What a panel shows of keys that a file brings while it runs.
-class WidgetMergeTest : public GuardedTest
+class TestWidgetMerge : public GuardedTest
 {
     Q_OBJECT
 
@@ -80,13 +81,13 @@ private slots:
     void aFailedMergeFetchesNothing();
 };
 
-void WidgetMergeTest::initTestCase()
+void TestWidgetMerge::initTestCase()
 {
     GuardedTest::initTestCase();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
 }
 
-void WidgetMergeTest::aCurveThatAFileBringsIsPlottedAtOnce()
+void TestWidgetMerge::aCurveThatAFileBringsIsPlottedAtOnce()
 {
     RobotPanel panel;
     showLive(panel);
@@ -100,7 +101,7 @@ void WidgetMergeTest::aCurveThatAFileBringsIsPlottedAtOnce()
     QTRY_COMPARE(panel.graph()->fSeries["angle"].second.last().second, 1.5);
 }
 
-void WidgetMergeTest::aValueThatNobodyWatchesIsShown()
+void TestWidgetMerge::aValueThatNobodyWatchesIsShown()
 {
     RobotPanel panel;
     showLive(panel);
@@ -109,7 +110,7 @@ void WidgetMergeTest::aValueThatNobodyWatchesIsShown()
     QCOMPARE(panel.row("angle")->text(Widget::fColType), QString("float"));
 }
 
-void WidgetMergeTest::theTableIsMadeFirstAndValuesAreFetchedOnce()
+void TestWidgetMerge::theTableIsMadeFirstAndValuesAreFetchedOnce()
 {
     Panel panel;
     panel.add("before");
@@ -130,7 +131,7 @@ void WidgetMergeTest::theTableIsMadeFirstAndValuesAreFetchedOnce()
     QCOMPARE(rebuilds, 1);
 }
 
-void WidgetMergeTest::aCurveWhoseKeyIsNoNumberIsDropped()
+void TestWidgetMerge::aCurveWhoseKeyIsNoNumberIsDropped()
 {
     RobotPanel panel;
     panel.robot.command({"SET", "Arm/Angle", "\"text\""});
@@ -141,7 +142,7 @@ void WidgetMergeTest::aCurveWhoseKeyIsNoNumberIsDropped()
     QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("text"));
 }
 
-void WidgetMergeTest::aCurveIsDroppedWhenItsValueCannotBeFetched()
+void TestWidgetMerge::aCurveIsDroppedWhenItsValueCannotBeFetched()
 {
     Panel panel;
     showLive(panel);
@@ -155,7 +156,7 @@ void WidgetMergeTest::aCurveIsDroppedWhenItsValueCannotBeFetched()
     QCOMPARE(panel.row("angle")->text(Widget::fColValue), QString());
 }
 
-void WidgetMergeTest::withoutAnObserverNothingIsFetched()
+void TestWidgetMerge::withoutAnObserverNothingIsFetched()
 {
     Panel panel;
     showLive(panel);
@@ -166,7 +167,7 @@ void WidgetMergeTest::withoutAnObserverNothingIsFetched()
     QVERIFY(panel.memory.calls.empty());
 }
 
-void WidgetMergeTest::withoutAMemoryNothingIsFetched()
+void TestWidgetMerge::withoutAMemoryNothingIsFetched()
 {
     Panel panel;
     showLive(panel);
@@ -177,7 +178,7 @@ void WidgetMergeTest::withoutAMemoryNothingIsFetched()
     QVERIFY(panel.memory.calls.empty());
 }
 
-void WidgetMergeTest::aFailedMergeFetchesNothing()
+void TestWidgetMerge::aFailedMergeFetchesNothing()
 {
     Panel panel;
     panel.add("before");
@@ -195,5 +196,5 @@ void WidgetMergeTest::aFailedMergeFetchesNothing()
     QVERIFY(panel.memory.calls.empty());
 }
 
-QTEST_MAIN(WidgetMergeTest)
+REGISTER_TEST(TestWidgetMerge, QApplication)
 #include "tst_widget_merge.moc"

@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/panel.h"
+#include "support/register_test.h"
 
 #include <QHeaderView>
 #include <QPointer>
@@ -30,7 +31,7 @@ QStringList textsOf(const QTreeWidget& tree, int column)
 
 } // namespace
 
-class WidgetTableTest : public GuardedTest
+class TestWidgetTable : public GuardedTest
 {
     Q_OBJECT
 
@@ -60,7 +61,7 @@ private slots:
     void panelMayBeDeletedWhileALayoutIsPending();
 };
 
-void WidgetTableTest::rowsShowAliasFlagsTypeValueAndColour()
+void TestWidgetTable::rowsShowAliasFlagsTypeValueAndColour()
 {
     Panel panel;
     STMVal& value = panel.add("Arm/Elbow");
@@ -86,7 +87,7 @@ void WidgetTableTest::rowsShowAliasFlagsTypeValueAndColour()
     QCOMPARE(shown, QColor(value.color.red, value.color.green, value.color.blue));
 }
 
-void WidgetTableTest::rowsAreEnabledAndCheckableAndNothingElse()
+void TestWidgetTable::rowsAreEnabledAndCheckableAndNothingElse()
 {
     Panel panel;
     panel.add("a");
@@ -94,7 +95,7 @@ void WidgetTableTest::rowsAreEnabledAndCheckableAndNothingElse()
     QCOMPARE(panel.row("a")->flags(), Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
 }
 
-void WidgetTableTest::bytesOfTextsAreShownAsLatin1()
+void TestWidgetTable::bytesOfTextsAreShownAsLatin1()
 {
     Panel panel;
     STMVal& value = panel.add("caf\xe9");
@@ -107,7 +108,7 @@ void WidgetTableTest::bytesOfTextsAreShownAsLatin1()
     QVERIFY(value.watch);
 }
 
-void WidgetTableTest::graphedKeysArePlottedInTheirColourAfterAReset()
+void TestWidgetTable::graphedKeysArePlottedInTheirColourAfterAReset()
 {
     Panel panel;
     panel.add("a");
@@ -121,7 +122,7 @@ void WidgetTableTest::graphedKeysArePlottedInTheirColourAfterAReset()
     QCOMPARE(panel.row("b")->checkState(Widget::fColGraph), Qt::Checked);
 }
 
-void WidgetTableTest::resetReplacesRowsButtonsAndCurves()
+void TestWidgetTable::resetReplacesRowsButtonsAndCurves()
 {
     Panel panel;
     panel.add("a").graph = true;
@@ -135,7 +136,7 @@ void WidgetTableTest::resetReplacesRowsButtonsAndCurves()
     QTRY_VERIFY(!button);
 }
 
-void WidgetTableTest::emptyModelGivesAnEmptyTableWithColumnsAsWideAsTheirHeaders()
+void TestWidgetTable::emptyModelGivesAnEmptyTableWithColumnsAsWideAsTheirHeaders()
 {
     Panel panel;
     panel.show();
@@ -146,7 +147,7 @@ void WidgetTableTest::emptyModelGivesAnEmptyTableWithColumnsAsWideAsTheirHeaders
         QCOMPARE(panel.tree()->columnWidth(column), header->sectionSizeHint(column));
 }
 
-void WidgetTableTest::columnsFitTheirContentsAfterAReset()
+void TestWidgetTable::columnsFitTheirContentsAfterAReset()
 {
     Panel panel;
     panel.add(std::string(80, 'm')).value = std::string(90, 'w');
@@ -158,7 +159,7 @@ void WidgetTableTest::columnsFitTheirContentsAfterAReset()
             metrics.horizontalAdvance(QString(90, 'w')));
 }
 
-void WidgetTableTest::aRebuildHoldsTheModelForReadingToItsEnd()
+void TestWidgetTable::aRebuildHoldsTheModelForReadingToItsEnd()
 {
     Panel panel;
     panel.add("a");
@@ -184,7 +185,7 @@ void WidgetTableTest::aRebuildHoldsTheModelForReadingToItsEnd()
     QVERIFY(!waits.contains(false));
 }
 
-void WidgetTableTest::colourButtonsAreCalledLikeTheirKeys()
+void TestWidgetTable::colourButtonsAreCalledLikeTheirKeys()
 {
     Panel panel;
     panel.add("Arm/Elbow");
@@ -203,7 +204,7 @@ void WidgetTableTest::colourButtonsAreCalledLikeTheirKeys()
     }
 }
 
-void WidgetTableTest::resetKeepsTheSortColumn()
+void TestWidgetTable::resetKeepsTheSortColumn()
 {
     Panel panel;
     const char* values[] = {"3", "1", "2"};
@@ -217,7 +218,7 @@ void WidgetTableTest::resetKeepsTheSortColumn()
     QCOMPARE(panel.tree()->sortColumn(), int(Widget::fColValue));
 }
 
-void WidgetTableTest::twoAnnouncementsGiveOnePass()
+void TestWidgetTable::twoAnnouncementsGiveOnePass()
 {
     Panel panel;
     panel.add("a");
@@ -232,7 +233,7 @@ void WidgetTableTest::twoAnnouncementsGiveOnePass()
     QCOMPARE(writes.size(), 2);
 }
 
-void WidgetTableTest::aPassRewritesTypeAndValueOfEveryRow()
+void TestWidgetTable::aPassRewritesTypeAndValueOfEveryRow()
 {
     Panel panel;
     STMVal& watched = panel.add("a");
@@ -250,7 +251,7 @@ void WidgetTableTest::aPassRewritesTypeAndValueOfEveryRow()
     QCOMPARE(panel.row("b")->text(Widget::fColValue), QString("2"));
 }
 
-void WidgetTableTest::aPassWritesEachNameTwiceAndOnlyThat()
+void TestWidgetTable::aPassWritesEachNameTwiceAndOnlyThat()
 {
     Panel panel;
     panel.add("a");
@@ -269,7 +270,7 @@ void WidgetTableTest::aPassWritesEachNameTwiceAndOnlyThat()
     QCOMPARE(seen, (QStringList{sentinel, "a", sentinel, "b"}));
 }
 
-void WidgetTableTest::aPassPutsRowsIntoTheOrderOfTheSortColumn()
+void TestWidgetTable::aPassPutsRowsIntoTheOrderOfTheSortColumn()
 {
     Panel panel;
     STMVal& a = panel.add("a");
@@ -287,7 +288,7 @@ void WidgetTableTest::aPassPutsRowsIntoTheOrderOfTheSortColumn()
     }
 }
 
-void WidgetTableTest::tickWithoutNewsWritesNothing()
+void TestWidgetTable::tickWithoutNewsWritesNothing()
 {
     Panel panel;
     STMVal& value = panel.add("a");
@@ -299,7 +300,7 @@ void WidgetTableTest::tickWithoutNewsWritesNothing()
     QCOMPARE(panel.row("a")->text(Widget::fColValue), QString());
 }
 
-void WidgetTableTest::rowsOutliveTheirKeysInTheModel()
+void TestWidgetTable::rowsOutliveTheirKeysInTheModel()
 {
     Panel panel;
     panel.add("a").value = "kept";
@@ -312,7 +313,7 @@ void WidgetTableTest::rowsOutliveTheirKeysInTheModel()
     QVERIFY(panel.graph()->fSeries["a"].first);
 }
 
-void WidgetTableTest::nameUpdateOfNoRowDoesNothing()
+void TestWidgetTable::nameUpdateOfNoRowDoesNothing()
 {
     Panel panel;
     panel.add("a");
@@ -329,7 +330,7 @@ void WidgetTableTest::nameUpdateOfNoRowDoesNothing()
     QCOMPARE(panel.row("a")->text(Widget::fColName), QString("a"));
 }
 
-void WidgetTableTest::nameUpdatesOfManySortedRowsAreLinear()
+void TestWidgetTable::nameUpdatesOfManySortedRowsAreLinear()
 {
     const double growth = growthAtFourTimes(2000, [](int rows) {
         Panel panel;
@@ -347,7 +348,7 @@ void WidgetTableTest::nameUpdatesOfManySortedRowsAreLinear()
     QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
-void WidgetTableTest::clickOnARowDoesNotSelectIt()
+void TestWidgetTable::clickOnARowDoesNotSelectIt()
 {
     Panel panel;
     panel.add("a");
@@ -356,7 +357,7 @@ void WidgetTableTest::clickOnARowDoesNotSelectIt()
     QVERIFY(panel.tree()->selectedItems().isEmpty());
 }
 
-void WidgetTableTest::tenThousandRowsAreBuiltWrittenAndSorted()
+void TestWidgetTable::tenThousandRowsAreBuiltWrittenAndSorted()
 {
     Panel panel;
     for (int i = 0; i < 10000; ++i)
@@ -375,7 +376,7 @@ void WidgetTableTest::tenThousandRowsAreBuiltWrittenAndSorted()
     }
 }
 
-void WidgetTableTest::buildingWritingAndSortingAreLinear()
+void TestWidgetTable::buildingWritingAndSortingAreLinear()
 {
     const double growth = growthAtFourTimes(2000, [](int rows) {
         Panel panel;
@@ -394,7 +395,7 @@ void WidgetTableTest::buildingWritingAndSortingAreLinear()
     QVERIFY2(growth < mostLinearGrowth, qPrintable(QString::number(growth)));
 }
 
-void WidgetTableTest::hundredThousandRowsOpenScrollRefreshAndClose()
+void TestWidgetTable::hundredThousandRowsOpenScrollRefreshAndClose()
 {
     Panel panel;
     for (int i = 0; i < 100000; ++i)
@@ -414,7 +415,7 @@ void WidgetTableTest::hundredThousandRowsOpenScrollRefreshAndClose()
     QVERIFY(panel.widget->close());
 }
 
-void WidgetTableTest::panelMayBeDeletedWhileALayoutIsPending()
+void TestWidgetTable::panelMayBeDeletedWhileALayoutIsPending()
 {
     auto panel = std::make_unique<Panel>();
     for (int i = 0; i < 8000; ++i) // more than have their button from the start
@@ -427,5 +428,5 @@ void WidgetTableTest::panelMayBeDeletedWhileALayoutIsPending()
     QVERIFY(!tree);
 }
 
-QTEST_MAIN(WidgetTableTest)
+REGISTER_TEST(TestWidgetTable, QApplication)
 #include "tst_widget_table.moc"

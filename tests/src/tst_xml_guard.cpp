@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/growth.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "xml_file.h"
 #include "xml_guard.h"
 
@@ -363,5 +364,5 @@ void TestXmlGuard::theParsersOwnDescriptionIsHandedOn()
     QCOMPARE(reasonAgainst("<a b></a>"), std::string("Error reading Attributes."));
 }
 
-QTEST_APPLESS_MAIN(TestXmlGuard)
+REGISTER_TEST(TestXmlGuard, NoApplication)
 #include "tst_xml_guard.moc"

@@ -60,7 +60,7 @@ void chooseFile(QFileDialog& dialog, const QString& file)
     QTest::keyClick(edit, Qt::Key_Return);
 }
 
-void useOwnSettings()
+HostApplication::HostApplication(int& argc, char** argv) : Application((prepare(), argc), argv)
 {
     static const QTemporaryDir folder;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());

@@ -29,16 +29,10 @@ void clickOk(QMessageBox* box);
 /// Types the name of `file` and confirms it.
 void chooseFile(QFileDialog& dialog, const QString& file);
 
-/// Gives the test a settings file of its own, which lasts as long as the program.
-void useOwnSettings();
-
-/// The main function of a test that runs in the host's own application object.
-#define HOST_TEST_MAIN(TestClass)                                                                  \
-    int main(int argc, char** argv)                                                                \
-    {                                                                                              \
-        Application::prepare();                                                                    \
-        Application application(argc, argv);                                                       \
-        useOwnSettings();                                                                          \
-        TestClass test;                                                                            \
-        return QTest::qExec(&test, argc, argv);                                                    \
-    }
+/// The host's own application object, with a settings file of its own, which lasts as long as the
+/// program.
+class HostApplication : public Application
+{
+public:
+    HostApplication(int& argc, char** argv);
+};

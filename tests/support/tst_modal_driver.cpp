@@ -2,6 +2,7 @@
 #include "support/dialog_driver.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
+#include "support/register_test.h"
 
 #include <QInputDialog>
 #include <QMessageBox>
@@ -13,7 +14,7 @@
 namespace {
 
 constexpr int shortPatience = 400; ///< ms
-constexpr char casesWord[] = "cases";
+constexpr char casesWord[] = "modal_driver_cases";
 
 int answerOf(QDialog& dialog)
 {
@@ -191,15 +192,6 @@ void TestModalDriver::whatTheDriverHadToDoByItselfIsAFailure()
              qPrintable(ended.output));
 }
 
-int main(int argc, char** argv)
-{
-    QApplication application(argc, argv);
-    QStringList words = QCoreApplication::arguments();
-    if (words.removeOne(casesWord)) {
-        Cases cases;
-        return QTest::qExec(&cases, words);
-    }
-    TestModalDriver test;
-    return QTest::qExec(&test, words);
-}
+REGISTER_TEST(TestModalDriver, QApplication)
+static const TestSubject cases(casesWord, runTest<Cases, QApplication>);
 #include "tst_modal_driver.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -66,5 +67,5 @@ void TestRedisServer::makesCertificatesForTls()
     QCOMPARE(server.command({"PING"}), std::string("PONG"));
 }
 
-QTEST_APPLESS_MAIN(TestRedisServer)
+REGISTER_TEST(TestRedisServer, NoApplication)
 #include "tst_redis_server.moc"

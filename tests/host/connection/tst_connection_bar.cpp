@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_bar.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QLabel>
 #include <QStyle>
@@ -175,5 +176,5 @@ void TestConnectionBar::aLongReasonDoesNotWidenTheWindow()
     QCOMPARE(bar.minimumSizeHint().width(), width);
 }
 
-QTEST_MAIN(TestConnectionBar)
+REGISTER_TEST(TestConnectionBar, QApplication)
 #include "tst_connection_bar.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_monitor.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -172,5 +173,5 @@ void TestConnectionMonitor::forgetsALink()
     QCOMPARE(goes.asked, asked);
 }
 
-QTEST_GUILESS_MAIN(TestConnectionMonitor)
+REGISTER_TEST(TestConnectionMonitor, QCoreApplication)
 #include "tst_connection_monitor.moc"

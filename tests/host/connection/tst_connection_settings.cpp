@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_settings.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -28,5 +29,5 @@ void TestConnectionSettings::handsEverythingToTheLink()
     QCOMPARE(options.tlsCaFile, std::string("/etc/\u673a\u5668.pem"));
 }
 
-QTEST_APPLESS_MAIN(TestConnectionSettings)
+REGISTER_TEST(TestConnectionSettings, NoApplication)
 #include "tst_connection_settings.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "connection/recent_connections.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QSettings>
 #include <QtTest>
@@ -107,5 +108,5 @@ void TestRecentConnections::leavesOutWhatMakesNoSense()
     QCOMPARE(addresses(), QStringList({"a:1"}));
 }
 
-QTEST_GUILESS_MAIN(TestRecentConnections)
+REGISTER_TEST(TestRecentConnections, QCoreApplication)
 #include "tst_recent_connections.moc"

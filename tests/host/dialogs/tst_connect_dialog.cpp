@@ -3,6 +3,7 @@
 #include "support/dialog_driver.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -222,5 +223,5 @@ void TestConnectDialog::hidesThePassword()
     QCOMPARE(field<QLineEdit>("password")->echoMode(), QLineEdit::Password);
 }
 
-QTEST_MAIN(TestConnectDialog)
+REGISTER_TEST(TestConnectDialog, QApplication)
 #include "tst_connect_dialog.moc"

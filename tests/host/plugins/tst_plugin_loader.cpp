@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/plugin_loader.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <tarvek/widget_interface.h>
 
@@ -180,5 +181,5 @@ void TestPluginLoader::aFolderIsLoadedOnce()
     QCOMPARE(loader.folders(), QStringList(missing));
 }
 
-QTEST_MAIN(TestPluginLoader)
+REGISTER_TEST(TestPluginLoader, QApplication)
 #include "tst_plugin_loader.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/resource_paths.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -41,5 +42,5 @@ void TestResourcePaths::aFolderWithOtherLettersIsFoundByPanelsToo()
     QVERIFY(!QFile::exists(QString::fromLatin1(told.c_str()) + "buttons/open.png"));
 }
 
-QTEST_GUILESS_MAIN(TestResourcePaths)
+REGISTER_TEST(TestResourcePaths, QCoreApplication)
 #include "tst_resource_paths.moc"

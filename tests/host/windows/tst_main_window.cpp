@@ -5,6 +5,7 @@
 #include "support/host.h"
 #include "support/modal_driver.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "windows/main_window.h"
 #include "windows/start_page.h"
 
@@ -429,5 +430,5 @@ void TestMainWindow::anExceptionOfAPanelEndsInABox()
     QVERIFY(probe()->isVisible());
 }
 
-HOST_TEST_MAIN(TestMainWindow)
+REGISTER_TEST(TestMainWindow, HostApplication)
 #include "tst_main_window.moc"

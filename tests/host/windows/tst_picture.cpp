@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "windows/picture.h"
 
 #include <QtTest>
@@ -71,5 +72,5 @@ void TestPicture::aFailureLeavesTheOldFile()
     QCOMPARE(QImage(file).size(), QSize(30, 20));
 }
 
-QTEST_MAIN(TestPicture)
+REGISTER_TEST(TestPicture, QApplication)
 #include "tst_picture.moc"

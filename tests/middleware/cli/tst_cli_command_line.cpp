@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <command_line.h>
 #include <usage_error.h>
@@ -204,5 +205,5 @@ void TestCliCommandLine::mistakesAreNamed()
     QVERIFY2(message.contains(mistake), qPrintable(message));
 }
 
-QTEST_APPLESS_MAIN(TestCliCommandLine)
+REGISTER_TEST(TestCliCommandLine, NoApplication)
 #include "tst_cli_command_line.moc"

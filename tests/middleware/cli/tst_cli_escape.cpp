@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <escape.h>
 
@@ -44,5 +45,5 @@ void TestCliEscape::bytesThatAreNoUtf8Stay()
         QCOMPARE(escaped(text), text);
 }
 
-QTEST_APPLESS_MAIN(TestCliEscape)
+REGISTER_TEST(TestCliEscape, NoApplication)
 #include "tst_cli_escape.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/watched_thread.h"
 
 #include <output.h>
@@ -222,5 +223,5 @@ void TestCliOutput::aClosedOutputEndsTheWait()
     QVERIFY_EXCEPTION_THROWN(output.flush(), OutputError);
 }
 
-QTEST_GUILESS_MAIN(TestCliOutput)
+REGISTER_TEST(TestCliOutput, QCoreApplication)
 #include "tst_cli_output.moc"

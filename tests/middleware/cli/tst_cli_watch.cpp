@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <output.h>
 #include <watch.h>
@@ -182,5 +183,5 @@ void TestCliWatch::aWrongNumberOfValuesIsNoAnswer()
     QVERIFY2(seen.messages[0].contains("0 values for 1 keys"), qPrintable(seen.messages[0]));
 }
 
-QTEST_APPLESS_MAIN(TestCliWatch)
+REGISTER_TEST(TestCliWatch, NoApplication)
 #include "tst_cli_watch.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <QProcess>
 #include <QTemporaryFile>
@@ -452,5 +453,5 @@ void TestZoCli::helpAndVersionArePrinted()
     QVERIFY(QRegularExpression("^zo \\d+\\.\\d+\\.\\d+\n$").match(version.output).hasMatch());
 }
 
-QTEST_GUILESS_MAIN(TestZoCli)
+REGISTER_TEST(TestZoCli, QCoreApplication)
 #include "tst_zo_cli.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 
 #include <link/stream.h>
 
@@ -67,5 +68,5 @@ void TestCertifiedName::theCertificateOfAScopedAddressIsTrusted()
              std::string("the server's certificate is not trusted: hostname mismatch"));
 }
 
-QTEST_GUILESS_MAIN(TestCertifiedName)
+REGISTER_TEST(TestCertifiedName, QCoreApplication)
 #include "tst_certified_name.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QtTest>
@@ -428,5 +429,5 @@ void TestConnection::errorTextsAreShownWithoutControlCharacters()
     QVERIFY2(contains(error, "refuses SET \"Arm\": ERR ?[2Jgone"), error.c_str());
 }
 
-QTEST_GUILESS_MAIN(TestConnection)
+REGISTER_TEST(TestConnection, QCoreApplication)
 #include "tst_connection.moc"

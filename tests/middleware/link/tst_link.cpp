@@ -3,6 +3,7 @@
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 #include "support/watched_thread.h"
 
@@ -381,5 +382,5 @@ void TestLink::noProgramThatIsStartedInheritsASocket()
     QVERIFY(sockets >= 1);
 }
 
-QTEST_GUILESS_MAIN(TestLink)
+REGISTER_TEST(TestLink, QCoreApplication)
 #include "tst_link.moc"

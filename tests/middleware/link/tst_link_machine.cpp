@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/machine_bench.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -692,5 +693,5 @@ void TestLinkMachine::theSameEventsGiveTheSameActions()
     QVERIFY(trace(7) != trace(8));
 }
 
-QTEST_GUILESS_MAIN(TestLinkMachine)
+REGISTER_TEST(TestLinkMachine, QCoreApplication)
 #include "tst_link_machine.moc"

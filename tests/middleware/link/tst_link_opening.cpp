@@ -2,6 +2,7 @@
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QtTest>
@@ -231,5 +232,5 @@ void TestLinkOpening::wildTimeoutsAreConfined()
     QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
 }
 
-QTEST_GUILESS_MAIN(TestLinkOpening)
+REGISTER_TEST(TestLinkOpening, QCoreApplication)
 #include "tst_link_opening.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QtTest>
@@ -176,5 +177,5 @@ void TestLookUp::aLookUpWithoutMemoryEndsNothingButItself()
                 ->isConnected());
 }
 
-QTEST_GUILESS_MAIN(TestLookUp)
+REGISTER_TEST(TestLookUp, QCoreApplication)
 #include "tst_look_up.moc"

@@ -2,6 +2,7 @@
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QFile>
@@ -227,5 +228,5 @@ void TestStream::aLinkOverTlsComesBack()
     QTRY_VERIFY_WITH_TIMEOUT(errorOf([&] { memory.setText("Arm", "1"); }).empty(), 20000);
 }
 
-QTEST_GUILESS_MAIN(TestStream)
+REGISTER_TEST(TestStream, QCoreApplication)
 #include "tst_stream.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/machine_bench.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
@@ -532,5 +533,5 @@ void TestTraffic::theRoundTripIsSmoothedAndBounded()
     QVERIFY(link.machine.roundTrip() <= seconds(1));
 }
 
-QTEST_GUILESS_MAIN(TestTraffic)
+REGISTER_TEST(TestTraffic, QCoreApplication)
 #include "tst_traffic.moc"

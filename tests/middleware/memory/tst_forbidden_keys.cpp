@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <memory/forbidden_keys.h>
 
@@ -71,5 +72,5 @@ void TestForbiddenKeys::whatAnOldConnectionRefusedIsIgnored()
     QVERIFY(keys.known(1, start)->empty());
 }
 
-QTEST_GUILESS_MAIN(TestForbiddenKeys)
+REGISTER_TEST(TestForbiddenKeys, QCoreApplication)
 #include "tst_forbidden_keys.moc"

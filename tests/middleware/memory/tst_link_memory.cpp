@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "support/counted_memory.h"
 #include "support/guarded_test.h"
 #include "support/machine_bench.h"
+#include "support/register_test.h"
 
 #include <QtTest>
 
-#include <cstdlib>
-#include <new>
 #include <random>
 #include <set>
 
@@ -13,53 +13,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-
-/// How many more pieces of memory this thread gets; negative: as many as it wants.
-thread_local int left = -1;
-
-void* allocated(std::size_t size) noexcept
-{
-    if (left == 0)
-        return nullptr;
-    if (left > 0)
-        --left;
-    return std::malloc(size);
-}
-
-/// While it lives, memory runs out.
-struct Shortage
-{
-    explicit Shortage(int pieces) { left = pieces; }
-    ~Shortage() { left = -1; }
-    Shortage(const Shortage&) = delete;
-    Shortage& operator=(const Shortage&) = delete;
-};
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (void* const memory = allocated(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocated(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-namespace {
 
 /// A machine between callers and a robot that behave well, in whatever order, while memory is
 /// short at any moment.
@@ -113,7 +66,7 @@ private:
     void event(Event happen)
     {
         {
-            const Shortage shortage(fIsShort ? upTo(4) : -1);
+            const MemoryShortage shortage(fIsShort ? upTo(4) : -1);
             happen();
         }
         while (const auto action = fMachine.nextAction())
@@ -247,7 +200,7 @@ void TestLinkMemory::theEndOfManyCallsNeedsNoMemory()
     for (auto& call : calls)
         call = bench.call("GET");
     {
-        const Shortage shortage(0);
+        const MemoryShortage shortage(0);
         bench.machine.failed(bench.now);
     }
     bench.settle();
@@ -255,5 +208,5 @@ void TestLinkMemory::theEndOfManyCallsNeedsNoMemory()
         QCOMPARE(bench.end(call), std::string("robot at arm:6379: out of memory"));
 }
 
-QTEST_GUILESS_MAIN(TestLinkMemory)
+REGISTER_TEST(TestLinkMemory, QCoreApplication)
 #include "tst_link_memory.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/robot.h"
 
 #include <QtTest>
@@ -420,5 +421,5 @@ void TestRemoteMemory::manyThreadsShareOneProxy()
     QCOMPARE(wrong.load(), 0);
 }
 
-QTEST_APPLESS_MAIN(TestRemoteMemory)
+REGISTER_TEST(TestRemoteMemory, NoApplication)
 #include "tst_remote_memory.moc"

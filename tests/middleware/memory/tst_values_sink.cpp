@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <memory/values_sink.h>
 #include <value/json.h>
@@ -146,5 +147,5 @@ void TestValuesSink::anArrayBeyondTheLimitIsInvalidAlone()
     QVERIFY(values[fitting + 2] == ZoValue() && values[fitting + 3] == ZoValue());
 }
 
-QTEST_APPLESS_MAIN(TestValuesSink)
+REGISTER_TEST(TestValuesSink, NoApplication)
 #include "tst_values_sink.moc"

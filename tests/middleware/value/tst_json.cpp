@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <value/json.h>
 #include <zo/error.h>
@@ -163,5 +164,5 @@ void TestJson::whatIsNoJsonIsAStringAsItStands()
     QCOMPARE(value.asString(), text.toStdString());
 }
 
-QTEST_APPLESS_MAIN(TestJson)
+REGISTER_TEST(TestJson, NoApplication)
 #include "tst_json.moc"

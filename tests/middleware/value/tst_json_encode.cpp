@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <value/json.h>
 #include <zo/error.h>
@@ -157,5 +158,5 @@ void TestJsonEncode::everyValueReadsBackTheSame()
     }
 }
 
-QTEST_APPLESS_MAIN(TestJsonEncode)
+REGISTER_TEST(TestJsonEncode, NoApplication)
 #include "tst_json_encode.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/reference_json.h"
+#include "support/register_test.h"
 
 #include <value/json.h>
 #include <zo/error.h>
@@ -175,5 +176,5 @@ void TestJsonHostile::changedTextsAreReadByTheGrammar()
     }
 }
 
-QTEST_APPLESS_MAIN(TestJsonHostile)
+REGISTER_TEST(TestJsonHostile, NoApplication)
 #include "tst_json_hostile.moc"

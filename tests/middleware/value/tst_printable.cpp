@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <value/printable.h>
 
@@ -51,5 +52,5 @@ void TestPrintable::aLongTextIsCutBetweenCharacters()
     QCOMPARE(printable(std::string(197, 'x') + euro + "x"), std::string(197, 'x') + euro + "...");
 }
 
-QTEST_GUILESS_MAIN(TestPrintable)
+REGISTER_TEST(TestPrintable, QCoreApplication)
 #include "tst_printable.moc"

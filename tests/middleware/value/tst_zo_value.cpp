@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/register_test.h"
 
 #include <zo/error.h>
 #include <zo/value.h>
@@ -195,5 +196,5 @@ void TestZoValue::valuesAreEqualByTypeAndContent()
     QCOMPARE(numbers, ZoValue(numbers));
 }
 
-QTEST_APPLESS_MAIN(TestZoValue)
+REGISTER_TEST(TestZoValue, NoApplication)
 #include "tst_zo_value.moc"

@@ -2,6 +2,8 @@
 #include "support/guarded_test.h"
 #include "support/random_replies.h"
 #include "support/reference_replies.h"
+#include "support/register_test.h"
+#include "support/reply_counter.h"
 #include "support/reply_recorder.h"
 
 #include <wire/limits.h>
@@ -9,65 +11,14 @@
 
 #include <QtTest>
 
-#include <cstdlib>
-#include <new>
-
 namespace {
 
-std::size_t allocations = 0;
-std::size_t allocatedBytes = 0;
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    allocatedBytes += size;
-    void* const memory = std::malloc(size);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-namespace {
-
-/// Counts what it is given, and keeps nothing.
-class Counter : public ReplySink
-{
-public:
-    int texts = 0;
-    int others = 0;
-    std::int64_t skipped = 0;
-
-    bool take(const ReplyPlace&, const ReplyPiece& piece) override
-    {
-        ++(piece.kind == ReplyKind::Text ? texts : others);
-        if (piece.kind == ReplyKind::TooLarge)
-            skipped += piece.number;
-        return true;
-    }
-    std::string nameOf(const ReplyPlace& place) const override
-    {
-        return "piece " + std::to_string(place.index);
-    }
-};
-
-class Refuser : public Counter
+class Refuser : public ReplyCounter
 {
 public:
     bool take(const ReplyPlace& place, const ReplyPiece& piece) override
     {
-        Counter::take(place, piece);
+        ReplyCounter::take(place, piece);
         return refuse("no!");
     }
 };
@@ -85,7 +36,7 @@ ReplyReading readByteByByte(std::string_view bytes, int replies = 1)
 /// The problem with `bytes`, which arrive in blocks of `blockSize`.
 ReplyProblem problemWith(std::string_view bytes, std::size_t blockSize = 1 << 16)
 {
-    Counter counter;
+    ReplyCounter counter;
     ReplyReader reader;
     reader.expect(1, counter);
     while (!bytes.empty() && !reader.hasProblem()) {
@@ -93,11 +44,6 @@ ReplyProblem problemWith(std::string_view bytes, std::size_t blockSize = 1 << 16
         bytes.remove_prefix(std::min(blockSize, bytes.size()));
     }
     return reader.problem();
-}
-
-std::string textOf(std::size_t size)
-{
-    return "$" + std::to_string(size) + "\r\n" + std::string(size, 'x') + "\r\n";
 }
 
 const char oldKinds[] = "*4\r\n$3\r\na\r\n\r\n:-7\r\n$-1\r\n*2\r\n$0\r\n\r\n*-1\r\n"
@@ -159,9 +105,6 @@ private slots:
     void aLargePushIsRefused();
     void itNestsToItsLimit();
     void itCountsTheElementsOfAllLevels();
-    void nothingIsAllocatedBecauseItWasAnnounced();
-    void whatArrivesWholeIsNotCopied();
-    void aTextThatDripsInGrowsInFewSteps();
     void theSinkMayRefuse();
 };
 
@@ -474,7 +417,7 @@ void TestReplyReader::aLargeTextIsSkippedAndTheOthersAreExact()
 
 void TestReplyReader::itTakesATextOfTheLargestSize()
 {
-    Counter counter;
+    ReplyCounter counter;
     ReplyReader reader;
     reader.expect(1, counter);
     const std::string bytes = textOf(ReplyLimits::fMaxValue);
@@ -507,7 +450,7 @@ void TestReplyReader::itRefusesALargeReply()
 {
     QFETCH(QByteArray, piece);
     QFETCH(int, taken);
-    Counter counter;
+    ReplyCounter counter;
     ReplyReader reader;
     reader.expect(1, counter);
     reader.read("*100000\r\n");
@@ -524,7 +467,7 @@ void TestReplyReader::eachExchangeBeginsItsCountsAnew()
     std::string manyNulls = "*600000\r\n";
     for (int i = 0; i < 600000; ++i)
         manyNulls += "_\r\n";
-    Counter counter;
+    ReplyCounter counter;
     ReplyReader reader;
     for (int exchange = 0; exchange < 3; ++exchange) {
         reader.expect(2, counter);
@@ -539,7 +482,7 @@ void TestReplyReader::eachExchangeBeginsItsCountsAnew()
 
 void TestReplyReader::whatIsSkippedDoesNotMakeAReplyLarge()
 {
-    Counter counter;
+    ReplyCounter counter;
     ReplyReader reader;
     reader.expect(1, counter);
     reader.read("*100\r\n");
@@ -552,8 +495,8 @@ void TestReplyReader::whatIsSkippedDoesNotMakeAReplyLarge()
 
 void TestReplyReader::aLargePushIsRefused()
 {
-    Counter answers;
-    Counter pushes;
+    ReplyCounter answers;
+    ReplyCounter pushes;
     ReplyReader reader(&pushes);
     reader.expect(1, answers);
     const std::string piece = textOf(ReplyLimits::fMaxValue);
@@ -596,62 +539,6 @@ void TestReplyReader::itCountsTheElementsOfAllLevels()
     QCOMPARE(problemWith("*1000000\r\n*48577\r\n").text, problem);
 }
 
-void TestReplyReader::nothingIsAllocatedBecauseItWasAnnounced()
-{
-    const std::size_t before = allocatedBytes;
-    {
-        Counter counter;
-        ReplyReader reader;
-        reader.expect(1, counter);
-        reader.read("*1048576\r\n");
-        reader.read("$1048576\r\nx");
-        QVERIFY(!reader.hasProblem());
-    }
-    {
-        const std::string block(100000, 'x');
-        Counter counter;
-        ReplyReader reader;
-        reader.expect(1, counter);
-        reader.read("$500000000\r\n");
-        for (int i = 0; i < 5000; ++i)
-            reader.read(block);
-        reader.read("\r\n");
-        QVERIFY(reader.isComplete());
-    }
-    QVERIFY2(allocatedBytes - before < 110000, std::to_string(allocatedBytes - before).c_str());
-}
-
-void TestReplyReader::whatArrivesWholeIsNotCopied()
-{
-    std::string bytes = "*10000\r\n";
-    for (int i = 0; i < 10000; ++i)
-        bytes += textOf(1000 + i % 7);
-    Counter counter;
-    ReplyReader reader;
-    reader.expect(1, counter);
-    const std::size_t before = allocations;
-    reader.read(bytes);
-    const std::size_t after = allocations; // the checks allocate, too
-    QVERIFY(reader.isComplete());
-    QCOMPARE(counter.texts, 10000);
-    QCOMPARE(after, before);
-}
-
-void TestReplyReader::aTextThatDripsInGrowsInFewSteps()
-{
-    const std::string bytes = textOf(ReplyLimits::fMaxValue);
-    Counter counter;
-    ReplyReader reader;
-    const std::size_t before = allocations;
-    for (int round = 0; round < 2; ++round) {
-        reader.expect(1, counter);
-        for (const char byte : bytes)
-            reader.read({&byte, 1});
-        QVERIFY(reader.isComplete());
-    }
-    QVERIFY2(allocations - before < 30, std::to_string(allocations - before).c_str());
-}
-
 void TestReplyReader::theSinkMayRefuse()
 {
     Refuser refuser;
@@ -668,5 +555,5 @@ void TestReplyReader::theSinkMayRefuse()
     QVERIFY(another.hasProblem() && !another.isComplete());
 }
 
-QTEST_APPLESS_MAIN(TestReplyReader)
+REGISTER_TEST(TestReplyReader, NoApplication)
 #include "tst_reply_reader.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/redis_server.h"
+#include "support/register_test.h"
 #include "support/reply_recorder.h"
 
 #include <wire/reply_reader.h>
@@ -66,5 +67,5 @@ void TestRequest::theRobotReadsIt()
     QCOMPARE(server.command({"DBSIZE"}), std::string("10000"));
 }
 
-QTEST_APPLESS_MAIN(TestRequest)
+REGISTER_TEST(TestRequest, NoApplication)
 #include "tst_request.moc"

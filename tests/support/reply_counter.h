@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wire/reply_sink.h>
+
+#include <cstdint>
+#include <string>
+
+/// Counts what it is given, and keeps nothing.
+class ReplyCounter : public ReplySink
+{
+public:
+    int texts = 0;
+    int others = 0;
+    std::int64_t skipped = 0;
+
+    bool take(const ReplyPlace&, const ReplyPiece& piece) override
+    {
+        ++(piece.kind == ReplyKind::Text ? texts : others);
+        if (piece.kind == ReplyKind::TooLarge)
+            skipped += piece.number;
+        return true;
+    }
+    std::string nameOf(const ReplyPlace& place) const override
+    {
+        return "piece " + std::to_string(place.index);
+    }
+};
+
+/// A reply of this many letters.
+inline std::string textOf(std::size_t size)
+{
+    return "$" + std::to_string(size) + "\r\n" + std::string(size, 'x') + "\r\n";
+}
