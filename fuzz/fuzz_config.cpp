@@ -5,6 +5,7 @@
 #include "guarded_array.h"
 #include "model.h"
 #include "module.h"
+#include "require.h"
 #include "saved_form.h"
 #include "xml_file.h"
 #include "xml_guard.h"
@@ -13,20 +14,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <tinyxml.h>
 
 namespace {
-
-void require(bool holds, const char* what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "fuzz_config: %s\n", what);
-    std::abort();
-}
 
 std::size_t attributesOf(const TiXmlElement& element)
 {

@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes to the reading of a robot's values, and their value back to the writing.
+#include "require.h"
 #include "value/json.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 namespace {
-
-void require(bool holds, const char* what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "fuzz_json: %s\n", what);
-    std::abort();
-}
 
 /// Whether `shown` is `whole`, or the beginning of it that a table shows, and dots.
 bool isCutOf(const std::string& shown, const std::string& whole)

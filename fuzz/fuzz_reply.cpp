@@ -1,24 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Feeds arbitrary bytes, in blocks of arbitrary sizes, to the reader of a server's replies, and
 // compares what it makes of them with a slow reading by the letter.
+#include "require.h"
 #include "support/reference_replies.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
 namespace {
-
-void require(bool holds, const char* what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "fuzz_reply: %s\n", what);
-    std::abort();
-}
 
 /// Sizes of blocks, from 1 to `largest`, that follow from a number.
 class Sizes
