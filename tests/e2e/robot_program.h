@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "program.h"
-
+#include "support/program.h"
 #include "support/robot.h"
 
 /// The simulated robot, started and awaited.

@@ -140,9 +140,7 @@ void TestPanel::startsWithChosenKeys()
             const auto found = list->findItems(liveKey, Qt::MatchExactly);
             QCOMPARE(found.size(), 1);
             found[0]->setCheckState(Qt::Checked);
-            whenShown("QFileDialog", [file](QDialog& files) {
-                chooseFile(static_cast<QFileDialog&>(files), file);
-            });
+            whenShown("QFileDialog", [file](QDialog& files) { chooseFile(files, file); });
             clickButton(dialog, "Ok");
         });
     QVERIFY(panel);
@@ -159,9 +157,8 @@ void TestPanel::startsFromAConfigurationFile()
                "graph=\"0\"><color red=\"1\" green=\"2\" blue=\"3\"/></stm_value></stm_viewer>");
     file.close();
     TarvekWidget* panel =
-        fSession->open(window(), Session::fOpenFile, "QFileDialog", [&file](QDialog& files) {
-            chooseFile(static_cast<QFileDialog&>(files), file.fileName());
-        });
+        fSession->open(window(), Session::fOpenFile, "QFileDialog",
+                       [&file](QDialog& files) { chooseFile(files, file.fileName()); });
     QVERIFY(panel);
     QVERIFY(lives(panel, "volts"));
 }
@@ -226,16 +223,13 @@ void TestPanel::mergesASavedConfiguration()
     const QString file = fFolder->filePath("saved");
     TarvekWidget* panel = openAll();
     clickBox(panel, liveKey, watchColumn);
-    whenShown("QFileDialog",
-              [file](QDialog& files) { chooseFile(static_cast<QFileDialog&>(files), file); });
+    whenShown("QFileDialog", [file](QDialog& files) { chooseFile(files, file); });
     clickButton(*panel, "Save");
     QVERIFY(QFile::exists(file + ".xml"));
     clickBox(panel, liveKey, watchColumn);
     QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Unchecked);
     const int rows = tableOf(panel)->topLevelItemCount();
-    whenShown("QFileDialog", [file](QDialog& files) {
-        chooseFile(static_cast<QFileDialog&>(files), file + ".xml");
-    });
+    whenShown("QFileDialog", [file](QDialog& files) { chooseFile(files, file + ".xml"); });
     clickButton(*panel, "Open");
     QVERIFY(tableOf(panel)->topLevelItemCount() >= rows);
     const auto found = tableOf(panel)->findItems(liveKey, Qt::MatchExactly);

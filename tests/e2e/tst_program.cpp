@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop_program.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QtTest>
@@ -56,7 +57,7 @@ void TestProgram::findsItsPanelByItself()
                            DesktopProgram::wordsFor(robot) + QStringList{"--panel", "Glimmet"});
     desktop.start();
     // The window's own connection, and that of the panel, whose start-up dialog waits.
-    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(robot), 2, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(robot), 2, patience);
     desktop.signal(SIGTERM);
     QVERIFY(desktop.waitForFinished());
     QCOMPARE(desktop.warnings(), QString());
@@ -93,7 +94,7 @@ void TestProgram::signsInWithThePasswordOfAFile()
                                QStringList{"--user", "reader", "--password-file", file.fileName()});
     desktop.start();
     QTRY_VERIFY_WITH_TIMEOUT(
-        robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, 20000);
+        robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, patience);
 }
 
 REGISTER_TEST(TestProgram, QCoreApplication)

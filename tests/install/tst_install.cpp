@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "e2e/desktop_program.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QtTest>
@@ -90,7 +91,7 @@ void TestInstall::theDesktopFindsItsPanelAndImages()
     DesktopProgram desktop(path("bin/tarvek-desktop"), desktopWords("Glimmet"));
     desktop.start();
     // The window's own connection, and the panel's.
-    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(*fRobot), 2, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(*fRobot), 2, patience);
     desktop.signal(SIGTERM);
     QVERIFY(desktop.waitForFinished());
     QCOMPARE(desktop.warnings(), QString());
@@ -108,7 +109,8 @@ void TestInstall::anotherPluginIsBuiltAgainstItAndRuns()
                            desktopWords("libother") +
                                QStringList{"--plugin", build + "/libother.so"});
     desktop.start();
-    QTRY_COMPARE_WITH_TIMEOUT(fRobot->command({"EXISTS", "Other/Images"}), std::string("1"), 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(fRobot->command({"EXISTS", "Other/Images"}), std::string("1"),
+                              patience);
     QCOMPARE(QString::fromStdString(fRobot->command({"GET", "Other/Images"})),
              '"' + QDir(path("share/tarvek")).canonicalPath() + "/\"");
     desktop.signal(SIGTERM);

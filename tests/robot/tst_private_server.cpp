@@ -2,6 +2,7 @@
 #include "private_server.h"
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -165,7 +166,7 @@ void TestPrivateServer::signalsThatItsMakerBlocksReachIt()
     PrivateServer server(0);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::kill(server.pid(), SIGTERM);
-    QTRY_VERIFY_WITH_TIMEOUT(!server.isRunning(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!server.isRunning(), patience);
 }
 
 REGISTER_TEST(TestPrivateServer, QCoreApplication)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/modal_driver.h"
 #include "support/register_test.h"
 
 #include "color_button.h"
@@ -31,19 +32,12 @@ QColor shownBy(const ColorButton& button)
     return button.icon().pixmap(16, 16).toImage().pixelColor(8, 8);
 }
 
-/// Does `action` with the colour chooser as soon as it stands; closes it if that fails to.
+/// Does `action` with the colour chooser as soon as it stands; that it does not is a failure.
 void whenTheChooserOpens(const std::function<void(QColorDialog*)>& action)
 {
-    auto* poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, action] {
-        auto* dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
-            return;
-        poll->stop();
-        poll->deleteLater();
-        action(dialog);
-    });
-    poll->start(5);
+    auto user = std::make_unique<ModalDriver>();
+    user->then<QColorDialog>([action](QColorDialog& chooser) { action(&chooser); });
+    GuardedTest::keepUntilEnd(std::move(user));
 }
 
 void press(QColorDialog* dialog, QDialogButtonBox::StandardButton which)

@@ -4,6 +4,7 @@
 #include "module.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QCoreApplication>
@@ -205,7 +206,7 @@ public:
     bool waitUntilFull() const
     {
         const int size = fcntl(fFile, F_GETPIPE_SZ);
-        return QTest::qWaitFor([&] { return waiting() == size; }, 20000);
+        return QTest::qWaitFor([&] { return waiting() == size; }, patience);
     }
 
     /// All that comes until the writer closes its end.
@@ -892,7 +893,7 @@ void TestConfigManager::otherProgramsDoNotInheritTheFile()
     const auto module = newModule();
     module->fModel->fMutex->lockWrite();
     auto saved = std::async(std::launch::async, [&] { return saveMessage(module, name); });
-    const bool isOpen = QTest::qWaitFor([&] { return timesOpen(name) == 1; }, 20000);
+    const bool isOpen = QTest::qWaitFor([&] { return timesOpen(name) == 1; }, patience);
     const int flags = flagsOf(name);
     module->fModel->fMutex->unlockWrite();
     QVERIFY(isOpen);

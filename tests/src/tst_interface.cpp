@@ -242,8 +242,7 @@ void TestInterface::aChosenFileFillsThePanel()
                  "</stm_viewer>");
     output.close();
     whenShown({}, [file](QDialog& dialog) {
-        whenShown("QFileDialog",
-                  [file](QDialog& files) { chooseFile(static_cast<QFileDialog&>(files), file); });
+        whenShown("QFileDialog", [file](QDialog& files) { chooseFile(files, file); });
         press(dialog, "Open configuration file");
     });
     TarvekWidget* panel = open();
@@ -343,7 +342,7 @@ void TestInterface::aFileThatCannotBeReadGivesNoPanel()
     whenShown({}, [file](QDialog& dialog) {
         whenShown("QFileDialog", [file](QDialog& files) {
             whenShown("QMessageBox", [](QDialog& box) { QTest::keyClick(&box, Qt::Key_Return); });
-            chooseFile(static_cast<QFileDialog&>(files), file);
+            chooseFile(files, file);
         });
         press(dialog, "Open configuration file");
     });

@@ -3,6 +3,7 @@
 #include "support/fake_memory.h"
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
+#include "support/patience.h"
 #include "support/random_records.h"
 #include "support/register_test.h"
 #include "support/watched_thread.h"
@@ -625,7 +626,7 @@ void TestModule::threadsFetchChangeAndReadTogether()
         for (auto& work : everydayWork(bench.module))
             threads.push_back(std::make_unique<Repeated>(std::move(work)));
         const auto isEnough = [](const auto& thread) { return thread->steps() >= 200; };
-        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(threads.begin(), threads.end(), isEnough), 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(threads.begin(), threads.end(), isEnough), patience);
     }
     bench.module.getDatas(true);
     QCOMPARE(bench.record(0).type, std::string("int"));
@@ -756,7 +757,7 @@ void TestModule::aKeyPutInFrontWhileValuesAreStoredGetsItsValue()
         }
         return renamed;
     };
-    const QDeadlineTimer deadline(20000);
+    const QDeadlineTimer deadline(patience);
     while (inTime < 5 && !deadline.hasExpired()) {
         first.names.first = "first";
         first.value.clear();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "support/dialog_driver.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/modal_driver.h"
 #include "support/panel.h"
 #include "support/register_test.h"
 
@@ -39,7 +39,7 @@ public:
 private:
     void waitForBox()
     {
-        fBox = std::make_unique<DialogDriver>([this](QWidget& dialog) {
+        fBox = std::make_unique<ModalDriver>([this](QWidget& dialog) {
             const auto* box = qobject_cast<QMessageBox*>(&dialog);
             QVERIFY(box);
             QVERIFY(qobject_cast<Widget*>(box->parentWidget()));
@@ -51,8 +51,8 @@ private:
         });
     }
 
-    DialogDriver fFile;
-    std::unique_ptr<DialogDriver> fBox;
+    ModalDriver fFile;
+    std::unique_ptr<ModalDriver> fBox;
 };
 
 /// Knows the panel's texts word for word, and only these.
@@ -77,7 +77,7 @@ public:
 QStringList fileDialogOf(const Panel& panel, const QString& toolTip)
 {
     QStringList read;
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         if (const auto* files = qobject_cast<QFileDialog*>(&dialog))
             read << files->windowTitle() << files->nameFilters()
                  << files->directory().absolutePath();
@@ -131,7 +131,7 @@ void TestWidgetDialogs::periodDialogStartsAtThePeriodAndHasItsBounds()
     panel.module->fModel->setTimePolicy(250);
     panel.show();
     panel.subscriptionBox()->setCurrentIndex(1);
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         auto* input = qobject_cast<QInputDialog*>(&dialog);
         QVERIFY(input);
         QCOMPARE(input->parentWidget(), panel.widget.get());
@@ -144,7 +144,7 @@ void TestWidgetDialogs::periodDialogStartsAtThePeriodAndHasItsBounds()
         cancelDialog(dialog);
     });
     panel.subscriptionBox()->setCurrentIndex(0);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
 }
 
 void TestWidgetDialogs::confirmedPeriodIsUsed_data()
@@ -165,7 +165,7 @@ void TestWidgetDialogs::confirmedPeriodIsUsed()
     panel.show();
     panel.subscriptionBox()->setCurrentIndex(1);
     QVERIFY(!panel.dataTimer()->isActive());
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         auto* spin = dialog.findChild<QSpinBox*>();
         QVERIFY(spin);
         spin->selectAll();
@@ -174,7 +174,7 @@ void TestWidgetDialogs::confirmedPeriodIsUsed()
     });
     panel.subscriptionBox()->setFocus();
     QTest::keyClick(panel.subscriptionBox(), Qt::Key_Up);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QCOMPARE(panel.dataTimer()->interval(), period);
     QVERIFY(panel.dataTimer()->isActive() && panel.dataTimer()->isSingleShot());
     QCOMPARE(panel.module->fModel->fTimePolicy, period);
@@ -188,9 +188,9 @@ void TestWidgetDialogs::cancelledPeriodDialogEndsFetching()
     panel.show();
     panel.subscriptionBox()->setCurrentIndex(1);
     panel.dataTimer()->start();
-    const DialogDriver driver(cancelDialog);
+    const ModalDriver driver(cancelDialog);
     panel.subscriptionBox()->setCurrentIndex(0);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QCOMPARE(panel.subscriptionBox()->currentIndex(), 1);
     QVERIFY(!panel.dataTimer()->isActive());
     QCOMPARE(panel.module->fModel->fSubscribeMode, Model::SUBSCRIBE_NONE);
@@ -251,7 +251,7 @@ void TestWidgetDialogs::savingAddsTheExtension()
     Panel panel;
     panel.add("a");
     panel.show();
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         auto* file = qobject_cast<QFileDialog*>(&dialog);
         QVERIFY(file);
         QCOMPARE(file->windowTitle(), QString("Save configuration file"));
@@ -260,7 +260,7 @@ void TestWidgetDialogs::savingAddsTheExtension()
         chooseFile(dialog, folder.filePath(typed));
     });
     QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{written});
     QFile saved(folder.filePath(written));
     QVERIFY(saved.open(QIODevice::ReadOnly));
@@ -285,7 +285,7 @@ void TestWidgetDialogs::savingAsksForAnyFileAndOpeningForOneThatIsThere()
     using Mode = std::pair<QFileDialog::AcceptMode, QFileDialog::FileMode>;
     const auto modeOf = [&panel](const QString& toolTip) {
         Mode mode;
-        const DialogDriver driver([&](QWidget& dialog) {
+        const ModalDriver driver([&](QWidget& dialog) {
             const auto& files = dynamic_cast<QFileDialog&>(dialog);
             QCOMPARE(files.parentWidget(), panel.widget.get());
             QCOMPARE(files.options(), QFileDialog::Options());
@@ -305,9 +305,9 @@ void TestWidgetDialogs::openingTakesNoNameOfAMissingFile()
     Panel panel;
     panel.show();
     QStringList seen;
-    std::unique_ptr<DialogDriver> complaint;
-    const DialogDriver driver([&](QWidget& dialog) {
-        complaint = std::make_unique<DialogDriver>([&](QWidget& box) {
+    std::unique_ptr<ModalDriver> complaint;
+    const ModalDriver driver([&](QWidget& dialog) {
+        complaint = std::make_unique<ModalDriver>([&](QWidget& box) {
             seen += box.parentWidget() == &dialog ? "complaint of the file dialog" : "other";
             acceptDialog(box);
         });
@@ -334,7 +334,7 @@ void TestWidgetDialogs::textsOfDialogsAreTranslatedAsAWhole()
              QStringList({"Mit Datei vereinen", "XML-Datei (*.xml)"}));
     panel.subscriptionBox()->setCurrentIndex(1);
     QStringList read;
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         if (const auto* input = qobject_cast<QInputDialog*>(&dialog))
             read << input->windowTitle() << input->labelText();
         cancelDialog(dialog);
@@ -349,9 +349,9 @@ void TestWidgetDialogs::cancelledFileDialogsDoNothing()
     panel.add("a");
     panel.show();
     for (const char* toolTip : {"Save", "Open"}) {
-        const DialogDriver driver(cancelDialog);
+        const ModalDriver driver(cancelDialog);
         QTest::mouseClick(panel.button(toolTip), Qt::LeftButton);
-        QVERIFY(driver.wasShown());
+        QVERIFY(driver.isDone());
         QVERIFY(!QApplication::activeModalWidget());
     }
     QCOMPARE(panel.tree()->topLevelItemCount(), 1);
@@ -378,7 +378,7 @@ void TestWidgetDialogs::mergeAddsTheKeysOfAFile()
     Panel panel;
     panel.add("a");
     panel.show();
-    const DialogDriver driver([&](QWidget& dialog) {
+    const ModalDriver driver([&](QWidget& dialog) {
         auto* file = qobject_cast<QFileDialog*>(&dialog);
         QVERIFY(file);
         QCOMPARE(file->windowTitle(), QString("Merge with File"));
@@ -387,7 +387,7 @@ void TestWidgetDialogs::mergeAddsTheKeysOfAFile()
         chooseFile(dialog, path);
     });
     QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QCOMPARE(panel.tree()->topLevelItemCount(), 2);
     QCOMPARE(panel.row("new")->checkState(Widget::fColGraph), Qt::Checked);
     QCOMPARE(panel.graph()->fSeries["new"].first->blue, 3);
@@ -430,9 +430,9 @@ void TestWidgetDialogs::savedFileMergesBack()
     Panel panel;
     panel.add("a").graph = true;
     panel.show();
-    const DialogDriver save([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    const ModalDriver save([&path](QWidget& dialog) { chooseFile(dialog, path); });
     QTest::mouseClick(panel.button("Save"), Qt::LeftButton);
-    const DialogDriver open([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    const ModalDriver open([&path](QWidget& dialog) { chooseFile(dialog, path); });
     QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
     QCOMPARE(panel.tree()->topLevelItemCount(), 2);
     QCOMPARE(panel.module->fModel->fSTMVals[1]->names.first, std::string("Key/a"));
@@ -445,7 +445,7 @@ void TestWidgetDialogs::colourButtonOfARowChangesTheCurvesColour()
     STMVal& value = panel.add("a");
     value.graph = true;
     panel.show();
-    const DialogDriver driver([](QWidget& dialog) {
+    const ModalDriver driver([](QWidget& dialog) {
         auto* chooser = qobject_cast<QColorDialog*>(&dialog);
         QVERIFY(chooser);
         chooser->setCurrentColor(QColor(10, 20, 30));
@@ -453,7 +453,7 @@ void TestWidgetDialogs::colourButtonOfARowChangesTheCurvesColour()
     });
     panel.tree()->scrollToItem(panel.row("a"));
     QTest::mouseClick(panel.tree()->itemWidget(panel.row("a"), Widget::fColColor), Qt::LeftButton);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QCOMPARE(value.color.green, 20);
     QCOMPARE(panel.graph()->fSeries["a"].first->green, 20);
 }
@@ -473,14 +473,14 @@ void TestWidgetDialogs::panelMayBeDeletedWhileADialogIsOpen()
     panel.add("a");
     panel.show();
     const QPointer<Widget> widget = panel.widget.get();
-    const DialogDriver::Action remove = [&panel](QWidget&) { panel.widget.reset(); };
-    std::unique_ptr<DialogDriver> second;
-    const DialogDriver driver([&](QWidget& dialog) {
+    const std::function<void(QWidget&)> remove = [&panel](QWidget&) { panel.widget.reset(); };
+    std::unique_ptr<ModalDriver> second;
+    const ModalDriver driver([&](QWidget& dialog) {
         if (opener != "error") {
             remove(dialog);
             return;
         }
-        QTimer::singleShot(0, [&] { second = std::make_unique<DialogDriver>(remove); });
+        QTimer::singleShot(0, [&] { second = std::make_unique<ModalDriver>(remove); });
         chooseFile(dialog, folder.filePath("missing/cfg"));
     });
     if (opener == "Save" || opener == "Open")
@@ -494,7 +494,7 @@ void TestWidgetDialogs::panelMayBeDeletedWhileADialogIsOpen()
         panel.subscriptionBox()->setCurrentIndex(1);
         panel.subscriptionBox()->setCurrentIndex(0);
     }
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QVERIFY(!widget);
     QVERIFY(!QApplication::activeModalWidget());
 }
@@ -505,13 +505,13 @@ void TestWidgetDialogs::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
     panel.show();
     const QPointer<QComboBox> box = panel.subscriptionBox();
     box->setCurrentIndex(1);
-    const DialogDriver driver([&panel](QWidget&) { panel.widget.reset(); });
+    const ModalDriver driver([&panel](QWidget&) { panel.widget.reset(); });
     box->showPopup();
     QTRY_VERIFY(QApplication::activePopupWidget());
     QWidget* list = QApplication::activePopupWidget()->findChild<QAbstractItemView*>();
     QTest::keyClick(list, Qt::Key_Up);
     QTest::keyClick(list, Qt::Key_Return);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
     QVERIFY(!panel.widget);
     QTRY_VERIFY(!box);
 }

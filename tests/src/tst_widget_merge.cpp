@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "support/dialog_driver.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/modal_driver.h"
 #include "support/panel.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
@@ -30,9 +30,9 @@ void merge(const Panel& panel, const QByteArray& bytes)
     const QTemporaryDir folder;
     const QString path = folder.filePath("keys.xml");
     writeBytes(path, bytes);
-    const DialogDriver driver([&path](QWidget& dialog) { chooseFile(dialog, path); });
+    const ModalDriver driver([&path](QWidget& dialog) { chooseFile(dialog, path); });
     QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
 }
 
 /// Shows a panel whose timers all run.
@@ -186,13 +186,13 @@ void TestWidgetMerge::aFailedMergeFetchesNothing()
     const QTemporaryDir folder;
     const QString path = folder.filePath("other.xml");
     writeBytes(path, "<other/>");
-    std::unique_ptr<DialogDriver> box;
-    const DialogDriver driver([&](QWidget& dialog) {
-        QTimer::singleShot(0, [&box] { box = std::make_unique<DialogDriver>(acceptDialog); });
+    std::unique_ptr<ModalDriver> box;
+    const ModalDriver driver([&](QWidget& dialog) {
+        QTimer::singleShot(0, [&box] { box = std::make_unique<ModalDriver>(acceptDialog); });
         chooseFile(dialog, path);
     });
     QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
-    QVERIFY(box && box->wasShown());
+    QVERIFY(box && box->isDone());
     QVERIFY(panel.memory.calls.empty());
 }
 

@@ -2,10 +2,7 @@
 #include "support/host.h"
 
 #include "support/guarded_test.h"
-#include "support/modal_driver.h"
 
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -49,15 +46,6 @@ void clickOk(QMessageBox* box)
 {
     QTest::mouseClick(static_cast<QWidget*>(box->button(QMessageBox::Ok)), Qt::LeftButton);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void chooseFile(QFileDialog& dialog, const QString& file)
-{
-    auto* edit = dialog.findChild<QLineEdit*>("fileNameEdit");
-    edit->setFocus();
-    edit->clear();
-    QTest::keyClicks(edit, file);
-    QTest::keyClick(edit, Qt::Key_Return);
 }
 
 HostApplication::HostApplication(int& argc, char** argv) : Application((prepare(), argc), argv)

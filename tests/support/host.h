@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/modal_driver.h"
+
 #include "application.h"
 
 #include <QDialog>
@@ -8,8 +10,6 @@
 #include <QString>
 
 #include <functional>
-
-class QFileDialog;
 
 /// Words for tests that run the host's windows.
 
@@ -25,9 +25,6 @@ void whenShown(const QString& name, const std::function<void(QDialog&)>& action)
 
 /// Clicks the box's Ok button; the box is gone when it returns.
 void clickOk(QMessageBox* box);
-
-/// Types the name of `file` and confirms it.
-void chooseFile(QFileDialog& dialog, const QString& file);
 
 /// The host's own application object, with a settings file of its own, which lasts as long as the
 /// program.

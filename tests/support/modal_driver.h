@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/patience.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -25,12 +28,19 @@
 class ModalDriver : public QObject
 {
 public:
-    static constexpr int fPatience = 20000; ///< ms
+    static constexpr int fPatience = patience; ///< ms
 
     explicit ModalDriver(int deadline = fPatience) : fDeadline(deadline)
     {
         connect(&fTimer, &QTimer::timeout, this, [this] { look(); });
         fTimer.start(5);
+    }
+
+    /// With one step, for whatever window comes.
+    explicit ModalDriver(const std::function<void(QWidget&)>& action, int deadline = fPatience)
+        : ModalDriver(deadline)
+    {
+        then<QWidget>(action);
     }
 
     ~ModalDriver() override
@@ -170,4 +180,24 @@ inline QAbstractButton* buttonOf(const QWidget& window, const QString& text)
             return button;
     }
     return nullptr;
+}
+
+inline void cancelDialog(QWidget& dialog)
+{
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+}
+
+inline void acceptDialog(QWidget& dialog)
+{
+    QTest::keyClick(&dialog, Qt::Key_Return);
+}
+
+/// Types a path into a file dialog and confirms it.
+inline void chooseFile(QWidget& dialog, const QString& path)
+{
+    auto* edit = dialog.findChild<QLineEdit*>("fileNameEdit");
+    QVERIFY(edit);
+    edit->clear();
+    QTest::keyClicks(edit, path);
+    QTest::keyClick(edit, Qt::Key_Return);
 }

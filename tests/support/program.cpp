@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "program.h"
+#include "support/program.h"
 
-#include <QElapsedTimer>
+#include "support/patience.h"
+
+#include <QDeadlineTimer>
 #include <QFile>
 
 #include <csignal>
@@ -9,8 +11,7 @@
 
 namespace {
 
-constexpr int deadline = 20000; ///< ms
-constexpr int slice = 50;       ///< ms
+constexpr int slice = 50; ///< ms: how long it waits for one of the outputs, and not the other
 
 } // namespace
 
@@ -23,7 +24,7 @@ Program::Program(const QString& file, const QStringList& arguments)
 Program::~Program()
 {
     kill();
-    waitForFinished(deadline);
+    waitForFinished(patience);
 }
 
 void Program::setupChildProcess()
@@ -31,46 +32,50 @@ void Program::setupChildProcess()
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
 }
 
-QString Program::waitForLine(const QString& start)
+QByteArray Program::output()
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (!clock.hasExpired(deadline)) {
-        fOutput += QString::fromLocal8Bit(readAllStandardOutput());
-        const QStringList lines = fOutput.split('\n');
-        for (int i = 0; i + 1 < lines.size(); ++i) // behind the last end of line is no whole one
-            if (lines.at(i).startsWith(start))
-                return lines.at(i).mid(start.size());
-        if (state() == NotRunning)
-            break;
-        setReadChannel(StandardOutput);
-        waitForReadyRead(slice);
-    }
-    return {};
+    fOutput += readAllStandardOutput();
+    return fOutput;
 }
 
 QString Program::errors()
 {
-    fErrors += QString::fromLocal8Bit(readAllStandardError());
-    return fErrors;
+    fErrors += readAllStandardError();
+    return QString::fromLocal8Bit(fErrors);
 }
 
-bool Program::waitForError(const QString& part)
+bool Program::waitUntil(const std::function<bool()>& holds)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (!errors().contains(part)) {
-        if (clock.hasExpired(deadline) || state() == NotRunning)
-            return errors().contains(part);
-        setReadChannel(StandardError);
+    const QDeadlineTimer deadline(patience);
+    while (!holds()) {
+        if (deadline.hasExpired() || state() == NotRunning)
+            return holds();
         waitForReadyRead(slice);
     }
     return true;
 }
 
+QString Program::waitForLine(const QString& start)
+{
+    QString rest;
+    waitUntil([&] {
+        const QStringList lines = QString::fromLocal8Bit(output()).split('\n');
+        for (int i = 0; i + 1 < lines.size(); ++i) // behind the last end of line is no whole one
+            if (rest.isEmpty() && lines.at(i).startsWith(start))
+                rest = lines.at(i).mid(start.size());
+        return !rest.isEmpty();
+    });
+    return rest;
+}
+
+bool Program::waitForError(const QString& part)
+{
+    return waitUntil([&] { return errors().contains(part); });
+}
+
 int Program::waitForExit()
 {
-    const bool ended = state() == NotRunning || waitForFinished(deadline);
+    const bool ended = state() == NotRunning || waitForFinished(patience);
     return ended && exitStatus() == NormalExit ? exitCode() : -1;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/robot.h"
 
+#include "support/patience.h"
+
 #include <chrono>
 
 ZoBrokerOptions patientOptions()
@@ -12,9 +14,19 @@ ZoBrokerOptions patientOptions()
     return options;
 }
 
+boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options)
+{
+    return ZoBroker::create("TestBroker", "127.0.0.1", port, options);
+}
+
+ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
+{
+    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+}
+
 bool isReady(const std::future<void>& future)
 {
-    return future.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+    return future.wait_for(std::chrono::milliseconds(patience)) == std::future_status::ready;
 }
 
 ZoValue requestFor(const std::vector<std::string>& keys)

@@ -13,6 +13,11 @@
 /// Options with which a slow test machine does not miss a deadline.
 ZoBrokerOptions patientOptions();
 
+/// A link to this port of the machine itself.
+boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options);
+
+ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker);
+
 /// Whether what another thread promises comes within a generous time.
 bool isReady(const std::future<void>& future);
 

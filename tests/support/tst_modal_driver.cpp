@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "support/dialog_driver.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
 #include "support/register_test.h"
@@ -108,16 +107,16 @@ void Cases::aStepIsLeftOver()
 
 void Cases::aDriverOfOneDialogIsNotNeeded()
 {
-    const DialogDriver driver(acceptDialog);
-    QVERIFY(!driver.wasShown());
+    const ModalDriver driver(acceptDialog);
+    QVERIFY(!driver.isDone());
 }
 
 void Cases::aDriverOfOneDialogDoesNotCloseIt()
 {
-    const DialogDriver driver([](QWidget&) {}, shortPatience);
+    const ModalDriver driver([](QWidget&) {}, shortPatience);
     QDialog dialog;
     QCOMPARE(answerOf(dialog), int(QDialog::Rejected));
-    QVERIFY(driver.wasShown());
+    QVERIFY(driver.isDone());
 }
 
 void Cases::aDriverKeptUntilTheEndIsNotNeeded()

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/connect_dialog.h"
-#include "support/dialog_driver.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/modal_driver.h"
 #include "support/register_test.h"
 
 #include <QCheckBox>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 #include "support/watched_thread.h"
 
@@ -35,8 +36,6 @@ private slots:
 
 namespace {
 
-constexpr int deadline = 20000; ///< ms
-
 class Pipe
 {
 public:
@@ -60,7 +59,7 @@ public:
     {
         char block[4096];
         pollfd input{fEnds[0], POLLIN, 0};
-        const bool isThere = ::poll(&input, 1, deadline) > 0;
+        const bool isThere = ::poll(&input, 1, patience) > 0;
         const ssize_t size = isThere ? ::read(fEnds[0], block, sizeof block) : 0;
         return QByteArray(block, static_cast<int>(qMax<ssize_t>(size, 0)));
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/program.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -40,8 +41,6 @@ private slots:
 
 namespace {
 
-constexpr int deadline = 30000; ///< ms, for what a slow machine may take its time
-
 struct Ended
 {
     int status; ///< -1: ended by a signal
@@ -49,58 +48,18 @@ struct Ended
     QByteArray errors;
 };
 
+Ended endOf(Program& program)
+{
+    program.closeWriteChannel();
+    const int status = program.waitForExit();
+    return {status, program.output(), program.errors().toLocal8Bit()};
+}
+
 /// The running program.
-class Program
+class ZoProgram : public Program
 {
 public:
-    explicit Program(const QStringList& words) { fProcess.start(ZO_PROGRAM, words); }
-    ~Program()
-    {
-        fProcess.kill();
-        fProcess.waitForFinished(deadline);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    const QByteArray& output() const { return fOutput; }
-    const QByteArray& errors() const { return fErrors; }
-
-    /// Waits until `holds` does, of what was printed so far.
-    bool waitUntil(const std::function<bool()>& holds)
-    {
-        QDeadlineTimer time(deadline);
-        while (true) {
-            take();
-            if (holds())
-                return true;
-            if (time.hasExpired())
-                return false;
-            fProcess.waitForReadyRead(20);
-        }
-    }
-
-    void signal(int number) { ::kill(static_cast<pid_t>(fProcess.processId()), number); }
-
-    Ended end()
-    {
-        fProcess.closeWriteChannel();
-        fProcess.waitForFinished(deadline);
-        take();
-        const bool normal = fProcess.state() == QProcess::NotRunning &&
-                            fProcess.exitStatus() == QProcess::NormalExit;
-        return {normal ? fProcess.exitCode() : -1, fOutput, fErrors};
-    }
-
-private:
-    void take()
-    {
-        fOutput += fProcess.readAllStandardOutput();
-        fErrors += fProcess.readAllStandardError();
-    }
-
-    QProcess fProcess;
-    QByteArray fOutput;
-    QByteArray fErrors;
+    explicit ZoProgram(const QStringList& words) : Program(ZO_PROGRAM, words) { start(); }
 };
 
 QString addressOf(const RedisServer& server)
@@ -116,16 +75,15 @@ QStringList at(const RedisServer& server, const QStringList& words)
 
 Ended run(const QStringList& words)
 {
-    return Program(words).end();
+    ZoProgram zo(words);
+    return endOf(zo);
 }
 
 Ended runInShell(const QString& script)
 {
-    QProcess shell;
-    shell.start("bash", {"-c", script});
-    shell.waitForFinished(deadline);
-    return {shell.exitStatus() == QProcess::NormalExit ? shell.exitCode() : -1,
-            shell.readAllStandardOutput(), shell.readAllStandardError()};
+    Program shell("bash", {"-c", script});
+    shell.start();
+    return endOf(shell);
 }
 
 int linesIn(const QByteArray& text)
@@ -262,7 +220,7 @@ void TestZoCli::watchTellsOnceOfALostRobotAndGoesOnByItself()
     QFETCH(bool, killed);
     RedisServer server;
     server.command({"SET", "a", "1"});
-    Program zo(
+    ZoProgram zo(
         {"--connect", addressOf(server), "--timeout", "2000", "watch", "--period", "60", "a"});
     QVERIFY(zo.waitUntil([&] { return zo.output().contains("\ta\tint\t1\n"); }));
 
@@ -271,8 +229,8 @@ void TestZoCli::watchTellsOnceOfALostRobotAndGoesOnByItself()
     killed ? server.kill() : server.stop();
     QVERIFY(zo.waitUntil([&] { return zo.errors().contains('\n'); }));
     QVERIFY2(time.elapsed() < 10000, qPrintable(QString::number(time.elapsed())));
-    QVERIFY2(zo.errors().startsWith("zo: the robot is lost: "), zo.errors().constData());
-    QVERIFY2(zo.errors().contains(addressOf(server).toUtf8()), zo.errors().constData());
+    QVERIFY2(zo.errors().startsWith("zo: the robot is lost: "), qPrintable(zo.errors()));
+    QVERIFY2(zo.errors().contains(addressOf(server)), qPrintable(zo.errors()));
 
     const int before = linesIn(zo.output());
     killed ? server.restart() : server.resume();
@@ -280,7 +238,7 @@ void TestZoCli::watchTellsOnceOfALostRobotAndGoesOnByItself()
     QVERIFY(zo.waitUntil([&] { return zo.output().contains("\ta\tint\t2\n"); }));
     QVERIFY(linesIn(zo.output()) > before);
     zo.signal(SIGTERM);
-    const Ended ended = zo.end();
+    const Ended ended = endOf(zo);
     QCOMPARE(ended.status, 0);
     QVERIFY2(ended.errors.endsWith("\nzo: the robot is back\n"), ended.errors.constData());
     QCOMPARE(linesIn(ended.errors), 2);
@@ -297,10 +255,10 @@ void TestZoCli::stopSignalsEndAWatchWell()
 {
     QFETCH(int, number);
     const RedisServer server;
-    Program zo(at(server, {"watch", "--period", "3600000", "a"}));
+    ZoProgram zo(at(server, {"watch", "--period", "3600000", "a"}));
     QVERIFY(zo.waitUntil([&] { return zo.output().endsWith("\ta\tinvalid\t\n"); }));
     zo.signal(number);
-    const Ended ended = zo.end();
+    const Ended ended = endOf(zo);
     QCOMPARE(ended.status, 0);
     QCOMPARE(ended.errors, QByteArray());
     QCOMPARE(linesIn(ended.output), 1);
@@ -309,12 +267,12 @@ void TestZoCli::stopSignalsEndAWatchWell()
 void TestZoCli::aSignalEndsAWatchThatWaitsForAStoppedRobot()
 {
     RedisServer server;
-    Program zo(
+    ZoProgram zo(
         {"--connect", addressOf(server), "--timeout", "3600000", "watch", "--period", "60", "a"});
     QVERIFY(zo.waitUntil([&] { return linesIn(zo.output()) > 0; }));
     server.stop();
     zo.signal(SIGINT);
-    QCOMPARE(zo.end().status, 0);
+    QCOMPARE(endOf(zo).status, 0);
 }
 
 void TestZoCli::aClosedOutputEndsItQuietly_data()

@@ -27,12 +27,7 @@ boost::shared_ptr<ZoBroker> linkTo(const FakeRobot& robot, milliseconds limit = 
     options.callTimeout = limit;
     options.keyListTimeout = limit;
     options.pingInterval = std::chrono::hours(1);
-    return ZoBroker::create("TestBroker", "127.0.0.1", robot.port(), options);
-}
-
-ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
-{
-    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+    return linkTo(robot.port(), options);
 }
 
 /// Greets, and answers each further command with `reply`.

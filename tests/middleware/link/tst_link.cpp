@@ -2,6 +2,7 @@
 #include "support/fake_robot.h"
 #include "support/growth.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -18,11 +19,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options)
-{
-    return ZoBroker::create("TestBroker", "127.0.0.1", port, options);
-}
-
 /// Options whose deadlines no test waits for, and without pings.
 ZoBrokerOptions quietOptions()
 {
@@ -30,11 +26,6 @@ ZoBrokerOptions quietOptions()
     options.exchangeTimeout = std::chrono::minutes(10);
     options.pingInterval = std::chrono::hours(1);
     return options;
-}
-
-ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
-{
-    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
 }
 
 uint threadCount()
@@ -95,7 +86,7 @@ void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
     QVERIFY(contains(broker->linkStatus().cause, where));
 
     server.restart();
-    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), patience);
     QCOMPARE(memory.getListData(request).getSize(), 1);
 }
 
@@ -115,7 +106,7 @@ void TestLink::aStoppedServerFailsTheCallAtItsDeadline()
     QVERIFY2(elapsed >= 250 && elapsed < 5000, qPrintable(QString::number(elapsed)));
     QTRY_VERIFY(!broker->isConnected());
     server.resume();
-    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), patience);
     QTRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
 }
 
@@ -131,7 +122,7 @@ void TestLink::anIdleLinkNoticesAStoppedServer()
     QVERIFY2(contains(status.cause, "PING") || contains(status.cause, "authenticating"),
              status.cause.c_str());
     server.resume();
-    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), patience);
     QVERIFY(broker->linkStatus().since >= status.since);
 }
 

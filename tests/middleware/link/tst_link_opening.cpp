@@ -178,7 +178,7 @@ void TestLinkOpening::aUserWithoutTheRightToPingHasALink()
     };
     QTRY_VERIFY(refusedPings() >= 3);
     QVERIFY(broker->isConnected());
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     QCOMPARE(memory.getListData(requestFor({"a"})).getSize(), 1);
 }
 
@@ -227,7 +227,7 @@ void TestLinkOpening::wildTimeoutsAreConfined()
     options.pingInterval = milliseconds::max();
     options.reconnectWait = milliseconds::min();
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     memory.setText("Arm", "1");
     QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -162,7 +163,7 @@ void TestLookUp::oneHangingLookUpIsEnough()
     QTest::qWait(500); // five attempts long: no second look-up has a signal to wait for
     QCOMPARE(nameService().waiting(), 1);
     nameService().answer();
-    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(broker->isConnected(), patience);
 }
 
 void TestLookUp::aLookUpWithoutMemoryEndsNothingButItself()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -75,7 +76,7 @@ void TestStream::aTrustedServerIsTalkedTo()
     QFETCH(QString, host);
     const auto broker =
         ZoBroker::create("TestBroker", host.toStdString(), fServer->port(), trusting());
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     memory.setText("Arm", "0.5");
     QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(0.5));
 }
@@ -83,7 +84,7 @@ void TestStream::aTrustedServerIsTalkedTo()
 void TestStream::manyValuesTravelThroughTls()
 {
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     const std::string text(1 << 20, 'x');
     memory.setText("Arm", text);
     const ZoValue values = memory.getListData(requestFor(std::vector<std::string>(20, "Arm")));
@@ -224,8 +225,8 @@ void TestStream::aLinkOverTlsComesBack()
 {
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
     fServer->restart();
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
-    QTRY_VERIFY_WITH_TIMEOUT(errorOf([&] { memory.setText("Arm", "1"); }).empty(), 20000);
+    ZoMemoryProxy memory = memoryOf(broker);
+    QTRY_VERIFY_WITH_TIMEOUT(errorOf([&] { memory.setText("Arm", "1"); }).empty(), patience);
 }
 
 REGISTER_TEST(TestStream, QCoreApplication)

@@ -181,7 +181,7 @@ void TestRemoteMemory::saysWhyAListWasRefused()
     options.user = "alice";
     options.password = "secret";
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     memory.setListData(numberedPairs({"Arm/A", "Arm/B"}));
     const std::string error = errorOf([&] {
         memory.setListData(numberedPairs({"Arm/A", "Leg/A"}));
@@ -364,7 +364,7 @@ void TestRemoteMemory::aForbiddenCommandIsNamed()
     options.user = "alice";
     options.password = "secret";
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     QVERIFY(contains(errorOf([&] { memory.getListData(requestFor({"a"})); }), "MGET"));
     QVERIFY(contains(errorOf([&] { memory.getDataListName(); }), "SCAN"));
     QVERIFY(contains(errorOf([&] { memory.setText("Arm/A", "1"); }), "SET \"Arm/A\""));
@@ -380,7 +380,7 @@ void TestRemoteMemory::aTooLargeValueIsInvalidAlone()
     server.command({"SET", "Arm/Fits", std::string(1 << 20, 'x')});
     const auto broker =
         ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
-    ZoMemoryProxy memory(broker->getProxy("ZoMemory", 0));
+    ZoMemoryProxy memory = memoryOf(broker);
     const auto since = broker->linkStatus().since;
     for (int poll = 0; poll < 2; ++poll) {
         const ZoValue values =
