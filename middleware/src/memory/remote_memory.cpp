@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "memory/remote_memory.h"
 
-#include "memory/key_list.h"
 #include "memory/key_text.h"
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
+#include "memory/names_walk.h"
 #include "memory/store_request.h"
 #include "wire/request.h"
 #include "wire/status_sink.h"
@@ -33,7 +33,7 @@ ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
     if (method == getListDataMethod)
         return values(arguments);
     if (method == getDataListNameMethod)
-        return keyListOf(*fLink);
+        return namesOf(*fLink);
     if (method == setDataMethod) {
         const std::string& key = keyToSet(setDataMethod, arguments);
         store(key, storableText(key, valueToSet(arguments)));

@@ -7,4 +7,4 @@ class Link;
 
 /// The names of all text keys of the robot behind `link`, each once: an array of strings.
 /// Throws ZoError when it takes too long, or is too large.
-ZoValue keyListOf(Link& link);
+ZoValue namesOf(Link& link);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "memory/key_list.h"
+#include "memory/names_walk.h"
 
 #include "link/link.h"
 #include "memory/names_sink.h"
@@ -16,10 +16,10 @@
 namespace {
 
 /// The walk over the pages of the list.
-class KeyListWalk
+class NamesWalk
 {
 public:
-    explicit KeyListWalk(Link& link) : fLink(link), fStart(SteadyClock::now()) {}
+    explicit NamesWalk(Link& link) : fLink(link), fStart(SteadyClock::now()) {}
 
     ZoValue names()
     {
@@ -73,7 +73,7 @@ private:
 
 } // namespace
 
-ZoValue keyListOf(Link& link)
+ZoValue namesOf(Link& link)
 {
-    return KeyListWalk(link).names();
+    return NamesWalk(link).names();
 }
