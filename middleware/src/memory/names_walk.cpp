@@ -15,6 +15,10 @@
 
 namespace {
 
+/// What a name takes at most beside its bytes: its node in the set, its share of the set's table,
+/// what a block of its own rounds it up by, and its place in the answer.
+constexpr std::size_t placeOfName = 64 + 3 * sizeof(void*) + 3 * sizeof(void*) + sizeof(ZoValue);
+
 /// The walk over the pages of the list.
 class NamesWalk
 {
@@ -50,8 +54,8 @@ private:
 
     void add(std::string name)
     {
-        fBytes += name.size();
-        if (fBytes > ReplyLimits::fMaxReply)
+        fMemory += placeOfName + name.size();
+        if (fMemory > ReplyLimits::fMaxReply)
             throw fLink.error("the key list is larger than " +
                               std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
         fNames.insert(std::move(name));
@@ -68,7 +72,7 @@ private:
     Link& fLink;
     const SteadyClock::time_point fStart;
     std::unordered_set<std::string> fNames;
-    std::size_t fBytes = 0;
+    std::size_t fMemory = 0; ///< that the names take
 };
 
 } // namespace

@@ -6,5 +6,5 @@
 class Link;
 
 /// The names of all text keys of the robot behind `link`, each once: an array of strings.
-/// Throws ZoError when it takes too long, or is too large.
+/// Throws ZoError when it takes too long, or more than 64 MiB of memory.
 ZoValue namesOf(Link& link);

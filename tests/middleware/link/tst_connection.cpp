@@ -97,6 +97,7 @@ private slots:
     void anErrorForOneChunkKeepsTheLink();
     void aKeyListThatNeverEndsIsGivenUpInTime();
     void aKeyListThatGrowsForEverIsGivenUp();
+    void aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes();
     void aBadKeyListEndsTheLink_data();
     void aBadKeyListEndsTheLink();
     void aClosedPeerRaisesNoSignal();
@@ -319,6 +320,27 @@ void TestConnection::aKeyListThatGrowsForEverIsGivenUp()
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
     QCOMPARE(pages.load(), 7); // of 10 MB each
+}
+
+void TestConnection::aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes()
+{
+    constexpr int namesOfPage = 50000;
+    std::atomic<int> pages{0};
+    const FakeRobot robot([&pages](FakeConnection& connection) {
+        connection.greet();
+        while (true) {
+            connection.readCommand();
+            const int page = pages++;
+            connection.send(
+                pageOf(page < 20 ? 1 : 0, numberedNames(namesOfPage, 7, page * namesOfPage)));
+        }
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot, std::chrono::minutes(10)));
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
+    // Each name takes a node, a place and its bytes: two words and a string at the very least.
+    constexpr int fewestBytes = 2 * sizeof(void*) + sizeof(std::string) + sizeof(ZoValue);
+    QVERIFY2(pages * namesOfPage * fewestBytes < 80 << 20, "more than 80 MiB were taken");
 }
 
 void TestConnection::aBadKeyListEndsTheLink_data()
