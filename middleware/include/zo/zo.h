@@ -5,7 +5,9 @@
 
 #include <zo/address.h>
 #include <zo/broker.h>
+#include <zo/broker_options.h>
 #include <zo/error.h>
+#include <zo/link_status.h>
 #include <zo/memory_proxy.h>
 #include <zo/mutex.h>
 #include <zo/proxy.h>

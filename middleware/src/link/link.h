@@ -5,7 +5,8 @@
 #include "link/link_settings.h"
 #include "link/link_state.h"
 
-#include <zo/broker.h>
+#include <zo/error.h>
+#include <zo/link_status.h>
 
 #include <memory>
 #include <mutex>

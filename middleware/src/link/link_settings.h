@@ -3,7 +3,7 @@
 
 #include "link/peer.h"
 
-#include <zo/broker.h>
+#include <zo/broker_options.h>
 
 #include <memory>
 #include <string>

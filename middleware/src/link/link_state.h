@@ -3,7 +3,7 @@
 
 #include "link/link_actions.h"
 
-#include <zo/broker.h>
+#include <zo/link_status.h>
 
 #include <condition_variable>
 #include <mutex>
