@@ -10,9 +10,10 @@ struct ZO_EXPORT ZoAddress
 {
     static constexpr char fDefaultHost[] = "127.0.0.1";
     static constexpr int fDefaultPort = 6379;
+    static constexpr int fHighestPort = 65535;
 
     std::string host = fDefaultHost; ///< name or IP address; an IPv6 address without brackets
-    int port = fDefaultPort;         ///< 1 to 65535
+    int port = fDefaultPort;         ///< 1 to fHighestPort
 
     /// Reads HOST or HOST:PORT, with an IPv6 address in brackets: "arm-7", "10.0.0.7:6380",
     /// "[fe80::1%eth0]:6379". Throws ZoError that names the text and what is wrong with it.

@@ -82,13 +82,6 @@ void answerOnThread(asio::io_context& context, const std::string& host, int port
 
 } // namespace
 
-bool isNumericHost(const std::string& host)
-{
-    boost::system::error_code problem;
-    asio::ip::make_address(host, problem);
-    return !problem;
-}
-
 void lookUp(const std::shared_ptr<asio::io_context>& context, const std::string& host, int port,
             std::function<void(const LookUpResult&)> done)
 {

@@ -17,9 +17,6 @@ struct LookUpResult
     std::string problem;
 };
 
-/// Whether `host` is an IPv4 or IPv6 address, which needs no look-up.
-bool isNumericHost(const std::string& host);
-
 /// Finds the addresses of `host` and runs `done` in `context` then, for as long as that runs.
 /// Throws when memory runs out, or the threads.
 ///

@@ -1,40 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "link/peer.h"
 
+#include "link/host_name.h"
 #include "value/printable.h"
 
-#include <zo/address.h>
-
-#include <algorithm>
 #include <utility>
 
-namespace {
-
-bool canBeHost(const std::string& host)
-{
-    return !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
-        return static_cast<unsigned char>(c) > 0x20 && c != 0x7f;
-    });
-}
-
-} // namespace
-
 Peer::Peer(std::string host, int port, std::string secret)
-    : fHost(std::move(host)), fPort(port), fSecret(std::move(secret))
+    : fAddress{std::move(host), port}, fSecret(std::move(secret))
 {
-    if (!canBeHost(fHost))
-        throw ZoError("robot address \"" + printable(fHost) +
+    if (!canBeHost(fAddress.host))
+        throw ZoError("robot address \"" + printable(fAddress.host) +
                       "\" is neither an address nor a host name");
-    if (port < 1 || port > 65535)
-        throw ZoError("robot at " + fHost + ": port " + std::to_string(port) +
-                      " is not between 1 and 65535");
+    if (port < 1 || port > ZoAddress::fHighestPort)
+        throw ZoError("robot at " + fAddress.host + ": port " + std::to_string(port) +
+                      " is not between 1 and " + std::to_string(ZoAddress::fHighestPort));
 }
 
 std::string Peer::says(const std::string& problem) const
 {
-    const bool isIpv6 = fHost.find(':') != std::string::npos;
-    return "robot at " + (isIpv6 ? "[" + fHost + "]" : fHost) + ":" + std::to_string(fPort) + ": " +
-           problem;
+    return "robot at " + fAddress.toText() + ": " + problem;
 }
 
 ZoError Peer::error(const std::string& problem) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <zo/address.h>
 #include <zo/error.h>
 
 #include <string>
@@ -13,8 +14,8 @@ public:
     /// Throws ZoError when `host` or `port` cannot be an address.
     Peer(std::string host, int port, std::string secret);
 
-    const std::string& host() const { return fHost; }
-    int port() const { return fPort; }
+    const std::string& host() const { return fAddress.host; }
+    int port() const { return fAddress.port; }
 
     /// "robot at HOST:PORT: PROBLEM", the form of every message about this robot.
     std::string says(const std::string& problem) const;
@@ -25,7 +26,6 @@ public:
     std::string quote(std::string_view text) const;
 
 private:
-    std::string fHost;
-    int fPort;
+    ZoAddress fAddress;
     std::string fSecret;
 };

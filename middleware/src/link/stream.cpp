@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "link/stream.h"
 
-#include "link/look_up.h"
+#include "link/host_name.h"
 
-#include <zo/broker.h>
+#include <zo/broker_options.h>
 #include <zo/error.h>
 
 #include <boost/asio/error.hpp>

@@ -70,6 +70,7 @@ void TestLinkOpening::whatIsNoAddressIsRefused()
 {
     QVERIFY(contains(problemAt("", 6379, {}), "neither an address nor a host name"));
     QVERIFY(contains(problemAt("a b", 6379, {}), "neither"));
+    QVERIFY(contains(problemAt("[::1]", 6379, {}), "neither"));
     QVERIFY(contains(problemAt(std::string("a\0b", 3), 6379, {}), "neither"));
     QVERIFY(contains(problemAt("127.0.0.1", 0, {}), "port 0"));
     QVERIFY(contains(problemAt("127.0.0.1", 65536, {}), "port 65536"));

@@ -2,13 +2,13 @@
 #include <zo/address.h>
 #include <zo/error.h>
 
+#include "link/host_name.h"
+
 #include <algorithm>
 #include <arpa/inet.h>
 #include <charconv>
 
 namespace {
-
-constexpr int highestPort = 65535;
 
 [[noreturn]] void throwWrong(const std::string& text, const std::string& cause)
 {
@@ -22,17 +22,6 @@ bool isIpv6(const std::string& host)
     return ::inet_pton(AF_INET6, withoutZone.c_str(), &ignored) == 1;
 }
 
-/// Whether each byte is one that names and addresses may have: nothing blank, no control
-/// characters, and none that has a meaning around a host.
-bool isHost(const std::string& host)
-{
-    for (const char byte : host)
-        if (static_cast<unsigned char>(byte) <= ' ' || byte == '\x7f' || byte == '[' ||
-            byte == ']' || byte == '/' || byte == '@')
-            return false;
-    return !host.empty();
-}
-
 /// The host in brackets that `text` begins with; `rest` becomes where it goes on behind them.
 std::string hostInBrackets(const std::string& text, std::size_t& rest)
 {
@@ -40,7 +29,7 @@ std::string hostInBrackets(const std::string& text, std::size_t& rest)
     if (close == std::string::npos)
         throwWrong(text, "']' is missing");
     std::string host = text.substr(1, close - 1);
-    if (!isHost(host) || !isIpv6(host))
+    if (!canBeHost(host) || !isIpv6(host))
         throwWrong(text, "there is no IPv6 address in the brackets");
     rest = close + 1;
     return host;
@@ -54,7 +43,7 @@ std::string plainHost(const std::string& text, std::size_t& rest)
     std::string host = text.substr(0, rest);
     if (host.empty())
         throwWrong(text, "there is no host");
-    if (!isHost(host))
+    if (!canBeHost(host))
         throwWrong(text, "this is no host name or address");
     return host;
 }
@@ -64,8 +53,9 @@ int portOf(const std::string& text, std::size_t start)
     int port = 0;
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data() + start, end, port);
-    if (result.ec != std::errc() || result.ptr != end || port < 1 || port > highestPort)
-        throwWrong(text, "the port must be a number from 1 to " + std::to_string(highestPort));
+    if (result.ec != std::errc() || result.ptr != end || port < 1 || port > ZoAddress::fHighestPort)
+        throwWrong(text, "the port must be a number from 1 to " +
+                             std::to_string(ZoAddress::fHighestPort));
     return port;
 }
 

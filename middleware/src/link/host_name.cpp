@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "link/host_name.h"
+
+#include <boost/asio/ip/address.hpp>
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+bool canBeInHost(char byte)
+{
+    constexpr std::string_view around = "[]/@\x7f";
+    return static_cast<unsigned char>(byte) > ' ' && around.find(byte) == std::string_view::npos;
+}
+
+} // namespace
+
+bool canBeHost(const std::string& host)
+{
+    return !host.empty() && std::all_of(host.begin(), host.end(), canBeInHost);
+}
+
+bool isNumericHost(const std::string& host)
+{
+    boost::system::error_code problem;
+    boost::asio::ip::make_address(host, problem);
+    return !problem;
+}
