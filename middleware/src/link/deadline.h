@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 using SteadyClock = std::chrono::steady_clock;
 
@@ -15,4 +16,12 @@ struct Deadline
     {
         return {start + allowed, std::chrono::round<std::chrono::milliseconds>(allowed)};
     }
+    static Deadline never() { return {SteadyClock::time_point::max(), {}}; }
 };
+
+/// "250 ms", for messages.
+inline std::string inMilliseconds(std::chrono::nanoseconds time)
+{
+    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
+           " ms";
+}

@@ -22,6 +22,11 @@ Exchange::Exchange(std::string name, SharedText bytes, int replies, std::shared_
 {
 }
 
+std::string Exchange::lateness() const
+{
+    return "no reply to " + fName + " within " + inMilliseconds(fDeadline.allowed);
+}
+
 void Exchange::end(const SharedText& problem) noexcept
 {
     const std::lock_guard<std::mutex> lock(fMutex);

@@ -26,6 +26,8 @@ public:
     int replies() const { return fReplies; }
     ReplySink& sink() const { return *fSink; }
     const Deadline& deadline() const { return fDeadline; }
+    /// What is wrong when it is not over at its deadline.
+    std::string lateness() const;
 
     /// The end: with a problem, or null when the sink has the whole answer. Called on the I/O
     /// thread; what comes after the first is ignored.

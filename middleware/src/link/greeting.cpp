@@ -2,31 +2,9 @@
 #include "link/greeting.h"
 
 #include "wire/request.h"
-
-#include <algorithm>
-#include <string_view>
+#include "wire/server_error.h"
 
 namespace {
-
-bool beginsWith(std::string_view text, std::string_view beginning)
-{
-    return text.substr(0, beginning.size()) == beginning;
-}
-
-/// Whether the server will talk to us when it has got over something. It says so in place of the
-/// answer to whatever came first.
-bool willPass(const std::string& text)
-{
-    constexpr std::string_view passing[] = {"LOADING ",
-                                            "BUSY ",
-                                            "MASTERDOWN ",
-                                            "TRYAGAIN ",
-                                            "CLUSTERDOWN ",
-                                            "DENIED ",
-                                            "ERR max number of clients"};
-    return std::any_of(std::begin(passing), std::end(passing),
-                       [&](std::string_view beginning) { return beginsWith(text, beginning); });
-}
 
 void appendLogin(const ZoBrokerOptions& options, std::string& bytes)
 {
@@ -48,7 +26,7 @@ Greeting::Greeting(const LinkSettings& settings)
     appendCommand({"PING"}, bytes);
     appendCommand({"CLIENT", "SETNAME", settings.clientName}, bytes);
     fExchange = std::make_shared<Exchange>("PING", sharedText(std::move(bytes)), fHasLogin ? 3 : 2,
-                                           fAnswers, Deadline{SteadyClock::time_point::max(), {}});
+                                           fAnswers, Deadline::never());
 }
 
 const StatusSink::Answer* Greeting::answer(int number) const
@@ -64,9 +42,9 @@ Greeting::Verdict Greeting::verdict() const
     if (!ping())
         return Verdict::Pending;
     // A user without the right to PING has a working link all the same.
-    if (ping()->isError && beginsWith(ping()->text, "NOAUTH"))
+    if (ping()->isError && wantsLogin(ping()->text))
         return Verdict::Refused;
-    if (ping()->isError ? !beginsWith(ping()->text, "NOPERM") : ping()->text != "PONG")
+    if (ping()->isError ? !isForbidden(ping()->text) : ping()->text != "PONG")
         return Verdict::NotReady;
     return Verdict::Welcome; // whatever becomes of the name
 }

@@ -30,9 +30,8 @@ auto madeFor(const LinkSettings& settings, Make make)
 
 Link::Link(std::shared_ptr<const LinkSettings> settings)
     : fSettings(std::move(settings)),
-      fState(sharedText(
-          fSettings->peer.says("no connection within " +
-                               std::to_string(fSettings->options.connectTimeout.count()) + " ms")))
+      fState(sharedText(fSettings->peer.says("no connection within " +
+                                             inMilliseconds(fSettings->options.connectTimeout))))
 {
     fDriver = madeFor(*fSettings, [this] {
         return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState);
@@ -78,8 +77,7 @@ void Link::run(const std::shared_ptr<Exchange>& exchange)
     if (exchange->waitUntilDone())
         return;
     fDriver->abandon(exchange);
-    throw error("no reply to " + exchange->name() + " within " +
-                std::to_string(exchange->deadline().allowed.count()) + " ms");
+    throw error(exchange->lateness());
 }
 
 Deadline Link::deadlineFor(int keys) const

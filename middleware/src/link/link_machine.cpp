@@ -54,9 +54,8 @@ void LinkMachine::woken(Time now) noexcept
         if (fStage == Stage::Waiting && now >= fRetryAt)
             beginAttempt(now);
         else if (isTrying() && now >= fAttemptEnd)
-            fail(now, "no connection within " +
-                          std::to_string(fSettings->options.connectTimeout.count()) +
-                          " ms, while " + stageName());
+            fail(now, "no connection within " + inMilliseconds(fSettings->options.connectTimeout) +
+                          ", while " + stageName());
         else if (fStage == Stage::Connecting)
             connectNext(now);
         else if (fStage == Stage::Up)

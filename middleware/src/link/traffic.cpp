@@ -7,16 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-std::string text(std::chrono::nanoseconds time)
-{
-    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
-           " ms";
-}
-
-} // namespace
-
 Traffic::Traffic(ActionQueue& actions)
     : fActions(actions), fPing(sharedText(encodeCommand({"PING"})))
 {
@@ -110,13 +100,12 @@ std::optional<std::string> Traffic::attend(Time now)
 {
     endLateCalls(now);
     if (isBusy() && isSilentFor(now, linkPatience()))
-        return "silent for " + text(linkPatience()) + " while " + fTalk->exchange()->name() +
-               " awaits its reply";
+        return "silent for " + inMilliseconds(linkPatience()) + " while " +
+               fTalk->exchange()->name() + " awaits its reply";
     sendNext(now);
     if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval)
-        begin(now,
-              std::make_shared<Exchange>("PING", fPing, 1, std::make_shared<StatusSink>("PING"),
-                                         Deadline{Time::max(), {}}));
+        begin(now, std::make_shared<Exchange>(
+                       "PING", fPing, 1, std::make_shared<StatusSink>("PING"), Deadline::never()));
     return {};
 }
 
@@ -160,8 +149,8 @@ std::string Traffic::latenessUnderWay(Time now) const
 {
     const Exchange& call = *fTalk->exchange();
     if (call.deadline().at <= now)
-        return "no reply to " + call.name() + " within " + text(call.deadline().allowed);
-    const std::string limit = text(fSettings->options.exchangeTimeout);
+        return call.lateness();
+    const std::string limit = inMilliseconds(fSettings->options.exchangeTimeout);
     if (fTalk->isAnswered())
         return "the reply to " + call.name() + " broke off, nothing came for " + limit;
     return "no reply to " + call.name() + " within " + limit;
@@ -170,9 +159,9 @@ std::string Traffic::latenessUnderWay(Time now) const
 std::string Traffic::latenessWaiting(Time now, const Exchange& call) const
 {
     if (call.deadline().at <= now)
-        return "no reply to " + call.name() + " within " + text(call.deadline().allowed) +
-               ": it was not sent, others were before it";
-    return call.name() + " was not sent: nothing came for " + text(now - fTalk->silentSince());
+        return call.lateness() + ": it was not sent, others were before it";
+    return call.name() + " was not sent: nothing came for " +
+           inMilliseconds(now - fTalk->silentSince());
 }
 
 void Traffic::endWith(const std::string& problem, std::shared_ptr<Exchange> call)

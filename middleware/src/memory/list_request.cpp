@@ -2,6 +2,7 @@
 #include "memory/list_request.h"
 
 #include "memory/key_text.h"
+#include "memory/keys_per_command.h"
 #include "memory/memory_arguments.h"
 #include "wire/request.h"
 
@@ -29,7 +30,7 @@ ListRequest::ListRequest(const ZoValue& request,
                          std::shared_ptr<const ForbiddenKeys::Set> forbidden)
     : fKeys(std::make_shared<const std::vector<std::string>>(keysOf(request))),
       fForbidden(std::move(forbidden)),
-      fKeysPerReply(fChunk)
+      fKeysPerReply(keysPerCommand)
 {
     fAsked.reserve(fKeys->size());
     for (int i = 0; i < count(); ++i) {
@@ -75,13 +76,13 @@ int ListRequest::sizeOfReply(int reply) const
 
 void ListRequest::encode()
 {
-    auto bytes = std::make_shared<std::string>();
+    std::string bytes;
     std::vector<std::string_view> words;
     for (int reply = 0; reply < replies(); ++reply) {
         words.assign(1, "MGET");
         for (int i = 0; i < sizeOfReply(reply); ++i)
             words.push_back(key(position(reply, i)));
-        appendCommand(words, *bytes);
+        appendCommand(words, bytes);
     }
-    fBytes = std::move(bytes);
+    fBytes = sharedText(std::move(bytes));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/shared_text.h"
 #include "memory/forbidden_keys.h"
 
 #include <zo/value.h>
@@ -14,9 +15,6 @@
 class ListRequest
 {
 public:
-    /// How many keys one command asks for: more would hold up the robot's other clients.
-    static constexpr int fChunk = 1000;
-
     /// What `request`, the argument of getListData, asks for, without the keys in `forbidden` and
     /// those that cannot be keys: their values stay invalid.
     /// Throws ZoError when it is malformed.
@@ -28,7 +26,7 @@ public:
     /// Whether this is the encoding of `request` as long as `forbidden` holds.
     bool isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const;
 
-    const std::shared_ptr<const std::string>& bytes() const { return fBytes; }
+    const SharedText& bytes() const { return fBytes; }
     int replies() const;
     int sizeOfReply(int reply) const;
     /// Index in the whole request of element `index` of reply number `reply`.
@@ -44,5 +42,5 @@ private:
     std::shared_ptr<const ForbiddenKeys::Set> fForbidden;
     std::vector<int> fAsked;
     int fKeysPerReply;
-    std::shared_ptr<const std::string> fBytes;
+    SharedText fBytes;
 };

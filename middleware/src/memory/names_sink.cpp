@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "memory/names_sink.h"
 
+#include "wire/reply_numbers.h"
+
 #include <algorithm>
 
 namespace {
@@ -12,7 +14,7 @@ constexpr std::size_t longestCursor = 20;
 bool isCursor(std::string_view text)
 {
     return !text.empty() && text.size() <= longestCursor &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+           std::all_of(text.begin(), text.end(), isDigit);
 }
 
 } // namespace

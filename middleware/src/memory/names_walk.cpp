@@ -2,6 +2,7 @@
 #include "memory/names_walk.h"
 
 #include "link/link.h"
+#include "memory/keys_per_command.h"
 #include "memory/names_sink.h"
 #include "wire/limits.h"
 #include "wire/request.h"
@@ -42,9 +43,10 @@ private:
     std::string takePage(const std::string& cursor)
     {
         const auto sink = std::make_shared<NamesSink>();
-        const auto bytes = std::make_shared<const std::string>(
-            encodeCommand({"SCAN", cursor, "COUNT", "1000", "TYPE", "string"}));
-        fLink.run(std::make_shared<Exchange>("SCAN", bytes, 1, sink, deadline()));
+        const std::string count = std::to_string(keysPerCommand);
+        auto bytes = encodeCommand({"SCAN", cursor, "COUNT", count, "TYPE", "string"});
+        fLink.run(
+            std::make_shared<Exchange>("SCAN", sharedText(std::move(bytes)), 1, sink, deadline()));
         if (!sink->refusal().empty())
             throw fLink.refusal("SCAN", sink->refusal());
         for (std::string& name : sink->names())
@@ -56,8 +58,7 @@ private:
     {
         fMemory += placeOfName + name.size();
         if (fMemory > ReplyLimits::fMaxReply)
-            throw fLink.error("the key list is larger than " +
-                              std::to_string(ReplyLimits::fMaxReply >> 20) + " MiB");
+            throw fLink.error("the key list is larger than " + inMebibytes(ReplyLimits::fMaxReply));
         fNames.insert(std::move(name));
     }
 

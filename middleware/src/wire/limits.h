@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 /// What is accepted from the other side, and sent to it. The unit is bytes where none is told.
 struct ReplyLimits
@@ -19,3 +20,9 @@ struct ReplyLimits
     /// How many arrays are inside one another.
     static constexpr int fMaxDepth = 8;
 };
+
+/// "64 MiB", for messages.
+inline std::string inMebibytes(std::size_t bytes)
+{
+    return std::to_string(bytes >> 20) + " MiB";
+}

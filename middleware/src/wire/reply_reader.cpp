@@ -70,11 +70,6 @@ WholeElement wholeElement(std::string_view bytes)
     return {{ReplyKind::Text, bytes.substr(begin, size)}, end + lineEnd.size()};
 }
 
-std::string inMebibytes(std::size_t bytes)
-{
-    return std::to_string(bytes >> 20) + " MiB";
-}
-
 } // namespace
 
 void ReplyReader::expect(int replies, ReplySink& sink)

@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// How many keys one command is about: more would hold up the robot's other clients.
+constexpr int keysPerCommand = 1000;
