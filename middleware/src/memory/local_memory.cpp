@@ -5,29 +5,9 @@
 #include "memory/memory_methods.h"
 #include "value/json.h"
 
-#include <zo/error.h>
-
 #include <mutex>
 
-ZoValue LocalMemory::call(const std::string& method, const ZoValue& arguments)
-{
-    if (method == getListDataMethod)
-        return values(arguments);
-    if (method == getDataListNameMethod)
-        return names();
-    if (method == setDataMethod)
-        store(keyToSet(setDataMethod, arguments), encodeJson(valueToSet(arguments)));
-    else if (method == setListDataMethod)
-        storeAll(arguments);
-    else if (method == setTextMethod)
-        store(keyToSet(setTextMethod, arguments), textToSet(arguments));
-    else
-        throw ZoError(std::string(memoryModuleName) + " of this process has no method '" + method +
-                      "'");
-    return {};
-}
-
-ZoValue LocalMemory::values(const ZoValue& request) const
+ZoValue LocalMemory::values(const ZoValue& request)
 {
     ZoValue found;
     found.arraySetSize(requestedCount(request));
@@ -40,7 +20,7 @@ ZoValue LocalMemory::values(const ZoValue& request) const
     return found;
 }
 
-ZoValue LocalMemory::names() const
+ZoValue LocalMemory::names()
 {
     std::vector<std::string> keys;
     const std::shared_lock<std::shared_mutex> lock(fMutex);
@@ -52,13 +32,13 @@ ZoValue LocalMemory::names() const
 
 void LocalMemory::storeAll(const ZoValue& pairs)
 {
-    const int count = pairsToSet(pairs);
+    const int count = pairs.getSize();
     std::vector<ZoValue> values;
     values.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
-        values.push_back(decodeJson(encodeJson(pairs[i][1])));
+        values.push_back(decodeJson(textOf(pairs[i][0].asString(), pairs[i][1])));
     const std::lock_guard<std::shared_mutex> lock(fMutex);
-    for (int i = 0; i < pairs.getSize(); ++i)
+    for (int i = 0; i < count; ++i)
         fValues[pairs[i][0].asString()] = std::move(values[static_cast<std::size_t>(i)]);
 }
 
@@ -67,4 +47,9 @@ void LocalMemory::store(const std::string& key, const std::string& text)
     ZoValue value = decodeJson(text);
     const std::lock_guard<std::shared_mutex> lock(fMutex);
     fValues[key] = std::move(value);
+}
+
+ZoError LocalMemory::error(const std::string& problem) const
+{
+    return ZoError(std::string(memoryModuleName) + " of this process " + problem);
 }

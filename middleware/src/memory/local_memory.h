@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <zo/proxy.h>
+#include "memory/memory_module.h"
 
 #include <map>
 #include <shared_mutex>
@@ -10,17 +10,15 @@
 /// The module "ZoMemory" of this process: the same operations as the robot's, on a map. It keeps
 /// and refuses just what a robot's memory does, since every value goes through its text.
 /// May be called from any thread.
-class LocalMemory : public ZoProxy
+class LocalMemory : public MemoryModule
 {
-public:
-    ZoValue call(const std::string& method, const ZoValue& arguments) override;
-
 private:
-    ZoValue values(const ZoValue& request) const;
-    ZoValue names() const;
-    void storeAll(const ZoValue& pairs);
-    void store(const std::string& key, const std::string& text);
+    ZoValue values(const ZoValue& request) override;
+    ZoValue names() override;
+    void store(const std::string& key, const std::string& text) override;
+    void storeAll(const ZoValue& pairs) override;
+    ZoError error(const std::string& problem) const override;
 
-    mutable std::shared_mutex fMutex;
+    std::shared_mutex fMutex;
     std::map<std::string, ZoValue> fValues;
 };

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "memory/memory_arguments.h"
 
+#include "memory/key_text.h"
 #include "memory/memory_methods.h"
+#include "value/json.h"
 
 #include <zo/error.h>
 
@@ -30,7 +32,7 @@ const std::string& requestedKey(const ZoValue& request, int index)
     return pair[0].asString();
 }
 
-int pairsToSet(const ZoValue& pairs)
+void checkPairs(const ZoValue& pairs)
 {
     const std::string method = setListDataMethod;
     if (pairs.getType() != ZoValue::Array)
@@ -39,7 +41,6 @@ int pairsToSet(const ZoValue& pairs)
         if (!isKeyAndMore(pairs[i]))
             throw ZoError(method + ": element " + std::to_string(i) +
                           " of the argument is not [key, value]");
-    return pairs.getSize();
 }
 
 const std::string& keyToSet(const char* method, const ZoValue& arguments)
@@ -49,14 +50,18 @@ const std::string& keyToSet(const char* method, const ZoValue& arguments)
     return arguments[0].asString();
 }
 
-const ZoValue& valueToSet(const ZoValue& arguments)
-{
-    return arguments[1];
-}
-
 const std::string& textToSet(const ZoValue& arguments)
 {
     if (arguments[1].getType() != ZoValue::String)
         throw ZoError(std::string(setTextMethod) + ": the second argument is no text");
     return arguments[1].asString();
+}
+
+std::string textOf(const std::string& key, const ZoValue& value)
+{
+    try {
+        return encodeJson(value);
+    } catch (const ZoError& error) {
+        throw ZoError("value for " + quotedKey(key) + ": " + error.toString());
+    }
 }

@@ -2,49 +2,18 @@
 #include "memory/remote_memory.h"
 
 #include "memory/key_text.h"
-#include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
 #include "memory/names_walk.h"
 #include "memory/store_request.h"
 #include "wire/request.h"
+#include "wire/server_error.h"
 #include "wire/status_sink.h"
 
-#include <zo/error.h>
-
 #include <utility>
-
-namespace {
-
-bool isKeyForbidden(const std::string& text)
-{
-    return text.compare(0, 6, "NOPERM") == 0 &&
-           text.find("permissions to run") == std::string::npos;
-}
-
-} // namespace
 
 RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden)
     : fLink(std::move(link)), fForbidden(std::move(forbidden))
 {
-}
-
-ZoValue RemoteMemory::call(const std::string& method, const ZoValue& arguments)
-{
-    if (method == getListDataMethod)
-        return values(arguments);
-    if (method == getDataListNameMethod)
-        return namesOf(*fLink);
-    if (method == setDataMethod) {
-        const std::string& key = keyToSet(setDataMethod, arguments);
-        store(key, storableText(key, valueToSet(arguments)));
-    } else if (method == setListDataMethod) {
-        storeAll(arguments);
-    } else if (method == setTextMethod) {
-        store(keyToSet(setTextMethod, arguments), textToSet(arguments));
-    } else {
-        throw fLink->error(std::string(memoryModuleName) + " has no method '" + method + "'");
-    }
-    return {};
 }
 
 ZoValue RemoteMemory::values(const ZoValue& request)
@@ -105,11 +74,15 @@ ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSi
     return sink->takeValues();
 }
 
+ZoValue RemoteMemory::names()
+{
+    return namesOf(*fLink);
+}
+
 void RemoteMemory::store(const std::string& key, const std::string& text)
 {
     checkStorable(key, text);
-    send("SET " + quotedKey(key),
-         std::make_shared<const std::string>(encodeCommand({"SET", key, text})), 1, 1);
+    send("SET " + quotedKey(key), sharedText(encodeCommand({"SET", key, text})), 1, 1);
 }
 
 void RemoteMemory::storeAll(const ZoValue& pairs)
@@ -119,8 +92,12 @@ void RemoteMemory::storeAll(const ZoValue& pairs)
         send("MSET", request.bytes, request.commands, request.pairs);
 }
 
-void RemoteMemory::send(const std::string& what, std::shared_ptr<const std::string> commands,
-                        int replies, int keys)
+ZoError RemoteMemory::error(const std::string& problem) const
+{
+    return fLink->error(std::string(memoryModuleName) + " " + problem);
+}
+
+void RemoteMemory::send(const std::string& what, SharedText commands, int replies, int keys)
 {
     const auto sink = std::make_shared<StatusSink>(what);
     fLink->run(std::make_shared<Exchange>(what, std::move(commands), replies, sink,

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "memory/memory_module.h"
+
+#include "memory/memory_arguments.h"
+#include "memory/memory_methods.h"
+
+ZoValue MemoryModule::call(const std::string& method, const ZoValue& arguments)
+{
+    if (method == getListDataMethod)
+        return values(arguments);
+    if (method == getDataListNameMethod)
+        return names();
+    if (method == setDataMethod) {
+        const std::string& key = keyToSet(setDataMethod, arguments);
+        store(key, textOf(key, arguments[1]));
+    } else if (method == setListDataMethod) {
+        checkPairs(arguments);
+        storeAll(arguments);
+    } else if (method == setTextMethod) {
+        store(keyToSet(setTextMethod, arguments), textToSet(arguments));
+    } else {
+        throw error("has no method '" + method + "'");
+    }
+    return {};
+}
