@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+
+using namespace zo;
 // Feeds arbitrary bytes to the reading of a robot's values, and their value back to the writing.
 #include "require.h"
 #include "value/json.h"

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+
+using namespace zo;
 // Feeds arbitrary bytes, in blocks of arbitrary sizes, to the reader of a server's replies, and
 // compares what it makes of them with a slow reading by the letter.
 #include "require.h"

@@ -18,9 +18,9 @@
 struct ZoBroker::Parts
 {
     std::string name;
-    std::shared_ptr<Link> link; ///< null without a robot
-    std::shared_ptr<ForbiddenKeys> forbidden = std::make_shared<ForbiddenKeys>();
-    boost::shared_ptr<ZoProxy> memory = boost::make_shared<LocalMemory>();
+    std::shared_ptr<zo::Link> link; ///< null without a robot
+    std::shared_ptr<zo::ForbiddenKeys> forbidden = std::make_shared<zo::ForbiddenKeys>();
+    boost::shared_ptr<ZoProxy> memory = boost::make_shared<zo::LocalMemory>();
     std::chrono::system_clock::time_point since = std::chrono::system_clock::now();
 
     std::mutex mutex; ///< guards what follows
@@ -36,7 +36,7 @@ struct ZoBroker::Parts
     {
         if (!link)
             return memory;
-        return boost::make_shared<RemoteMemory>(link, forbidden);
+        return boost::make_shared<zo::RemoteMemory>(link, forbidden);
     }
 };
 
@@ -55,7 +55,8 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std:
                                              int port, const ZoBrokerOptions& options)
 {
     auto broker = create(name);
-    broker->fParts->link = std::make_shared<Link>(makeLinkSettings(ip, port, options, name));
+    broker->fParts->link =
+        std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name));
     return broker;
 }
 
@@ -68,14 +69,14 @@ boost::shared_ptr<ZoProxy> ZoBroker::getProxy(const std::string& moduleName, int
 {
     if (auto module = fParts->registered(moduleName))
         return module;
-    if (moduleName == memoryModuleName)
+    if (moduleName == zo::memoryModuleName)
         return fParts->makeMemory();
     throw ZoError("broker '" + fParts->name + "' has no module '" + moduleName + "'");
 }
 
 boost::shared_ptr<ZoProxy> ZoBroker::getLocalMemory()
 {
-    const auto module = fParts->registered(memoryModuleName);
+    const auto module = fParts->registered(zo::memoryModuleName);
     return module ? module : fParts->memory;
 }
 
@@ -109,6 +110,6 @@ void ZoBroker::reconnect(const ZoBrokerOptions& options)
 {
     if (!fParts->link)
         throw ZoError("broker '" + fParts->name + "' has no robot");
-    const Peer peer = fParts->link->settings()->peer;
-    fParts->link->reconnect(makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
+    const zo::Peer peer = fParts->link->settings()->peer;
+    fParts->link->reconnect(zo::makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
 }

@@ -37,9 +37,9 @@ ZoMemoryProxy::ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker)
 
 std::vector<std::string> ZoMemoryProxy::getDataListName()
 {
-    ZoValue reply = call(fProxy, getDataListNameMethod, ZoValue());
+    ZoValue reply = call(fProxy, zo::getDataListNameMethod, ZoValue());
     if (reply.getType() != ZoValue::Array)
-        throw ZoError(std::string(getDataListNameMethod) + ": the reply is no array");
+        throw ZoError(std::string(zo::getDataListNameMethod) + ": the reply is no array");
     std::vector<std::string> names;
     names.reserve(static_cast<std::size_t>(reply.getSize()));
     for (int i = 0; i < reply.getSize(); ++i)
@@ -49,20 +49,20 @@ std::vector<std::string> ZoMemoryProxy::getDataListName()
 
 ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
 {
-    return call(fProxy, getListDataMethod, request);
+    return call(fProxy, zo::getListDataMethod, request);
 }
 
 void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)
 {
-    call(fProxy, setDataMethod, pairOf(key, value));
+    call(fProxy, zo::setDataMethod, pairOf(key, value));
 }
 
 void ZoMemoryProxy::setListData(const ZoValue& pairs)
 {
-    call(fProxy, setListDataMethod, pairs);
+    call(fProxy, zo::setListDataMethod, pairs);
 }
 
 void ZoMemoryProxy::setText(const std::string& key, const std::string& text)
 {
-    call(fProxy, setTextMethod, pairOf(key, text));
+    call(fProxy, zo::setTextMethod, pairOf(key, text));
 }

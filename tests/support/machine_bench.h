@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+using namespace zo;
+
 /// The machine of a link on the bench: in virtual time, and with all that it asks for written
 /// down. Nothing happens by itself but `woken`, when time passes.
 class MachineBench

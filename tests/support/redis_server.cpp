@@ -22,6 +22,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace zo;
+
 namespace {
 
 constexpr auto startDeadline = std::chrono::seconds(20);

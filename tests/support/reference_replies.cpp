@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <regex>
 
+using namespace zo;
+
 namespace {
 
 /// Ends the reading, from any depth.

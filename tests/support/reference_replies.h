@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+using namespace zo;
+
 /// What becomes of bytes that a server sends.
 struct ReplyReading
 {

@@ -7,21 +7,21 @@
 #include <string>
 
 /// Counts what it is given, and keeps nothing.
-class ReplyCounter : public ReplySink
+class ReplyCounter : public zo::ReplySink
 {
 public:
     int texts = 0;
     int others = 0;
     std::int64_t skipped = 0;
 
-    bool take(const ReplyPlace&, const ReplyPiece& piece) override
+    bool take(const zo::ReplyPlace&, const zo::ReplyPiece& piece) override
     {
-        ++(piece.kind == ReplyKind::Text ? texts : others);
-        if (piece.kind == ReplyKind::TooLarge)
+        ++(piece.kind == zo::ReplyKind::Text ? texts : others);
+        if (piece.kind == zo::ReplyKind::TooLarge)
             skipped += piece.number;
         return true;
     }
-    std::string nameOf(const ReplyPlace& place) const override
+    std::string nameOf(const zo::ReplyPlace& place) const override
     {
         return "piece " + std::to_string(place.index);
     }

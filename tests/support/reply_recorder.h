@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+using namespace zo;
+
 /// Writes down what it is given, one line a piece.
 class ReplyRecorder : public ReplySink
 {
@@ -19,7 +21,7 @@ public:
     bool take(const ReplyPlace& place, const ReplyPiece& piece) override
     {
         fLog += fPrefix + std::to_string(place.reply) + "/" + std::to_string(place.depth) + "/" +
-                std::to_string(place.index) + " " + ::nameOf(piece.kind);
+                std::to_string(place.index) + " " + zo::nameOf(piece.kind);
         if (piece.kind == ReplyKind::Double)
             fLog += " " + std::to_string(piece.real);
         else if (piece.number != 0)

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 // At most all connections of a race are closed, and a handful of other things done.
@@ -28,3 +30,5 @@ std::optional<LinkAction::Any> ActionQueue::next() noexcept
     }
     return std::move(fActions[fTaken++]);
 }
+
+} // namespace zo

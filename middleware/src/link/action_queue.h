@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+namespace zo {
+
 /// The actions that the machine of a link wants done, first come first served. Room is made
 /// beforehand, where running out of memory does no harm; `push` then needs none.
 class ActionQueue
@@ -20,3 +22,5 @@ private:
     std::vector<LinkAction::Any> fActions;
     std::size_t fTaken = 0;
 };
+
+} // namespace zo

@@ -29,7 +29,7 @@ std::string hostInBrackets(const std::string& text, std::size_t& rest)
     if (close == std::string::npos)
         throwWrong(text, "']' is missing");
     std::string host = text.substr(1, close - 1);
-    if (!canBeHost(host) || !isIpv6(host))
+    if (!zo::canBeHost(host) || !isIpv6(host))
         throwWrong(text, "there is no IPv6 address in the brackets");
     rest = close + 1;
     return host;
@@ -43,7 +43,7 @@ std::string plainHost(const std::string& text, std::size_t& rest)
     std::string host = text.substr(0, rest);
     if (host.empty())
         throwWrong(text, "there is no host");
-    if (!canBeHost(host))
+    if (!zo::canBeHost(host))
         throwWrong(text, "this is no host name or address");
     return host;
 }

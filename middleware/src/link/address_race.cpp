@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 /// The same addresses, those of the two families in turn, each family in its order.
@@ -59,3 +61,5 @@ bool AddressRace::leave(ConnectionId connection)
     fNextAt = Time::min();
     return true;
 }
+
+} // namespace zo

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+namespace zo {
+
 /// The race of a robot's addresses (RFC 8305): they are tried one after the other, the two
 /// families in turn, without waiting for the end of the attempt before. So an address that
 /// leads nowhere costs a moment and not the whole attempt.
@@ -40,3 +42,5 @@ private:
     Time fNextAt;
     std::vector<ConnectionId> fRunning; ///< has room for all: `started` cannot fail
 };
+
+} // namespace zo

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace zo {
+
 using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
@@ -25,3 +27,5 @@ void BackOff::setBounds(milliseconds first, milliseconds most)
     fFirst = std::min(first, most);
     startOver();
 }
+
+} // namespace zo

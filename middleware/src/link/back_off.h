@@ -4,6 +4,8 @@
 #include <chrono>
 #include <random>
 
+namespace zo {
+
 /// The waits between attempts: random, so that many who lost a robot at the same moment do not
 /// return at the same moment, and longer and longer, up to a bound.
 class BackOff
@@ -23,3 +25,5 @@ private:
     std::chrono::milliseconds fBound;
     std::mt19937 fRandom;
 };
+
+} // namespace zo

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace zo {
+
 namespace asio = boost::asio;
 
 namespace {
@@ -97,3 +99,5 @@ void Connection::close()
     fIsClosed = true;
     fStream.close();
 }
+
+} // namespace zo

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace zo {
+
 class LinkMachine;
 
 /// One connection to the robot: does what the machine of the link wants of it, and reports to the
@@ -41,3 +43,5 @@ private:
     std::vector<char> fBuffer;
     bool fIsClosed = false;
 };
+
+} // namespace zo

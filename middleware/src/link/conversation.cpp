@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace zo {
+
 void Conversation::begin(Time now, std::shared_ptr<Exchange> exchange)
 {
     fExchange = std::move(exchange);
@@ -52,3 +54,5 @@ std::shared_ptr<Exchange> Conversation::takeWhole()
         return nullptr;
     return std::exchange(fExchange, nullptr);
 }
+
+} // namespace zo

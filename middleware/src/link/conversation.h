@@ -10,6 +10,8 @@
 #include <optional>
 #include <string_view>
 
+namespace zo {
+
 /// The exchanges on one connection, one after the other: slices of the request out, the replies
 /// in, and how long the other side has been silent.
 class Conversation
@@ -55,3 +57,5 @@ private:
     Time fAskedAt;            ///< when the first slice was on its way
     Time fSilentSince;
 };
+
+} // namespace zo

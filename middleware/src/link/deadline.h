@@ -4,6 +4,8 @@
 #include <chrono>
 #include <string>
 
+namespace zo {
+
 using SteadyClock = std::chrono::steady_clock;
 
 /// When something must be over, and how long that was when it began, for messages.
@@ -25,3 +27,5 @@ inline std::string inMilliseconds(std::chrono::nanoseconds time)
     return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
            " ms";
 }
+
+} // namespace zo

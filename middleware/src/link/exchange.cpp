@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 // The I/O thread ends an exchange in time; this bounds the wait should it be starved.
@@ -46,3 +48,5 @@ bool Exchange::waitUntilDone()
         throw ZoError(*fProblem);
     return true;
 }
+
+} // namespace zo

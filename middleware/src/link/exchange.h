@@ -10,6 +10,8 @@
 #include <mutex>
 #include <string>
 
+namespace zo {
+
 /// One request on its way to the robot and back. The caller's thread makes it and waits; the I/O
 /// thread sends it, fills the sink, and ends it. Whoever is late finds it still whole: both
 /// threads own it.
@@ -49,3 +51,5 @@ private:
     bool fDone = false;
     SharedText fProblem;
 };
+
+} // namespace zo

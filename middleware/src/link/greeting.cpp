@@ -4,6 +4,8 @@
 #include "wire/request.h"
 #include "wire/server_error.h"
 
+namespace zo {
+
 namespace {
 
 void appendLogin(const ZoBrokerOptions& options, std::string& bytes)
@@ -57,3 +59,5 @@ std::string Greeting::problem(const Peer& peer) const
         return "not ready: " + words;
     return (isLogin ? "user or password refused: " : "login refused: ") + words;
 }
+
+} // namespace zo

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+namespace zo {
+
 /// What a link says first on a new connection, and what the answers mean: login, whether the
 /// server is ready, and a name for its list of clients.
 class Greeting
@@ -40,3 +42,5 @@ private:
     std::shared_ptr<StatusSink> fAnswers;
     std::shared_ptr<Exchange> fExchange;
 };
+
+} // namespace zo

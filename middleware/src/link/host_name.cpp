@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <string_view>
 
+namespace zo {
+
 namespace {
 
 bool canBeInHost(char byte)
@@ -27,3 +29,5 @@ bool isNumericHost(const std::string& host)
     boost::asio::ip::make_address(host, problem);
     return !problem;
 }
+
+} // namespace zo

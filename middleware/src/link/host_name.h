@@ -3,9 +3,13 @@
 
 #include <string>
 
+namespace zo {
+
 /// Whether each byte of `host` is one that names and addresses may have: nothing blank, no control
 /// characters, and none that has a meaning around a host.
 bool canBeHost(const std::string& host);
 
 /// Whether `host` is an IPv4 or IPv6 address, which needs no look-up.
 bool isNumericHost(const std::string& host);
+
+} // namespace zo

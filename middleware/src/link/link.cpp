@@ -10,6 +10,8 @@
 #include <exception>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 // The I/O thread ends an attempt in time; this bounds the wait should it be starved.
@@ -98,3 +100,5 @@ ZoError Link::refusal(const std::string& command, const std::string& text) const
     const auto current = settings();
     return current->peer.error("refuses " + command + ": " + current->peer.quote(text));
 }
+
+} // namespace zo

@@ -13,6 +13,8 @@
 #include <string>
 #include <thread>
 
+namespace zo {
+
 class LinkDriver;
 
 /// The connection to a robot, with its one I/O thread. The broker and the proxies to the robot's
@@ -56,3 +58,5 @@ private:
     std::unique_ptr<LinkDriver> fDriver;
     std::thread fThread; // what it does lives in fDriver, which goes after the thread has ended
 };
+
+} // namespace zo

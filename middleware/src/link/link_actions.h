@@ -13,6 +13,8 @@
 #include <string_view>
 #include <variant>
 
+namespace zo {
+
 /// A connection in the talk between the machine and its driver. Never used twice by a link.
 using ConnectionId = std::uint64_t;
 
@@ -69,3 +71,5 @@ struct LinkAction
 
     using Any = std::variant<LookUp, Connect, StartTls, Write, Close, End, Tell>;
 };
+
+} // namespace zo

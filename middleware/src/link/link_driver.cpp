@@ -13,6 +13,8 @@
 #include <utility>
 #include <variant>
 
+namespace zo {
+
 namespace asio = boost::asio;
 
 namespace {
@@ -149,3 +151,5 @@ void LinkDriver::execute(const LinkAction::Tell& action)
 {
     fState.set(action.condition);
 }
+
+} // namespace zo

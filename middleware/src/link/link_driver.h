@@ -14,6 +14,8 @@
 #include <memory>
 #include <unordered_map>
 
+namespace zo {
+
 /// The I/O thread of a link: does what its machine wants, with sockets, TLS, look-ups and a
 /// clock, and tells the machine what happens. It decides nothing.
 class LinkDriver
@@ -57,3 +59,5 @@ private:
     std::shared_ptr<boost::asio::io_context> fContext;
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> fKeepRunning;
 };
+
+} // namespace zo

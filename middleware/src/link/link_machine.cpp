@@ -5,6 +5,8 @@
 #include <exception>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 std::string told(const Peer& peer, const ReplyProblem& problem)
@@ -322,3 +324,5 @@ void LinkMachine::stop(Time now) noexcept
 {
     goDown(now, Stage::Stopped, fEnded);
 }
+
+} // namespace zo

@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+namespace zo {
+
 /// All that a link decides: when to look up, connect, greet, send, ping, give up and try again.
 /// It has no socket, thread or clock. A driver tells it what happens, one operation for each
 /// event, and does the actions that it asks for. The same events in the same order give the same
@@ -153,3 +155,5 @@ private:
     Time fRetryAt;
     Time fUpSince;
 };
+
+} // namespace zo

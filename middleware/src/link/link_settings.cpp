@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace zo {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -42,3 +44,5 @@ std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, in
     return std::make_shared<const LinkSettings>(
         LinkSettings{Peer(host, port, options.password), confined(options), clientNameOf(name)});
 }
+
+} // namespace zo

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+namespace zo {
+
 /// Whom a link reaches, and how. Never changes: other options are other settings.
 struct LinkSettings
 {
@@ -21,3 +23,5 @@ struct LinkSettings
 std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, int port,
                                                      const ZoBrokerOptions& options,
                                                      const std::string& name);
+
+} // namespace zo

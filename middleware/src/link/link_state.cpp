@@ -6,6 +6,8 @@
 #include <ctime>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 std::string clockText(std::chrono::system_clock::time_point time)
@@ -64,3 +66,5 @@ void LinkState::waitForFirstAttempt(SteadyClock::time_point deadline)
     if (!fCondition.isUp)
         throw ZoError(*fCondition.cause);
 }
+
+} // namespace zo

@@ -8,6 +8,8 @@
 #include <condition_variable>
 #include <mutex>
 
+namespace zo {
+
 /// Whether the link is up, as the I/O thread tells and everyone else reads.
 class LinkState
 {
@@ -33,3 +35,5 @@ private:
     int fConnections = 0;
     bool fTried = false;
 };
+
+} // namespace zo

@@ -13,6 +13,8 @@
 #include <thread>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 namespace asio = boost::asio;
@@ -97,3 +99,5 @@ void lookUp(const std::shared_ptr<asio::io_context>& context, const std::string&
         answerOnThread(*context, host, port, answer);
     }).detach();
 }
+
+} // namespace zo

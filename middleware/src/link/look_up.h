@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace zo {
+
 /// The addresses of a host, or why there are none.
 struct LookUpResult
 {
@@ -24,3 +26,5 @@ struct LookUpResult
 /// for minutes and cannot be cancelled, and neither a caller nor the end of a link may wait for it.
 void lookUp(const std::shared_ptr<boost::asio::io_context>& context, const std::string& host,
             int port, std::function<void(const LookUpResult&)> done);
+
+} // namespace zo

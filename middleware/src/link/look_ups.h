@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace zo {
+
 /// Which look-ups are under way. The system's may hang for minutes and cannot be called off; so
 /// the attempts share one, and another is made only after a while, a longer one each time.
 class LookUps
@@ -42,3 +44,5 @@ private:
     Time fSince;
     std::chrono::seconds fCurrent = fPatience;
 };
+
+} // namespace zo

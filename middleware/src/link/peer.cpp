@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace zo {
+
 Peer::Peer(std::string host, int port, std::string secret)
     : fAddress{std::move(host), port}, fSecret(std::move(secret))
 {
@@ -37,3 +39,5 @@ std::string Peer::quote(std::string_view text) const
     }
     return printable(result);
 }
+
+} // namespace zo

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// The robot at the other end of a link, as addresses and messages name it.
 class Peer
 {
@@ -29,3 +31,5 @@ private:
     ZoAddress fAddress;
     std::string fSecret;
 };
+
+} // namespace zo

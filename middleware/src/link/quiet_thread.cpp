@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 /// Blocks all signals of this thread, for a new one to inherit that.
@@ -38,3 +40,5 @@ std::thread startQuietThread(std::function<void()> work)
         throw ZoError(std::string("cannot start a thread: ") + error.what());
     }
 }
+
+} // namespace zo

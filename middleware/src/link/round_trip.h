@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <chrono>
 
+namespace zo {
+
 /// The time from a request to the first byte of its reply, smoothed over the last eight or so.
 class RoundTrip
 {
@@ -27,3 +29,5 @@ private:
     bool fIsKnown = false;
     Duration fValue{0};
 };
+
+} // namespace zo

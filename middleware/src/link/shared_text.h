@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+namespace zo {
+
 /// A text that several hold without a copy: handing it on needs no memory, and so cannot fail.
 using SharedText = std::shared_ptr<const std::string>;
 
@@ -12,3 +14,5 @@ inline SharedText sharedText(std::string text)
 {
     return std::make_shared<const std::string>(std::move(text));
 }
+
+} // namespace zo

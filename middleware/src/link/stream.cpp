@@ -20,6 +20,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 namespace ssl = boost::asio::ssl;
@@ -174,3 +176,5 @@ bool Stream::isRefusal(const ErrorCode& error)
         std::find(std::begin(refusals), std::end(refusals), reason) != std::end(refusals);
     return refusesOurs || verdict() != X509_V_OK;
 }
+
+} // namespace zo

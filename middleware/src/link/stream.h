@@ -14,6 +14,8 @@
 
 struct ZoBrokerOptions;
 
+namespace zo {
+
 using TlsContext = boost::asio::ssl::context;
 
 /// What all connections of a link share to speak TLS. Null when `options` want none. Throws
@@ -86,3 +88,5 @@ private:
     const std::shared_ptr<TlsContext> fContext;
     std::optional<boost::asio::ssl::stream<boost::asio::ip::tcp::socket&>> fTls;
 };
+
+} // namespace zo

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace zo {
+
 Traffic::Traffic(ActionQueue& actions)
     : fActions(actions), fPing(sharedText(encodeCommand({"PING"})))
 {
@@ -185,3 +187,5 @@ RoundTrip::Duration Traffic::linkPatience() const
     const auto silence = std::max(fLongestSilence, fSettings->options.exchangeTimeout);
     return silence + 4 * fRoundTrip.value();
 }
+
+} // namespace zo

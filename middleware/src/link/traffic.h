@@ -12,6 +12,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// What goes over a link: the calls, one under way and the others waiting their turn, pings while
 /// there are none, and the limits of all this. A part of LinkMachine.
 class Traffic
@@ -73,3 +75,5 @@ private:
     bool fIsAwaited = false; ///< the exchange under way, by a caller
     Time fIdleSince;
 };
+
+} // namespace zo

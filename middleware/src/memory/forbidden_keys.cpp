@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace zo {
+
 std::shared_ptr<const ForbiddenKeys::Set> ForbiddenKeys::known(int connection, Time now)
 {
     const std::lock_guard<std::mutex> lock(fMutex);
@@ -31,3 +33,5 @@ void ForbiddenKeys::forgetOld(int connection, Time now)
     if (connection > fConnection)
         fConnection = connection;
 }
+
+} // namespace zo

@@ -8,6 +8,8 @@
 #include <unordered_set>
 #include <vector>
 
+namespace zo {
+
 /// The keys that the robot has refused to this link's user: they are not asked for again on the
 /// same connection for a while. Rights may change. May be used from any thread.
 class ForbiddenKeys
@@ -33,3 +35,5 @@ private:
     int fConnection = 0;
     Time fSince; ///< when the first of them was refused
 };
+
+} // namespace zo

@@ -5,6 +5,8 @@
 
 #include <zo/error.h>
 
+namespace zo {
+
 namespace {
 
 constexpr std::size_t longestKey = std::size_t{64} << 10;
@@ -27,3 +29,5 @@ void checkKey(const std::string& key)
         throw ZoError("key " + quotedKey(key) + " is longer than " +
                       std::to_string(longestKey >> 10) + " KiB");
 }
+
+} // namespace zo

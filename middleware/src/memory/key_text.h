@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// `key` in quotes, short and printable, for messages.
 std::string quotedKey(std::string_view key);
 
@@ -12,3 +14,5 @@ bool canBeKey(const std::string& key);
 
 /// Throws ZoError for a key that cannot be one.
 void checkKey(const std::string& key);
+
+} // namespace zo

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 std::vector<std::string> keysOf(const ZoValue& request)
@@ -86,3 +88,5 @@ void ListRequest::encode()
     }
     fBytes = sharedText(std::move(bytes));
 }
+
+} // namespace zo

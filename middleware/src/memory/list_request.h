@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace zo {
+
 /// A request for the values of a list of keys, encoded. Never changes, so that a poll of the same
 /// keys sends the same bytes again.
 class ListRequest
@@ -44,3 +46,5 @@ private:
     int fKeysPerReply;
     SharedText fBytes;
 };
+
+} // namespace zo

@@ -7,6 +7,8 @@
 
 #include <mutex>
 
+namespace zo {
+
 ZoValue LocalMemory::values(const ZoValue& request)
 {
     ZoValue found;
@@ -53,3 +55,5 @@ ZoError LocalMemory::error(const std::string& problem) const
 {
     return ZoError(std::string(memoryModuleName) + " of this process " + problem);
 }
+
+} // namespace zo

@@ -7,6 +7,8 @@
 #include <shared_mutex>
 #include <string>
 
+namespace zo {
+
 /// The module "ZoMemory" of this process: the same operations as the robot's, on a map. It keeps
 /// and refuses just what a robot's memory does, since every value goes through its text.
 /// May be called from any thread.
@@ -22,3 +24,5 @@ private:
     std::shared_mutex fMutex;
     std::map<std::string, ZoValue> fValues;
 };
+
+} // namespace zo

@@ -7,6 +7,8 @@
 
 #include <zo/error.h>
 
+namespace zo {
+
 namespace {
 
 bool isKeyAndMore(const ZoValue& pair)
@@ -65,3 +67,5 @@ std::string textOf(const std::string& key, const ZoValue& value)
         throw ZoError("value for " + quotedKey(key) + ": " + error.toString());
     }
 }
+
+} // namespace zo

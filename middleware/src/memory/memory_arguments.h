@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace zo {
+
 /// Checks of what callers hand to a memory module. They throw ZoError, naming the method or key.
 
 /// Number of keys that `request`, the argument of getListData, asks for.
@@ -24,3 +26,5 @@ const std::string& textToSet(const ZoValue& arguments);
 
 /// The text that stands for `value` in a memory. Throws ZoError, naming `key`, when there is none.
 std::string textOf(const std::string& key, const ZoValue& value);
+
+} // namespace zo

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+namespace zo {
+
 /// The module that holds a robot's memory, and the methods it answers.
 constexpr char memoryModuleName[] = "ZoMemory";
 constexpr char getListDataMethod[] = "getListData";         ///< array of arrays [key, 0]
@@ -8,3 +10,5 @@ constexpr char getDataListNameMethod[] = "getDataListName"; ///< nothing
 constexpr char setDataMethod[] = "setData";                 ///< array [key, value]
 constexpr char setListDataMethod[] = "setListData";         ///< array of arrays [key, value]
 constexpr char setTextMethod[] = "setText";                 ///< array [key, text]
+
+} // namespace zo

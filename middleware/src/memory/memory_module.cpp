@@ -4,6 +4,8 @@
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
 
+namespace zo {
+
 ZoValue MemoryModule::call(const std::string& method, const ZoValue& arguments)
 {
     if (method == getListDataMethod)
@@ -23,3 +25,5 @@ ZoValue MemoryModule::call(const std::string& method, const ZoValue& arguments)
     }
     return {};
 }
+
+} // namespace zo

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace zo {
+
 /// The module "ZoMemory" as its callers see it, wherever the values are: finds the operation that
 /// a method's name stands for, and checks what it was handed.
 class MemoryModule : public ZoProxy
@@ -24,3 +26,5 @@ private:
     /// What is thrown when `problem` is to be said of this module: "has no method ...".
     virtual ZoError error(const std::string& problem) const = 0;
 };
+
+} // namespace zo

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace zo {
+
 namespace {
 
 // A page holds about a thousand names; more come when many share a slot of the server's table.
@@ -61,3 +63,5 @@ std::string NamesSink::nameOf(const ReplyPlace&) const
 {
     return "a name in the key list";
 }
+
+} // namespace zo

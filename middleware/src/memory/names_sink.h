@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace zo {
+
 /// Takes one page of the key list: where the next page begins, and the names on this one.
 class NamesSink : public ReplySink
 {
@@ -26,3 +28,5 @@ private:
     std::vector<std::string> fNames;
     std::string fRefusal;
 };
+
+} // namespace zo

@@ -14,6 +14,8 @@
 #include <unordered_set>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 /// What a name takes at most beside its bytes: its node in the set, its share of the set's table,
@@ -82,3 +84,5 @@ ZoValue namesOf(Link& link)
 {
     return NamesWalk(link).names();
 }
+
+} // namespace zo

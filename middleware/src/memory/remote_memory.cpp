@@ -11,6 +11,8 @@
 
 #include <utility>
 
+namespace zo {
+
 RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden)
     : fLink(std::move(link)), fForbidden(std::move(forbidden))
 {
@@ -107,3 +109,5 @@ void RemoteMemory::send(const std::string& what, SharedText commands, int replie
             throw fLink->refusal(what, answer.text);
     }
 }
+
+} // namespace zo

@@ -11,6 +11,8 @@
 #include <mutex>
 #include <string>
 
+namespace zo {
+
 /// The robot's module "ZoMemory", behind a link. May be called from any thread.
 class RemoteMemory : public MemoryModule
 {
@@ -39,3 +41,5 @@ private:
     std::mutex fMutex; ///< guards fLast
     std::shared_ptr<const ListRequest> fLast;
 };
+
+} // namespace zo

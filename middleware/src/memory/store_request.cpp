@@ -13,6 +13,8 @@
 #include <string_view>
 #include <vector>
 
+namespace zo {
+
 namespace {
 
 std::string storableText(const std::string& key, const ZoValue& value)
@@ -55,3 +57,5 @@ StoreRequest encodeStoreRequest(const ZoValue& pairs)
     request.bytes = sharedText(std::move(bytes));
     return request;
 }
+
+} // namespace zo

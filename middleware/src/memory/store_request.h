@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace zo {
+
 /// Throws ZoError, naming `key`, when the key or its `text` is larger than a reply may be: it
 /// could be stored, but never read again.
 void checkStorable(const std::string& key, const std::string& text);
@@ -22,3 +24,5 @@ struct StoreRequest
 
 /// The pairs of setListData, encoded. Throws ZoError when one of them cannot be stored.
 StoreRequest encodeStoreRequest(const ZoValue& pairs);
+
+} // namespace zo

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace zo {
+
 ValuesSink::ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elements values)
     : fRequest(std::move(request)), fValues(std::move(values))
 {
@@ -50,3 +52,5 @@ std::string ValuesSink::nameOf(const ReplyPlace& place) const
         return "the reply to MGET";
     return "the value of " + quotedKey(fRequest->key(fRequest->position(place.reply, place.index)));
 }
+
+} // namespace zo

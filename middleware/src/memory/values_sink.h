@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace zo {
+
 /// Takes the values that a list request asks for, decoding each as it arrives.
 class ValuesSink : public ReplySink
 {
@@ -45,3 +47,5 @@ private:
     std::int64_t fElements = fMaxElements; ///< that may still come
     std::vector<Refusal> fRefusals;
 };
+
+} // namespace zo

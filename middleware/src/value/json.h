@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// The robot's memory holds JSON texts; the first two functions are the whole of that format.
 
 /// Arrays and objects inside one another; a text that nests deeper is a string as it stands.
@@ -31,3 +33,5 @@ std::string encodeJson(const ZoValue& value);
 /// Appends JSON of an array for people to read: what is not finite is written `nan`, `inf`, and
 /// no string is refused. It may end early once `text` is longer than `limit`.
 void appendJsonForDisplay(const ZoValue::Elements& values, std::size_t limit, std::string& text);
+
+} // namespace zo

@@ -6,6 +6,8 @@
 #include <limits>
 #include <simdjson.h>
 
+namespace zo {
+
 namespace {
 
 bool isJsonSpace(char byte)
@@ -96,3 +98,5 @@ ZoValue decodeJson(std::string_view text, std::int64_t& elements)
     elements = left;
     return value;
 }
+
+} // namespace zo

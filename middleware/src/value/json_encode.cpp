@@ -8,6 +8,8 @@
 #include <limits>
 #include <simdjson.h>
 
+namespace zo {
+
 namespace {
 
 void appendFloat(double number, std::string& text)
@@ -156,3 +158,5 @@ void appendJsonForDisplay(const ZoValue::Elements& values, std::size_t limit, st
 {
     DisplayWriter{{text}, limit}(values);
 }
+
+} // namespace zo

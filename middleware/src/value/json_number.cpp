@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <locale.h>
 
+namespace zo {
+
 namespace {
 
 const char* skipDigits(const char* at, const char* end)
@@ -88,3 +90,5 @@ bool readJsonNumber(std::string_view text, ZoValue& value)
         value = ZoValue(readFloat(text));
     return kind != Kind::None;
 }
+
+} // namespace zo

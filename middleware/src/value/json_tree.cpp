@@ -7,6 +7,8 @@
 #include <new>
 #include <simdjson.h>
 
+namespace zo {
+
 namespace {
 
 namespace ondemand = simdjson::ondemand;
@@ -168,3 +170,5 @@ bool readJsonTree(std::string_view text, ZoValue& value, std::int64_t& elements)
         throw std::bad_alloc();
     return !error && readOnlyElement(document, value, elements);
 }
+
+} // namespace zo

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+namespace zo {
+
 namespace {
 
 /// Room for the longest shortest text of a double, "-2.2250738585072014e-308", and of an integer.
@@ -31,3 +33,5 @@ void appendNumber(double number, std::string& text)
     else
         appendShortest(number, text);
 }
+
+} // namespace zo

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace zo {
+
 namespace {
 
 constexpr std::size_t longestQuote = 200;
@@ -43,3 +45,5 @@ std::string printable(std::string_view text)
         result += "...";
     return result;
 }
+
+} // namespace zo

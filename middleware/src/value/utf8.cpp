@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace zo {
+
 namespace {
 
 constexpr std::size_t longestCharacter = 4;
@@ -55,3 +57,5 @@ std::size_t characterAt(std::string_view text, std::size_t position)
     const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
     return code < smallestCode[size] || code > largestCode || isSurrogate ? 0 : size;
 }
+
+} // namespace zo

@@ -31,15 +31,15 @@ struct DisplayText
 
     void operator()(std::monostate) const {}
     void operator()(bool value) const { text = value ? "true" : "false"; }
-    void operator()(std::int64_t value) const { appendNumber(value, text); }
-    void operator()(double value) const { appendNumber(value, text); }
+    void operator()(std::int64_t value) const { zo::appendNumber(value, text); }
+    void operator()(double value) const { zo::appendNumber(value, text); }
     void operator()(const std::string& value) const
     {
         text.assign(value, 0, limit < value.size() ? limit + 1 : value.size());
     }
     void operator()(const ZoValue::Elements& values) const
     {
-        appendJsonForDisplay(values, limit, text);
+        zo::appendJsonForDisplay(values, limit, text);
     }
 };
 
@@ -109,7 +109,7 @@ void ZoValue::toString(_TVerbosity verbosity, std::string& text) const
     text.clear();
     std::visit(DisplayText{text, limit}, fData);
     if (text.size() > limit) {
-        text.resize(wholeCharacters(text, limit).size());
+        text.resize(zo::wholeCharacters(text, limit).size());
         text += cutMark;
     }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "wire/gatherer.h"
 
+namespace zo {
+
 std::optional<std::string_view> Gatherer::take(std::string_view& bytes, std::size_t size)
 {
     forget();
@@ -44,3 +46,5 @@ void Gatherer::keep(std::string_view& bytes)
     fKept.append(bytes);
     bytes = {};
 }
+
+} // namespace zo

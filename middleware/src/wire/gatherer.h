@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// Puts together what arrives in parts, and copies nothing that arrives whole. It never holds more
 /// than has arrived, whatever was announced.
 class Gatherer
@@ -28,3 +30,5 @@ private:
     std::string fKept;
     bool fIsWhole = false; ///< what is kept was handed out
 };
+
+} // namespace zo

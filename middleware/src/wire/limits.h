@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+namespace zo {
+
 /// What is accepted from the other side, and sent to it. The unit is bytes where none is told.
 struct ReplyLimits
 {
@@ -26,3 +28,5 @@ inline std::string inMebibytes(std::size_t bytes)
 {
     return std::to_string(bytes >> 20) + " MiB";
 }
+
+} // namespace zo

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <limits>
 
+namespace zo {
+
 namespace {
 
 /// Takes digits off the front; false when there are none.
@@ -92,3 +94,5 @@ bool isBigNumber(std::string_view text)
     takeOneOf("+-", text);
     return takeDigits(text) && text.empty();
 }
+
+} // namespace zo

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace zo {
+
 /// The numbers of the protocol. Each of these tells whether the whole of `text` is one; if it is
 /// none, the argument for it stays as it was.
 
@@ -22,3 +24,5 @@ inline bool isDigit(char byte)
 {
     return byte >= '0' && byte <= '9';
 }
+
+} // namespace zo

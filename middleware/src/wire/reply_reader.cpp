@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace zo {
+
 namespace {
 
 constexpr std::string_view types = "+-:$*_#,(!=%~|>";
@@ -363,3 +365,5 @@ void ReplyReader::refuseLine(const char* what, std::string_view line)
     refuse(std::string("malformed reply: ") + what,
            fType + std::string(line.substr(0, std::min(end, ReplyLimits::fMaxLine))));
 }
+
+} // namespace zo

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+namespace zo {
+
 /// What is wrong with the other side.
 struct ReplyProblem
 {
@@ -121,3 +123,5 @@ private:
 
     ReplyProblem fProblem;
 };
+
+} // namespace zo

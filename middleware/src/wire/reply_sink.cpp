@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "wire/reply_sink.h"
 
+namespace zo {
+
 const char* nameOf(ReplyKind kind)
 {
     static constexpr const char* names[] = {"a status",
@@ -24,3 +26,5 @@ std::string misplaced(const std::string& command, ReplyKind kind)
 {
     return "malformed reply to " + command + ": " + nameOf(kind) + " where none belongs";
 }
+
+} // namespace zo

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+namespace zo {
+
 /// Where in the replies of an exchange a piece stands.
 struct ReplyPlace
 {
@@ -79,3 +81,5 @@ protected:
 private:
     std::string fProblem;
 };
+
+} // namespace zo

@@ -3,6 +3,8 @@
 
 #include <charconv>
 
+namespace zo {
+
 namespace {
 
 constexpr std::size_t longestHeader = 24; // a type, 19 digits, the end of the line
@@ -34,3 +36,5 @@ std::string encodeCommand(const std::vector<std::string_view>& words)
     appendCommand(words, bytes);
     return bytes;
 }
+
+} // namespace zo

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace zo {
+
 namespace {
 
 bool beginsWith(std::string_view text, std::string_view beginning)
@@ -40,3 +42,5 @@ bool willPass(std::string_view error)
     return std::any_of(std::begin(passing), std::end(passing),
                        [&](std::string_view beginning) { return beginsWith(error, beginning); });
 }
+
+} // namespace zo

@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+namespace zo {
+
 /// What the errors of a server mean, by the words that they begin with.
 
 /// Nobody may do anything without a login.
@@ -17,3 +19,5 @@ bool isKeyForbidden(std::string_view error);
 /// The server will talk to us when it has got over something. It says so in place of the answer to
 /// whatever came first.
 bool willPass(std::string_view error);
+
+} // namespace zo

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace zo {
+
 StatusSink::StatusSink(std::string command) : fCommand(std::move(command)) {}
 
 bool StatusSink::take(const ReplyPlace&, const ReplyPiece& piece)
@@ -18,3 +20,5 @@ std::string StatusSink::nameOf(const ReplyPlace&) const
 {
     return "the reply to " + fCommand;
 }
+
+} // namespace zo

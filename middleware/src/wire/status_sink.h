@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace zo {
+
 /// Takes replies that are one line each: "OK", "PONG", or an error of the server.
 class StatusSink : public ReplySink
 {
@@ -28,3 +30,5 @@ private:
     const std::string fCommand;
     std::vector<Answer> fAnswers;
 };
+
+} // namespace zo

@@ -9,6 +9,8 @@
 
 #include <QtTest>
 
+using namespace zo;
+
 namespace {
 
 /// What becomes of the handshake with `server`, which we call `host`, however it is reached.

@@ -8,6 +8,8 @@
 #include <chrono>
 #include <set>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::hours;

@@ -8,6 +8,8 @@
 #include <chrono>
 #include <new>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::hours;

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::milliseconds;

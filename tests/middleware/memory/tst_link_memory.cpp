@@ -9,6 +9,8 @@
 #include <random>
 #include <set>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::milliseconds;

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using namespace zo;
+
 namespace {
 
 constexpr int half = 500000; ///< elements of an array, written in just under 1 MiB

@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+using namespace zo;
+
 /// The texts in a robot's memory.
 class TestJson : public GuardedTest
 {

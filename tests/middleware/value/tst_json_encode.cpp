@@ -12,6 +12,8 @@
 #include <limits>
 #include <random>
 
+using namespace zo;
+
 /// How values are written into a robot's memory.
 class TestJsonEncode : public GuardedTest
 {

@@ -12,6 +12,8 @@
 #include <random>
 #include <simdjson.h>
 
+using namespace zo;
+
 /// Texts that somebody, or a fault, made to break the reader.
 class TestJsonHostile : public GuardedTest
 {

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+using namespace zo;
+
 /// How texts of unknown origin are shown in messages.
 class TestPrintable : public GuardedTest
 {

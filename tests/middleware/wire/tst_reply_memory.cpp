@@ -10,6 +10,8 @@
 #include <QtTest>
 
 /// What reading replies asks of the memory.
+using namespace zo;
+
 class TestReplyMemory : public GuardedTest
 {
     Q_OBJECT

@@ -11,6 +11,8 @@
 
 #include <QtTest>
 
+using namespace zo;
+
 namespace {
 
 class Refuser : public ReplyCounter

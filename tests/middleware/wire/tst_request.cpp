@@ -9,6 +9,8 @@
 
 #include <QtTest>
 
+using namespace zo;
+
 /// How a command becomes the bytes that the robot reads.
 class TestRequest : public GuardedTest
 {
