@@ -84,8 +84,10 @@ void ReplyReader::expect(int replies, ReplySink& sink)
 
 std::string_view ReplyReader::read(std::string_view bytes)
 {
-    while (!bytes.empty() && !hasProblem() && mayBegin(bytes.front()))
-        readOn(bytes);
+    while (!bytes.empty() && !hasProblem() && mayBegin(bytes.front())) {
+        if (!readWholeElement(bytes))
+            readOn(bytes);
+    }
     return bytes;
 }
 
@@ -96,8 +98,6 @@ bool ReplyReader::mayBegin(char type) const
 
 void ReplyReader::readOn(std::string_view& bytes)
 {
-    if (readWholeElement(bytes))
-        return;
     switch (fAwaited) {
     case Awaited::Type:
         return readType(bytes);
