@@ -54,7 +54,8 @@ Greeting::Verdict Greeting::verdict() const
 std::string Greeting::problem(const Peer& peer) const
 {
     const bool isLogin = login() && login()->isError;
-    const std::string words = peer.quote(isLogin ? login()->text : ping()->text);
+    const StatusSink::Answer* const decisive = isLogin ? login() : ping();
+    const std::string words = decisive ? peer.quote(decisive->text) : std::string();
     if (verdict() == Verdict::NotReady)
         return "not ready: " + words;
     return (isLogin ? "user or password refused: " : "login refused: ") + words;
