@@ -9,6 +9,8 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include <benchmark/benchmark.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -142,9 +144,6 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(dropChatter);
     const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
     const auto add = [](const char* name, void (*body)(benchmark::State&)) {
         benchmark::RegisterBenchmark(name, body)
             ->RangeMultiplier(10)
@@ -155,7 +154,5 @@ int main(int argc, char** argv)
     add("open/glimmet", openGlimmet);
     add("open/bare", openBare);
     add("filter/glimmet", filterGlimmet);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.print(ratiosWanted());
+    return runBenchmarks(argc, argv, ratiosWanted());
 }

@@ -121,30 +121,6 @@ void fetchGlimmet(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void fetchRawMget(benchmark::State& state)
-{
-    const std::unique_ptr<redisContext, decltype(&redisFree)> context(
-        redisConnect("127.0.0.1", robot().port()), &redisFree);
-    const int keys = static_cast<int>(state.range(0));
-    std::vector<std::string> words{"MGET"};
-    for (int i = 0; i < keys; ++i)
-        words.push_back(keyName(i));
-    std::vector<const char*> texts;
-    std::vector<std::size_t> sizes;
-    for (const std::string& word : words) {
-        texts.push_back(word.data());
-        sizes.push_back(word.size());
-    }
-    for (auto _ : state) {
-        auto* reply = static_cast<redisReply*>(
-            redisCommandArgv(context.get(), keys + 1, texts.data(), sizes.data()));
-        if (!reply || reply->type != REDIS_REPLY_ARRAY)
-            return state.SkipWithError("MGET failed");
-        freeReplyObject(reply);
-    }
-    state.SetItemsProcessed(state.iterations() * keys);
-}
-
 /// A request for a model's first `keys` keys, and a reply of as many floats.
 std::pair<ZoValue, ZoValue> exchangeOf(int keys)
 {
@@ -160,6 +136,105 @@ std::pair<ZoValue, ZoValue> exchangeOf(int keys)
         reply[i] = std::strtod(longFloat(generator).c_str(), nullptr);
     }
     return {std::move(request), std::move(reply)};
+}
+
+/// The first fetch of a panel over a link that is up: its request is made, and every record gets
+/// its first type and value.
+void fetchCold(benchmark::State& state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::optional<Panel> panel(static_cast<int>(state.range(0)));
+        ZoMemoryProxy(panel->broker->getProxy("ZoMemory", 0)).getListData(exchangeOf(1).first);
+        state.ResumeTiming();
+        if (!panel->fetch())
+            return state.SkipWithError("a fetch failed");
+        state.PauseTiming();
+        panel.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+/// The peer's connection, and the requests that read a list in chunks as large as ours.
+class RawFetch
+{
+public:
+    explicit RawFetch(int keys) : fContext(redisConnect("127.0.0.1", robot().port()), &redisFree)
+    {
+        for (int i = 0; i < keys; ++i)
+            fNames.push_back(keyName(i));
+    }
+
+    /// The bytes of all requests.
+    void format()
+    {
+        fRequests.clear();
+        for (std::size_t begin = 0; begin < fNames.size(); begin += fChunk)
+            fRequests.push_back(formatted(begin, std::min(fNames.size(), begin + fChunk)));
+    }
+
+    /// All requests at once, and then the replies; whether all came.
+    bool fetch()
+    {
+        for (const std::string& request : fRequests)
+            redisAppendFormattedCommand(fContext.get(), request.data(), request.size());
+        bool isWhole = true;
+        for (std::size_t i = 0; i < fRequests.size(); ++i) {
+            void* reply = nullptr;
+            isWhole = redisGetReply(fContext.get(), &reply) == REDIS_OK && isWhole &&
+                      static_cast<redisReply*>(reply)->type == REDIS_REPLY_ARRAY;
+            freeReplyObject(reply);
+        }
+        return isWhole;
+    }
+
+private:
+    static constexpr std::size_t fChunk = 1000;
+
+    std::string formatted(std::size_t begin, std::size_t end) const
+    {
+        std::vector<const char*> texts{"MGET"};
+        std::vector<std::size_t> sizes{4};
+        for (std::size_t i = begin; i < end; ++i) {
+            texts.push_back(fNames[i].data());
+            sizes.push_back(fNames[i].size());
+        }
+        char* bytes = nullptr;
+        const auto size = redisFormatCommandArgv(&bytes, static_cast<int>(texts.size()),
+                                                 texts.data(), sizes.data());
+        if (size < 0)
+            throw std::runtime_error("the request for the peer cannot be made");
+        std::string request(bytes, static_cast<std::size_t>(size));
+        redisFreeCommand(bytes);
+        return request;
+    }
+
+    std::unique_ptr<redisContext, decltype(&redisFree)> fContext;
+    std::vector<std::string> fNames;
+    std::vector<std::string> fRequests;
+};
+
+void fetchRawMget(benchmark::State& state)
+{
+    RawFetch raw(static_cast<int>(state.range(0)));
+    raw.format();
+    for (auto _ : state) {
+        if (!raw.fetch())
+            return state.SkipWithError("MGET failed");
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void fetchRawCold(benchmark::State& state)
+{
+    RawFetch raw(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        raw.format();
+        if (!raw.fetch())
+            return state.SkipWithError("MGET failed");
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void fill(Model& model, int keys)
@@ -253,7 +328,10 @@ std::vector<Ratio> ratiosWanted()
     for (const char* keys : {"1000", "10000", "100000"})
         ratios.push_back(
             {std::string("fetch/glimmet/") + keys, std::string("fetch/raw_mget/") + keys, 1.5});
-    for (const std::string name : {"fetch/glimmet", "store", "numbers"})
+    for (const char* keys : {"1000", "10000", "100000"})
+        ratios.push_back(
+            {std::string("fetch/cold/") + keys, std::string("fetch/raw_cold/") + keys, 2.5});
+    for (const std::string name : {"fetch/glimmet", "fetch/cold", "store", "numbers"})
         ratios.push_back({name + "/100000", name + "/10000", 12});
     return ratios;
 }
@@ -262,9 +340,6 @@ std::vector<Ratio> ratiosWanted()
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
     const auto add = [](const char* name, void (*body)(benchmark::State&)) {
         benchmark::RegisterBenchmark(name, body)
             ->RangeMultiplier(10)
@@ -274,10 +349,11 @@ int main(int argc, char** argv)
     };
     add("fetch/glimmet", fetchGlimmet);
     add("fetch/raw_mget", fetchRawMget);
+    add("fetch/cold", fetchCold);
+    add("fetch/raw_cold", fetchRawCold);
     add("store", store);
     add("numbers", numbers);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.print(ratiosWanted());
+    const int status = runBenchmarks(argc, argv, ratiosWanted());
     printMemory();
+    return status;
 }

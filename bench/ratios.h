@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <benchmark/benchmark.h>
-
-#include <cstdio>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -16,43 +12,11 @@ struct Ratio
     double atMost;
 };
 
-/// Prints the usual table, and remembers the best time of each benchmark over its repetitions:
-/// other work on the machine only ever makes a repetition slower.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                remember(run.run_name.function_name + "/" + run.run_name.args,
-                         run.GetAdjustedRealTime());
-        }
-    }
-
-    /// One line for each of `ratios` whose benchmarks both ran.
-    void print(const std::vector<Ratio>& ratios) const
-    {
-        for (const Ratio& ratio : ratios) {
-            const auto over = fBest.find(ratio.numerator);
-            const auto under = fBest.find(ratio.denominator);
-            if (over == fBest.end() || under == fBest.end())
-                continue;
-            const double value = over->second / under->second;
-            std::printf("%-24s / %-24s %7.4g  (at most %g%s)\n", ratio.numerator.c_str(),
-                        ratio.denominator.c_str(), value, ratio.atMost,
-                        value <= ratio.atMost ? "" : ": MISSED");
-        }
-    }
-
-private:
-    void remember(const std::string& name, double time)
-    {
-        const auto [place, isNew] = fBest.emplace(name, time);
-        if (!isNew && time < place->second)
-            place->second = time;
-    }
-
-    std::map<std::string, double> fBest;
-};
+/// Runs the benchmarks that are registered, and prints the usual table and the ratios of their
+/// best times: other work on the machine only ever makes a repetition slower. Takes the options
+/// of the benchmark library, and before them "--smoke": every benchmark for a moment, to see that
+/// it works and that each ratio has both its sides, whatever its value.
+///
+/// What main returns: 0 when all went well, 1 when a benchmark failed, a ratio lacks a side that
+/// no --benchmark_filter left out, or one misses its target, 2 for unknown options.
+int runBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios);
