@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-
-using namespace zo;
 // Feeds arbitrary bytes to the reading of a robot's values, and their value back to the writing.
 #include "require.h"
 #include "value/json.h"
@@ -9,6 +7,8 @@ using namespace zo;
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+using namespace zo;
 
 namespace {
 

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-
-using namespace zo;
 // Feeds arbitrary bytes, in blocks of arbitrary sizes, to the reader of a server's replies, and
 // compares what it makes of them with a slow reading by the letter.
 #include "require.h"
@@ -10,6 +8,8 @@ using namespace zo;
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+using namespace zo;
 
 namespace {
 
