@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "config_manager.h"
 
+#include "broken_pipe_shield.h"
 #include "config_names.h"
 #include "file_stream.h"
 #include "model.h"

@@ -3,8 +3,6 @@
 
 #include <QString>
 
-#include <cerrno>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -32,14 +30,6 @@ FileStream streamOf(int file, const char* mode)
     return stream;
 }
 
-sigset_t pipeSignal()
-{
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGPIPE);
-    return set;
-}
-
 } // namespace
 
 FileStream openForReading(const QString& path)
@@ -57,25 +47,4 @@ FileStream openForWriting(const QString& path)
     if (stream && !letWait(file))
         stream.reset();
     return stream;
-}
-
-BrokenPipeShield::BrokenPipeShield()
-{
-    sigset_t pending;
-    sigemptyset(&pending);
-    sigpending(&pending);
-    fWasPending = sigismember(&pending, SIGPIPE) == 1;
-    const sigset_t set = pipeSignal();
-    pthread_sigmask(SIG_BLOCK, &set, &fBefore);
-}
-
-BrokenPipeShield::~BrokenPipeShield()
-{
-    const sigset_t set = pipeSignal();
-    const timespec now = {0, 0};
-    if (!fWasPending) {
-        while (sigtimedwait(&set, nullptr, &now) < 0 && errno == EINTR) {
-        }
-    }
-    pthread_sigmask(SIG_SETMASK, &fBefore, nullptr);
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <csignal>
 #include <cstdio>
 #include <memory>
 
@@ -20,18 +19,3 @@ using FileStream = std::unique_ptr<std::FILE, FileStreamCloser>;
 /// Other programs that this one starts do not inherit the file.
 FileStream openForReading(const QString& path);
 FileStream openForWriting(const QString& path);
-
-/// While it lives, a write of this thread into a pipe whose reader is gone fails like any other
-/// write, and does not end the process.
-class BrokenPipeShield
-{
-public:
-    BrokenPipeShield();
-    ~BrokenPipeShield();
-    BrokenPipeShield(const BrokenPipeShield&) = delete;
-    BrokenPipeShield& operator=(const BrokenPipeShield&) = delete;
-
-private:
-    sigset_t fBefore;
-    bool fWasPending;
-};

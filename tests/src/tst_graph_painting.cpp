@@ -181,10 +181,10 @@ public:
 Values noise(int count, double width, unsigned seed)
 {
     std::mt19937 generator(seed);
-    std::normal_distribution<double> spreadOut(0, width);
+    std::normal_distribution<double> spreadOut(0, 1); // none has the width 0
     Values values;
     for (int i = 0; i < count; ++i)
-        values.append(40 * qSin(i * 12.0 / count) + spreadOut(generator));
+        values.append(40 * qSin(i * 12.0 / count) + width * spreadOut(generator));
     return values;
 }
 
