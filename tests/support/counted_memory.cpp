@@ -7,16 +7,16 @@
 namespace {
 
 thread_local Allocations soFar;
-thread_local int left = -1; ///< negative: as many as it wants
+thread_local int piecesLeft = -1; ///< negative: as many as it wants
 
 void* allocated(std::size_t size) noexcept
 {
     ++soFar.pieces;
     soFar.bytes += size;
-    if (left == 0)
+    if (piecesLeft == 0)
         return nullptr;
-    if (left > 0)
-        --left;
+    if (piecesLeft > 0)
+        --piecesLeft;
     return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -29,12 +29,12 @@ Allocations allocationsSoFar()
 
 MemoryShortage::MemoryShortage(int pieces)
 {
-    left = pieces;
+    piecesLeft = pieces;
 }
 
 MemoryShortage::~MemoryShortage()
 {
-    left = -1;
+    piecesLeft = -1;
 }
 
 void* operator new(std::size_t size)
