@@ -133,7 +133,7 @@ void TestApplication::goesOnWhileTheBoxIsOpen()
     QTimer ticker;
     QSignalSpy ticks(&ticker, &QTimer::timeout);
     ticker.start(1);
-    QVERIFY(ticks.wait(2000));
+    QVERIFY(ticks.wait(patience));
 }
 
 void TestApplication::aTaskThatFailsEachTickGetsOneBox()

@@ -350,7 +350,7 @@ void TestDesktop::aWindowIsDeletedOnlyWhenItsDialogsAreDone()
         outer.exec();
     });
     QSignalSpy finished(fDesktop.data(), &Desktop::finished);
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(patience));
     QVERIFY(!closed);
 }
 

@@ -64,6 +64,7 @@ public:
                       int /*n*/) const override
     {
         static const QMap<QByteArray, QString> german{
+            {"Error", "Fehler"},
             {"Save configuration file", "Konfiguration speichern"},
             {"Merge with File", "Mit Datei vereinen"},
             {"Xml file (*.xml)", "XML-Datei (*.xml)"},
@@ -334,13 +335,20 @@ void TestWidgetDialogs::textsOfDialogsAreTranslatedAsAWhole()
              QStringList({"Mit Datei vereinen", "XML-Datei (*.xml)"}));
     panel.subscriptionBox()->setCurrentIndex(1);
     QStringList read;
-    const ModalDriver driver([&](QWidget& dialog) {
+    ModalDriver driver([&](QWidget& dialog) {
         if (const auto* input = qobject_cast<QInputDialog*>(&dialog))
             read << input->windowTitle() << input->labelText();
         cancelDialog(dialog);
     });
     panel.subscriptionBox()->setCurrentIndex(0);
     QCOMPARE(read, QStringList({"Zeitabstand", "Daten holen alle (ms):"}));
+    driver.then<QFileDialog>([](QFileDialog& files) { chooseFile(files, "/dev/null"); });
+    driver.then<QMessageBox>([&read](QMessageBox& box) {
+        read = QStringList(box.windowTitle());
+        box.accept();
+    });
+    QTest::mouseClick(panel.button("Open"), Qt::LeftButton);
+    QCOMPARE(read, QStringList("Fehler"));
 }
 
 void TestWidgetDialogs::cancelledFileDialogsDoNothing()

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/robot.h"
 
-#include "support/patience.h"
-
 #include <chrono>
 
 ZoBrokerOptions patientOptions()
@@ -22,11 +20,6 @@ boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options)
 ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
 {
     return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
-}
-
-bool isReady(const std::future<void>& future)
-{
-    return future.wait_for(std::chrono::milliseconds(patience)) == std::future_status::ready;
 }
 
 ZoValue requestFor(const std::vector<std::string>& keys)

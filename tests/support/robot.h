@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/patience.h"
+
 #include <zo/zo.h>
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <string>
@@ -19,7 +22,11 @@ boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options);
 ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker);
 
 /// Whether what another thread promises comes within a generous time.
-bool isReady(const std::future<void>& future);
+template <class Result>
+bool isReady(const std::future<Result>& future)
+{
+    return future.wait_for(std::chrono::milliseconds(patience)) == std::future_status::ready;
+}
 
 /// The argument of getListData for `keys`.
 ZoValue requestFor(const std::vector<std::string>& keys);

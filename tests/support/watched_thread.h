@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/patience.h"
+
 #include <QDeadlineTimer>
 #include <QFile>
 
@@ -28,7 +30,7 @@ public:
     bool waits() const
     {
         int sleeping = 0;
-        for (const QDeadlineTimer deadline(fPatience); sleeping < 2 && !deadline.hasExpired();) {
+        for (const QDeadlineTimer deadline(patience); sleeping < 2 && !deadline.hasExpired();) {
             if (endsWithin(std::chrono::milliseconds(1)))
                 return false;
             sleeping = isSleeping() ? sleeping + 1 : 0;
@@ -36,7 +38,7 @@ public:
         return sleeping == 2;
     }
 
-    bool ends() const { return endsWithin(std::chrono::milliseconds(fPatience)); }
+    bool ends() const { return endsWithin(std::chrono::milliseconds(patience)); }
 
     /// Throws what it threw.
     void join() { fEnded.get(); }
@@ -55,8 +57,6 @@ private:
         const QByteArray text = file.readAll();
         return text.mid(text.lastIndexOf(')') + 2, 1) == "S";
     }
-
-    static constexpr int fPatience = 20000; ///< ms
 
     std::shared_ptr<std::atomic<pid_t>> fId = std::make_shared<std::atomic<pid_t>>(0);
     std::future<void> fEnded;

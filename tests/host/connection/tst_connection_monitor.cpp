@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_monitor.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 
 namespace {
-
-constexpr int deadline = 20000; ///< ms
 
 /// A link whose state the test decides.
 struct FakeLink
@@ -68,7 +67,7 @@ void TestConnectionMonitor::tellsALossOnceWithItsCause()
     QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
     const int askedBefore = robot.asked;
     robot.goDown("it fell over");
-    QVERIFY(lost.wait(deadline));
+    QVERIFY(lost.wait(patience));
     // Soon, but not at the first answer: the first one begins the grace.
     const int mostPolls = ConnectionMonitor::fGrace / ConnectionMonitor::fPollInterval + 2;
     QVERIFY(robot.asked >= askedBefore + 2);
@@ -90,7 +89,7 @@ void TestConnectionMonitor::keepsTheTimeOfTheLossWhenTheCauseChanges()
     const QDateTime since = monitor.state().since;
     QSignalSpy changed(&monitor, &ConnectionMonitor::changed);
     robot.goDown("refused");
-    QVERIFY(changed.wait(deadline));
+    QVERIFY(changed.wait(patience));
     QCOMPARE(monitor.state().cause, QString("refused"));
     QCOMPARE(monitor.state().since, since);
 }
@@ -103,14 +102,14 @@ void TestConnectionMonitor::tellsTheReturnOnceAndTheNextLossAgain()
     QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
     QSignalSpy back(&monitor, &ConnectionMonitor::back);
     robot.goDown("once");
-    QVERIFY(lost.wait(deadline));
+    QVERIFY(lost.wait(patience));
     robot.comeUp();
-    QVERIFY(back.wait(deadline));
+    QVERIFY(back.wait(patience));
     QVERIFY(monitor.state().connected);
     QVERIFY(monitor.state().wasLost);
     QVERIFY(monitor.state().cause.isEmpty());
     robot.goDown("twice");
-    QVERIFY(lost.wait(deadline));
+    QVERIFY(lost.wait(patience));
     QCOMPARE(lost.size(), 2);
     QCOMPARE(back.size(), 1);
 }
@@ -143,7 +142,7 @@ void TestConnectionMonitor::isLostAsLongAsAnyLinkIsDown()
     QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
     QSignalSpy back(&monitor, &ConnectionMonitor::back);
     second.goDown("second");
-    QVERIFY(lost.wait(deadline));
+    QVERIFY(lost.wait(patience));
     QCOMPARE(monitor.state().cause, QString("second"));
     first.goDown("first");
     QTRY_COMPARE(monitor.state().cause, QString("first"));
@@ -152,7 +151,7 @@ void TestConnectionMonitor::isLostAsLongAsAnyLinkIsDown()
     QTRY_VERIFY(first.asked > asked + 2);
     QCOMPARE(back.size(), 0);
     first.comeUp();
-    QVERIFY(back.wait(deadline));
+    QVERIFY(back.wait(patience));
     QCOMPARE(lost.size(), 1);
 }
 

@@ -430,6 +430,7 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
     const std::string error = errorOf([&] { memory.setText("Leg", "1"); });
     QVERIFY2(contains(error, "no reply to SET"), error.c_str());
     isEnough = true;
+    QVERIFY(isReady(first));
     QCOMPARE(first.get().getSize(), 1000);
     QVERIFY(broker->isConnected());
     // What was given up is not sent all the same.

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/patience.h"
+
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// Runs an action in a process of its own: one that could end the process, or never return. Ended
+/// when it takes longer than a test has. Beware of locks that other threads hold at the start.
+class ChildProcess
+{
+public:
+    /// The action's result is the exit status.
+    template <class Action>
+    explicit ChildProcess(Action action) : fPid(fork())
+    {
+        if (fPid != 0)
+            return;
+        ::alarm(patience / 1000);
+        ::_exit(action());
+    }
+    ~ChildProcess()
+    {
+        if (fPid > 0)
+            ::kill(fPid, SIGKILL);
+        waitForExit();
+    }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// The exit status; -1 when a signal ended it.
+    int waitForExit()
+    {
+        int status = 0;
+        if (fPid > 0 && ::waitpid(fPid, &status, 0) == fPid)
+            fStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        fPid = -1;
+        return fStatus;
+    }
+
+private:
+    pid_t fPid;
+    int fStatus = -1;
+};
