@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "broken_pipe_shield.h"
 #include "file_stream.h"
 #include "support/child_process.h"
 #include "support/config_files.h"
