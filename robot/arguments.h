@@ -3,11 +3,9 @@
 
 #include "robot_keys.h"
 
-#include <zo/address.h>
+#include <kit/connection_options.h>
 
 #include <cstdint>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,22 +20,16 @@ struct RobotArguments
     };
 
     Action action = Action::Run;
-    std::optional<ZoAddress> server; ///< to publish to; none: a private one
-    int port = 0;                    ///< of the private server; 0: a free one
-    double rate = 50;                ///< ticks per second
+    /// Where to publish. If it was not given: to a private server, to be read with its password.
+    kit::Connection connection;
+    int port = 0;     ///< of the private server; 0: a free one
+    double rate = 50; ///< ticks per second
     int keys = defaultRobotKeys;
     std::uint32_t seed = 1;
 };
 
-/// A command line that makes no sense: one line that says why.
-class UsageError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// `words` are the command line's without the program's name. Throws UsageError.
+/// `words` are the command line's without the program's name. Throws kit::UsageError.
 RobotArguments parseArguments(const std::vector<std::string>& words);
 
 /// What --help prints.
-std::string helpText();
+std::string robotHelp();

@@ -9,7 +9,7 @@ namespace {
 constexpr double gravity = 9.81;
 constexpr double bodyWeight = 320; ///< newtons
 /// The body's sway while it walks: `amplitude`, `perStride` times a stride, plus sensor noise.
-Curve sway(KeyList& keys, double amplitude, int perStride, double noise)
+Curve sway(KeyCollector& keys, double amplitude, int perStride, double noise)
 {
     return [motion = keys.motion(), seed = keys.seed(), amplitude, perStride, noise](double t) {
         const double angle = 2 * M_PI * perStride * fraction(motion.strides(t));
@@ -22,7 +22,7 @@ Curve plus(double offset, const Curve& curve)
     return [offset, curve](double t) { return offset + curve(t); };
 }
 
-void addPoses(KeyList& keys)
+void addPoses(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     const Curve x = [motion](double t) { return Motion::fRadius * std::sin(motion.heading(t)); };
@@ -39,7 +39,7 @@ void addPoses(KeyList& keys)
     keys.addFloat("Body/Distance", 2, [motion](double t) { return motion.distance(t); });
 }
 
-void addInertia(KeyList& keys)
+void addInertia(KeyCollector& keys)
 {
     const Curve roll = sway(keys, 0.035, 1, 0.002);
     const Curve pitch = sway(keys, 0.02, 2, 0.002);
@@ -53,7 +53,7 @@ void addInertia(KeyList& keys)
     keys.addFloat("Inertia/RotationY", 4, sway(keys, 0.18, 2, 0.01));
 }
 
-void addFoot(KeyList& keys, int leg)
+void addFoot(KeyCollector& keys, int leg)
 {
     const Motion motion = keys.motion();
     const std::uint32_t seed = keys.seed();
@@ -70,7 +70,7 @@ void addFoot(KeyList& keys, int leg)
     keys.addArray(prefix + "Position", 4, {ahead, [](double) { return 0.0; }, up});
 }
 
-void addSurroundings(KeyList& keys)
+void addSurroundings(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     for (const char* side : {"Front", "Left", "Right", "Rear"}) {
@@ -89,7 +89,7 @@ void addSurroundings(KeyList& keys)
 
 } // namespace
 
-void addBodyKeys(KeyList& keys)
+void addBodyKeys(KeyCollector& keys)
 {
     addPoses(keys);
     addInertia(keys);

@@ -40,7 +40,7 @@ Curve temperatureOf(std::uint32_t seed)
     };
 }
 
-void addJoint(KeyList& keys, const Joint& joint, std::uint32_t seed)
+void addJoint(KeyCollector& keys, const Joint& joint, std::uint32_t seed)
 {
     const Curve angle = joint.angle;
     keys.addFloat(joint.name + "/Angle", 4, angle);
@@ -51,7 +51,7 @@ void addJoint(KeyList& keys, const Joint& joint, std::uint32_t seed)
 }
 
 /// What the joint's motor controller itself counts.
-void addDevice(KeyList& keys, const Joint& joint, std::uint32_t seed)
+void addDevice(KeyCollector& keys, const Joint& joint, std::uint32_t seed)
 {
     const std::string prefix = "Device/" + joint.name + "/";
     keys.addInt(prefix + "Encoder",
@@ -62,7 +62,7 @@ void addDevice(KeyList& keys, const Joint& joint, std::uint32_t seed)
 
 } // namespace
 
-void addJointKeys(KeyList& keys)
+void addJointKeys(KeyCollector& keys)
 {
     const std::uint32_t seed = keys.seed();
     const std::vector<Joint> joints = robotJoints(keys.motion(), seed);

@@ -16,10 +16,10 @@
 using Curve = std::function<double(double t)>;
 
 /// Collects keys. `seed()` gives each caller a number of its own for its noise.
-class KeyList
+class KeyCollector
 {
 public:
-    explicit KeyList(std::uint32_t seed) : fSeed(seed), fMotion(seed) {}
+    explicit KeyCollector(std::uint32_t seed) : fSeed(seed), fMotion(seed) {}
 
     const Motion& motion() const { return fMotion; }
     std::uint32_t seed();
@@ -38,10 +38,10 @@ private:
     std::vector<RobotKey> fKeys;
 };
 
-void addStateKeys(KeyList& keys);
-void addBatteryKeys(KeyList& keys);
-void addBodyKeys(KeyList& keys);
+void addStateKeys(KeyCollector& keys);
+void addBatteryKeys(KeyCollector& keys);
+void addBodyKeys(KeyCollector& keys);
 /// The joints, and behind them the raw values of their motor controllers.
-void addJointKeys(KeyList& keys);
+void addJointKeys(KeyCollector& keys);
 /// Patches of skin, until there are `count` keys.
-void addSkinKeys(KeyList& keys, int count);
+void addSkinKeys(KeyCollector& keys, int count);

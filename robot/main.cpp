@@ -2,40 +2,35 @@
 #include "arguments.h"
 #include "robot.h"
 
-#include <exception>
-#include <iostream>
+#include <kit/output.h>
+#include <kit/program.h>
+
+#include <utility>
 
 namespace {
 
-constexpr int failed = 1;
-constexpr int misused = 2;
-
-int run(const RobotArguments& arguments)
+int run(RobotArguments arguments)
 {
     switch (arguments.action) {
     case RobotArguments::Action::Help:
-        std::cout << helpText();
-        return 0;
+        kit::print(robotHelp());
+        break;
     case RobotArguments::Action::Version:
-        std::cout << "tarvek-robot " << ROBOT_VERSION << "\n";
-        return 0;
+        kit::print("tarvek-robot " ROBOT_VERSION "\n");
+        break;
     case RobotArguments::Action::Run:
+        runRobot(std::move(arguments));
         break;
     }
-    return runRobot(arguments, std::cout, std::cerr);
+    return kit::exitDone;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    try {
+    kit::prepareProcess();
+    return kit::runProgram("tarvek-robot", [&] {
         return run(parseArguments({argv + 1, argv + argc}));
-    } catch (const UsageError& error) {
-        std::cerr << "tarvek-robot: " << error.what() << " (see tarvek-robot --help)\n";
-        return misused;
-    } catch (const std::exception& error) {
-        std::cerr << "tarvek-robot: " << error.what() << "\n";
-        return failed;
-    }
+    });
 }

@@ -1,46 +1,49 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <kit/child_process.h>
+#include <kit/descriptor.h>
+#include <kit/loopback_port.h>
+
 #include <zo/address.h>
 
 #include <functional>
+#include <memory>
 #include <string>
-#include <sys/types.h>
 
 /// A Redis server of the robot's own, on 127.0.0.1 and without persistence. It ends with this
 /// object, and also when the process ends in any other way.
 ///
-/// The kernel ties the server's life to the thread that starts it: make it in the main thread,
-/// before any other thread.
+/// Only who signs in as its owner may write there or rule it. The others on this machine may read,
+/// with the password that was given for them, if one was.
+///
+/// Make it in the main thread, before any other thread: see kit::ChildProcess.
 class PrivateServer
 {
 public:
     static constexpr int fFreePortAttempts = 5;
 
-    /// A port of 127.0.0.1 that is free now; somebody else may take it before the server does.
-    static int freePort();
-
     /// Starts the server and waits until it listens. `port` 0 takes one that `findPort` finds, and
     /// another one when that is taken by then. Throws std::runtime_error that says what is missing
     /// or in the way.
-    explicit PrivateServer(int port, const std::function<int()>& findPort = freePort);
-    ~PrivateServer();
-    PrivateServer(const PrivateServer&) = delete;
-    PrivateServer& operator=(const PrivateServer&) = delete;
+    explicit PrivateServer(int port, const std::string& readersPassword = {},
+                           const std::function<int()>& findPort = kit::freeLoopbackPort);
 
     ZoAddress address() const { return {"127.0.0.1", fPort}; }
-    pid_t pid() const { return fPid; }
+    static constexpr char fOwner[] = "robot"; ///< its user's name
+    const std::string& ownersPassword() const { return fPassword; }
+    pid_t pid() const { return fProcess->pid(); }
 
     /// Whether it has not ended by itself.
     bool isRunning();
 
 private:
-    bool start();
-    bool waitUntilListening();
-    bool isListening() const;
+    bool start(const std::string& readersPassword);
+    bool waitUntilListening(const std::string& folderPath);
     std::string log() const;
 
     int fPort;
-    int fLogFile = -1; ///< in memory, no name: nothing stays behind
-    pid_t fPid = -1;
+    const std::string fPassword; ///< the owner's
+    kit::Descriptor fLogFile;    ///< in memory, no name: nothing stays behind
+    std::unique_ptr<kit::ChildProcess> fProcess;
 };

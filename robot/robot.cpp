@@ -5,13 +5,16 @@
 #include "publisher.h"
 #include "ticks.h"
 
+#include <kit/password_file.h>
+#include <kit/program.h>
+
 #include <zo/zo.h>
 
 #include <chrono>
 #include <csignal>
 #include <ctime>
 #include <memory>
-#include <ostream>
+#include <stdexcept>
 
 namespace {
 
@@ -47,10 +50,7 @@ private:
 class TickLoop
 {
 public:
-    TickLoop(Publisher& publisher, double rate, std::ostream& err)
-        : fPublisher(publisher), fRate(rate), fErr(err)
-    {
-    }
+    TickLoop(Publisher& publisher, double rate) : fPublisher(publisher), fRate(rate) {}
 
     double secondsToNextTick() const { return tickTime(fTick, fRate) - elapsed(); }
 
@@ -76,44 +76,54 @@ private:
         if (trouble.empty() == !fInTrouble)
             return;
         fInTrouble = !trouble.empty();
-        // One write, so that who reads along never sees half a line.
-        fErr << "tarvek-robot: " +
-                    (fInTrouble ? trouble + ". Trying again." : "publishing again.") + "\n"
-             << std::flush;
+        kit::tell("tarvek-robot", fInTrouble ? trouble + ". Trying again." : "publishing again.");
     }
 
     Publisher& fPublisher;
     double fRate;
-    std::ostream& fErr;
     std::chrono::steady_clock::time_point fStart = std::chrono::steady_clock::now();
     long long fTick = 1;
     bool fInTrouble = false;
 };
 
+/// Starts the robot's own server, which `arguments` lead to from then on.
+std::unique_ptr<PrivateServer> startServer(RobotArguments& arguments)
+{
+    ZoBrokerOptions& options = arguments.connection.options;
+    auto server = std::make_unique<PrivateServer>(arguments.port, options.password);
+    arguments.connection.address = server->address();
+    options.user = PrivateServer::fOwner;
+    kit::wipe(options.password); // that of the readers
+    options.password = server->ownersPassword();
+    return server;
+}
+
 } // namespace
 
-int runRobot(const RobotArguments& arguments, std::ostream& out, std::ostream& err)
+void runRobot(RobotArguments arguments)
 {
+    kit::tellWarning(arguments.connection, "tarvek-robot");
     const Signals signals;
     std::unique_ptr<PrivateServer> server;
-    if (!arguments.server)
-        server = std::make_unique<PrivateServer>(arguments.port);
-    const ZoAddress address = server ? server->address() : *arguments.server;
+    if (!arguments.connection.isGiven)
+        server = startServer(arguments);
+    const ZoAddress address = arguments.connection.address;
 
     const boost::shared_ptr<ZoBroker> broker =
-        ZoBroker::create("TarvekRobot", address.host, address.port);
+        ZoBroker::create("TarvekRobot", address.host, address.port, arguments.connection.options);
+    kit::wipe(arguments.connection.options.password); // the broker has its own
     Publisher publisher(robotKeys(arguments.keys, arguments.seed),
                         ZoMemoryProxy(broker->getProxy("ZoMemory", 0)));
     publisher.publish(0);
-    out << (server ? "listening on " : "publishing to ") << address.toText() << std::endl;
+    kit::print((server ? "listening on " : "publishing to ") + address.toText() + "\n");
 
-    TickLoop loop(publisher, arguments.rate, err);
+    TickLoop loop(publisher, arguments.rate);
     while (true) {
         const int signal = signals.waitForSignal(loop.secondsToNextTick());
         if (signal == 0)
             loop.doTick();
         else if (signal != SIGCHLD)
-            return 0;
+            return;
         else if (server && !server->isRunning())
             throw std::runtime_error("the robot's own server has ended");
     }

@@ -6,31 +6,31 @@
 
 #include <cmath>
 
-std::uint32_t KeyList::seed()
+std::uint32_t KeyCollector::seed()
 {
     return static_cast<std::uint32_t>(scatter(fSeed, 100 + fKeys.size()) * 0x1p32);
 }
 
-void KeyList::add(const std::string& name, std::function<ZoValue(double)> value)
+void KeyCollector::add(const std::string& name, std::function<ZoValue(double)> value)
 {
     fKeys.push_back({name, std::move(value)});
 }
 
-void KeyList::addFloat(const std::string& name, int decimals, Curve curve)
+void KeyCollector::addFloat(const std::string& name, int decimals, Curve curve)
 {
     add(name, [decimals, curve = std::move(curve)](double t) {
         return ZoValue(rounded(curve(t), decimals));
     });
 }
 
-void KeyList::addInt(const std::string& name, Curve curve)
+void KeyCollector::addInt(const std::string& name, Curve curve)
 {
     add(name, [curve = std::move(curve)](double t) {
         return ZoValue(static_cast<std::int64_t>(std::floor(curve(t))));
     });
 }
 
-void KeyList::addArray(const std::string& name, int decimals, std::vector<Curve> curves)
+void KeyCollector::addArray(const std::string& name, int decimals, std::vector<Curve> curves)
 {
     add(name, [decimals, curves = std::move(curves)](double t) {
         ZoValue array;
@@ -43,7 +43,7 @@ void KeyList::addArray(const std::string& name, int decimals, std::vector<Curve>
 
 std::vector<RobotKey> robotKeys(int count, std::uint32_t seed)
 {
-    KeyList keys(seed);
+    KeyCollector keys(seed);
     addStateKeys(keys);
     addBatteryKeys(keys);
     addBodyKeys(keys);

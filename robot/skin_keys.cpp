@@ -57,7 +57,7 @@ std::string patchPrefix(int patch)
 
 } // namespace
 
-void addSkinKeys(KeyList& keys, int count)
+void addSkinKeys(KeyCollector& keys, int count)
 {
     for (int patch = 1; keys.size() < count; ++patch) {
         const std::uint32_t seed = keys.seed();

@@ -32,7 +32,7 @@ double load(const Motion& motion, double t)
     return 0.2 + 0.6 * motion.walking(t) + 0.3 * motion.reaching(t);
 }
 
-void addCounters(KeyList& keys)
+void addCounters(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     keys.addInt("Counter/Seconds", [](double t) { return t; });
@@ -41,7 +41,7 @@ void addCounters(KeyList& keys)
     keys.addInt("Counter/BusErrors", [](double t) { return t / 47; });
 }
 
-void addComputer(KeyList& keys)
+void addComputer(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     const std::uint32_t seed = keys.seed();
@@ -58,7 +58,7 @@ void addComputer(KeyList& keys)
 
 } // namespace
 
-void addStateKeys(KeyList& keys)
+void addStateKeys(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     keys.add("State/Mode", [motion](double t) { return ZoValue(motion.mode(t)); });
@@ -73,7 +73,7 @@ void addStateKeys(KeyList& keys)
     addComputer(keys);
 }
 
-void addBatteryKeys(KeyList& keys)
+void addBatteryKeys(KeyCollector& keys)
 {
     const Motion motion = keys.motion();
     const std::uint32_t seed = keys.seed();

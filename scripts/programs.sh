@@ -37,10 +37,10 @@ robot_is_ready_or_gone() {
     grep -q '^listening on ' "$work/robot.out" || ! kill -0 "${children[-1]}" 2>/dev/null
 }
 
-# Sets `address`.
+# Takes options of the robot. Sets `address`.
 start_robot() {
     : >"$work/robot.out"
-    build/programs/bin/tarvek-robot >"$work/robot.out" &
+    build/programs/bin/tarvek-robot "$@" >"$work/robot.out" &
     children+=($!)
     wait_until 30 robot_is_ready_or_gone || true
     address=$(sed -n 's/^listening on //p' "$work/robot.out")

@@ -1,134 +1,110 @@
 // SPDX-License-Identifier: MIT
 #include "command_line.h"
 
-#include <QCommandLineParser>
+#include <kit/connection_options.h>
+#include <kit/options_text.h>
+#include <kit/password_file.h>
+#include <kit/usage_error.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
-#include <stdexcept>
-
 namespace {
 
-constexpr qint64 longestPasswordFile = 4096;
+using Text = const std::string&;
+using Action = CommandLine::Action;
 
-/// Leaves with the sentence that the user gets to read.
-class Refusal : public std::runtime_error
+/// The folder's absolute path, since panels may change the working folder.
+QString existingFolder(Text option, Text path)
 {
-public:
-    explicit Refusal(const QString& text) : std::runtime_error(text.toStdString()) {}
-};
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CommandLine", text);
+    const QString name = QFile::decodeName(path.c_str());
+    if (!QFileInfo(name).isDir())
+        throw kit::UsageError(option + ": there is no folder '" + path + "'");
+    return QDir(name).absolutePath();
 }
 
-void addOptions(QCommandLineParser& parser)
+kit::Options ownOptions(CommandLine& line)
 {
-    parser.setApplicationDescription(tr("Shows tool panels for robots on the network."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addOptions({
-        {"connect", tr("Connect to the robot at this address at once."), "HOST[:PORT]"},
-        {"user", tr("Sign in as this user."), "NAME"},
-        {"password-file", tr("Sign in with the first line of this file."), "FILE"},
-        {"tls", tr("Encrypt the connection.")},
-        {"ca", tr("Trust the authorities in this PEM file (with --tls)."), "FILE"},
-        {"plugin", tr("Load this plug-in, too. May be given again."), "FILE"},
-        {"plugin-dir", tr("Load the plug-ins in this folder, too. May be given again."), "DIR"},
-        {"image-dir", tr("Take the panels' images from this folder."), "DIR"},
-        {"panel", tr("Open this panel as soon as a robot is connected."), "NAME"},
-    });
+    return {
+        {{"--panel"},
+         "NAME",
+         "open this panel as soon as a robot is connected",
+         [&line](Text, Text name) { line.panel = QString::fromLocal8Bit(name.c_str()); }},
+        {{"--plugin"},
+         "FILE",
+         "load this plug-in, too; may be given again",
+         [&line](Text, Text path) { line.pluginFiles += QFile::decodeName(path.c_str()); }},
+        {{"--plugin-dir"},
+         "DIR",
+         "load the plug-ins in this folder, too; may be given again",
+         [&line](Text name, Text path) { line.pluginDirs += existingFolder(name, path); }},
+        {{"--image-dir"},
+         "DIR",
+         "take the panels' images from this folder",
+         [&line](Text name, Text path) { line.imageDir = existingFolder(name, path); }},
+        kit::settlingOption({"--help", "--help-all", "-h"}, "print this",
+                            [&line] { line.action = Action::Help; }),
+        kit::settlingOption({"--version", "-v"}, "print the version",
+                            [&line] { line.action = Action::Version; }),
+    };
 }
 
-QString readPassword(const QString& path)
+kit::Options allOptions(CommandLine& line, kit::Connection& connection)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Refusal(tr("cannot read the password file %1: %2").arg(path, file.errorString()));
-    const QByteArray content = file.read(longestPasswordFile + 1);
-    if (content.size() > longestPasswordFile)
-        throw Refusal(tr("the password file %1 is longer than %2 bytes: its first line is to be "
-                         "the password")
-                          .arg(path)
-                          .arg(longestPasswordFile));
-    QByteArray line = content.mid(0, content.indexOf('\n'));
-    if (line.endsWith('\r'))
-        line.chop(1);
-    if (line.isEmpty())
-        throw Refusal(tr("the first line of the password file %1 is empty").arg(path));
-    return QString::fromUtf8(line);
-}
-
-QString existingFolder(const QString& option, const QString& path)
-{
-    if (!QFileInfo(path).isDir())
-        throw Refusal(tr("--%1: there is no folder %2").arg(option, path));
-    return QDir(path).absolutePath();
-}
-
-ConnectionSettings connectionOf(const QCommandLineParser& parser)
-{
-    ConnectionSettings settings;
-    if (parser.isSet("connect"))
-        settings.address = ZoAddress::fromText(parser.value("connect").toStdString());
-    settings.user = parser.value("user");
-    settings.tls = parser.isSet("tls");
-    settings.caFile = parser.value("ca");
-    if (parser.isSet("password-file"))
-        settings.password = readPassword(parser.value("password-file"));
-    if (!settings.caFile.isEmpty() && !settings.tls)
-        throw Refusal(tr("--ca needs --tls: without it nothing is checked or encrypted"));
-    if (!settings.caFile.isEmpty() && !QFileInfo(settings.caFile).isReadable())
-        throw Refusal(tr("--ca: cannot read the file %1").arg(settings.caFile));
-    return settings;
-}
-
-void understand(const QCommandLineParser& parser, CommandLine& result)
-{
-    if (!parser.positionalArguments().isEmpty())
-        throw Refusal(tr("\"%1\" is no option: a robot is given with --connect HOST[:PORT]")
-                          .arg(parser.positionalArguments().first()));
-    result.settings = connectionOf(parser);
-    result.connectAtOnce = parser.isSet("connect");
-    result.pluginFiles = parser.values("plugin");
-    for (const QString& dir : parser.values("plugin-dir"))
-        result.pluginDirs += existingFolder("plugin-dir", dir);
-    if (parser.isSet("image-dir"))
-        result.imageDir = existingFolder("image-dir", parser.value("image-dir"));
-    result.panel = parser.value("panel");
+    kit::Options options = kit::connectionOptions(connection);
+    for (kit::Option& option : ownOptions(line))
+        options.push_back(std::move(option));
+    return options;
 }
 
 } // namespace
 
-CommandLine parseCommandLine(const QStringList& words)
+CommandLine parseCommandLine(const std::vector<std::string>& words)
 {
-    QCommandLineParser parser;
-    addOptions(parser);
-    CommandLine result;
+    CommandLine line;
+    kit::Connection connection;
+    kit::Words rest(words);
+    if (kit::readOptions(rest, allOptions(line, connection)) == kit::OptionsEnd::Settled)
+        return line;
+    kit::refuseOperands(rest);
+    kit::completeConnection(connection);
+    line.connectAtOnce = connection.isGiven;
+    line.settings = ConnectionSettings(connection.address, connection.options);
+    line.warning = connection.warning;
+    kit::wipe(connection.options.password);
+    return line;
+}
+
+CommandLine::Action actionOf(const std::vector<std::string>& words)
+{
+    CommandLine line;
+    kit::Connection connection;
+    kit::Words rest(words);
     try {
-        if (!parser.parse(QStringList(QCoreApplication::applicationFilePath()) + words))
-            throw Refusal(parser.errorText());
-        if (parser.isSet("help") || parser.isSet("help-all"))
-            return {CommandLine::Action::Inform, parser.helpText(), {}, false, {}, {}, {}, {}};
-        if (parser.isSet("version"))
-            return {CommandLine::Action::Inform,
-                    QCoreApplication::applicationName() + ' ' +
-                        QCoreApplication::applicationVersion() + '\n',
-                    {},
-                    false,
-                    {},
-                    {},
-                    {},
-                    {}};
-        understand(parser, result);
-    } catch (const std::exception& refusal) {
-        result.action = CommandLine::Action::Refuse;
-        result.text = QString::fromUtf8(refusal.what());
+        kit::readOptions(rest, allOptions(line, connection));
+    } catch (const kit::UsageError&) {
+        return Action::Run; // where it is told
     }
-    return result;
+    return line.action;
+}
+
+std::string desktopHelp()
+{
+    CommandLine any;
+    kit::Connection connection;
+    return "Usage: tarvek-desktop [OPTION]...\n"
+           "Shows tool panels for robots on the network. Without --connect it asks for a robot.\n"
+           "\n" +
+           kit::optionsText(allOptions(any, connection));
+}
+
+std::string desktopVersion()
+{
+    const QString words =
+        QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion();
+    return words.toStdString() + "\n";
 }
 
 std::vector<std::string> hidePluginOption(const std::vector<std::string>& words)

@@ -2,39 +2,27 @@
 #include "application.h"
 #include "desktop.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <cstring>
+#include <kit/program.h>
+
 #include <string>
 #include <vector>
 
 namespace {
 
-/// Whether the words ask for a text only, which needs no display.
-bool wantsText(int argc, char** argv)
+using Words = std::vector<std::string>;
+
+int printText(CommandLine::Action action)
 {
-    return std::any_of(argv + 1, argv + argc, [](const char* word) {
-        return !std::strcmp(word, "--help") || !std::strcmp(word, "--help-all") ||
-               !std::strcmp(word, "-h") || !std::strcmp(word, "--version") ||
-               !std::strcmp(word, "-v");
-    });
+    kit::print(action == CommandLine::Action::Help ? desktopHelp() : desktopVersion());
+    return kit::exitDone;
 }
 
-int answer(const CommandLine& commandLine)
+/// `program` is the name by which it was called.
+int runWindows(const std::string& program, const Words& words)
 {
-    const QByteArray text = commandLine.text.toLocal8Bit();
-    if (commandLine.action == CommandLine::Action::Inform) {
-        std::fputs(text.constData(), stdout);
-        return 0;
-    }
-    std::fprintf(stderr, "tarvek-desktop: %s\nSee tarvek-desktop --help\n", text.constData());
-    return 2;
-}
-
-int runWindows(const std::vector<std::string>& words)
-{
-    // The toolkit changes what it is given and reads it as long as the program runs.
-    std::vector<std::string> texts = hidePluginOption(words);
+    // The toolkit takes its own options out of the array, and reads it as long as the program runs.
+    Words texts = hidePluginOption(words);
+    texts.insert(texts.begin(), program);
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
@@ -42,22 +30,29 @@ int runWindows(const std::vector<std::string>& words)
     pointers.push_back(nullptr);
     int count = static_cast<int>(texts.size());
     Application application(count, pointers.data());
-    const CommandLine commandLine = parseCommandLine(Application::arguments().mid(1));
+    const CommandLine commandLine =
+        parseCommandLine({pointers.begin() + 1, pointers.begin() + count});
     if (commandLine.action != CommandLine::Action::Run)
-        return answer(commandLine);
+        return printText(commandLine.action);
+    if (!commandLine.warning.empty())
+        kit::tell("tarvek-desktop", commandLine.warning);
     Desktop desktop(commandLine, application.errors());
     QObject::connect(&desktop, &Desktop::finished, &application, &QCoreApplication::quit);
     desktop.start();
     return Application::exec();
 }
 
+int run(const std::string& program, const Words& words)
+{
+    Application::prepare();
+    const CommandLine::Action action = actionOf(words); // a text needs no display
+    return action == CommandLine::Action::Run ? runWindows(program, words) : printText(action);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    Application::prepare();
-    if (!wantsText(argc, argv))
-        return runWindows({argv, argv + argc});
-    const QCoreApplication application(argc, argv);
-    return answer(parseCommandLine(QCoreApplication::arguments().mid(1)));
+    kit::prepareProcess();
+    return kit::runProgram("tarvek-desktop", [&] { return run(argv[0], {argv + 1, argv + argc}); });
 }

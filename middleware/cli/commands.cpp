@@ -1,25 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 
-#include "escape.h"
-#include "output.h"
+#include <kit/escape.h>
+#include <kit/output.h>
 
 #include <zo/error.h>
 #include <zo/memory_proxy.h>
 
 #include <algorithm>
 
-void listKeys(ZoMemoryProxy& memory, const std::string& part, Output& output)
+void listKeys(ZoMemoryProxy& memory, const std::string& part, kit::Output& output)
 {
     std::vector<std::string> keys = memory.getDataListName();
     std::sort(keys.begin(), keys.end());
     for (const std::string& key : keys)
         if (key.find(part) != std::string::npos)
-            output.add(escaped(key) + "\n");
+            output.add(kit::escaped(key) + "\n");
     output.flush();
 }
 
-void printValues(ZoMemoryProxy& memory, const std::vector<std::string>& keys, Output& output)
+void printValues(ZoMemoryProxy& memory, const std::vector<std::string>& keys, kit::Output& output)
 {
     const ZoValue values = valuesOf(memory, requestOf(keys));
     for (int i = 0; i < values.getSize(); ++i)
@@ -50,6 +50,6 @@ ZoValue valuesOf(ZoMemoryProxy& memory, const ZoValue& request)
 
 std::string recordOf(const std::string& key, const ZoValue& value)
 {
-    return escaped(key) + "\t" + ZoValue::typeName(value.getType()) + "\t" +
-           escaped(value.toString(ZoWhole)) + "\n";
+    return kit::escaped(key) + "\t" + ZoValue::typeName(value.getType()) + "\t" +
+           kit::escaped(value.toString(ZoWhole)) + "\n";
 }

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+namespace kit {
 class Output;
+}
 class ZoMemoryProxy;
 class ZoValue;
 
@@ -12,10 +14,10 @@ class ZoValue;
 /// throws.
 
 /// Prints the keys that contain `part`, sorted by bytes.
-void listKeys(ZoMemoryProxy& memory, const std::string& part, Output& output);
+void listKeys(ZoMemoryProxy& memory, const std::string& part, kit::Output& output);
 
 /// Prints a record for each of `keys`.
-void printValues(ZoMemoryProxy& memory, const std::vector<std::string>& keys, Output& output);
+void printValues(ZoMemoryProxy& memory, const std::vector<std::string>& keys, kit::Output& output);
 
 /// The argument of getListData for `keys`.
 ZoValue requestOf(const std::vector<std::string>& keys);

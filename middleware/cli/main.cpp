@@ -1,82 +1,68 @@
 // SPDX-License-Identifier: MIT
-#include "command_line.h"
 #include "commands.h"
-#include "escape.h"
-#include "output.h"
-#include "process.h"
-#include "usage_error.h"
 #include "watch.h"
+#include "zo_command.h"
+
+#include <kit/output.h>
+#include <kit/password_file.h>
+#include <kit/program.h>
 
 #include <zo/zo.h>
 
-#include <exception>
-#include <iostream>
-
 namespace {
 
-constexpr int exitDone = 0;
-constexpr int exitFailed = 1;
-constexpr int exitWrongUse = 2;
-
-void tell(const std::string& message)
+/// The broker has a password of its own from then on.
+ZoMemoryProxy connect(kit::Connection& connection)
 {
-    std::cerr << "zo: " + escaped(message) + "\n" << std::flush;
-}
-
-ZoMemoryProxy connect(const CliCommandLine& line)
-{
-    const auto broker = ZoBroker::create("zo", line.address.host, line.address.port, line.options);
+    kit::tellWarning(connection, "zo");
+    const auto broker = ZoBroker::create("zo", connection.address.host, connection.address.port,
+                                         connection.options);
+    kit::wipe(connection.options.password);
     return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
 }
 
-void watch(const CliCommandLine& line, Output& output)
+void tell(const std::string& message)
 {
-    endWellOnStopSignals();
-    ZoMemoryProxy memory = connect(line);
-    watchValues(memory, {line.operands, line.period, line.count}, output, tell);
+    kit::tell("zo", message);
 }
 
-void run(const CliCommandLine& line, Output& output)
+void watch(ZoCommand& command, kit::Output& output)
 {
-    using Command = CliCommandLine::Command;
-    if (line.command == Command::Watch)
-        return watch(line, output);
-    ZoMemoryProxy memory = connect(line);
-    if (line.command == Command::List)
-        listKeys(memory, line.operands.empty() ? "" : line.operands[0], output);
-    else if (line.command == Command::Get)
-        printValues(memory, line.operands, output);
+    kit::endWellOnStopSignals();
+    ZoMemoryProxy memory = connect(command.connection);
+    watchValues(memory, {command.operands, command.period, command.count}, output, tell);
+}
+
+void askOnce(ZoCommand& command, kit::Output& output)
+{
+    ZoMemoryProxy memory = connect(command.connection);
+    if (command.action == ZoCommand::Action::List)
+        listKeys(memory, command.operands.empty() ? "" : command.operands[0], output);
+    else if (command.action == ZoCommand::Action::Get)
+        printValues(memory, command.operands, output);
     else
-        memory.setText(line.operands[0], line.operands[1]);
+        memory.setText(command.operands[0], command.operands[1]);
 }
 
-void runOrExplain(const CliCommandLine& line)
+int run(ZoCommand command)
 {
-    Output output(standardOutput);
-    if (line.command == CliCommandLine::Command::Help)
-        output.add(helpText());
-    else if (line.command == CliCommandLine::Command::Version)
+    kit::Output output(kit::standardOutput);
+    if (command.action == ZoCommand::Action::Help)
+        output.add(zoHelp());
+    else if (command.action == ZoCommand::Action::Version)
         output.add("zo " ZO_VERSION "\n");
+    else if (command.action == ZoCommand::Action::Watch)
+        watch(command, output);
     else
-        run(line, output);
+        askOnce(command, output);
     output.flush();
+    return kit::exitDone;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    prepareProcess();
-    try {
-        runOrExplain(readCommandLine({argv + 1, argv + argc}));
-        return exitDone;
-    } catch (const UsageError& error) {
-        tell(std::string(error.what()) + " (see zo --help)");
-        return exitWrongUse;
-    } catch (const OutputClosed&) {
-        return exitFailed; // whoever read us has what they wanted
-    } catch (const std::exception& error) {
-        tell(error.what());
-        return exitFailed;
-    }
+    kit::prepareProcess();
+    return kit::runProgram("zo", [&] { return run(readZoCommand({argv + 1, argv + argc})); });
 }

@@ -2,7 +2,8 @@
 #include "watch.h"
 
 #include "commands.h"
-#include "output.h"
+
+#include <kit/output.h>
 
 #include <zo/error.h>
 #include <zo/memory_proxy.h>
@@ -66,10 +67,10 @@ private:
 
 WatchTime realTime()
 {
-    return {std::chrono::steady_clock::now, &Output::waitUntil};
+    return {std::chrono::steady_clock::now, &kit::Output::waitUntil};
 }
 
-void watchValues(ZoMemoryProxy& memory, const Watch& watch, Output& output,
+void watchValues(ZoMemoryProxy& memory, const Watch& watch, kit::Output& output,
                  const std::function<void(const std::string&)>& tell, const WatchTime& time)
 {
     const ZoValue request = requestOf(watch.keys);

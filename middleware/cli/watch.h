@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+namespace kit {
 class Output;
+}
 class ZoMemoryProxy;
 
 /// The time in which a watch runs.
@@ -16,7 +18,7 @@ struct WatchTime
 
     std::function<Point()> now;
     /// Returns not before `then`; throws OutputClosed as soon as the reader of `output` is gone.
-    std::function<void(const Output& output, Point then)> wait;
+    std::function<void(const kit::Output& output, Point then)> wait;
 };
 
 /// That of this machine.
@@ -33,7 +35,7 @@ struct Watch
 /// Prints a record for each key and poll, with the seconds since now before it. The polls keep
 /// their rate: one that is late makes the next no later. While the robot is lost, nothing is
 /// printed; `tell` hears once that it is lost, and once that it is back. Throws what Output does.
-void watchValues(ZoMemoryProxy& memory, const Watch& watch, Output& output,
+void watchValues(ZoMemoryProxy& memory, const Watch& watch, kit::Output& output,
                  const std::function<void(const std::string&)>& tell,
                  const WatchTime& time = realTime());
 

@@ -20,11 +20,13 @@ public:
 
     const QString& address() const { return fAddress; }
 
-    ZoMemoryProxy memory() const
+    ZoMemoryProxy memory(const std::string& password = {}) const
     {
         const ZoAddress address = ZoAddress::fromText(fAddress.toStdString());
-        return ZoMemoryProxy(ZoBroker::create("test", address.host, address.port, patientOptions())
-                                 ->getProxy("ZoMemory", 0));
+        ZoBrokerOptions options = patientOptions();
+        options.password = password;
+        return ZoMemoryProxy(
+            ZoBroker::create("test", address.host, address.port, options)->getProxy("ZoMemory", 0));
     }
 
 private:

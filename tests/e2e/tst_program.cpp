@@ -89,12 +89,16 @@ void TestProgram::signsInWithThePasswordOfAFile()
     QVERIFY(file.open());
     file.write("look\n");
     file.flush();
+    file.setPermissions(QFile::ReadOwner | QFile::ReadOther);
     DesktopProgram desktop(TARVEK_DESKTOP,
                            DesktopProgram::wordsFor(robot) +
                                QStringList{"--user", "reader", "--password-file", file.fileName()});
     desktop.start();
     QTRY_VERIFY_WITH_TIMEOUT(
         robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, patience);
+    QVERIFY2(desktop.warnings().contains("chmod 600 '" + file.fileName()),
+             qPrintable(desktop.warnings()));
+    QCOMPARE(desktop.warnings().count('\n'), 0);
 }
 
 REGISTER_TEST(TestProgram, QCoreApplication)

@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QtTest>
 
 #include <algorithm>
@@ -61,7 +62,9 @@ private slots:
     void itsServerEndsWithItWhenItIsKilled();
     void theEndOfItsServerEndsItWithAMessage();
     void leavesNoFileBehindAndReadsNone();
+    void aPasswordFileKeepsStrangersOut();
     void publishesToAGivenServer();
+    void signsInAtAGivenServer();
     void aLostServerIsToldOnceAndAwaited();
     void noServerAtTheGivenAddressIsAnError();
 };
@@ -166,7 +169,7 @@ void TestRobot::aWrongCommandLineEndsWithOneLine()
     robot.start();
     QCOMPARE(robot.waitForExit(), 2);
     QCOMPARE(robot.errors(),
-             QString("tarvek-robot: --rate needs a number from 0.1 to 1000, not \"fast\" "
+             QString("tarvek-robot: --rate must be a number from 0.1 to 1000, not 'fast' "
                      "(see tarvek-robot --help)\n"));
 }
 
@@ -240,6 +243,19 @@ void TestRobot::leavesNoFileBehindAndReadsNone()
     QCOMPARE(QDir(folder.path()).entryList(everything), QStringList{"dump.rdb"});
 }
 
+void TestRobot::aPasswordFileKeepsStrangersOut()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("look-only\n");
+    file.close();
+    RobotProgram robot({"--keys", "20", "--password-file", file.fileName()});
+    QVERIFY(robot.startAndWait());
+    QVERIFY(contains(errorOf([&] { robot.memory(); }), "NOAUTH"));
+    QCOMPARE(robot.memory("look-only").getDataListName().size(), std::size_t{20});
+    QCOMPARE(robot.errors(), QString());
+}
+
 void TestRobot::publishesToAGivenServer()
 {
     const RedisServer server;
@@ -251,6 +267,34 @@ void TestRobot::publishesToAGivenServer()
     robot.signal(SIGTERM);
     QCOMPARE(robot.waitForExit(), 0);
     QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
+}
+
+void TestRobot::signsInAtAGivenServer()
+{
+    RedisServer::Options options;
+    options.tls = true;
+    options.users = {"walker on >one-two ~* +@all"};
+    options.defaultPassword = "another";
+    const RedisServer server(options);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("one-two\n");
+    file.close();
+    const QStringList encrypted =
+        addressOf(server) +
+        QStringList{"--keys", "20", "--tls", "--ca", QString::fromStdString(server.caFile())};
+    RobotProgram robot(encrypted +
+                       QStringList{"--user", "walker", "--password-file", file.fileName()});
+    robot.start();
+    QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
+    QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
+    QVERIFY(server.command({"CLIENT", "LIST"}).find("user=walker") != std::string::npos);
+    QCOMPARE(robot.errors(), QString());
+
+    RobotProgram stranger(encrypted);
+    stranger.start();
+    QCOMPARE(stranger.waitForExit(), 1);
+    QVERIFY2(stranger.errors().contains("NOAUTH"), qPrintable(stranger.errors()));
 }
 
 void TestRobot::aLostServerIsToldOnceAndAwaited()

@@ -3,7 +3,13 @@
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 
+#include <kit/usage_error.h>
+
 #include <QtTest>
+
+using Words = std::vector<std::string>;
+
+Q_DECLARE_METATYPE(Words)
 
 /// What the program makes of its words.
 class TestCommandLine : public GuardedTest
@@ -14,14 +20,14 @@ private slots:
     void init();
     void withoutWordsItAsks();
     void understandsEveryOption();
-    void takesThePasswordFromTheFirstLine_data();
-    void takesThePasswordFromTheFirstLine();
+    void takesThePasswordFromAFile();
+    void aRelativeFolderStaysTheSame();
     void refusesWithAReason_data();
     void refusesWithAReason();
-    void refusesAPasswordFileOfAnotherKind();
     void keepsItsPluginOptionFromTheToolkit();
     void helpNamesEveryOption();
     void versionNamesTheProgram();
+    void aTextIsSeenBeforehand();
 
 private:
     QString file(const QByteArray& content);
@@ -54,88 +60,76 @@ void TestCommandLine::withoutWordsItAsks()
 
 void TestCommandLine::understandsEveryOption()
 {
-    const QString some = file("secret\n");
-    const QString dir = fFolder->path();
+    const std::string some = file("secret\n").toStdString();
+    const std::string dir = fFolder->path().toStdString();
     const CommandLine line =
-        parseCommandLine({"--connect", "robot:7000", "--user", "me", "--password-file", some,
-                          "--tls", "--ca", some, "--plugin", "a.so", "--plugin", "b.so",
-                          "--plugin-dir", dir, "--image-dir", dir, "--panel", "Glimmet"});
-    QCOMPARE(line.text, QString());
+        parseCommandLine({"--connect",   "robot:7000", "--user",  "me",           "--password-file",
+                          some,          "--tls",      "--ca",    some,           "--plugin",
+                          "a.so",        "--plugin",   "b.so",    "--plugin-dir", dir,
+                          "--image-dir", dir,          "--panel", "Glimmet",      "--cert",
+                          some,          "--key",      some,      "--timeout",    "300"});
     QVERIFY(line.action == CommandLine::Action::Run);
     QVERIFY(line.connectAtOnce);
     QCOMPARE(line.settings.addressText(), QString("robot:7000"));
     QCOMPARE(line.settings.user, QString("me"));
     QCOMPARE(line.settings.password, QString("secret"));
     QVERIFY(line.settings.tls);
-    QCOMPARE(line.settings.caFile, some);
+    QCOMPARE(line.settings.caFile.toStdString(), some);
+    const ZoBrokerOptions options = line.settings.brokerOptions();
+    QCOMPARE(options.tlsCertFile, some);
+    QCOMPARE(options.tlsKeyFile, some);
+    QCOMPARE(options.connectTimeout.count(), 300);
     QCOMPARE(line.pluginFiles, QStringList({"a.so", "b.so"}));
-    QCOMPARE(line.pluginDirs, QStringList(dir));
-    QCOMPARE(line.imageDir, dir);
+    QCOMPARE(line.pluginDirs, QStringList(fFolder->path()));
+    QCOMPARE(line.imageDir, fFolder->path());
     QCOMPARE(line.panel, QString("Glimmet"));
 }
 
-void TestCommandLine::takesThePasswordFromTheFirstLine_data()
+void TestCommandLine::takesThePasswordFromAFile()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("password");
-    QTest::newRow("no line end") << QByteArray("secret") << "secret";
-    QTest::newRow("line end") << QByteArray("secret\n") << "secret";
-    QTest::newRow("other line end") << QByteArray("secret\r\n") << "secret";
-    QTest::newRow("more lines") << QByteArray("secret\nnote\n") << "secret";
-    QTest::newRow("blanks count") << QByteArray(" two words \n") << " two words ";
-    QTest::newRow("UTF-8") << QByteArray("gr\xc3\xbc\xc3\x9f\n")
-                           << QString::fromUtf8("gr\u00fc\u00df");
+    const std::string path = file("gr\xc3\xbc\xc3\x9f\nnote\n").toStdString();
+    const CommandLine line = parseCommandLine({"--password-file", path});
+    QCOMPARE(line.settings.password, QString::fromUtf8("gr\u00fc\u00df"));
+    QCOMPARE(line.settings.brokerOptions().password, std::string("gr\u00fc\u00df"));
 }
 
-void TestCommandLine::takesThePasswordFromTheFirstLine()
+void TestCommandLine::aRelativeFolderStaysTheSame()
 {
-    QFETCH(QByteArray, content);
-    const CommandLine line = parseCommandLine({"--password-file", file(content)});
-    QTEST(line.settings.password, "password");
+    QCOMPARE(parseCommandLine({"--plugin-dir", "."}).pluginDirs, QStringList(QDir::currentPath()));
 }
 
 void TestCommandLine::refusesWithAReason_data()
 {
-    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<Words>("words");
     QTest::addColumn<QString>("part");
-    QTest::newRow("unknown option") << QStringList{"--colour"} << "colour";
-    QTest::newRow("stray word") << QStringList{"robot:7000"} << "--connect HOST";
-    QTest::newRow("no value") << QStringList{"--connect"} << "connect";
-    QTest::newRow("bad address") << QStringList{"--connect", "robot:x"} << "port must be a number";
+    QTest::newRow("unknown option") << Words{"--colour"} << "colour";
+    QTest::newRow("stray word") << Words{"robot:7000"} << "--connect HOST";
+    QTest::newRow("no value") << Words{"--connect"} << "connect";
+    QTest::newRow("bad address") << Words{"--connect", "robot:x"} << "port must be a number";
     QTest::newRow("no password file")
-        << QStringList{"--password-file", "/does/not/exist"} << "/does/not/exist";
-    QTest::newRow("authorities without encryption") << QStringList{"--ca", "/dev/null"} << "--tls";
+        << Words{"--password-file", "/does/not/exist"} << "/does/not/exist";
+    QTest::newRow("authorities without encryption") << Words{"--ca", "/dev/null"} << "--tls";
     QTest::newRow("no file of authorities")
-        << QStringList{"--tls", "--ca", "/does/not/exist"} << "/does/not/exist";
+        << Words{"--tls", "--ca", "/does/not/exist"} << "/does/not/exist";
     QTest::newRow("no plug-in folder")
-        << QStringList{"--plugin-dir", "/does/not/exist"} << "/does/not/exist";
-    QTest::newRow("no image folder") << QStringList{"--image-dir", "/dev/null"} << "/dev/null";
+        << Words{"--plugin-dir", "/does/not/exist"} << "/does/not/exist";
+    QTest::newRow("no image folder") << Words{"--image-dir", "/dev/null"} << "/dev/null";
 }
 
 void TestCommandLine::refusesWithAReason()
 {
-    QFETCH(QStringList, words);
+    QFETCH(Words, words);
     QFETCH(QString, part);
-    const CommandLine line = parseCommandLine(words);
-    QVERIFY(line.action == CommandLine::Action::Refuse);
-    QVERIFY2(line.text.contains(part), qPrintable(line.text));
-}
-
-void TestCommandLine::refusesAPasswordFileOfAnotherKind()
-{
-    for (const QByteArray& content :
-         {QByteArray(), QByteArray("\nsecret"), QByteArray(4097, 'x')}) {
-        const QString path = file(content);
-        const CommandLine line = parseCommandLine({"--password-file", path});
-        QVERIFY(line.action == CommandLine::Action::Refuse);
-        QVERIFY2(line.text.contains(path), qPrintable(line.text));
-        QVERIFY(!line.text.contains("secret"));
+    try {
+        parseCommandLine(words);
+        QFAIL("accepted");
+    } catch (const kit::UsageError& error) {
+        QVERIFY2(QString(error.what()).contains(part), error.what());
     }
 }
 
 void TestCommandLine::keepsItsPluginOptionFromTheToolkit()
 {
-    using Words = std::vector<std::string>;
     QCOMPARE(hidePluginOption({"a", "--plugin", "b.so", "--tls"}),
              Words({"a", "--plugin=b.so", "--tls"}));
     QCOMPARE(hidePluginOption({"--plugin=b.so", "--plugin-dir", "c"}),
@@ -147,20 +141,29 @@ void TestCommandLine::keepsItsPluginOptionFromTheToolkit()
 
 void TestCommandLine::helpNamesEveryOption()
 {
-    const CommandLine line = parseCommandLine({"--help"});
-    QVERIFY(line.action == CommandLine::Action::Inform);
+    QVERIFY(parseCommandLine({"--tls", "--help", "--colour"}).action == CommandLine::Action::Help);
+    const QString help = QString::fromStdString(desktopHelp());
     for (const QString option :
-         {"--connect", "--user", "--password-file", "--tls", "--ca", "--plugin", "--plugin-dir",
-          "--image-dir", "--panel", "--help", "--version"})
-        QVERIFY2(line.text.contains(option), qPrintable(option));
+         {"--connect", "--user", "--password-file", "--tls", "--ca", "--cert", "--key", "--timeout",
+          "--plugin", "--plugin-dir", "--image-dir", "--panel", "--help", "--version"})
+        QVERIFY2(help.contains(option), qPrintable(option));
 }
 
 void TestCommandLine::versionNamesTheProgram()
 {
+    QVERIFY(parseCommandLine({"-v"}).action == CommandLine::Action::Version);
     QCoreApplication::setApplicationVersion("1.2.3");
-    const CommandLine line = parseCommandLine({"--version"});
-    QVERIFY(line.action == CommandLine::Action::Inform);
-    QCOMPARE(line.text, QCoreApplication::applicationName() + " 1.2.3\n");
+    QCOMPARE(desktopVersion(), (QCoreApplication::applicationName() + " 1.2.3\n").toStdString());
+}
+
+void TestCommandLine::aTextIsSeenBeforehand()
+{
+    QVERIFY(actionOf({"--tls", "--help"}) == CommandLine::Action::Help);
+    QVERIFY(actionOf({"-v", "--nonsense"}) == CommandLine::Action::Version);
+    QVERIFY(actionOf({}) == CommandLine::Action::Run);
+    QVERIFY(actionOf({"--panel", "--help"}) == CommandLine::Action::Run);
+    QVERIFY(actionOf({"-platform", "offscreen", "--help"}) == CommandLine::Action::Run);
+    QVERIFY(actionOf({"--password-file", "/nowhere"}) == CommandLine::Action::Run);
 }
 
 REGISTER_TEST(TestCommandLine, QCoreApplication)

@@ -7,12 +7,13 @@
 #include "support/register_test.h"
 #include "support/robot.h"
 
+#include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
 #include <deque>
-#include <fcntl.h>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -41,14 +42,26 @@ private:
 std::string problemWith(int port, const std::function<int()>& findPort)
 {
     try {
-        const PrivateServer server(port, findPort);
+        const PrivateServer server(port, {}, findPort);
     } catch (const std::runtime_error& error) {
         return error.what();
     }
     return {};
 }
 
+ZoMemoryProxy memoryOf(const PrivateServer& server, const std::string& user = {},
+                       const std::string& password = {})
+{
+    ZoBrokerOptions options = patientOptions();
+    options.user = user;
+    options.password = password;
+    const auto broker = ZoBroker::create("test", "127.0.0.1", server.address().port, options);
+    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(std::string)
 
 /// The server that the simulated robot brings along.
 class TestPrivateServer : public GuardedTest
@@ -62,17 +75,21 @@ private slots:
     void aGivenPortIsNotReplaced();
     void itEndsWithItsObject();
     void otherAddressesOfTheMachineDoNotReachIt();
-    void aCtrlCIsNotForIt();
-    void itDoesNotReadTheTerminal();
-    void signalsThatItsMakerBlocksReachIt();
+    void itsOwnerMayWriteAndOthersMayRead();
+    void othersMayNotRuleIt_data();
+    void othersMayNotRuleIt();
+    void aReadersPasswordKeepsStrangersOut_data();
+    void aReadersPasswordKeepsStrangersOut();
+    void noPasswordStandsInTheListOfProcesses();
+    void itIsFoundHoweverDeepItsFolderIs();
 };
 
 void TestPrivateServer::aPortThatWasTakenMeanwhileIsNoMatter()
 {
     const DeafPort taken;
-    const int free = PrivateServer::freePort();
+    const int free = kit::freeLoopbackPort();
     Ports ports({taken.port(), taken.port(), taken.port(), taken.port(), free});
-    PrivateServer server(0, ports.finder());
+    PrivateServer server(0, {}, ports.finder());
     QCOMPARE(server.address().toText(), "127.0.0.1:" + std::to_string(free));
     QVERIFY(server.isRunning());
 }
@@ -85,9 +102,17 @@ void TestPrivateServer::whoeverListensOnATakenPortIsNotTakenForIt()
         while (true)
             connection.send(std::string(10000, 'x'));
     });
-    const int free = PrivateServer::freePort();
-    Ports ports({other.port(), closing.port(), talking.port(), free});
-    PrivateServer server(0, ports.finder());
+    const FakeRobot lying([](FakeConnection& connection) {
+        std::string ids;
+        for (int pid = ::getpid(); pid < ::getpid() + 2000; ++pid)
+            ids += "process_id:" + std::to_string(pid) + "\r\n";
+        connection.send(ids);
+        while (true)
+            connection.send("+OK\r\n");
+    });
+    const int free = kit::freeLoopbackPort();
+    Ports ports({other.port(), closing.port(), talking.port(), lying.port(), free});
+    PrivateServer server(0, {}, ports.finder());
     QCOMPARE(server.address().port, free);
     QVERIFY(server.isRunning());
 }
@@ -105,7 +130,7 @@ void TestPrivateServer::itGivesUpWhenEveryPortIsTaken()
 void TestPrivateServer::aGivenPortIsNotReplaced()
 {
     const DeafPort taken;
-    Ports ports({PrivateServer::freePort()});
+    Ports ports({kit::freeLoopbackPort()});
     const std::string problem = problemWith(taken.port(), ports.finder());
     const std::string address = "127.0.0.1:" + std::to_string(taken.port());
     QVERIFY2(problem.find("cannot listen on " + address) != std::string::npos, problem.c_str());
@@ -119,9 +144,9 @@ void TestPrivateServer::itEndsWithItsObject()
         const PrivateServer server(0);
         port = server.address().port;
         QVERIFY(port > 0);
-        QVERIFY(!problemWith(port, PrivateServer::freePort).empty());
+        QVERIFY(!problemWith(port, kit::freeLoopbackPort).empty());
     }
-    QCOMPARE(problemWith(port, PrivateServer::freePort), std::string());
+    QCOMPARE(problemWith(port, kit::freeLoopbackPort), std::string());
 }
 
 void TestPrivateServer::otherAddressesOfTheMachineDoNotReachIt()
@@ -136,37 +161,89 @@ void TestPrivateServer::otherAddressesOfTheMachineDoNotReachIt()
     QVERIFY2(contains(problem, "refused"), problem.c_str());
 }
 
-void TestPrivateServer::aCtrlCIsNotForIt()
+void TestPrivateServer::itsOwnerMayWriteAndOthersMayRead()
 {
     const PrivateServer server(0);
-    QCOMPARE(::getpgid(server.pid()), server.pid());
-    QVERIFY(::getpgid(0) != server.pid());
+    memoryOf(server, PrivateServer::fOwner, server.ownersPassword()).setData("Arm/Angle", 0.5);
+    ZoMemoryProxy stranger = memoryOf(server);
+    QCOMPARE(stranger.getDataListName(), std::vector<std::string>{"Arm/Angle"});
+    QVERIFY(stranger.getListData(requestFor({"Arm/Angle"}))[0] == ZoValue(0.5));
+    const std::string problem = errorOf([&] { stranger.setData("Arm/Angle", 1); });
+    QVERIFY2(contains(problem, "NOPERM"), problem.c_str());
+    QVERIFY(stranger.getListData(requestFor({"Arm/Angle"}))[0] == ZoValue(0.5));
+    const std::string refused = errorOf([&] { memoryOf(server, PrivateServer::fOwner, "guess"); });
+    QVERIFY2(contains(refused, "WRONGPASS"), refused.c_str());
 }
 
-void TestPrivateServer::itDoesNotReadTheTerminal()
+void TestPrivateServer::othersMayNotRuleIt_data()
 {
-    const int before = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
-    const int another = ::open("/dev/zero", O_RDONLY | O_CLOEXEC);
-    ::dup2(another, STDIN_FILENO);
-    ::close(another);
+    QTest::addColumn<QStringList>("command");
+    for (const char* command :
+         {"SET a 1", "FLUSHALL", "SHUTDOWN NOSAVE", "CONFIG SET dir /", "CONFIG GET *", "SAVE",
+          "ACL LIST", "CLIENT LIST", "CLIENT KILL TYPE normal", "EVAL return 0",
+          "REPLICAOF 127.0.0.1 1", "MODULE LIST", "PUBLISH a b"})
+        QTest::newRow(command) << QString(command).split(' ');
+}
+
+void TestPrivateServer::othersMayNotRuleIt()
+{
+    QFETCH(QStringList, command);
     const PrivateServer server(0);
-    ::dup2(before, STDIN_FILENO);
-    ::close(before);
-    const QString input = QString("/proc/%1/fd/0").arg(server.pid());
-    QCOMPARE(QFile::symLinkTarget(input), QString("/dev/null"));
+    QProcess client;
+    client.start("redis-cli", QStringList{"-p", QString::number(server.address().port)} + command);
+    QVERIFY(client.waitForFinished());
+    const QByteArray answer = client.readAllStandardOutput();
+    QVERIFY2(answer.startsWith("NOPERM "), answer.constData());
 }
 
-void TestPrivateServer::signalsThatItsMakerBlocksReachIt()
+void TestPrivateServer::aReadersPasswordKeepsStrangersOut_data()
 {
-    sigset_t blocked;
-    sigset_t before;
-    ::sigemptyset(&blocked);
-    ::sigaddset(&blocked, SIGTERM);
-    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    QTest::addColumn<std::string>("password");
+    QTest::newRow("word") << std::string("look-only");
+    QTest::newRow("blanks and quotes") << std::string(" a \"b\" 'c' ");
+    QTest::newRow("marks of the access list") << std::string(">x #y \\x00 nopass");
+    QTest::newRow("UTF-8") << std::string("gr\u00fc\u00df");
+    QTest::newRow("longest") << std::string(4096, 'x');
+}
+
+void TestPrivateServer::aReadersPasswordKeepsStrangersOut()
+{
+    QFETCH(std::string, password);
+    const PrivateServer server(0, password);
+    memoryOf(server, PrivateServer::fOwner, server.ownersPassword()).setData("a", 1);
+    QCOMPARE(memoryOf(server, "", password).getDataListName(), std::vector<std::string>{"a"});
+    const std::string without = errorOf([&] { memoryOf(server); });
+    QVERIFY2(contains(without, "NOAUTH"), without.c_str());
+    const std::string wrong = errorOf([&] { memoryOf(server, "", password + "x"); });
+    QVERIFY2(contains(wrong, "WRONGPASS"), wrong.c_str());
+}
+
+void TestPrivateServer::noPasswordStandsInTheListOfProcesses()
+{
+    const PrivateServer server(0, "look-only");
+    for (const QString name : {"cmdline", "environ"}) {
+        QFile file(QString("/proc/%1/%2").arg(server.pid()).arg(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray words = file.readAll();
+        QVERIFY(!words.contains("look-only"));
+        QVERIFY(!words.contains(server.ownersPassword().c_str()));
+    }
+    const PrivateServer other(0);
+    QVERIFY(server.ownersPassword().size() >= 32);
+    QVERIFY(server.ownersPassword() != other.ownersPassword());
+}
+
+void TestPrivateServer::itIsFoundHoweverDeepItsFolderIs()
+{
+    const QTemporaryDir folder;
+    const QString deep = folder.filePath(QString(200, 'x') + "/a \"b\" c");
+    QVERIFY(QDir().mkpath(deep));
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", deep.toUtf8());
     PrivateServer server(0);
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    ::kill(server.pid(), SIGTERM);
-    QTRY_VERIFY_WITH_TIMEOUT(!server.isRunning(), patience);
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    QVERIFY(server.isRunning());
+    QVERIFY(QDir(deep).isEmpty());
 }
 
 REGISTER_TEST(TestPrivateServer, QCoreApplication)

@@ -4,6 +4,8 @@
 #include "support/register_test.h"
 #include "ticks.h"
 
+#include <kit/usage_error.h>
+
 #include <QtTest>
 
 Q_DECLARE_METATYPE(std::vector<std::string>)
@@ -17,6 +19,7 @@ private slots:
     void everyOptionIsTaken();
     void valueMayFollowAnEqualsSign();
     void serverToConnectToHasADefaultPort();
+    void serverToConnectToMayAskForALogin();
     void limitsAreInclusive();
     void senselessArgumentsAreRefusedWithTheOption_data();
     void senselessArgumentsAreRefusedWithTheOption();
@@ -30,7 +33,7 @@ void TestRobotArguments::noArgumentsMeanAPrivateServerOnAFreePort()
 {
     const RobotArguments arguments = parseArguments({});
     QVERIFY(arguments.action == RobotArguments::Action::Run);
-    QVERIFY(!arguments.server);
+    QVERIFY(!arguments.connection.isGiven);
     QCOMPARE(arguments.port, 0);
     QCOMPARE(arguments.rate, 50.0);
     QCOMPARE(arguments.keys, 200);
@@ -50,13 +53,22 @@ void TestRobotArguments::valueMayFollowAnEqualsSign()
 {
     const RobotArguments arguments = parseArguments({"--keys=7", "--connect=robot:7000"});
     QCOMPARE(arguments.keys, 7);
-    QVERIFY(arguments.server);
-    QCOMPARE(arguments.server->toText(), std::string("robot:7000"));
+    QVERIFY(arguments.connection.isGiven);
+    QCOMPARE(arguments.connection.address.toText(), std::string("robot:7000"));
 }
 
 void TestRobotArguments::serverToConnectToHasADefaultPort()
 {
-    QCOMPARE(parseArguments({"--connect", "[::1]"}).server->toText(), std::string("[::1]:6379"));
+    QCOMPARE(parseArguments({"--connect", "[::1]"}).connection.address.toText(),
+             std::string("[::1]:6379"));
+}
+
+void TestRobotArguments::serverToConnectToMayAskForALogin()
+{
+    const RobotArguments arguments =
+        parseArguments({"--connect", "robot", "--user", "walker", "--tls", "--ca", "/dev/null"});
+    QCOMPARE(arguments.connection.options.user, std::string("walker"));
+    QVERIFY(arguments.connection.options.tls);
 }
 
 void TestRobotArguments::limitsAreInclusive()
@@ -75,27 +87,31 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     const auto row = [](const char* name, const std::vector<std::string>& words, const char* part) {
         QTest::newRow(name) << words << part;
     };
-    row("unknown option", {"--speed", "3"}, "\"--speed\"");
-    row("stray word", {"robot"}, "\"robot\"");
-    row("empty word", {""}, "\"\"");
+    row("unknown option", {"--speed", "3"}, "there is no option '--speed' here");
+    row("stray word", {"robot"}, "'robot' is no option");
+    row("empty word", {""}, "'' is no option");
     row("value missing", {"--keys"}, "--keys needs a value");
-    row("no number", {"--keys", "many"}, "--keys needs a number from 1 to 100000, not \"many\"");
-    row("number with a tail", {"--keys", "12x"}, "\"12x\"");
-    row("blank before the number", {"--keys", " 12"}, "\" 12\"");
+    row("no number", {"--keys", "many"},
+        "--keys must be a whole number from 1 to 100000, not 'many'");
+    row("number with a tail", {"--keys", "12x"}, "'12x'");
+    row("blank before the number", {"--keys", " 12"}, "' 12'");
     row("no keys", {"--keys", "0"}, "1 to 100000");
     row("too many keys", {"--keys", "100001"}, "1 to 100000");
     row("overflow", {"--keys", "99999999999999999999"}, "1 to 100000");
-    row("empty value", {"--keys="}, "\"\"");
-    row("no rate", {"--rate", "0"}, "--rate needs a number from 0.1 to 1000, not \"0\"");
-    row("rate that is no number", {"--rate", "nan"}, "\"nan\"");
-    row("endless rate", {"--rate", "inf"}, "\"inf\"");
-    row("decimal comma", {"--rate", "2,5"}, "\"2,5\"");
-    row("negative seed", {"--seed", "-1"}, "--seed needs a number from 0 to 4294967295");
-    row("port 0", {"--port", "0"}, "--port needs a number from 1 to 65535");
+    row("empty value", {"--keys="}, "--keys needs a value");
+    row("no rate", {"--rate", "0"}, "--rate must be a number from 0.1 to 1000, not '0'");
+    row("rate that is no number", {"--rate", "nan"}, "'nan'");
+    row("endless rate", {"--rate", "inf"}, "'inf'");
+    row("decimal comma", {"--rate", "2,5"}, "'2,5'");
+    row("negative seed", {"--seed", "-1"},
+        "--seed must be a whole number from 0 to 4294967295, not '-1'");
+    row("port 0", {"--port", "0"}, "--port must be a whole number from 1 to 65535");
     row("port too high", {"--port", "65536"}, "1 to 65535");
     row("no host", {"--connect", ":6379"}, "--connect: robot address ':6379': there is no host");
     row("no port behind the colon", {"--connect", "robot:"}, "the port must be a number");
     row("own port of a foreign server", {"--port", "7000", "--connect", "robot"}, "--connect");
+    row("user of its own server", {"--user", "me"}, "--user and --tls are for");
+    row("encryption of its own server", {"--tls"}, "given with --connect");
 }
 
 void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption()
@@ -105,7 +121,7 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption()
     try {
         parseArguments(words);
         QFAIL("accepted");
-    } catch (const UsageError& error) {
+    } catch (const kit::UsageError& error) {
         QVERIFY2(QString(error.what()).contains(part), error.what());
         QVERIFY2(!QString(error.what()).contains('\n'), error.what());
     }
@@ -119,8 +135,10 @@ void TestRobotArguments::helpAndVersionWinOverWhatFollows()
 
 void TestRobotArguments::helpNamesEveryOption()
 {
-    const QString help = QString::fromStdString(helpText());
-    for (const char* option : {"--port", "--connect", "--rate", "--keys", "--seed", "--version"})
+    const QString help = QString::fromStdString(robotHelp());
+    for (const char* option :
+         {"--port", "--connect", "--rate", "--keys", "--seed", "--version", "--user",
+          "--password-file", "--tls", "--ca", "--cert", "--key", "--timeout"})
         QVERIFY2(help.contains(option), option);
 }
 

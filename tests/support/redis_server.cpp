@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "support/redis_server.h"
 
+#include <kit/child_process.h>
+#include <kit/descriptor.h>
+#include <kit/loopback_port.h>
+
 #include <wire/reply_reader.h>
 #include <wire/request.h>
 
-#include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace zo;
@@ -30,53 +29,14 @@ constexpr auto startDeadline = std::chrono::seconds(20);
 constexpr char adminUser[] = "harness";
 constexpr char adminPassword[] = "harness-only";
 
-int freeLoopbackPort()
+kit::Descriptor openLog(const std::string& file)
 {
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    const bool bound =
-        fd >= 0 && ::bind(fd, generic, size) == 0 && ::getsockname(fd, generic, &size) == 0;
-    if (fd >= 0)
-        ::close(fd);
-    if (!bound)
-        throw std::runtime_error("no free loopback port");
-    return ntohs(address.sin_port);
-}
-
-/// Starts `words` with both outputs in `logFile`. The child dies with this thread.
-pid_t spawn(const std::vector<std::string>& words, const std::string& logFile)
-{
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (const std::string& word : words)
-        arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    const pid_t parent = ::getpid();
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (::getppid() != parent)
-            ::_exit(1);
-        const int log = ::open(logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-        ::dup2(log, STDOUT_FILENO);
-        ::dup2(log, STDERR_FILENO);
-        ::execvp(arguments[0], arguments.data());
-        ::_exit(127);
-    }
-    if (pid < 0)
-        throw std::runtime_error("cannot fork");
-    return pid;
+    return kit::Descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
 }
 
 void run(const std::vector<std::string>& words, const std::string& logFile)
 {
-    int status = 0;
-    ::waitpid(spawn(words, logFile), &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+    if (kit::ChildProcess(words, openLog(logFile).get()).wait() != 0)
         throw std::runtime_error(words[0] + " failed: see " + logFile);
 }
 
@@ -172,24 +132,19 @@ private:
 
 RedisServer::RedisServer() : RedisServer(Options()) {}
 
-RedisServer::RedisServer(const Options& options) : fOptions(options), fPort(freeLoopbackPort())
+RedisServer::RedisServer(const Options& options)
+    : fOptions(options),
+      fTemporary("redis"),
+      fFolder(fTemporary.path()),
+      fPort(kit::freeLoopbackPort())
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "redis-XXXXXX").string();
-    if (!::mkdtemp(pattern.data()))
-        throw std::runtime_error("cannot make a folder for the server");
-    fFolder = pattern;
     if (fOptions.tls)
         makeCertificates();
     writeConfiguration();
     start();
 }
 
-RedisServer::~RedisServer()
-{
-    kill();
-    std::error_code ignored;
-    std::filesystem::remove_all(fFolder, ignored);
-}
+RedisServer::~RedisServer() = default;
 
 void RedisServer::makeCertificates() const
 {
@@ -234,11 +189,12 @@ void RedisServer::writeConfiguration() const
 
 void RedisServer::start()
 {
-    fPid = spawn({"redis-server", fFolder + "/redis.conf"}, fFolder + "/redis.log");
+    const std::vector<std::string> words = {"redis-server", fFolder + "/redis.conf"};
+    fProcess = std::make_unique<kit::ChildProcess>(words, openLog(fFolder + "/redis.log").get());
     waitUntilReady();
 }
 
-void RedisServer::waitUntilReady() const
+void RedisServer::waitUntilReady()
 {
     const auto deadline = std::chrono::steady_clock::now() + startDeadline;
     while (true) {
@@ -246,9 +202,7 @@ void RedisServer::waitUntilReady() const
             command({"PING"});
             return;
         } catch (const std::runtime_error& error) {
-            int status = 0;
-            if (::waitpid(fPid, &status, WNOHANG) == fPid ||
-                std::chrono::steady_clock::now() > deadline)
+            if (!fProcess->isRunning() || std::chrono::steady_clock::now() > deadline)
                 throw std::runtime_error("redis-server did not start: " +
                                          std::string(error.what()));
         }
@@ -263,24 +217,24 @@ std::string RedisServer::command(const std::vector<std::string>& words) const
     return connection.run(words);
 }
 
+pid_t RedisServer::pid() const
+{
+    return fProcess ? fProcess->pid() : -1;
+}
+
 void RedisServer::stop()
 {
-    ::kill(fPid, SIGSTOP);
+    fProcess->signal(SIGSTOP);
 }
 
 void RedisServer::resume()
 {
-    ::kill(fPid, SIGCONT);
+    fProcess->signal(SIGCONT);
 }
 
 void RedisServer::kill()
 {
-    if (fPid <= 0)
-        return;
-    ::kill(fPid, SIGKILL);
-    int status = 0;
-    ::waitpid(fPid, &status, 0);
-    fPid = -1;
+    fProcess.reset();
 }
 
 void RedisServer::restart()

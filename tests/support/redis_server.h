@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <kit/temporary_folder.h>
+
+#include <memory>
 #include <string>
 #include <sys/types.h>
 #include <vector>
+
+namespace kit {
+class ChildProcess;
+}
 
 /// A private Redis server on a free loopback port, without persistence, for one test or
 /// benchmark. It ends with the object, and with the process that made it, however that ends.
@@ -26,7 +33,7 @@ public:
     RedisServer& operator=(const RedisServer&) = delete;
 
     int port() const { return fPort; }
-    pid_t pid() const { return fPid; }
+    pid_t pid() const;
 
     /// PEM files in the server's own folder; with Options::tls only. The client pair is signed by
     /// the same authority as the server's.
@@ -48,10 +55,11 @@ private:
     void makeCertificates() const;
     void writeConfiguration() const;
     void start();
-    void waitUntilReady() const;
+    void waitUntilReady();
 
     Options fOptions;
-    std::string fFolder;
+    kit::TemporaryFolder fTemporary;
+    const std::string fFolder;
     int fPort = 0;
-    pid_t fPid = -1;
+    std::unique_ptr<kit::ChildProcess> fProcess;
 };

@@ -9,11 +9,16 @@
 /// How the user wants to reach one robot.
 struct ConnectionSettings
 {
+    ConnectionSettings() = default;
+    /// What the command line says; paths and the user's name are in the locale's encoding.
+    ConnectionSettings(const ZoAddress& robot, const ZoBrokerOptions& options);
+
     ZoAddress address;
     QString user;     ///< empty: the server's default user
     QString password; ///< empty: none; never stored
     bool tls = false;
-    QString caFile; ///< PEM file of authorities for TLS; empty: those of the system
+    QString caFile;        ///< PEM file of authorities for TLS; empty: those of the system
+    ZoBrokerOptions other; ///< what only the command line says: certificate to show, time-outs
 
     QString addressText() const { return QString::fromStdString(address.toText()); }
     ZoBrokerOptions brokerOptions() const;

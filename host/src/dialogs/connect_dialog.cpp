@@ -15,7 +15,7 @@
 
 ConnectDialog::ConnectDialog(const QList<ConnectionSettings>& recent,
                              const ConnectionSettings& settings, QWidget* parent)
-    : QDialog(parent), fRecent(recent)
+    : QDialog(parent), fRecent(recent), fOther(settings.other)
 {
     setWindowTitle(tr("Connect to a robot"));
     auto* form = new QFormLayout(this);
@@ -129,6 +129,7 @@ void ConnectDialog::xConnect()
     settings.password = fPasswordEdit->text();
     settings.tls = fTlsBox->isChecked();
     settings.caFile = settings.tls ? fCaEdit->text() : QString();
+    settings.other = fOther;
     emit connectRequested(settings);
 }
 

@@ -44,6 +44,7 @@ private:
     void fill(const ConnectionSettings& settings);
 
     QList<ConnectionSettings> fRecent;
+    const ZoBrokerOptions fOther; ///< what the dialog does not ask for
     QComboBox* fHostBox;
     QSpinBox* fPortBox;
     QLineEdit* fUserEdit;

@@ -25,6 +25,7 @@ private slots:
     void init();
     void cleanup();
     void asksForWhatWasTyped();
+    void keepsWhatOnlyTheCommandLineSays();
     void enterConnects();
     void takesAPortTypedBehindTheHost();
     void offersRecentRobots();
@@ -37,7 +38,8 @@ private slots:
     void hidesThePassword();
 
 private:
-    void open(const QList<ConnectionSettings>& recent = {});
+    void open(const QList<ConnectionSettings>& recent = {},
+              const ConnectionSettings& settings = {});
     QPushButton* connectButton() const;
     ConnectionSettings asked() const;
     template <typename Widget>
@@ -63,9 +65,10 @@ void TestConnectDialog::cleanup()
     GuardedTest::cleanup();
 }
 
-void TestConnectDialog::open(const QList<ConnectionSettings>& recent)
+void TestConnectDialog::open(const QList<ConnectionSettings>& recent,
+                             const ConnectionSettings& settings)
 {
-    fDialog.reset(new ConnectDialog(recent, ConnectionSettings()));
+    fDialog.reset(new ConnectDialog(recent, settings));
     fDialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(fDialog.data()));
     fRequests.reset(new QSignalSpy(fDialog.data(), &ConnectDialog::connectRequested));
@@ -110,6 +113,18 @@ void TestConnectDialog::asksForWhatWasTyped()
     QCOMPARE(asked().password, QString("secret"));
     QVERIFY(asked().tls);
     QCOMPARE(asked().caFile, QString("/etc/ca.pem"));
+}
+
+void TestConnectDialog::keepsWhatOnlyTheCommandLineSays()
+{
+    ConnectionSettings settings;
+    settings.other.tlsCertFile = "/etc/me.pem";
+    settings.other.connectTimeout = std::chrono::milliseconds(300);
+    open({}, settings);
+    type("host", "robot");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().brokerOptions().tlsCertFile, std::string("/etc/me.pem"));
+    QCOMPARE(asked().brokerOptions().connectTimeout.count(), 300);
 }
 
 void TestConnectDialog::enterConnects()

@@ -2,7 +2,8 @@
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 
-#include <output.h>
+#include <kit/output.h>
+
 #include <watch.h>
 
 #include <zo/zo.h>
@@ -13,6 +14,7 @@
 #include <QtTest>
 
 using namespace std::chrono_literals;
+using kit::Output;
 
 /// How the program `zo` watches a robot.
 class TestCliWatch : public GuardedTest

@@ -33,6 +33,8 @@ private slots:
     void anOutputThatCannotBeWrittenIsAFailure();
     void anUnreachableRobotIsAFailure();
     void aPasswordOpensTheRobotAndIsNeverShown();
+    void aPasswordMayComeThroughAPipe();
+    void aPasswordThatOthersMayReadIsWarnedOfOnce();
     void tlsChecksTheRobotsCertificate();
     void wrongUseIsOneLineAndStatusTwo_data();
     void wrongUseIsOneLineAndStatusTwo();
@@ -351,6 +353,35 @@ void TestZoCli::aPasswordOpensTheRobotAndIsNeverShown()
     QCOMPARE(run(at(server, {"get", "a"})).status, 1);
     QCOMPARE(run(at(server, {"--user", "alice", "get", "a"})).status, 1);
     QCOMPARE(run(at(server, {"--user", "guest", "get", "a"})).output, QByteArray("a\tint\t1\n"));
+}
+
+void TestZoCli::aPasswordMayComeThroughAPipe()
+{
+    RedisServer::Options options;
+    options.defaultPassword = "default-secret";
+    const RedisServer server(options);
+    const Ended ended = runInShell(QString(ZO_PROGRAM " ") + at(server, {}).join(' ') +
+                                   " --password-file <(echo default-secret) get a");
+    QCOMPARE(ended.errors, QByteArray());
+    QCOMPARE(ended.output, QByteArray("a\tinvalid\t\n"));
+}
+
+void TestZoCli::aPasswordThatOthersMayReadIsWarnedOfOnce()
+{
+    RedisServer::Options options;
+    options.defaultPassword = "default-secret";
+    const RedisServer server(options);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("default-secret\n");
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::ReadOther);
+    const Ended ended = run(at(server, {"--password-file", file.fileName(), "get", "a"}));
+    QCOMPARE(ended.status, 0);
+    QCOMPARE(linesIn(ended.errors), 1);
+    QVERIFY2(ended.errors.contains(file.fileName().toUtf8()), ended.errors.constData());
+    QVERIFY2(ended.errors.contains("chmod 600"), ended.errors.constData());
+    QVERIFY(!ended.errors.contains("default-secret"));
 }
 
 void TestZoCli::tlsChecksTheRobotsCertificate()

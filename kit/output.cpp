@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "output.h"
+#include <kit/output.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -7,6 +7,8 @@
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
+
+namespace kit {
 
 namespace {
 
@@ -73,3 +75,5 @@ void Output::waitUntil(std::chrono::steady_clock::time_point then) const
             return;
     }
 }
+
+} // namespace kit

@@ -2,12 +2,14 @@
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 
-#include <escape.h>
+#include <kit/escape.h>
 
 #include <QtTest>
 
-/// How the program `zo` keeps a record on its line.
-class TestCliEscape : public GuardedTest
+using kit::escaped;
+
+/// How programs keep a record or a message on its line.
+class TestEscape : public GuardedTest
 {
     Q_OBJECT
 
@@ -18,13 +20,13 @@ private slots:
     void bytesThatAreNoUtf8Stay();
 };
 
-void TestCliEscape::ordinaryTextStays()
+void TestEscape::ordinaryTextStays()
 {
     for (const std::string text : {"", "Arm/Elbow/Angle", "a \"b\" 'c'", "\u00e9\u20ac\U0001F600"})
         QCOMPARE(escaped(text), text);
 }
 
-void TestCliEscape::controlCharactersAreWrittenOut()
+void TestEscape::controlCharactersAreWrittenOut()
 {
     QCOMPARE(escaped("a\tb\nc\rd\\e"), std::string("a\\tb\\nc\\rd\\\\e"));
     QCOMPARE(escaped(std::string("\0\x01\x1b\x1f\x7f", 5)),
@@ -32,18 +34,18 @@ void TestCliEscape::controlCharactersAreWrittenOut()
     QCOMPARE(escaped("\\n"), std::string("\\\\n"));
 }
 
-void TestCliEscape::unicodeLineBreaksAreWrittenOut()
+void TestEscape::unicodeLineBreaksAreWrittenOut()
 {
     QCOMPARE(escaped("a\u0085b\u009f"), std::string("a\\xc2\\x85b\\xc2\\x9f"));
     QCOMPARE(escaped("\u2028\u2029\u2027"), std::string("\\xe2\\x80\\xa8\\xe2\\x80\\xa9\u2027"));
     QCOMPARE(escaped("\u00a0\u00bf"), std::string("\u00a0\u00bf"));
 }
 
-void TestCliEscape::bytesThatAreNoUtf8Stay()
+void TestEscape::bytesThatAreNoUtf8Stay()
 {
     for (const std::string text : {"\xe9t\xe9", "\xc2", "\xe2\x80", "\xff\xfe", "\x85"})
         QCOMPARE(escaped(text), text);
 }
 
-REGISTER_TEST(TestCliEscape, NoApplication)
-#include "tst_cli_escape.moc"
+REGISTER_TEST(TestEscape, NoApplication)
+#include "tst_escape.moc"

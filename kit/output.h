@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace kit {
+
 /// The output cannot be written; the text says why.
 class OutputError : public std::runtime_error
 {
@@ -37,3 +39,5 @@ private:
     int fDescriptor;
     std::string fText;
 };
+
+} // namespace kit

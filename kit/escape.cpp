@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "escape.h"
+#include <kit/escape.h>
+
+namespace kit {
 
 namespace {
 
@@ -65,3 +67,5 @@ std::string escaped(std::string_view text)
     }
     return line;
 }
+
+} // namespace kit

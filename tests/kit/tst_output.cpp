@@ -4,7 +4,7 @@
 #include "support/register_test.h"
 #include "support/watched_thread.h"
 
-#include <output.h>
+#include <kit/output.h>
 
 #include <QFile>
 #include <QTemporaryFile>
@@ -16,9 +16,12 @@
 #include <unistd.h>
 
 using namespace std::chrono_literals;
+using kit::Output;
+using kit::OutputClosed;
+using kit::OutputError;
 
-/// How the program `zo` writes what it prints.
-class TestCliOutput : public GuardedTest
+/// How programs write what they print.
+class TestOutput : public GuardedTest
 {
     Q_OBJECT
 
@@ -118,13 +121,13 @@ int fill(int descriptor)
 
 } // namespace
 
-void TestCliOutput::initTestCase()
+void TestOutput::initTestCase()
 {
     GuardedTest::initTestCase();
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-void TestCliOutput::textIsWrittenOnce()
+void TestOutput::textIsWrittenOnce()
 {
     const Pipe pipe;
     Output output(pipe.writeEnd());
@@ -137,7 +140,7 @@ void TestCliOutput::textIsWrittenOnce()
     QCOMPARE(pipe.read(), QByteArray("c\n"));
 }
 
-void TestCliOutput::muchTextIsWrittenBeforeItsEnd()
+void TestOutput::muchTextIsWrittenBeforeItsEnd()
 {
     QTemporaryFile file;
     QVERIFY(file.open());
@@ -154,14 +157,14 @@ void TestCliOutput::muchTextIsWrittenBeforeItsEnd()
     QCOMPARE(QFile(file.fileName()).size(), qint64(size));
 }
 
-void TestCliOutput::aFullPipeIsWaitedFor_data()
+void TestOutput::aFullPipeIsWaitedFor_data()
 {
     QTest::addColumn<int>("flags");
     QTest::newRow("that blocks") << 0;
     QTest::newRow("that does not block") << O_NONBLOCK;
 }
 
-void TestCliOutput::aFullPipeIsWaitedFor()
+void TestOutput::aFullPipeIsWaitedFor()
 {
     QFETCH(int, flags);
     Pipe pipe(flags);
@@ -179,7 +182,7 @@ void TestCliOutput::aFullPipeIsWaitedFor()
     QVERIFY(read == text);
 }
 
-void TestCliOutput::aFullPipeWhoseReaderGoesIsClosed()
+void TestOutput::aFullPipeWhoseReaderGoesIsClosed()
 {
     Pipe pipe(O_NONBLOCK);
     Writer writer(pipe, numberedLines(30000));
@@ -188,7 +191,7 @@ void TestCliOutput::aFullPipeWhoseReaderGoesIsClosed()
     QVERIFY_EXCEPTION_THROWN(writer.join(), OutputClosed);
 }
 
-void TestCliOutput::aFullPipeDoesNotEndAWait()
+void TestOutput::aFullPipeDoesNotEndAWait()
 {
     const Pipe pipe(O_NONBLOCK);
     const auto then = std::chrono::steady_clock::now() + 10ms;
@@ -198,7 +201,7 @@ void TestCliOutput::aFullPipeDoesNotEndAWait()
     QVERIFY(std::chrono::steady_clock::now() >= then + 10ms);
 }
 
-void TestCliOutput::anEarlyWaitIsNotCutShort()
+void TestOutput::anEarlyWaitIsNotCutShort()
 {
     QTemporaryFile file;
     file.open();
@@ -208,7 +211,7 @@ void TestCliOutput::anEarlyWaitIsNotCutShort()
     Output(file.handle()).waitUntil(then - 1s);
 }
 
-void TestCliOutput::aClosedOutputEndsTheWait()
+void TestOutput::aClosedOutputEndsTheWait()
 {
     int ends[2] = {-1, -1};
     QCOMPARE(::pipe(ends), 0);
@@ -222,5 +225,5 @@ void TestCliOutput::aClosedOutputEndsTheWait()
     QVERIFY_EXCEPTION_THROWN(output.flush(), OutputError);
 }
 
-REGISTER_TEST(TestCliOutput, QCoreApplication)
-#include "tst_cli_output.moc"
+REGISTER_TEST(TestOutput, QCoreApplication)
+#include "tst_output.moc"

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <zo/address.h>
-#include <zo/broker.h>
+#include <kit/connection_options.h>
 
 #include <chrono>
 #include <string>
 #include <vector>
 
 /// What a user asks of the program `zo`.
-struct CliCommandLine
+struct ZoCommand
 {
-    enum class Command
+    enum class Action
     {
         None,
         Help,
@@ -22,9 +21,8 @@ struct CliCommandLine
         Watch
     };
 
-    Command command = Command::None;
-    ZoAddress address;
-    ZoBrokerOptions options;
+    Action action = Action::None;
+    kit::Connection connection;
     std::vector<std::string> operands;      ///< what stands behind the command and its options
     std::chrono::milliseconds period{1000}; ///< of watch
     int count = 0;                          ///< polls of watch that print; 0: no end
@@ -32,7 +30,7 @@ struct CliCommandLine
 
 /// Reads the words behind the program's name. Throws UsageError for every mistake. Reads the
 /// password file; opens nothing else.
-CliCommandLine readCommandLine(const std::vector<std::string>& words);
+ZoCommand readZoCommand(const std::vector<std::string>& words);
 
 /// The text of --help.
-std::string helpText();
+std::string zoHelp();

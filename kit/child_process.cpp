@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include <kit/child_process.h>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kit {
+
+namespace {
+
+/// What runs between fork and exec: nothing here may allocate.
+[[noreturn]] void become(char* const* words, pid_t parent, int output)
+{
+    for (int number = 1; number < NSIG; ++number)
+        ::signal(number, SIG_DFL);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::setpgid(0, 0); // a Ctrl-C is for the parent, which then ends the child
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent)
+        ::_exit(1); // the parent ended before the line above
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(STDOUT_FILENO, STDERR_FILENO);
+    ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    ::close_range(STDERR_FILENO + 1, ~0U, 0);
+    ::execvp(words[0], words);
+    ::_exit(ChildProcess::fProgramMissing);
+}
+
+pid_t spawn(std::vector<std::string>& words, int output)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
+    for (std::string& word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    const pid_t parent = ::getpid();
+    // A signal must not run this process's handler in the child.
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t pid = ::fork();
+    if (pid == 0)
+        become(pointers.data(), parent, output);
+    const int error = errno;
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (pid < 0)
+        throw std::system_error(error, std::generic_category(), "cannot start " + words[0]);
+    return pid;
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(std::vector<std::string> words, int output) : fPid(spawn(words, output))
+{
+}
+
+ChildProcess::~ChildProcess()
+{
+    signal(SIGKILL);
+    wait();
+}
+
+bool ChildProcess::isRunning()
+{
+    if (!fHasEnded)
+        fHasEnded = ::waitpid(fPid, &fStatus, WNOHANG) == fPid;
+    return !fHasEnded;
+}
+
+void ChildProcess::signal(int number) const
+{
+    if (!fHasEnded)
+        ::kill(fPid, number);
+}
+
+int ChildProcess::wait()
+{
+    while (!fHasEnded && ::waitpid(fPid, &fStatus, 0) < 0 && errno == EINTR) {
+    }
+    fHasEnded = true;
+    return exitStatus();
+}
+
+int ChildProcess::exitStatus() const
+{
+    return WIFEXITED(fStatus) ? WEXITSTATUS(fStatus) : -1;
+}
+
+} // namespace kit

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <kit/option_words.h>
+
+#include <zo/address.h>
+#include <zo/broker.h>
+
+namespace kit {
+
+/// How to reach a robot's memory, as a command line says.
+struct Connection
+{
+    bool isGiven = false; ///< --connect was there
+    ZoAddress address;
+    ZoBrokerOptions options;
+    std::string passwordFile; ///< empty: none
+    std::string warning;      ///< of completeConnection; empty: none
+};
+
+/// The options that fill `connection`, which must outlive them.
+Options connectionOptions(Connection& connection);
+
+/// To be called when they are read: reads the password file. Throws UsageError for what does not
+/// go together and for files that cannot be read.
+void completeConnection(Connection& connection);
+
+/// Tells the warning, if there is one, in the name of `program`.
+void tellWarning(const Connection& connection, const std::string& program);
+
+} // namespace kit

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace kit {
+
+struct Password
+{
+    std::string text;
+    std::string warning; ///< when others may read the file: what to do; else empty
+};
+
+/// The first line of the file at `path`, without its line break; at most 4096 bytes. Waits for
+/// whoever writes into a pipe as long as `patience`. Throws UsageError, naming the path, when it
+/// cannot be read or holds no password. Neither that nor the warning holds what the file does.
+Password readPassword(const std::string& path,
+                      std::chrono::milliseconds patience = std::chrono::seconds(30));
+
+/// Overwrites what `secret` holds, and empties it.
+void wipe(std::string& secret);
+
+} // namespace kit

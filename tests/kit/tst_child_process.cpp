@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "support/guarded_test.h"
+#include "support/register_test.h"
+
+#include <kit/child_process.h>
+#include <kit/descriptor.h>
+
+#include <QFile>
+#include <QTemporaryFile>
+#include <QtTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <optional>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// The programs that ours start.
+class TestChildProcess : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void bothItsOutputsGoWhereTheyAreWanted();
+    void itsEndIsTold();
+    void aMissingProgramIsTold();
+    void itEndsWithItsObject();
+    void itEndsWithItsParent();
+    void aCtrlCIsNotForIt();
+    void itDoesNotReadTheTerminal();
+    void itInheritsNothingThatIsOpen();
+    void signalsThatItsMakerBlocksOrIgnoresReachIt();
+
+private:
+    QByteArray printed();
+
+    QScopedPointer<QTemporaryFile> fOutput;
+};
+
+void TestChildProcess::init()
+{
+    fOutput.reset(new QTemporaryFile);
+    QVERIFY(fOutput->open());
+}
+
+QByteArray TestChildProcess::printed()
+{
+    QFile file(fOutput->fileName());
+    file.open(QIODevice::ReadOnly);
+    return file.readAll();
+}
+
+void TestChildProcess::bothItsOutputsGoWhereTheyAreWanted()
+{
+    kit::ChildProcess child({"sh", "-c", "echo one; echo 'two words' >&2; echo $1", "sh", "a b"},
+                            fOutput->handle());
+    QCOMPARE(child.wait(), 0);
+    QCOMPARE(printed(), QByteArray("one\ntwo words\na b\n"));
+}
+
+void TestChildProcess::itsEndIsTold()
+{
+    kit::ChildProcess child({"sh", "-c", "exit 3"}, fOutput->handle());
+    QTRY_VERIFY(!child.isRunning());
+    QCOMPARE(child.exitStatus(), 3);
+    QCOMPARE(child.wait(), 3);
+    kit::ChildProcess killed({"sleep", "1000"}, fOutput->handle());
+    QVERIFY(killed.isRunning());
+    killed.signal(SIGTERM);
+    QCOMPARE(killed.wait(), -1);
+    QVERIFY(!killed.isRunning());
+}
+
+void TestChildProcess::aMissingProgramIsTold()
+{
+    kit::ChildProcess child({"no-such-program"}, fOutput->handle());
+    QCOMPARE(child.wait(), int{kit::ChildProcess::fProgramMissing});
+}
+
+void TestChildProcess::itEndsWithItsObject()
+{
+    std::optional<kit::ChildProcess> child;
+    child.emplace(std::vector<std::string>{"sleep", "1000"}, fOutput->handle());
+    const pid_t pid = child->pid();
+    QCOMPARE(::kill(pid, 0), 0);
+    child.reset();
+    QCOMPARE(::kill(pid, 0), -1);
+}
+
+void TestChildProcess::itEndsWithItsParent()
+{
+    int ends[2] = {-1, -1};
+    QCOMPARE(::pipe(ends), 0);
+    const pid_t parent = ::fork();
+    if (parent == 0) {
+        // What the child prints goes into the pipe: whoever has its writing end lives.
+        new kit::ChildProcess({"sh", "-c", "echo; exec sleep 1000"}, ends[1]);
+        char line = 0;
+        ::_exit(::read(ends[0], &line, 1) == 1 ? 0 : 1); // now it runs
+    }
+    ::close(ends[1]);
+    int status = 0;
+    QCOMPARE(::waitpid(parent, &status, 0), parent);
+    QCOMPARE(status, 0);
+    pollfd pipe{ends[0], POLLIN, 0};
+    QCOMPARE(::poll(&pipe, 1, 20000), 1);
+    QVERIFY((pipe.revents & POLLHUP) != 0);
+    ::close(ends[0]);
+}
+
+void TestChildProcess::aCtrlCIsNotForIt()
+{
+    const kit::ChildProcess child({"sleep", "1000"}, fOutput->handle());
+    QTRY_COMPARE(::getpgid(child.pid()), child.pid());
+    QVERIFY(::getpgid(0) != child.pid());
+}
+
+void TestChildProcess::itDoesNotReadTheTerminal()
+{
+    kit::ChildProcess child({"readlink", "/proc/self/fd/0"}, fOutput->handle());
+    QCOMPARE(child.wait(), 0);
+    QCOMPARE(printed(), QByteArray("/dev/null\n"));
+}
+
+void TestChildProcess::itInheritsNothingThatIsOpen()
+{
+    const kit::Descriptor open(::open("/dev/zero", O_RDONLY)); // without O_CLOEXEC
+    QVERIFY(open.get() > 2);
+    // The number behind 2 is that of the folder itself, which ls reads.
+    kit::ChildProcess child({"ls", "/proc/self/fd"}, fOutput->handle());
+    QCOMPARE(child.wait(), 0);
+    QCOMPARE(printed(), QByteArray("0\n1\n2\n3\n"));
+}
+
+void TestChildProcess::signalsThatItsMakerBlocksOrIgnoresReachIt()
+{
+    sigset_t blocked;
+    sigset_t before;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const auto pipeBefore = std::signal(SIGPIPE, SIG_IGN);
+    kit::ChildProcess first({"sleep", "1000"}, fOutput->handle());
+    kit::ChildProcess second({"sleep", "1000"}, fOutput->handle());
+    std::signal(SIGPIPE, pipeBefore);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    const auto runsSleep = [](const kit::ChildProcess& child) {
+        QFile name(QString("/proc/%1/comm").arg(child.pid()));
+        return name.open(QIODevice::ReadOnly) && name.readAll() == "sleep\n";
+    };
+    QTRY_VERIFY(runsSleep(first) && runsSleep(second));
+    first.signal(SIGTERM);
+    second.signal(SIGPIPE);
+    QTRY_VERIFY_WITH_TIMEOUT(!first.isRunning() && !second.isRunning(), 20000);
+}
+
+REGISTER_TEST(TestChildProcess, QCoreApplication)
+#include "tst_child_process.moc"
