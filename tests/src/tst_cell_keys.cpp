@@ -26,7 +26,6 @@ private slots:
     void everyKeyThatPressesABarePushButtonPressesTheOneOfTheCell();
     void aKeyThatIsHeldPressesTheButtonOnce();
     void aButtonIsPressedOnceTheKeyIsAnswered();
-    void aButtonThatWentMeanwhileIsNotPressed();
     void theButtonOfAHiddenColumnIsNotPressed();
     void aPressedCellComesInSight();
     void aClickMayDeleteTheTable();
@@ -238,20 +237,6 @@ void TestCellKeys::aButtonIsPressedOnceTheKeyIsAnswered()
     QCoreApplication::sendEvent(&f.tree, &event);
     QCOMPARE(clicks.size(), 0);
     QTRY_COMPARE(clicks.size(), 1);
-}
-
-void TestCellKeys::aButtonThatWentMeanwhileIsNotPressed()
-{
-    KeyTable f({"a"});
-    f.installButtons();
-    f.show();
-    f.tree.setCurrentItem(f.rows[0], KeyTable::fButtonColumn);
-    const QSignalSpy clicks(f.button(0), &QPushButton::clicked);
-    QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QCoreApplication::sendEvent(&f.tree, &event);
-    f.tree.setItemWidget(f.rows[0], KeyTable::fButtonColumn, new QPushButton);
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(clicks.size(), 0);
 }
 
 void TestCellKeys::theButtonOfAHiddenColumnIsNotPressed()

@@ -464,6 +464,7 @@ void TestRowButtons::theFocusGoesStraightToTheTableWhenItsButtonGoes_data()
 void TestRowButtons::theFocusGoesStraightToTheTableWhenItsButtonGoes()
 {
     QFETCH(std::function<void(QTreeWidget&)>, remove);
+    QList<QWidget*> visited;
     QWidget window;
     QLineEdit before(&window);
     KeyTable f(manyNames(50));
@@ -476,7 +477,6 @@ void TestRowButtons::theFocusGoesStraightToTheTableWhenItsButtonGoes()
     QTRY_VERIFY(f.button(2)->isVisible());
     f.button(2)->setFocus();
     QVERIFY(f.button(2)->hasFocus());
-    QList<QWidget*> visited;
     connect(qApp, &QApplication::focusChanged, &window,
             [&visited](QWidget*, QWidget* now) { visited += now; });
     remove(f.tree);
