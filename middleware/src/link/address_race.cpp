@@ -26,13 +26,15 @@ std::vector<LinkAddress> interleaved(const std::vector<LinkAddress>& addresses)
 
 } // namespace
 
-void AddressRace::begin(const std::vector<LinkAddress>& addresses)
+void AddressRace::begin(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time)
 {
     auto order = interleaved(addresses);
     order.resize(std::min(order.size(), fMostAddresses));
     fRunning.clear();
     fRunning.reserve(order.size());
     fAddresses = std::move(order);
+    fPause = std::clamp<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()),
+                                                  std::chrono::nanoseconds(0), fLead);
     fNext = 0;
     fNextAt = Time::min();
 }
@@ -48,7 +50,7 @@ std::optional<LinkAddress> AddressRace::next(Time now)
 {
     if (now < nextAt())
         return {};
-    fNextAt = now + fLead;
+    fNextAt = now + fPause;
     return fAddresses[fNext++];
 }
 

@@ -16,12 +16,13 @@ class AddressRace
 public:
     using Time = SteadyClock::time_point;
 
-    /// How long one has the course for itself, unless it fails earlier.
+    /// How long one has the course for itself at most, unless it fails earlier.
     static constexpr std::chrono::milliseconds fLead{250};
     static constexpr std::size_t fMostAddresses = 16;
 
-    /// A new race, of the first of `addresses`. The one at their front goes first.
-    void begin(const std::vector<LinkAddress>& addresses);
+    /// A new race, of the first of `addresses`. The one at their front goes first. In `time` all
+    /// have their turn.
+    void begin(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time);
     void clear() noexcept;
 
     /// The address whose turn it is, if that has come at `now`. `started` must follow.
@@ -40,6 +41,7 @@ private:
     std::vector<LinkAddress> fAddresses;
     std::size_t fNext = 0;
     Time fNextAt;
+    std::chrono::nanoseconds fPause{};  ///< between two starts
     std::vector<ConnectionId> fRunning; ///< has room for all: `started` cannot fail
 };
 

@@ -110,7 +110,7 @@ void LinkMachine::lookedUp(Time now, int number, const std::vector<LinkAddress>&
 
 void LinkMachine::beginRace(Time now, const std::vector<LinkAddress>& addresses)
 {
-    fRace.begin(addresses);
+    fRace.begin(addresses, fAttemptEnd - now);
     fStage = Stage::Connecting;
     connectNext(now);
 }

@@ -105,6 +105,7 @@ private slots:
     void familiesTakeTurns();
     void theNextAddressStartsAfterAWhile();
     void theNextAddressStartsAtOnceWhenOneFails();
+    void allAddressesHaveTheirTurnInAnAttempt();
     void theFirstConnectionWins();
     void anAttemptFailsWithItsLastAddress();
     void anAttemptEndsInTimeInEachStage();
@@ -332,6 +333,21 @@ void TestLinkMachine::theNextAddressStartsAtOnceWhenOneFails()
     QCOMPARE(bench.connects.size(), std::size_t{2});
     bench.pass(moment);
     QCOMPARE(bench.connects.size(), std::size_t{3});
+}
+
+void TestLinkMachine::allAddressesHaveTheirTurnInAnAttempt()
+{
+    ZoBrokerOptions options;
+    options.connectTimeout = milliseconds(200);
+    MachineBench bench(options);
+    bench.start();
+    bench.pass(milliseconds(80));
+    bench.answerLookUp(std::vector<LinkAddress>(4, MachineBench::address("10.0.0.1")));
+    bench.pass(milliseconds(30) - moment);
+    QCOMPARE(bench.connects.size(), std::size_t{1});
+    bench.pass(milliseconds(90) - milliseconds(30) + moment);
+    QCOMPARE(bench.connects.size(), std::size_t{4});
+    QVERIFY2(bench.told.empty(), "the last one must have time of its own");
 }
 
 void TestLinkMachine::theFirstConnectionWins()
