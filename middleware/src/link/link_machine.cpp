@@ -314,8 +314,9 @@ void LinkMachine::reconnect(Time now, std::shared_ptr<const LinkSettings> settin
 {
     guarded(now, [&] {
         fSettings = std::move(settings);
-        goDown(now, Stage::Waiting, sharedText(fSettings->peer.says("connecting anew")));
         fBackOff.setBounds(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax);
+        goDown(now, Stage::Waiting, sharedText(fSettings->peer.says("connecting anew")));
+        fBackOff.startOver();
         beginAttempt(now);
     });
 }
