@@ -1,0 +1,344 @@
+// SPDX-License-Identifier: MIT
+#include "simulation/expected_link.h"
+
+#include "simulation/violation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr milliseconds lead{250};
+constexpr std::size_t mostAddresses = 16;
+constexpr seconds steady{1};
+
+milliseconds firstBound(const ZoBrokerOptions& options)
+{
+    return std::min(options.reconnectWait, options.reconnectWaitMax);
+}
+
+/// The families in turn, that of the first address first; at most 16.
+std::vector<LinkAddress> courseOf(std::vector<LinkAddress> addresses)
+{
+    const auto family = addresses.front().protocol();
+    const auto other =
+        std::stable_partition(addresses.begin(), addresses.end(), [&](const LinkAddress& address) {
+            return address.protocol() == family;
+        });
+    std::vector<LinkAddress> course;
+    auto a = addresses.begin();
+    auto b = other;
+    while (course.size() < mostAddresses && (a != other || b != addresses.end())) {
+        if (a != other)
+            course.push_back(*a++);
+        if (b != addresses.end() && course.size() < mostAddresses)
+            course.push_back(*b++);
+    }
+    return course;
+}
+
+} // namespace
+
+ExpectedLink::ExpectedLink(const LinkMachine& machine, Settings settings)
+    : fMachine(machine),
+      fSettings(std::move(settings)),
+      fTraffic(fActions),
+      fBound(firstBound(fSettings->options))
+{
+    fCondition.cause = sharedText(fSettings->peer.says("not connected yet"));
+}
+
+void ExpectedLink::begin(Time now, bool hasGoneDown, bool hasFailed)
+{
+    fNow = now;
+    fHasGoneDown = hasGoneDown;
+    fHasFailed = hasFailed;
+}
+
+/// Whether memory ran out, after which only one thing can be right.
+bool ExpectedLink::failsHere()
+{
+    if (!fHasFailed || !fHasGoneDown)
+        return false;
+    goDown(Stage::Waiting, "out of memory");
+    return true;
+}
+
+void ExpectedLink::start()
+{
+    fCondition.since = fNow;
+    beginAttempt();
+}
+
+void ExpectedLink::beginAttempt()
+{
+    fStage = Stage::LookingUp;
+    fAttemptEnd = fNow + fSettings->options.connectTimeout;
+    if (!fFound.empty()) {
+        const Addresses found = std::exchange(fFound, {});
+        if (!failsHere())
+            race(found);
+    } else if (!fIsLookingUp || fNow >= fLookUpSince + fLookUpPatience) {
+        lookUp();
+    }
+}
+
+void ExpectedLink::lookUp()
+{
+    fLookUpPatience = fIsLookingUp ? std::min(2 * fLookUpPatience, seconds(600)) : seconds(10);
+    fIsLookingUp = true;
+    fLookUpSince = fNow;
+    fActions.push_back(LinkAction::LookUp{++fLookUps});
+}
+
+void ExpectedLink::lookedUp(int number, const Addresses& addresses, const std::string& problem)
+{
+    if (isStopped())
+        return;
+    const bool isNewest = fIsLookingUp && number == fLookUps;
+    fIsLookingUp = fIsLookingUp && !isNewest;
+    if (failsHere())
+        return;
+    if (fStage == Stage::Waiting)
+        fFound = addresses;
+    if (fStage != Stage::LookingUp)
+        return;
+    if (!addresses.empty())
+        race(addresses);
+    else if (isNewest)
+        fail(problem);
+}
+
+void ExpectedLink::race(const Addresses& addresses)
+{
+    fStage = Stage::Connecting;
+    fCourse = courseOf(addresses);
+    const auto count = static_cast<int>(fCourse.size());
+    const std::chrono::nanoseconds left = std::max(fAttemptEnd, fNow) - fNow;
+    fLead = std::min<std::chrono::nanoseconds>(lead, left / count);
+    fNextAt = fNow;
+    connectNext();
+}
+
+void ExpectedLink::connectNext()
+{
+    if (fCourse.empty() || fNow < fNextAt)
+        return;
+    fNextAt = fNow + fLead;
+    fRunning.push_back(++fNewest);
+    fActions.push_back(LinkAction::Connect{fNewest, fCourse.front()});
+    fCourse.erase(fCourse.begin());
+}
+
+bool ExpectedLink::leaveRace(ConnectionId connection)
+{
+    const auto found = std::find(fRunning.begin(), fRunning.end(), connection);
+    if (fStage != Stage::Connecting || found == fRunning.end())
+        return false;
+    fRunning.erase(found);
+    return true;
+}
+
+void ExpectedLink::connected(ConnectionId connection)
+{
+    if (!leaveRace(connection))
+        return;
+    for (const ConnectionId loser : std::exchange(fRunning, {}))
+        fActions.push_back(LinkAction::Close{loser});
+    fCourse.clear();
+    fCurrent = connection;
+    if (!fSettings->options.tls)
+        return greet();
+    fStage = Stage::Securing;
+    fActions.push_back(LinkAction::StartTls{connection});
+}
+
+void ExpectedLink::secured(ConnectionId connection)
+{
+    if (fStage == Stage::Securing && connection == fCurrent)
+        greet();
+}
+
+void ExpectedLink::greet()
+{
+    fStage = Stage::Greeting;
+    if (!failsHere())
+        fTraffic.open(fNow, fCurrent, fSettings);
+}
+
+void ExpectedLink::received(ConnectionId connection, const Arrival& arrival)
+{
+    if (!isTalking() || connection != fCurrent)
+        return;
+    fTraffic.received(fNow, arrival);
+    if (failsHere())
+        return;
+    const bool isNoticed = fHasGoneDown && !fMachine.condition().isRefused;
+    if (arrival.mustNotice || (arrival.mayNotice && isNoticed))
+        fail("");
+    else
+        goOn();
+}
+
+void ExpectedLink::written(ConnectionId connection)
+{
+    if (!isTalking() || connection != fCurrent)
+        return;
+    fTraffic.written(fNow);
+    if (!failsHere())
+        goOn();
+}
+
+void ExpectedLink::goOn()
+{
+    if (fStage == Stage::Greeting)
+        judgeGreeting();
+    else
+        fTraffic.goOn(fNow);
+}
+
+void ExpectedLink::judgeGreeting()
+{
+    const auto& words = fTraffic.greeted();
+    const std::size_t logins = expectedGreeting(*fSettings).find("AUTH") == 8 ? 1 : 0;
+    if (logins > 0 && !words.empty() && words[0] != Word::Fine)
+        return words[0] == Word::Passing ? fail("not ready: ")
+                                         : goDown(Stage::Refused, "user or password refused: ");
+    if (words.size() <= logins)
+        return;
+    const Word ping = words[logins];
+    if (ping == Word::NeedsLogin)
+        return goDown(Stage::Refused, "login refused: NOAUTH");
+    if (ping != Word::Fine && ping != Word::NoRight)
+        return fail("not ready: ");
+    if (!fTraffic.takeWhole(fNow))
+        return;
+    fStage = Stage::Up;
+    fUpSince = fNow;
+    tell(true, nullptr);
+}
+
+void ExpectedLink::closed(ConnectionId connection, const std::string& problem)
+{
+    if (leaveRace(connection)) {
+        fActions.push_back(LinkAction::Close{connection});
+        fNextAt = fNow;
+        connectNext();
+        if (fRunning.empty() && fCourse.empty() && !failsHere())
+            fail(problem);
+    } else if (connection == fCurrent && fCurrent != 0 && !failsHere()) {
+        fail(problem);
+    }
+}
+
+void ExpectedLink::refused(ConnectionId connection, const std::string& problem)
+{
+    if (connection == fCurrent && fCurrent != 0 && !failsHere())
+        goDown(Stage::Refused, problem);
+}
+
+void ExpectedLink::call(const Call& call)
+{
+    if (fStage != Stage::Up) {
+        fActions.push_back(LinkAction::End{call, fCondition.cause});
+    } else if (fHasFailed && !fHasGoneDown) {
+        fActions.push_back(LinkAction::End{call, sharedText("out of memory")});
+    } else {
+        fTraffic.add(call);
+        if (!failsHere())
+            fTraffic.goOn(fNow);
+    }
+}
+
+void ExpectedLink::givenUp(const Call& call)
+{
+    if (!isStopped())
+        fTraffic.drop(call);
+}
+
+void ExpectedLink::woken()
+{
+    if (fStage == Stage::Waiting && fRetryAt && fNow >= *fRetryAt)
+        return beginAttempt();
+    if (isTrying() && fNow >= fAttemptEnd) {
+        if (!failsHere())
+            fail(tooLate());
+    } else if (fStage == Stage::Connecting) {
+        connectNext();
+    } else if (fStage == Stage::Up) {
+        fIsEndingLate = failsHere();
+        if (!fIsEndingLate && !fTraffic.attend(fNow))
+            fail("silent for ");
+    }
+}
+
+void ExpectedLink::failed()
+{
+    if (!isStopped())
+        goDown(Stage::Waiting, "out of memory");
+}
+
+void ExpectedLink::reconnect(Settings settings)
+{
+    if (isStopped())
+        return;
+    fSettings = std::move(settings);
+    fBound = firstBound(fSettings->options);
+    goDown(Stage::Waiting, fHasFailed ? "out of memory" : "connecting anew");
+    if (fHasFailed)
+        return;
+    fBound = firstBound(fSettings->options);
+    beginAttempt();
+}
+
+void ExpectedLink::stop()
+{
+    goDown(Stage::Stopped, "the link is closed");
+}
+
+void ExpectedLink::fail(const std::string& problem)
+{
+    goDown(Stage::Waiting, problem);
+}
+
+void ExpectedLink::goDown(Stage next, const std::string& cause)
+{
+    if (fStage == Stage::Up && fNow - fUpSince >= steady)
+        fBound = firstBound(fSettings->options);
+    fStage = next;
+    fRetryAt.reset();
+    if (next == Stage::Waiting) {
+        fWaitBound = fBound;
+        fBound = std::min(2 * fBound, fSettings->options.reconnectWaitMax);
+    }
+    for (const ConnectionId running : std::exchange(fRunning, {}))
+        fActions.push_back(LinkAction::Close{running});
+    fCourse.clear();
+    if (fCurrent != 0)
+        fActions.push_back(LinkAction::Close{std::exchange(fCurrent, 0)});
+    const SharedText shared = sharedText(cause);
+    tell(false, shared);
+    fTraffic.close(shared);
+}
+
+void ExpectedLink::tell(bool isUp, const SharedText& cause)
+{
+    if (fCondition.isUp != isUp)
+        fCondition.since = fNow;
+    fCondition.isUp = isUp;
+    fCondition.isRefused = fStage == Stage::Refused;
+    fCondition.cause = cause;
+    fActions.push_back(LinkAction::Tell{fCondition});
+}
+
+std::string ExpectedLink::tooLate() const
+{
+    static constexpr const char* doings[] = {"looking up the host", "connecting", "setting up TLS",
+                                             "authenticating"};
+    const int trying = static_cast<int>(fStage) - static_cast<int>(Stage::LookingUp);
+    return "no connection within " + std::to_string(fSettings->options.connectTimeout.count()) +
+           " ms, while " + doings[trying];
+}

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "simulation/answer_stream.h"
+
+#include <link/link_actions.h>
+#include <link/link_settings.h>
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The actions that a link is expected to ask for. The texts of problems are parts of the real
+/// ones.
+using ExpectedActions = std::deque<LinkAction::Any>;
+
+/// What goes over a link as its callers and its robot may expect it: told a second time, by
+/// someone who knows what each byte of the robot means and so reads none of them. A part of
+/// ExpectedLink.
+class ExpectedTraffic
+{
+public:
+    using Time = SteadyClock::time_point;
+    using Call = std::shared_ptr<Exchange>;
+    using Duration = std::chrono::microseconds;
+
+    explicit ExpectedTraffic(ExpectedActions& actions) : fActions(actions) {}
+
+    void open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings);
+    void close(const SharedText& problem);
+
+    void add(const Call& call) { fWaiting.push_back(call); }
+    void drop(const Call& call);
+    void written(Time now);
+    /// Takes what a robot has said; of a greeting, its answers.
+    void received(Time now, const Arrival& arrival);
+    /// Whether all of what was asked is written and answered; it is over then.
+    bool takeWhole(Time now);
+    void goOn(Time now);
+    /// Whether the link has been silent for too long.
+    bool attend(Time now);
+
+    const std::vector<Word>& greeted() const { return fGreeted; }
+    bool isBusy() const { return fAsking && fAsking->call; }
+    bool hasCalls() const { return isBusy() || !fWaiting.empty(); }
+    bool isUnderWay(const Exchange* call) const { return isBusy() && fAsking->call.get() == call; }
+    Time dueAt() const;
+    Duration roundTrip() const { return fRoundTrip; }
+    Duration linkPatience() const;
+    const char* askedName() const;
+
+private:
+    /// What is asked at the moment.
+    struct Asking
+    {
+        Call call; ///< null: the link itself asks
+        SharedText bytes;
+        int missing; ///< replies
+        std::size_t offset = 0;
+        bool isWritten = false;
+        bool isAnswered = false;
+        Time since{};
+    };
+
+    void ask(Time now, Asking asking);
+    void writeOn();
+    void sendNext(Time now);
+    void endLate(Time now);
+    bool isLate(Time now, const Call& call) const;
+    void end(const Call& call, const std::string& problem);
+    std::string latenessOfAsked(Time now) const;
+    Duration callPatience() const;
+
+    ExpectedActions& fActions;
+    ConnectionId fConnection = 0;
+    std::shared_ptr<const LinkSettings> fSettings;
+    std::optional<Asking> fAsking;
+    bool fIsAwaited = false;
+    std::deque<Call> fWaiting;
+    std::vector<Word> fGreeted;
+    Time fSilentSince;
+    Time fIdleSince;
+    bool fIsRoundTripKnown = false;
+    Duration fRoundTrip{0};
+};
+
+/// What a link with these settings says first.
+std::string expectedGreeting(const LinkSettings& settings);

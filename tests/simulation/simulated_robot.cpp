@@ -1,0 +1,333 @@
+// SPDX-License-Identifier: MIT
+#include "simulation/simulated_robot.h"
+
+#include "simulation/request_reader.h"
+
+#include <wire/limits.h>
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace {
+
+std::string lowered(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+}
+
+/// How many words a command has: exactly so many, or at least so many when negative. 0: there is
+/// no such command.
+int wordsOf(std::string_view name)
+{
+    static constexpr std::pair<std::string_view, int> known[] = {
+        {"auth", -2}, {"client|setname", 3}, {"get", 2},   {"mget", -2},
+        {"mset", -3}, {"ping", -1},          {"scan", -2}, {"set", -3}};
+    for (const auto& command : known) {
+        if (command.first == name)
+            return command.second;
+    }
+    return 0;
+}
+
+std::string nameOf(const SimulatedRobot::Words& words)
+{
+    std::string name = lowered(words[0]);
+    if (name == "client" && words.size() > 1)
+        name.append("|").append(lowered(words[1]));
+    return name;
+}
+
+std::string unknown(const SimulatedRobot::Words& words)
+{
+    std::string text =
+        "ERR unknown command '" + std::string(words[0]) + "', with args beginning with: ";
+    for (std::size_t i = 1; i < words.size(); ++i)
+        text.append("'").append(words[i]).append("' ");
+    return text;
+}
+
+Word wordOf(std::string_view error)
+{
+    const auto begins = [&](std::string_view with) { return error.substr(0, with.size()) == with; };
+    if (begins("LOADING ") || begins("ERR max number of clients"))
+        return Word::Passing;
+    if (begins("NOAUTH "))
+        return Word::NeedsLogin;
+    return begins("NOPERM ") ? Word::NoRight : Word::Refusal;
+}
+
+void appendText(std::string_view text, std::string& reply)
+{
+    reply.append("$")
+        .append(std::to_string(text.size()))
+        .append("\r\n")
+        .append(text)
+        .append("\r\n");
+}
+
+const std::string& largeText()
+{
+    static const std::string text(ReplyLimits::fMaxValue + 1, 'x');
+    return text;
+}
+
+/// Bytes that answer nothing, whatever was asked.
+const std::vector<std::string>& garbage()
+{
+    static const std::vector<std::string> all = {
+        "HTTP/1.1 400 Bad Request\r\n\r\n",
+        "*-7\r\n",
+        "$12x\r\n",
+        ":12a\r\n",
+        "$3\r\nabcdefgh\r\n",
+        "+OK\rno\r\n",
+        "-" + std::string(5000, 'e'),
+        "#x\r\n",
+        "=3\r\nabc\r\n",
+        "$536870913\r\n",
+        "*1048577\r\n",
+        "_\r\n",
+        ":7\r\n",
+        "%1\r\n$1\r\na\r\n$1\r\nb\r\n",
+        std::string(16, '\0'),
+        ">-1\r\n",
+        "|1\r\n>1\r\n",
+        "*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n:1\r\n"};
+    return all;
+}
+
+const std::vector<std::string>& pushes()
+{
+    static const std::vector<std::string> all = {
+        ">2\r\n$10\r\ninvalidate\r\n*1\r\n$10\r\nArm/Joint0\r\n",
+        ">2\r\n$10\r\ninvalidate\r\n_\r\n",
+        ">3\r\n$7\r\nmessage\r\n$1\r\nc\r\n$9\r\n$3\r\nabc\r\n\r\n", ">0\r\n",
+        ">1\r\n%1\r\n+a\r\n*2\r\n:1\r\n,2.5\r\n"};
+    return all;
+}
+
+} // namespace
+
+void SimulatedRobot::welcome(RobotSession& session) const
+{
+    session.isLoggedIn = rules.password.empty();
+    if (!rules.isFull)
+        return;
+    session.answers.say("-ERR max number of clients reached\r\n", Word::Passing);
+    session.hangsUp = true;
+    session.isMute = true;
+}
+
+void SimulatedRobot::receive(RobotSession& session, std::string_view bytes)
+{
+    session.input.append(bytes);
+    std::string_view rest = session.input;
+    Words words;
+    while (!session.isMute && !rest.empty() && takeCommand(rest, words))
+        execute(session, words);
+    session.input.erase(0, session.input.size() - rest.size());
+}
+
+void SimulatedRobot::push(RobotSession& session)
+{
+    if (!session.isMute)
+        session.answers.say(fRandom.pick(pushes()), Word::Push, Fault::Push);
+}
+
+void SimulatedRobot::execute(RobotSession& session, const Words& words)
+{
+    if (lives && fRandom.chance(40)) {
+        const int key = static_cast<int>(fRandom.below(memory.keys()));
+        memory.put(key, fRandom.chance(10) ? noValue : memory.fresh(key));
+    }
+    const std::string name = nameOf(words);
+    const int count = static_cast<int>(words.size());
+    const int wanted = wordsOf(name);
+    if (wanted == 0)
+        return fail(session, unknown(words));
+    if (wanted > 0 ? count != wanted : count < -wanted)
+        return fail(session, "ERR wrong number of arguments for '" + name + "' command");
+    if (name == "auth")
+        return logIn(session, words);
+    if (!session.isLoggedIn)
+        return fail(session, "NOAUTH Authentication required.");
+    if (isForbidden(name))
+        return fail(session,
+                    "NOPERM this user has no permissions to run the '" + name + "' command");
+    if (asksForForbidden(words, name))
+        return fail(session,
+                    "NOPERM this user has no permissions to access one of the keys used as "
+                    "arguments");
+    if (rules.isLoading && name != "client|setname")
+        return fail(session, "LOADING Redis is loading the dataset in memory");
+    answer(session, words, name);
+}
+
+bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name) const
+{
+    if (rules.forbiddenKey < 0 || (name != "mget" && name != "set" && name != "get"))
+        return false;
+    const std::string key = keyName(rules.forbiddenKey);
+    const auto end = name == "mget" ? words.end() : words.begin() + 2;
+    return std::find(words.begin() + 1, end, key) != end;
+}
+
+void SimulatedRobot::answer(RobotSession& session, const Words& words, std::string_view name)
+{
+    if (name == "mget")
+        return values(session, words);
+    if (name == "scan")
+        return names(session);
+    if (name == "ping" && words.size() > 2)
+        return fail(session, "ERR wrong number of arguments for 'ping' command");
+    if (name == "ping" && words.size() == 2) {
+        fReply.clear();
+        appendText(words[1], fReply);
+        return say(session, fReply);
+    }
+    if (name == "ping")
+        return say(session, "+PONG\r\n");
+    if (name == "get") {
+        fReply.clear();
+        appendValue(words[1]);
+        return say(session, fReply);
+    }
+    if (name == "mset" && words.size() % 2 == 0)
+        return fail(session, "ERR wrong number of arguments for 'mset' command");
+    if (name == "set" || name == "mset")
+        store(words);
+    say(session, "+OK\r\n");
+}
+
+void SimulatedRobot::logIn(RobotSession& session, const Words& words)
+{
+    if (words.size() > 3)
+        return fail(session, "ERR syntax error");
+    if (rules.password.empty() && words.size() == 2)
+        return fail(session, "ERR AUTH <password> called without any password configured for the "
+                             "default user. Are you sure your configuration is correct?");
+    const bool isKnown = words.size() == 2 || words[1] == rules.user || words[1] == "default";
+    const bool isOpen = rules.password.empty() && words[1] == "default";
+    if (!isOpen && (!isKnown || rules.password.empty() || words.back() != rules.password))
+        return fail(session, "WRONGPASS invalid username-password pair or user is disabled.");
+    session.isLoggedIn = true;
+    say(session, "+OK\r\n");
+}
+
+void SimulatedRobot::values(RobotSession& session, const Words& words)
+{
+    if (spoilValues(session, words))
+        return;
+    fReply.assign("*").append(std::to_string(words.size() - 1)).append("\r\n");
+    for (std::size_t i = 1; i < words.size(); ++i)
+        appendValue(words[i]);
+    say(session, fReply);
+}
+
+/// What can go wrong with values and nothing else; whether it did.
+bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
+{
+    const Fault fault = nextReply;
+    const bool isSpoilt = fault == Fault::TooManyElements || fault == Fault::TooFewElements ||
+                          fault == Fault::PushInsideReply;
+    const int key = keyNumber(words[1]);
+    if (fault == Fault::LargeValue && key >= 0) {
+        nextReply = Fault::None;
+        memory.put(key, largeValue);
+        fReply.assign("*").append(std::to_string(words.size() - 1)).append("\r\n");
+        for (std::size_t i = 1; i < words.size(); ++i)
+            appendValue(words[i]);
+        memory.put(key, memory.fresh(key));
+        session.answers.say(fReply, Word::Fine, fault);
+        return true;
+    }
+    if (!isSpoilt)
+        return false;
+    nextReply = Fault::None;
+    const std::size_t surplus = fault == Fault::TooManyElements ? 1 : 0;
+    const std::size_t missing = fault == Fault::TooFewElements ? 1 : 0;
+    fReply.assign("*").append(std::to_string(words.size() - 1 + surplus - missing)).append("\r\n");
+    if (fault == Fault::PushInsideReply)
+        fReply.append(fRandom.pick(pushes()));
+    for (std::size_t i = 1; i < words.size(); ++i)
+        appendValue(words[i]);
+    session.answers.say(fReply, Word::Spoilt, fault);
+    session.isMute = true;
+    return true;
+}
+
+void SimulatedRobot::names(RobotSession& session)
+{
+    std::string list;
+    int count = 0;
+    for (int key = 0; key < memory.keys(); ++key) {
+        if (memory.get(key) == noValue)
+            continue;
+        appendText(keyName(key), list);
+        ++count;
+    }
+    fReply.assign("*2\r\n$1\r\n0\r\n*").append(std::to_string(count)).append("\r\n").append(list);
+    say(session, fReply);
+}
+
+void SimulatedRobot::store(const Words& words)
+{
+    for (std::size_t i = 1; i + 1 < words.size(); i += 2) {
+        const int key = keyNumber(words[i]);
+        const ValueId id = valueIdOfText(words[i + 1]);
+        if (key >= 0 && key < memory.keys() && id > 0)
+            memory.put(key, id);
+    }
+}
+
+void SimulatedRobot::appendValue(std::string_view name)
+{
+    const int key = keyNumber(name);
+    const ValueId id = key >= 0 && key < memory.keys() ? memory.get(key) : noValue;
+    if (id == noValue)
+        fReply.append("$-1\r\n");
+    else if (id == largeValue)
+        appendText(largeText(), fReply);
+    else
+        appendText(robotText(id), fReply);
+}
+
+void SimulatedRobot::fail(RobotSession& session, const std::string& text)
+{
+    say(session, "-" + text + "\r\n", wordOf(text));
+}
+
+void SimulatedRobot::say(RobotSession& session, std::string_view reply, Word word)
+{
+    const Fault fault = nextReply;
+    switch (fault) {
+    case Fault::Garbage:
+        session.answers.say(fRandom.pick(garbage()), Word::Spoilt, fault);
+        session.isMute = true;
+        break;
+    case Fault::SurplusReply:
+        session.answers.say(reply, word);
+        session.answers.say(":1\r\n", Word::Spoilt, fault);
+        session.isMute = true;
+        break;
+    case Fault::Push:
+        push(session);
+        session.answers.say(reply, word);
+        break;
+    case Fault::ReplyBreaksOff:
+    case Fault::DeathInsideReply:
+        session.answers.say(reply.substr(0, 1 + fRandom.below(reply.size() - 1)), Word::Part,
+                            fault);
+        session.isMute = true;
+        session.hangsUp = fault == Fault::DeathInsideReply;
+        break;
+    default: // none, or one that waits for values
+        session.answers.say(reply, word);
+        return;
+    }
+    nextReply = Fault::None;
+}

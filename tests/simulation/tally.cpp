@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "simulation/tally.h"
+
+#include <cstdio>
+#include <numeric>
+
+namespace {
+
+constexpr std::uint64_t enoughWaits = 20000;
+
+template <class Count>
+void forEachPossible(const Tally& tally, Count count)
+{
+    for (int fault = 1; fault < faults; ++fault) {
+        for (int doing = 0; doing < linkDoings; ++doing) {
+            if (!whyImpossible(static_cast<Fault>(fault), static_cast<LinkDoing>(doing)))
+                count(tally.met[fault][doing]);
+        }
+    }
+}
+
+} // namespace
+
+void Tally::add(const Tally& other)
+{
+    schedules += other.schedules;
+    violations += other.violations;
+    for (std::size_t i = 0; i < met.size(); ++i) {
+        for (std::size_t j = 0; j < met[i].size(); ++j)
+            met[i][j] += other.met[i][j];
+    }
+    for (std::size_t i = 0; i < events.size(); ++i)
+        events[i] += other.events[i];
+    for (std::size_t i = 0; i < waits.size(); ++i)
+        waits[i] += other.waits[i];
+}
+
+std::uint64_t Tally::medianEvents() const
+{
+    const auto all = std::accumulate(events.begin(), events.end(), std::uint64_t{0});
+    std::uint64_t count = 0;
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        count += events[i];
+        if (2 * count >= all)
+            return i;
+    }
+    return 0;
+}
+
+bool Tally::hasEvenWaits() const
+{
+    const auto all = std::accumulate(waits.begin(), waits.end(), std::uint64_t{0});
+    if (all < enoughWaits)
+        return true;
+    for (const std::uint64_t tenth : waits) {
+        if (tenth * 12 < all || tenth * 8 > all)
+            return false;
+    }
+    return true;
+}
+
+int Tally::cellsBelow(std::uint64_t least) const
+{
+    int below = 0;
+    forEachPossible(*this, [&](std::uint64_t count) { below += count < least ? 1 : 0; });
+    return below;
+}
+
+void printMet(const Tally& tally)
+{
+    std::printf("%-22s", "met by a link in state");
+    for (int doing = 0; doing < linkDoings; ++doing)
+        std::printf("%9s", nameOf(static_cast<LinkDoing>(doing)));
+    std::printf("\n");
+    for (int fault = 1; fault < faults; ++fault) {
+        std::printf("%-22s", nameOf(static_cast<Fault>(fault)));
+        for (int doing = 0; doing < linkDoings; ++doing) {
+            const auto count = tally.met[fault][doing];
+            if (whyImpossible(static_cast<Fault>(fault), static_cast<LinkDoing>(doing)))
+                std::printf("%9s", count == 0 ? "-" : "- (met!)");
+            else
+                std::printf("%9llu", static_cast<unsigned long long>(count));
+        }
+        std::printf("\n");
+    }
+}

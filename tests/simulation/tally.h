@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "simulation/fault.h"
+
+#include <array>
+#include <cstdint>
+
+/// What is counted over many schedules. A plain record, so that several processes can each fill
+/// one; sums do not depend on who counted what.
+struct Tally
+{
+    static constexpr int fMostEvents = 8192; ///< more in one schedule are a violation
+    static constexpr int fTenths = 10;
+
+    std::uint64_t schedules = 0;
+    std::uint64_t violations = 0;
+    std::array<std::array<std::uint64_t, linkDoings>, faults> met{}; ///< fault by doing
+    std::array<std::uint64_t, fMostEvents + 1> events{}; ///< schedules with so many events
+    std::array<std::uint64_t, fTenths> waits{};          ///< where in their bounds they lay
+
+    void meet(Fault fault, LinkDoing doing)
+    {
+        ++met[static_cast<std::size_t>(fault)][static_cast<std::size_t>(doing)];
+    }
+    void add(const Tally& other);
+    std::uint64_t medianEvents() const;
+    /// Whether random waits are spread evenly over their bounds, as far as there are enough.
+    bool hasEvenWaits() const;
+    /// How many possible cells were met less than `least` times.
+    int cellsBelow(std::uint64_t least) const;
+};
+
+/// Writes fault by doing on the standard output; impossible cells are "-".
+void printMet(const Tally& tally);

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+/// What a link must never do, and did. It ends its schedule.
+class Violation : public std::exception
+{
+public:
+    /// `invariant` is a short name, the same each time; `detail` says what happened.
+    Violation(std::string invariant, const std::string& detail)
+        : fInvariant(std::move(invariant)), fText(fInvariant + ": " + detail)
+    {
+    }
+
+    const std::string& invariant() const { return fInvariant; }
+    const char* what() const noexcept override { return fText.c_str(); }
+
+private:
+    std::string fInvariant;
+    std::string fText;
+};
+
+/// `detail` makes the text, and is called only then.
+template <class Detail>
+void require(bool isKept, const char* invariant, Detail detail)
+{
+    if (!isKept)
+        throw Violation(invariant, detail());
+}
