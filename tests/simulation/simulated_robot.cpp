@@ -169,11 +169,17 @@ void SimulatedRobot::execute(RobotSession& session, const Words& words)
 
 bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name) const
 {
-    if (rules.forbiddenKey < 0 || (name != "mget" && name != "set" && name != "get"))
+    const bool hasKeys = name == "mget" || name == "get" || name == "mset" || name == "set";
+    if (rules.forbiddenKey < 0 || !hasKeys)
         return false;
     const std::string key = keyName(rules.forbiddenKey);
-    const auto end = name == "mget" ? words.end() : words.begin() + 2;
-    return std::find(words.begin() + 1, end, key) != end;
+    const std::size_t step = name == "mset" ? 2 : 1;
+    const std::size_t end = name == "set" ? 2 : words.size();
+    for (std::size_t i = 1; i < end; i += step) {
+        if (words[i] == key)
+            return true;
+    }
+    return false;
 }
 
 void SimulatedRobot::answer(RobotSession& session, const Words& words, std::string_view name)

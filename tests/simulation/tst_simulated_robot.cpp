@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+#include "simulation/simulated_robot.h"
+#include "support/guarded_test.h"
+#include "support/redis_server.h"
+#include "support/register_test.h"
+
+#include <wire/request.h>
+
+#include <QtTest>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+using Command = std::vector<std::string_view>;
+
+/// A connection to a real server on this machine.
+class Client
+{
+public:
+    explicit Client(int port) : fSocket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(static_cast<std::uint16_t>(port));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        fIsOpen = ::connect(fSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    }
+    ~Client() { ::close(fSocket); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    /// All that the server says to `bytes`, at least `expected` bytes if it says so many in time.
+    std::string ask(const std::string& bytes, std::size_t expected)
+    {
+        if (!fIsOpen || ::send(fSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) !=
+                            static_cast<ssize_t>(bytes.size()))
+            return "cannot send";
+        std::string answer;
+        while (answer.size() < expected && receive(answer)) {
+        }
+        ::shutdown(fSocket, SHUT_WR); // the server says the rest, and hangs up
+        while (receive(answer)) {
+        }
+        return answer;
+    }
+
+private:
+    bool receive(std::string& answer) const
+    {
+        char block[4096];
+        pollfd ready{fSocket, POLLIN, 0};
+        const ssize_t got =
+            ::poll(&ready, 1, 10000) > 0 ? ::recv(fSocket, block, sizeof block, 0) : 0;
+        if (got > 0)
+            answer.append(block, static_cast<std::size_t>(got));
+        return got > 0;
+    }
+
+    int fSocket;
+    bool fIsOpen = false;
+};
+
+std::string encoded(const std::vector<Command>& commands)
+{
+    std::string bytes;
+    for (const Command& command : commands)
+        appendCommand(command, bytes);
+    return bytes;
+}
+
+/// What the simulated robot says to the same, in one piece or byte by byte.
+std::string simulated(const SimulatedRobot::Rules& rules, const std::string& bytes,
+                      std::size_t piece)
+{
+    const Agenda agenda;
+    Random random(1);
+    SimulatedRobot robot(agenda, random, rules, 3);
+    RobotSession session;
+    robot.welcome(session);
+    for (std::size_t at = 0; at < bytes.size(); at += piece)
+        robot.receive(session, std::string_view(bytes).substr(at, piece));
+    return std::string(session.answers.arrive(session.answers.waiting()).bytes);
+}
+
+void compare(const RedisServer& server, const SimulatedRobot::Rules& rules,
+             const std::vector<Command>& commands)
+{
+    const std::string bytes = encoded(commands);
+    const std::string expected = simulated(rules, bytes, bytes.size());
+    QVERIFY(!expected.empty());
+    QCOMPARE(simulated(rules, bytes, 1), expected);
+    QCOMPARE(Client(server.port()).ask(bytes, expected.size()), expected);
+}
+
+const std::string one = robotText(makeValueId(0, 1));
+const std::string two = robotText(makeValueId(1, 2));
+const std::string three = robotText(makeValueId(2, 3));
+const std::string four = robotText(makeValueId(0, 4));
+
+} // namespace
+
+/// The simulated robot says to every command the very bytes that a real server says.
+class TestSimulatedRobot : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void valuesAreStoredAndRead();
+    void commandsThatMakeNoSenseAreRefused();
+    void namesAreListed();
+    void nobodyNeedsToLogIn();
+    void strangersAreTurnedAway();
+    void friendsMayLogIn();
+    void aCommandMayBeForbidden();
+    void aKeyMayBeForbidden();
+    void aFullServerTurnsAway();
+};
+
+void TestSimulatedRobot::valuesAreStoredAndRead()
+{
+    const RedisServer server;
+    compare(server, {},
+            {{"PING"},
+             {"ping", "hello"},
+             {"CLIENT", "SETNAME", "panel"},
+             {"MGET", "Arm/Joint0", "Arm/Joint1"},
+             {"SET", "Arm/Joint0", one},
+             {"GET", "Arm/Joint0"},
+             {"GET", "Arm/Joint2"},
+             {"MSET", "Arm/Joint1", two, "Arm/Joint2", three, "Arm/Joint0", four},
+             {"MGET", "Arm/Joint0", "Arm/Joint1", "Nowhere", "Arm/Joint0", "Arm/Joint2"}});
+}
+
+void TestSimulatedRobot::commandsThatMakeNoSenseAreRefused()
+{
+    const RedisServer server;
+    compare(server, {},
+            {{"FETCH"},
+             {"Fetch", "Arm/Joint0", "twice"},
+             {"MGET"},
+             {"GET"},
+             {"GET", "Arm/Joint0", "Arm/Joint1"},
+             {"SET", "Arm/Joint0"},
+             {"MSET", "Arm/Joint0"},
+             {"MSET", "Arm/Joint0", one, "Arm/Joint1"},
+             {"PING", "one", "two"},
+             {"CLIENT", "SETNAME"},
+             {"SCAN"},
+             {"AUTH"},
+             {"AUTH", "a", "b", "c"},
+             {"PING"}});
+}
+
+void TestSimulatedRobot::namesAreListed()
+{
+    const RedisServer server;
+    compare(server, {}, {{"SCAN", "0", "COUNT", "1000", "TYPE", "string"}});
+    compare(server, {},
+            {{"SET", "Arm/Joint1", two}, {"SCAN", "0", "COUNT", "1000", "TYPE", "string"}});
+}
+
+void TestSimulatedRobot::nobodyNeedsToLogIn()
+{
+    const RedisServer server;
+    compare(server, {},
+            {{"AUTH", "sesame"},
+             {"AUTH", "alice", "sesame"},
+             {"AUTH", "default", "anything"},
+             {"PING"}});
+}
+
+void TestSimulatedRobot::strangersAreTurnedAway()
+{
+    RedisServer::Options options;
+    options.defaultPassword = "sesame";
+    const RedisServer server(options);
+    SimulatedRobot::Rules rules;
+    rules.password = "sesame";
+    compare(server, rules,
+            {{"PING"},
+             {"CLIENT", "SETNAME", "panel"},
+             {"MGET", "Arm/Joint0"},
+             {"FETCH", "it"},
+             {"MGET"},
+             {"AUTH", "wrong"},
+             {"AUTH", "bob", "sesame"},
+             {"SCAN", "0"}});
+}
+
+void TestSimulatedRobot::friendsMayLogIn()
+{
+    RedisServer::Options options;
+    options.defaultPassword = "sesame";
+    options.users = {"alice on >sesame ~* &* +@all"};
+    const RedisServer server(options);
+    SimulatedRobot::Rules rules;
+    rules.password = "sesame";
+    rules.user = "alice";
+    for (const Command& login : {Command{"AUTH", "sesame"}, Command{"AUTH", "alice", "sesame"},
+                                 Command{"AUTH", "default", "sesame"}})
+        compare(server, rules,
+                {login, {"PING"}, {"CLIENT", "SETNAME", "panel"}, {"AUTH", "wrong"}, {"PING"}});
+}
+
+void TestSimulatedRobot::aCommandMayBeForbidden()
+{
+    for (const std::string command : {"ping", "client|setname", "mget", "mset", "scan"}) {
+        RedisServer::Options options;
+        options.users = {"default on nopass ~* &* +@all -" + command};
+        const RedisServer server(options);
+        SimulatedRobot::Rules rules;
+        rules.forbiddenCommand = command;
+        compare(server, rules,
+                {{"PING"},
+                 {"CLIENT", "SETNAME", "panel"},
+                 {"MGET", "Arm/Joint0"},
+                 {"MSET", "Arm/Joint0", one},
+                 {"SCAN", "0"}});
+    }
+}
+
+void TestSimulatedRobot::aKeyMayBeForbidden()
+{
+    RedisServer::Options options;
+    options.users = {"default on nopass ~Arm/Joint0 ~Arm/Joint2 &* +@all"};
+    const RedisServer server(options);
+    SimulatedRobot::Rules rules;
+    rules.forbiddenKey = 1;
+    compare(server, rules,
+            {{"SET", "Arm/Joint0", one},
+             {"SET", "Arm/Joint1", two},
+             {"MSET", "Arm/Joint0", one, "Arm/Joint1", two},
+             {"GET", "Arm/Joint1"},
+             {"MGET", "Arm/Joint0", "Arm/Joint1"},
+             {"MGET", "Arm/Joint0", "Arm/Joint2"}});
+}
+
+void TestSimulatedRobot::aFullServerTurnsAway()
+{
+    const RedisServer server;
+    server.command({"CONFIG", "SET", "maxclients", "1"});
+    Client first(server.port());
+    SimulatedRobot::Rules rules;
+    rules.isFull = true;
+    QCOMPARE(Client(server.port()).ask("", 1), simulated(rules, "", 1));
+}
+
+REGISTER_TEST(TestSimulatedRobot, NoApplication)
+#include "tst_simulated_robot.moc"
