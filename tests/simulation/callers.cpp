@@ -5,6 +5,7 @@
 
 #include <memory/store_request.h>
 #include <wire/request.h>
+#include <zo/error.h>
 
 #include <algorithm>
 #include <set>
@@ -30,6 +31,16 @@ std::shared_ptr<const ForbiddenKeys::Set> noneForbidden()
 {
     static const auto none = std::make_shared<const ForbiddenKeys::Set>();
     return none;
+}
+
+/// What the caller hears who waits for the end of `exchange`, which has come: the problem, if any.
+std::string told(Exchange& exchange)
+{
+    try {
+        return exchange.waitUntilDone() ? "" : "nothing";
+    } catch (const ZoError& error) {
+        return error.toString();
+    }
 }
 
 } // namespace
@@ -131,6 +142,8 @@ void Callers::end(const LinkAction::End& end)
     require(found != fCalls.end(), "a call ends once", [&] { return end.exchange->name(); });
     const Call call = std::move(*found);
     fCalls.erase(found);
+    require(told(*end.exchange) == (end.problem ? *end.problem : ""),
+            "a caller is told how its call ended", [&] { return told(*end.exchange); });
     if (!end.problem) {
         ++fAnswered;
         checkAnswer(call);

@@ -6,7 +6,9 @@
 
 #include <link/link_machine.h>
 
-#include <set>
+#include <optional>
+#include <string>
+#include <vector>
 
 /// The behaviour that the machine of a link promises, told a second time from its contract: what
 /// it does at each event, and when it wants to be woken. Where the machine may choose, it follows.
@@ -52,7 +54,6 @@ public:
     /// The latest moment at which a link whose network has become good at `now` is up.
     Time upAt(Time now) const;
     const LinkSettings& settings() const { return *fSettings; }
-    const ExpectedTraffic& traffic() const { return fTraffic; }
 
 private:
     enum class Stage

@@ -220,8 +220,3 @@ ExpectedTraffic::Duration ExpectedTraffic::linkPatience() const
 {
     return std::max<milliseconds>(fSettings->options.exchangeTimeout, seconds(2)) + 4 * fRoundTrip;
 }
-
-const char* ExpectedTraffic::askedName() const
-{
-    return fAsking && fAsking->call ? fAsking->call->name().c_str() : "PING";
-}

@@ -43,13 +43,10 @@ public:
     bool attend(Time now);
 
     const std::vector<Word>& greeted() const { return fGreeted; }
-    bool isBusy() const { return fAsking && fAsking->call; }
-    bool hasCalls() const { return isBusy() || !fWaiting.empty(); }
-    bool isUnderWay(const Exchange* call) const { return isBusy() && fAsking->call.get() == call; }
+    /// Under way or waiting.
+    bool hasCalls() const { return (fAsking && fAsking->call) || !fWaiting.empty(); }
     Time dueAt() const;
     Duration roundTrip() const { return fRoundTrip; }
-    Duration linkPatience() const;
-    const char* askedName() const;
 
 private:
     /// What is asked at the moment.
@@ -72,6 +69,7 @@ private:
     void end(const Call& call, const std::string& problem);
     std::string latenessOfAsked(Time now) const;
     Duration callPatience() const;
+    Duration linkPatience() const;
 
     ExpectedActions& fActions;
     ConnectionId fConnection = 0;

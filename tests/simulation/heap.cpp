@@ -12,7 +12,7 @@ namespace {
 bool isForLink = false;
 bool hasFailed = false;
 int untilFailure = -1;
-std::int64_t bytes[2] = {0, 0}; // of the world, of the link
+std::int64_t bytes = 0; // of the link
 
 } // namespace
 
@@ -31,29 +31,12 @@ bool Heap::takeFailure()
     return std::exchange(hasFailed, false);
 }
 
-std::int64_t Heap::inUse()
-{
-    return bytes[0] + bytes[1];
-}
-
 std::int64_t Heap::inUseByLink()
 {
-    return bytes[1];
+    return bytes;
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-
-bool Heap::isCounted()
-{
-    return false;
-}
-
-#else
-
-bool Heap::isCounted()
-{
-    return true;
-}
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 namespace {
 
@@ -82,7 +65,7 @@ void* operator new(std::size_t size)
     if (!label)
         throw std::bad_alloc();
     *label = {static_cast<std::int64_t>(size), isForLink};
-    bytes[isForLink] += label->size;
+    bytes += isForLink ? label->size : 0;
     return label + 1;
 }
 
@@ -91,7 +74,7 @@ void operator delete(void* block) noexcept
     if (!block)
         return;
     Label* const label = static_cast<Label*>(block) - 1;
-    bytes[label->isLinks] -= label->size;
+    bytes -= label->isLinks ? label->size : 0;
     std::free(label);
 }
 

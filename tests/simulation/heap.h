@@ -19,9 +19,7 @@ public:
         OfLink& operator=(const OfLink&) = delete;
     };
 
-    static bool isCounted();
-    /// Bytes that are in use, and those of them that were made for the link.
-    static std::int64_t inUse();
+    /// Bytes that were made for the link and are still in use.
     static std::int64_t inUseByLink();
 
     /// The link's allocation number `number` from now on, from 0, throws std::bad_alloc; -1: none.

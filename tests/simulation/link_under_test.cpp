@@ -255,5 +255,6 @@ void LinkUnderTest::execute(const LinkAction::Close& action)
 
 void LinkUnderTest::execute(const LinkAction::End& action)
 {
+    action.exchange->end(action.problem);
     fWorld.callers.end(action);
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/simulated_robot.h"
 
+#include "simulation/odd_replies.h"
 #include "simulation/request_reader.h"
-
-#include <wire/limits.h>
 
 #include <algorithm>
 #include <cctype>
@@ -69,47 +68,6 @@ void appendText(std::string_view text, std::string& reply)
         .append("\r\n");
 }
 
-const std::string& largeText()
-{
-    static const std::string text(ReplyLimits::fMaxValue + 1, 'x');
-    return text;
-}
-
-/// Bytes that answer nothing, whatever was asked.
-const std::vector<std::string>& garbage()
-{
-    static const std::vector<std::string> all = {
-        "HTTP/1.1 400 Bad Request\r\n\r\n",
-        "*-7\r\n",
-        "$12x\r\n",
-        ":12a\r\n",
-        "$3\r\nabcdefgh\r\n",
-        "+OK\rno\r\n",
-        "-" + std::string(5000, 'e'),
-        "#x\r\n",
-        "=3\r\nabc\r\n",
-        "$536870913\r\n",
-        "*1048577\r\n",
-        "_\r\n",
-        ":7\r\n",
-        "%1\r\n$1\r\na\r\n$1\r\nb\r\n",
-        std::string(16, '\0'),
-        ">-1\r\n",
-        "|1\r\n>1\r\n",
-        "*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n*1\r\n:1\r\n"};
-    return all;
-}
-
-const std::vector<std::string>& pushes()
-{
-    static const std::vector<std::string> all = {
-        ">2\r\n$10\r\ninvalidate\r\n*1\r\n$10\r\nArm/Joint0\r\n",
-        ">2\r\n$10\r\ninvalidate\r\n_\r\n",
-        ">3\r\n$7\r\nmessage\r\n$1\r\nc\r\n$9\r\n$3\r\nabc\r\n\r\n", ">0\r\n",
-        ">1\r\n%1\r\n+a\r\n*2\r\n:1\r\n,2.5\r\n"};
-    return all;
-}
-
 } // namespace
 
 void SimulatedRobot::welcome(RobotSession& session) const
@@ -135,7 +93,7 @@ void SimulatedRobot::receive(RobotSession& session, std::string_view bytes)
 void SimulatedRobot::push(RobotSession& session)
 {
     if (!session.isMute)
-        session.answers.say(fRandom.pick(pushes()), Word::Push, Fault::Push);
+        session.answers.say(fRandom.pick(pushReplies()), Word::Push, Fault::Push);
 }
 
 void SimulatedRobot::execute(RobotSession& session, const Words& words)
@@ -258,7 +216,7 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     const std::size_t missing = fault == Fault::TooFewElements ? 1 : 0;
     fReply.assign("*").append(std::to_string(words.size() - 1 + surplus - missing)).append("\r\n");
     if (fault == Fault::PushInsideReply)
-        fReply.append(fRandom.pick(pushes()));
+        fReply.append(fRandom.pick(pushReplies()));
     for (std::size_t i = 1; i < words.size(); ++i)
         appendValue(words[i]);
     session.answers.say(fReply, Word::Spoilt, fault);
@@ -312,7 +270,7 @@ void SimulatedRobot::say(RobotSession& session, std::string_view reply, Word wor
     const Fault fault = nextReply;
     switch (fault) {
     case Fault::Garbage:
-        session.answers.say(fRandom.pick(garbage()), Word::Spoilt, fault);
+        session.answers.say(fRandom.pick(garbageReplies()), Word::Spoilt, fault);
         session.isMute = true;
         break;
     case Fault::SurplusReply:

@@ -3,23 +3,20 @@
 
 #include <exception>
 #include <string>
-#include <utility>
 
 /// What a link must never do, and did. It ends its schedule.
 class Violation : public std::exception
 {
 public:
     /// `invariant` is a short name, the same each time; `detail` says what happened.
-    Violation(std::string invariant, const std::string& detail)
-        : fInvariant(std::move(invariant)), fText(fInvariant + ": " + detail)
+    Violation(const std::string& invariant, const std::string& detail)
+        : fText(invariant + ": " + detail)
     {
     }
 
-    const std::string& invariant() const { return fInvariant; }
     const char* what() const noexcept override { return fText.c_str(); }
 
 private:
-    std::string fInvariant;
     std::string fText;
 };
 
