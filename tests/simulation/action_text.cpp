@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/action_text.h"
 
+using namespace zo;
+
 namespace {
 
 std::string quoted(const SharedText& text)

@@ -6,4 +6,4 @@
 #include <string>
 
 /// An action of a link, for people.
-std::string actionText(const LinkAction::Any& action);
+std::string actionText(const zo::LinkAction::Any& action);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace zo;
+
 void Agenda::at(Time time, Task task)
 {
     fTasks.push_back({time, fCount++, std::move(task)});

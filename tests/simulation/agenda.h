@@ -12,7 +12,7 @@
 class Agenda
 {
 public:
-    using Time = SteadyClock::time_point;
+    using Time = zo::SteadyClock::time_point;
     using Duration = std::chrono::nanoseconds;
     using Task = std::function<void()>;
 

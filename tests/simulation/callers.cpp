@@ -11,6 +11,8 @@
 #include <set>
 #include <utility>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::milliseconds;

@@ -28,10 +28,10 @@ public:
     }
 
     /// A new call of some kind. `isLate`: its time is up already.
-    std::shared_ptr<Exchange> make(const LinkSettings& settings, bool isLate);
+    std::shared_ptr<zo::Exchange> make(const zo::LinkSettings& settings, bool isLate);
     /// One of the calls under way, if there are any; it may end no more.
-    std::shared_ptr<Exchange> giveUp();
-    void end(const LinkAction::End& end);
+    std::shared_ptr<zo::Exchange> giveUp();
+    void end(const zo::LinkAction::End& end);
 
     /// So late calls must have ended when the link was awake at `awake`.
     void checkDeadlines(Time awake) const;
@@ -47,12 +47,12 @@ public:
 private:
     struct Call
     {
-        std::shared_ptr<Exchange> exchange;
+        std::shared_ptr<zo::Exchange> exchange;
         Time begin;
-        std::shared_ptr<const ListRequest> list;
-        std::shared_ptr<ValuesSink> values;
-        std::shared_ptr<NamesSink> names;
-        std::shared_ptr<StatusSink> stored;
+        std::shared_ptr<const zo::ListRequest> list;
+        std::shared_ptr<zo::ValuesSink> values;
+        std::shared_ptr<zo::NamesSink> names;
+        std::shared_ptr<zo::StatusSink> stored;
         std::vector<ValueId> store; ///< the values that it stores
     };
 
@@ -62,19 +62,19 @@ private:
     void checkAnswer(const Call& call) const;
     void checkValues(const Call& call) const;
     void checkNames(const Call& call) const;
-    void checkStore(const Call& call, bool isAnswered, const SharedText& problem) const;
-    void make(Call& call, const char* name, SharedText bytes, int replies,
-              std::shared_ptr<ReplySink> sink, int keys);
+    void checkStore(const Call& call, bool isAnswered, const zo::SharedText& problem) const;
+    void make(Call& call, const char* name, zo::SharedText bytes, int replies,
+              std::shared_ptr<zo::ReplySink> sink, int keys);
 
     const Agenda& fAgenda;
     Random& fRandom;
     const RobotMemory& fMemory;
-    const LinkSettings* fSettings = nullptr; ///< while a call is made
+    const zo::LinkSettings* fSettings = nullptr; ///< while a call is made
     bool fIsLate = false;
     bool fIsInHurry = true;
-    std::shared_ptr<const ListRequest> fLast; ///< polls ask for the same again
+    std::shared_ptr<const zo::ListRequest> fLast; ///< polls ask for the same again
     std::vector<Call> fCalls;
-    std::vector<std::weak_ptr<Exchange>> fAll;
+    std::vector<std::weak_ptr<zo::Exchange>> fAll;
     int fAnswered = 0;
     int fVersions = 500000; ///< beyond those that the robot itself makes
 };

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace zo;
+
 namespace {
 
 std::string text(ConnectionId connection)

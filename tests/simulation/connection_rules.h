@@ -11,12 +11,12 @@
 class ConnectionRules
 {
 public:
-    void take(const LinkAction::Any& action, bool hasTls);
+    void take(const zo::LinkAction::Any& action, bool hasTls);
 
-    void connected(ConnectionId connection) { advance(connection, Phase::Connected); }
-    void secured(ConnectionId connection) { advance(connection, Phase::Secured); }
-    void written(ConnectionId connection);
-    void received(ConnectionId connection, const Arrival& arrival);
+    void connected(zo::ConnectionId connection) { advance(connection, Phase::Connected); }
+    void secured(zo::ConnectionId connection) { advance(connection, Phase::Secured); }
+    void written(zo::ConnectionId connection);
+    void received(zo::ConnectionId connection, const Arrival& arrival);
     /// No connection may be open any more.
     void end() const;
 
@@ -30,16 +30,16 @@ private:
 
     struct Open
     {
-        ConnectionId connection;
+        zo::ConnectionId connection;
         Phase phase;
         bool isWriting;
         bool isTurnedAway; ///< the robot does not want this client, or makes no sense
     };
 
-    void advance(ConnectionId connection, Phase phase);
-    Open* find(ConnectionId connection);
-    Open& require(ConnectionId connection, const char* what);
+    void advance(zo::ConnectionId connection, Phase phase);
+    Open* find(zo::ConnectionId connection);
+    Open& require(zo::ConnectionId connection, const char* what);
 
     std::vector<Open> fOpen;
-    ConnectionId fNewest = 0;
+    zo::ConnectionId fNewest = 0;
 };

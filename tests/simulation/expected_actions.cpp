@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::milliseconds;

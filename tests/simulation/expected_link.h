@@ -16,12 +16,12 @@
 class ExpectedLink
 {
 public:
-    using Time = SteadyClock::time_point;
+    using Time = zo::SteadyClock::time_point;
     using Call = ExpectedTraffic::Call;
-    using Settings = std::shared_ptr<const LinkSettings>;
-    using Addresses = std::vector<LinkAddress>;
+    using Settings = std::shared_ptr<const zo::LinkSettings>;
+    using Addresses = std::vector<zo::LinkAddress>;
 
-    ExpectedLink(const LinkMachine& machine, Settings settings);
+    ExpectedLink(const zo::LinkMachine& machine, Settings settings);
 
     /// Before each event: what the machine did that follows from nothing outside. Memory may run
     /// out in the middle of it, and of spoilt bytes it may notice the first already.
@@ -29,12 +29,12 @@ public:
 
     void start();
     void lookedUp(int number, const Addresses& addresses, const std::string& problem);
-    void connected(ConnectionId connection);
-    void secured(ConnectionId connection);
-    void received(ConnectionId connection, const Arrival& arrival);
-    void written(ConnectionId connection);
-    void closed(ConnectionId connection, const std::string& problem);
-    void refused(ConnectionId connection, const std::string& problem);
+    void connected(zo::ConnectionId connection);
+    void secured(zo::ConnectionId connection);
+    void received(zo::ConnectionId connection, const Arrival& arrival);
+    void written(zo::ConnectionId connection);
+    void closed(zo::ConnectionId connection, const std::string& problem);
+    void refused(zo::ConnectionId connection, const std::string& problem);
     void call(const Call& call);
     void givenUp(const Call& call);
     void woken();
@@ -43,7 +43,7 @@ public:
     void stop();
 
     /// Throws Violation when this is not what is expected next.
-    void take(const LinkAction::Any& action);
+    void take(const zo::LinkAction::Any& action);
     /// After all actions of an event. Throws Violation when some are missing, or the machine
     /// tells or awaits anything else.
     void settle(Time now);
@@ -53,7 +53,7 @@ public:
     std::optional<double> takeWait();
     /// The latest moment at which a link whose network has become good at `now` is up.
     Time upAt(Time now) const;
-    const LinkSettings& settings() const { return *fSettings; }
+    const zo::LinkSettings& settings() const { return *fSettings; }
 
 private:
     enum class Stage
@@ -76,18 +76,18 @@ private:
     void lookUp();
     void race(const Addresses& addresses);
     void connectNext();
-    bool leaveRace(ConnectionId connection);
+    bool leaveRace(zo::ConnectionId connection);
     void greet();
     void judgeGreeting();
     void goOn();
     void goDown(Stage next, const std::string& cause);
     void fail(const std::string& problem);
-    void tell(bool isUp, const SharedText& cause);
+    void tell(bool isUp, const zo::SharedText& cause);
     std::string tooLate() const;
     Time dueAt() const;
     void learnWait(Time now);
 
-    const LinkMachine& fMachine;
+    const zo::LinkMachine& fMachine;
     Settings fSettings;
     ExpectedActions fActions;
     ExpectedTraffic fTraffic;
@@ -98,7 +98,7 @@ private:
     bool fIsEndingLate = false; ///< memory ran out while late calls were ended
 
     Stage fStage = Stage::Waiting;
-    LinkCondition fCondition;
+    zo::LinkCondition fCondition;
     std::chrono::milliseconds fBound; ///< of the next wait
     std::chrono::milliseconds fWaitBound{0};
     std::optional<Time> fRetryAt; ///< none: not known yet
@@ -113,9 +113,9 @@ private:
     Addresses fFound;
 
     Addresses fCourse; ///< not yet tried
-    std::vector<ConnectionId> fRunning;
+    std::vector<zo::ConnectionId> fRunning;
     Time fNextAt;
     std::chrono::nanoseconds fLead{0};
-    ConnectionId fNewest = 0;
-    ConnectionId fCurrent = 0;
+    zo::ConnectionId fNewest = 0;
+    zo::ConnectionId fCurrent = 0;
 };

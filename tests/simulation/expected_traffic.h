@@ -14,7 +14,7 @@
 
 /// The actions that a link is expected to ask for. The texts of problems are parts of the real
 /// ones.
-using ExpectedActions = std::deque<LinkAction::Any>;
+using ExpectedActions = std::deque<zo::LinkAction::Any>;
 
 /// What goes over a link as its callers and its robot may expect it: told a second time, by
 /// someone who knows what each byte of the robot means and so reads none of them. A part of
@@ -22,14 +22,15 @@ using ExpectedActions = std::deque<LinkAction::Any>;
 class ExpectedTraffic
 {
 public:
-    using Time = SteadyClock::time_point;
-    using Call = std::shared_ptr<Exchange>;
+    using Time = zo::SteadyClock::time_point;
+    using Call = std::shared_ptr<zo::Exchange>;
     using Duration = std::chrono::microseconds;
 
     explicit ExpectedTraffic(ExpectedActions& actions) : fActions(actions) {}
 
-    void open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings);
-    void close(const SharedText& problem);
+    void open(Time now, zo::ConnectionId connection,
+              std::shared_ptr<const zo::LinkSettings> settings);
+    void close(const zo::SharedText& problem);
 
     void add(const Call& call) { fWaiting.push_back(call); }
     void drop(const Call& call);
@@ -53,7 +54,7 @@ private:
     struct Asking
     {
         Call call; ///< null: the link itself asks
-        SharedText bytes;
+        zo::SharedText bytes;
         int missing; ///< replies
         std::size_t offset = 0;
         bool isWritten = false;
@@ -72,8 +73,8 @@ private:
     Duration linkPatience() const;
 
     ExpectedActions& fActions;
-    ConnectionId fConnection = 0;
-    std::shared_ptr<const LinkSettings> fSettings;
+    zo::ConnectionId fConnection = 0;
+    std::shared_ptr<const zo::LinkSettings> fSettings;
     std::optional<Asking> fAsking;
     bool fIsAwaited = false;
     std::deque<Call> fWaiting;
@@ -85,4 +86,4 @@ private:
 };
 
 /// What a link with these settings says first.
-std::string expectedGreeting(const LinkSettings& settings);
+std::string expectedGreeting(const zo::LinkSettings& settings);

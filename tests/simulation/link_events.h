@@ -17,12 +17,12 @@ public:
     LinkEvents(const LinkEvents&) = delete;
     LinkEvents& operator=(const LinkEvents&) = delete;
 
-    virtual void lookedUp(int number, const std::vector<LinkAddress>& addresses,
+    virtual void lookedUp(int number, const std::vector<zo::LinkAddress>& addresses,
                           const std::string& problem) = 0;
-    virtual void connected(ConnectionId connection) = 0;
-    virtual void secured(ConnectionId connection) = 0;
-    virtual void received(ConnectionId connection, const Arrival& arrival) = 0;
-    virtual void written(ConnectionId connection) = 0;
-    virtual void closed(ConnectionId connection, const std::string& problem) = 0;
-    virtual void refused(ConnectionId connection, const std::string& problem) = 0;
+    virtual void connected(zo::ConnectionId connection) = 0;
+    virtual void secured(zo::ConnectionId connection) = 0;
+    virtual void received(zo::ConnectionId connection, const Arrival& arrival) = 0;
+    virtual void written(zo::ConnectionId connection) = 0;
+    virtual void closed(zo::ConnectionId connection, const std::string& problem) = 0;
+    virtual void refused(zo::ConnectionId connection, const std::string& problem) = 0;
 };

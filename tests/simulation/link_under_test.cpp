@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+using namespace zo;
+
 namespace {
 
 constexpr std::int64_t mostBytesIdle = 96 << 10;

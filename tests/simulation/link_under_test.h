@@ -18,7 +18,7 @@ class LinkUnderTest : public LinkEvents
 {
 public:
     using Time = Agenda::Time;
-    using Settings = std::shared_ptr<const LinkSettings>;
+    using Settings = std::shared_ptr<const zo::LinkSettings>;
 
     /// What this is part of; must outlive it.
     struct World
@@ -33,14 +33,14 @@ public:
 
     LinkUnderTest(World& world, const Settings& settings, std::uint32_t seed);
 
-    void lookedUp(int number, const std::vector<LinkAddress>& addresses,
+    void lookedUp(int number, const std::vector<zo::LinkAddress>& addresses,
                   const std::string& problem) override;
-    void connected(ConnectionId connection) override;
-    void secured(ConnectionId connection) override;
-    void received(ConnectionId connection, const Arrival& arrival) override;
-    void written(ConnectionId connection) override;
-    void closed(ConnectionId connection, const std::string& problem) override;
-    void refused(ConnectionId connection, const std::string& problem) override;
+    void connected(zo::ConnectionId connection) override;
+    void secured(zo::ConnectionId connection) override;
+    void received(zo::ConnectionId connection, const Arrival& arrival) override;
+    void written(zo::ConnectionId connection) override;
+    void closed(zo::ConnectionId connection, const std::string& problem) override;
+    void refused(zo::ConnectionId connection, const std::string& problem) override;
 
     void start();
     void call(bool isLate);
@@ -69,20 +69,20 @@ private:
     void check();
     void count(const Arrival& arrival);
 
-    void execute(const LinkAction::LookUp& action);
-    void execute(const LinkAction::Connect& action);
-    void execute(const LinkAction::StartTls& action);
-    void execute(const LinkAction::Write& action);
-    void execute(const LinkAction::Close& action);
-    void execute(const LinkAction::End& action);
-    void execute(const LinkAction::Tell&) {}
+    void execute(const zo::LinkAction::LookUp& action);
+    void execute(const zo::LinkAction::Connect& action);
+    void execute(const zo::LinkAction::StartTls& action);
+    void execute(const zo::LinkAction::Write& action);
+    void execute(const zo::LinkAction::Close& action);
+    void execute(const zo::LinkAction::End& action);
+    void execute(const zo::LinkAction::Tell&) {}
 
     World& fWorld;
-    LinkMachine fMachine;
+    zo::LinkMachine fMachine;
     ExpectedLink fExpected;
     ConnectionRules fConnections;
-    ConnectionId fNewest = 0;
-    ConnectionId fClosed = 0; ///< the last one; 0: none
+    zo::ConnectionId fNewest = 0;
+    zo::ConnectionId fClosed = 0; ///< the last one; 0: none
     bool fIsActing = false;
     Time fAwake;
     int fEvents = 0;

@@ -3,6 +3,8 @@
 
 #include <wire/limits.h>
 
+using namespace zo;
+
 const std::string& largeText()
 {
     static const std::string text(ReplyLimits::fMaxValue + 1, 'x');

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/robot_memory.h"
 
+using namespace zo;
+
 namespace {
 
 bool reads(ValueId id, ValueId as)

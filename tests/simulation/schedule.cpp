@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::hours;

@@ -14,9 +14,9 @@ public:
 
     /// What its robot expects.
     const SimulatedRobot::Rules& rules() const { return fRules; }
-    std::shared_ptr<const LinkSettings> right() const;
+    std::shared_ptr<const zo::LinkSettings> right() const;
     /// Others, now and then with the wrong password.
-    std::shared_ptr<const LinkSettings> other(Random& random) const;
+    std::shared_ptr<const zo::LinkSettings> other(Random& random) const;
 
 private:
     static void setTimes(Random& random, ZoBrokerOptions& options);

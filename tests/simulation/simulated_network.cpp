@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::microseconds;

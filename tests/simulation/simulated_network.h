@@ -33,8 +33,8 @@ public:
     /// How the way is at the moment; may change at any time.
     struct Condition
     {
-        std::vector<LinkAddress> addresses; ///< of the robot
-        std::vector<LinkAddress> dead;      ///< those of them that lead nowhere
+        std::vector<zo::LinkAddress> addresses; ///< of the robot
+        std::vector<zo::LinkAddress> dead;      ///< those of them that lead nowhere
         Connects connects = Connects::Succeed;
         LookUps lookUps = LookUps::Succeed;
         Duration latency{0};     ///< one way
@@ -53,10 +53,10 @@ public:
 
     // What the link asks for:
     void lookUp(int number);
-    void connect(ConnectionId connection, const LinkAddress& address);
-    void startTls(ConnectionId connection);
-    void write(ConnectionId connection, std::string_view bytes);
-    void close(ConnectionId connection);
+    void connect(zo::ConnectionId connection, const zo::LinkAddress& address);
+    void startTls(zo::ConnectionId connection);
+    void write(zo::ConnectionId connection, std::string_view bytes);
+    void close(zo::ConnectionId connection);
 
     /// Goes on after a change of the condition.
     void resume();
@@ -78,7 +78,7 @@ private:
     /// One connection.
     struct Wire
     {
-        ConnectionId id;
+        zo::ConnectionId id;
         bool isOpen = false;
         bool carries = false; ///< data: it is open, and secured if it must be
         bool isDelivering = false;
@@ -91,17 +91,17 @@ private:
         std::size_t arrived = 0; ///< of these bytes
     };
 
-    Wire* find(ConnectionId connection);
-    bool isDead(const LinkAddress& address) const;
-    void open(ConnectionId connection);
-    void secure(ConnectionId connection);
-    void refuseTls(ConnectionId connection);
-    void arriveAtRobot(ConnectionId connection, std::size_t size);
+    Wire* find(zo::ConnectionId connection);
+    bool isDead(const zo::LinkAddress& address) const;
+    void open(zo::ConnectionId connection);
+    void secure(zo::ConnectionId connection);
+    void refuseTls(zo::ConnectionId connection);
+    void arriveAtRobot(zo::ConnectionId connection, std::size_t size);
     void serve(Wire& wire);
     void deliverSoon(Wire& wire, Duration wait);
-    void deliver(ConnectionId connection);
+    void deliver(zo::ConnectionId connection);
     std::size_t sizeOfPiece(std::size_t waiting);
-    void endWire(ConnectionId connection, const std::string& problem);
+    void endWire(zo::ConnectionId connection, const std::string& problem);
     Duration pause();
 
     Agenda& fAgenda;

@@ -8,6 +8,8 @@
 #include <cctype>
 #include <utility>
 
+using namespace zo;
+
 namespace {
 
 std::string lowered(std::string_view text)

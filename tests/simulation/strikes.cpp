@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+using namespace zo;
+
 namespace {
 
 using std::chrono::hours;

@@ -14,6 +14,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+using namespace zo;
+
 namespace {
 
 using Command = std::vector<std::string_view>;
