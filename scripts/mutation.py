@@ -71,7 +71,8 @@ def _numbers(line):
 
 
 def _names(line):
-    return set(re.findall(r"\b[A-Za-z_]\w*", line)) - {"std", "return", "now", "push", "const"}
+    """Of what is read or written, not of operations."""
+    return set(re.findall(r"\b[A-Za-z_]\w*\b(?! *\()", line)) - {"std", "now"}
 
 
 def mutations(lines):

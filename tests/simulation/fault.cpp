@@ -78,8 +78,6 @@ const char* whyImpossible(Fault fault, LinkDoing doing)
     switch (fault) {
     case Fault::None:
         return "it is no fault";
-    case Fault::LookUpAnswersLate:
-        return unless(doing != LinkDoing::LookingUp, "an answer is in time then");
     case Fault::ConnectionBreaks:
     case Fault::ConnectionIsClosed:
         return unless(isTalking || isSecuring || doing == LinkDoing::Connecting,

@@ -18,6 +18,7 @@ constexpr char hungUp[] = "the robot closed the connection";
 
 void SimulatedNetwork::lookUp(int number)
 {
+    fNewestLookUp = number;
     const auto answer = [this, number] {
         if (condition.lookUps == LookUps::Succeed)
             fLink.lookedUp(number, condition.addresses, "");
@@ -32,18 +33,28 @@ void SimulatedNetwork::lookUp(int number)
         fAgenda.in(fRandom.upTo(milliseconds(5)), answer);
 }
 
-bool SimulatedNetwork::answerHungLookUp()
+std::vector<int>::const_iterator SimulatedNetwork::hungLookUp(bool isOlder) const
 {
-    if (fHung.empty())
-        return false;
-    const auto which = static_cast<std::ptrdiff_t>(fRandom.below(fHung.size()));
-    const int number = fHung[static_cast<std::size_t>(which)];
-    fHung.erase(fHung.begin() + which);
+    return std::find_if(fHung.begin(), fHung.end(),
+                        [&](int number) { return !isOlder || number < fNewestLookUp; });
+}
+
+bool SimulatedNetwork::hasHungLookUp(bool isOlder) const
+{
+    return hungLookUp(isOlder) != fHung.end();
+}
+
+void SimulatedNetwork::answerHungLookUp(bool isOlder)
+{
+    const auto found = hungLookUp(isOlder);
+    if (found == fHung.end())
+        return;
+    const int number = *found;
+    fHung.erase(found);
     if (fRandom.chance(75))
         fLink.lookedUp(number, condition.addresses, "");
     else
         fLink.lookedUp(number, {}, "no answer");
-    return true;
 }
 
 bool SimulatedNetwork::isDead(const LinkAddress& address) const

@@ -66,8 +66,10 @@ public:
     void push();
     /// Something happens to an agreement on encryption; whether there was one under way.
     bool disturbTls(Fault fault);
-    /// A look-up that hung is answered now; whether there was one.
-    bool answerHungLookUp();
+    /// Whether a look-up hangs; one before the newest, if only such are wanted.
+    bool hasHungLookUp(bool isOlder) const;
+    /// It is answered now, if there is one.
+    void answerHungLookUp(bool isOlder);
 
     /// Whether nothing is left of what went wrong before: slow writes, and ends to come.
     bool isCalm() const;
@@ -91,6 +93,7 @@ private:
         std::size_t arrived = 0; ///< of these bytes
     };
 
+    std::vector<int>::const_iterator hungLookUp(bool isOlder) const;
     Wire* find(zo::ConnectionId connection);
     bool isDead(const zo::LinkAddress& address) const;
     void open(zo::ConnectionId connection);
@@ -110,4 +113,5 @@ private:
     LinkEvents& fLink;
     std::vector<std::unique_ptr<Wire>> fWires;
     std::vector<int> fHung; ///< look-ups
+    int fNewestLookUp = 0;
 };

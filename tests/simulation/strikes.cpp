@@ -31,46 +31,62 @@ bool needsLookUp(Fault fault, LinkDoing doing)
 } // namespace
 
 Strikes::Strikes(const Targets& targets, int count)
-    : f(targets), fUsualRules(f.robot.rules), fUsualCondition(f.network.condition)
+    : fWorld(targets), fUsualRules(fWorld.robot.rules), fUsualCondition(fWorld.network.condition)
 {
     while (static_cast<int>(fWaiting.size()) < count) {
-        const auto fault = static_cast<Fault>(f.random.between(1, faults - 1));
-        const auto doing = static_cast<LinkDoing>(f.random.below(linkDoings));
+        const auto fault = static_cast<Fault>(fWorld.random.between(1, faults - 1));
+        const auto doing = static_cast<LinkDoing>(fWorld.random.below(linkDoings));
         if (whyImpossible(fault, doing))
             continue;
         fWaiting.push_back({fault, doing});
         prepare(fault, doing);
     }
-    lasts([this] { f.network.condition.lookUps = NameSearch::Succeed; });
 }
 
 /// Brings about what a fault needs that would seldom meet such a link.
 void Strikes::prepare(Fault fault, LinkDoing doing)
 {
-    if (fault == Fault::LookUpAnswersLate || needsLookUp(fault, doing))
-        f.network.condition.lookUps = NameSearch::Hang;
+    if (fault == Fault::LookUpAnswersLate || needsLookUp(fault, doing)) {
+        fWorld.network.condition.lookUps = NameSearch::Hang;
+        // Until another one is made, behind it, if that is wanted.
+        const auto time = doing == LinkDoing::LookingUp ? seconds(25) : seconds(1);
+        fWorld.agenda.in(time, [this] { fWorld.network.condition.lookUps = NameSearch::Succeed; });
+    }
     if (doing == LinkDoing::Refused)
         fWaiting.push_back({Fault::PasswordChanges, LinkDoing::Connecting});
 }
 
 void Strikes::step()
 {
-    const LinkDoing doing = f.link.doing();
-    const auto found = std::find_if(fWaiting.begin(), fWaiting.end(),
-                                    [&](const Strike& waiting) { return waiting.doing == doing; });
-    if (found == fWaiting.end() || !f.random.chance(40))
+    const LinkDoing doing = fWorld.link.doing();
+    const auto found = std::find_if(fWaiting.begin(), fWaiting.end(), [&](const Strike& waiting) {
+        return waiting.doing == doing && canStrike(waiting.fault);
+    });
+    if (found == fWaiting.end() || !fWorld.random.chance(40))
         return;
     const Fault fault = found->fault;
     fWaiting.erase(found);
-    f.trace.line([&] { return std::string("fault: ") + nameOf(fault); });
+    fWorld.trace.line([&] { return std::string("fault: ") + nameOf(fault); });
     if (strike(fault) && !isCountedLater(fault))
-        f.tally.meet(fault, doing);
+        fWorld.tally.meet(fault, doing);
+}
+
+bool Strikes::canStrike(Fault fault) const
+{
+    return fault != Fault::LookUpAnswersLate || fWorld.network.hasHungLookUp(wantsOlderLookUp());
+}
+
+/// The answer to the newest look-up would be in time.
+bool Strikes::wantsOlderLookUp() const
+{
+    return fWorld.link.doing() == LinkDoing::LookingUp;
 }
 
 bool Strikes::areLeftForStopped() const
 {
-    return std::any_of(fWaiting.begin(), fWaiting.end(),
-                       [](const Strike& waiting) { return waiting.doing == LinkDoing::Stopped; });
+    return std::any_of(fWaiting.begin(), fWaiting.end(), [this](const Strike& waiting) {
+        return waiting.doing == LinkDoing::Stopped && canStrike(waiting.fault);
+    });
 }
 
 void Strikes::heal()
@@ -82,23 +98,24 @@ void Strikes::heal()
         std::remove_if(fWaiting.begin(), fWaiting.end(),
                        [](const Strike& waiting) { return waiting.doing != LinkDoing::Stopped; }),
         fWaiting.end());
-    f.robot.rules = fUsualRules;
-    f.robot.nextReply = Fault::None;
-    f.network.condition = fUsualCondition;
-    f.network.condition.latency = microseconds(20);
-    f.network.condition.writeTime = microseconds(80);
-    f.network.resume();
+    fWorld.robot.rules = fUsualRules;
+    fWorld.robot.nextReply = Fault::None;
+    fWorld.network.condition = fUsualCondition;
+    fWorld.network.condition.latency = microseconds(20);
+    fWorld.network.condition.writeTime = microseconds(80);
+    fWorld.network.resume();
 }
 
 template <class End>
 void Strikes::lasts(End end)
 {
-    const auto time = f.random.chance(30) ? f.random.upTo(seconds(12)) : f.random.upTo(seconds(1));
-    f.agenda.in(time, [this, end, healings = fHealings] {
+    const auto time =
+        fWorld.random.chance(30) ? fWorld.random.upTo(seconds(12)) : fWorld.random.upTo(seconds(1));
+    fWorld.agenda.in(time, [this, end, healings = fHealings] {
         if (healings != fHealings)
             return;
         end();
-        f.network.resume();
+        fWorld.network.resume();
     });
 }
 
@@ -115,7 +132,7 @@ bool Strikes::strike(Fault fault)
 
 bool Strikes::strikeWay(Fault fault)
 {
-    auto& condition = f.network.condition;
+    auto& condition = fWorld.network.condition;
     switch (fault) {
     case Fault::ConnectsHang:
     case Fault::ConnectsAreRefused:
@@ -123,36 +140,37 @@ bool Strikes::strikeWay(Fault fault)
         condition.connects = fault == Fault::ConnectsHang         ? Connects::Hang
                              : fault == Fault::ConnectsAreRefused ? Connects::AreRefused
                                                                   : Connects::AreSlow;
-        lasts([this] { f.network.condition.connects = Connects::Succeed; });
+        lasts([this] { fWorld.network.condition.connects = Connects::Succeed; });
         return true;
     case Fault::LookUpsFail:
     case Fault::LookUpsHang:
         condition.lookUps = fault == Fault::LookUpsFail ? NameSearch::Fail : NameSearch::Hang;
-        lasts([this] { f.network.condition.lookUps = NameSearch::Succeed; });
+        lasts([this] { fWorld.network.condition.lookUps = NameSearch::Succeed; });
         return true;
     case Fault::AddressesChange:
-        chooseAddresses(f.random, condition);
+        chooseAddresses(fWorld.random, condition);
         return true;
     case Fault::LookUpAnswersLate:
-        return f.network.answerHungLookUp();
+        fWorld.network.answerHungLookUp(wantsOlderLookUp());
+        return true;
     case Fault::NetworkGoesSilent:
         condition.isSilent = true;
-        lasts([this] { f.network.condition.isSilent = false; });
+        lasts([this] { fWorld.network.condition.isSilent = false; });
         return true;
     case Fault::ConnectionBreaks:
     case Fault::ConnectionIsClosed:
-        f.network.breakAll(fault == Fault::ConnectionIsClosed);
+        fWorld.network.breakAll(fault == Fault::ConnectionIsClosed);
         return true;
     case Fault::BytesDrip:
         condition.drips = true;
-        lasts([this] { f.network.condition.drips = false; });
+        lasts([this] { fWorld.network.condition.drips = false; });
         return true;
     case Fault::WritesAreSlow:
         condition.writeTime = seconds(3);
-        lasts([this] { f.network.condition.writeTime = fUsualCondition.writeTime; });
+        lasts([this] { fWorld.network.condition.writeTime = fUsualCondition.writeTime; });
         return true;
     default:
-        return f.network.disturbTls(fault);
+        return fWorld.network.disturbTls(fault);
     }
 }
 
@@ -160,41 +178,41 @@ bool Strikes::strikeRobot(Fault fault)
 {
     switch (fault) {
     case Fault::RobotHangs:
-        f.network.condition.robotHangs = true;
-        lasts([this] { f.network.condition.robotHangs = false; });
+        fWorld.network.condition.robotHangs = true;
+        lasts([this] { fWorld.network.condition.robotHangs = false; });
         break;
     case Fault::RobotDies:
         die();
-        f.network.condition.connects = Connects::AreRefused;
-        lasts([this] { f.network.condition.connects = Connects::Succeed; });
+        fWorld.network.condition.connects = Connects::AreRefused;
+        lasts([this] { fWorld.network.condition.connects = Connects::Succeed; });
         break;
     case Fault::RobotRestartsEmpty:
         die();
         break;
     case Fault::PasswordChanges:
-        f.robot.rules.password = "another";
-        if (f.random.chance(50))
-            f.network.breakAll(false);
-        lasts([this] { f.robot.rules.password = fUsualRules.password; });
+        fWorld.robot.rules.password = "another";
+        if (fWorld.random.chance(50))
+            fWorld.network.breakAll(false);
+        lasts([this] { fWorld.robot.rules.password = fUsualRules.password; });
         break;
     case Fault::RobotIsLoading:
-        f.robot.rules.isLoading = true;
-        lasts([this] { f.robot.rules.isLoading = false; });
+        fWorld.robot.rules.isLoading = true;
+        lasts([this] { fWorld.robot.rules.isLoading = false; });
         break;
     case Fault::RobotForbids:
         forbid();
         break;
     case Fault::RobotIsFull:
-        f.robot.rules.isFull = true;
-        if (f.random.chance(50))
-            f.network.breakAll(false);
-        lasts([this] { f.robot.rules.isFull = false; });
+        fWorld.robot.rules.isFull = true;
+        if (fWorld.random.chance(50))
+            fWorld.network.breakAll(false);
+        lasts([this] { fWorld.robot.rules.isFull = false; });
         break;
     default:
-        if (fault == Fault::Push && f.random.chance(50))
-            f.network.push();
+        if (fault == Fault::Push && fWorld.random.chance(50))
+            fWorld.network.push();
         else
-            f.robot.nextReply = fault;
+            fWorld.robot.nextReply = fault;
     }
     return true;
 }
@@ -202,20 +220,21 @@ bool Strikes::strikeRobot(Fault fault)
 void Strikes::forbid()
 {
     static constexpr const char* commands[] = {"ping", "client|setname", "mget", "mset", "scan"};
-    if (f.random.chance(50))
-        f.robot.rules.forbiddenKey = static_cast<int>(f.random.below(f.robot.memory.keys()));
+    if (fWorld.random.chance(50))
+        fWorld.robot.rules.forbiddenKey =
+            static_cast<int>(fWorld.random.below(fWorld.robot.memory.keys()));
     else
-        f.robot.rules.forbiddenCommand = f.random.pick(commands);
+        fWorld.robot.rules.forbiddenCommand = fWorld.random.pick(commands);
     lasts([this] {
-        f.robot.rules.forbiddenKey = -1;
-        f.robot.rules.forbiddenCommand.clear();
+        fWorld.robot.rules.forbiddenKey = -1;
+        fWorld.robot.rules.forbiddenCommand.clear();
     });
 }
 
 void Strikes::die()
 {
-    f.robot.memory.clear();
-    f.network.breakAll(f.random.chance(50));
+    fWorld.robot.memory.clear();
+    fWorld.network.breakAll(fWorld.random.chance(50));
 }
 
 void Strikes::strikeMachine(Fault fault)
@@ -224,40 +243,41 @@ void Strikes::strikeMachine(Fault fault)
     case Fault::ClockJumps:
         return jump();
     case Fault::WokenLate:
-        f.network.disturbTls(Fault::TlsIsSlow); // so that something is due
-        fWakeDelay =
-            f.random.chance(50) ? f.random.upTo(milliseconds(30)) : f.random.upTo(seconds(4));
+        if (fWorld.link.doing() <= LinkDoing::Greeting)
+            strikeWay(Fault::NetworkGoesSilent); // so that something is due
+        fWakeDelay = fWorld.random.chance(50) ? fWorld.random.upTo(milliseconds(30))
+                                              : fWorld.random.upTo(seconds(4));
         return;
     case Fault::WokenForNothing:
-        return f.link.wake();
+        return fWorld.link.wake();
     case Fault::EventOfOtherConnection:
-        return f.link.eventOfOtherConnection();
+        return fWorld.link.eventOfOtherConnection();
     case Fault::ManyCalls:
-        for (int i = f.random.between(5, 30); i > 0; --i)
-            f.link.call(false);
+        for (int i = fWorld.random.between(5, 30); i > 0; --i)
+            fWorld.link.call(false);
         return;
     case Fault::CallComesTooLate:
-        return f.link.call(true);
+        return fWorld.link.call(true);
     case Fault::CallIsGivenUp:
-        return f.link.giveUpCall();
+        return fWorld.link.giveUpCall();
     case Fault::DriverFails:
-        return f.link.failed();
+        return fWorld.link.failed();
     case Fault::MemoryRunsOut:
-        Heap::failIn(f.random.between(0, f.link.doing() == LinkDoing::Waiting ? 0 : 5));
-        if (f.link.doing() == LinkDoing::Waiting)
-            f.network.answerHungLookUp();
+        Heap::failIn(fWorld.random.between(0, fWorld.link.doing() == LinkDoing::Waiting ? 0 : 5));
+        if (fWorld.link.doing() == LinkDoing::Waiting)
+            fWorld.network.answerHungLookUp(wantsOlderLookUp());
         return;
     case Fault::OtherSettings:
-        return f.link.reconnect(f.settings.other(f.random));
+        return fWorld.link.reconnect(fWorld.settings.other(fWorld.random));
     default:
-        return f.link.stop();
+        return fWorld.link.stop();
     }
 }
 
 void Strikes::jump()
 {
-    const auto most = f.random.chance(5)    ? Agenda::Duration(hours(2))
-                      : f.random.chance(50) ? Agenda::Duration(seconds(8))
-                                            : Agenda::Duration(milliseconds(300));
-    f.agenda.passTo(f.agenda.now() + f.random.upTo(most));
+    const auto most = fWorld.random.chance(5)    ? Agenda::Duration(hours(2))
+                      : fWorld.random.chance(50) ? Agenda::Duration(seconds(8))
+                                                 : Agenda::Duration(milliseconds(300));
+    fWorld.agenda.passTo(fWorld.agenda.now() + fWorld.random.upTo(most));
 }

@@ -27,7 +27,7 @@ public:
 
     /// After each step: strikes if a fault finds what it waits for.
     void step();
-    /// Whether some still wait for a link that is stopped.
+    /// Whether some still wait for a link that is stopped, and can strike it.
     bool areLeftForStopped() const;
     /// Ends all that lasts.
     void heal();
@@ -44,6 +44,8 @@ private:
     };
 
     void prepare(Fault fault, LinkDoing doing);
+    bool canStrike(Fault fault) const;
+    bool wantsOlderLookUp() const;
     bool strike(Fault fault);
     bool strikeWay(Fault fault);
     bool strikeRobot(Fault fault);
@@ -55,7 +57,7 @@ private:
     template <class End>
     void lasts(End end);
 
-    Targets f;
+    const Targets fWorld;
     std::vector<Strike> fWaiting;
     Agenda::Duration fWakeDelay{0};
     SimulatedRobot::Rules fUsualRules;
