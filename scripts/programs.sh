@@ -37,7 +37,8 @@ robot_is_ready_or_gone() {
     grep -q '^listening on ' "$work/robot.out" || ! kill -0 "${children[-1]}" 2>/dev/null
 }
 
-# Takes options of the robot. Sets `address`.
+# Takes options of the robot, none if there are none. Sets `address`.
+# shellcheck disable=SC2120 # not every script has options for it
 start_robot() {
     : >"$work/robot.out"
     build/programs/bin/tarvek-robot "$@" >"$work/robot.out" &

@@ -37,8 +37,9 @@ public:
 
 protected:
     using Names = std::pair<std::string, std::string>;
+    using Name = std::string Names::*;
     using Hash = std::uint32_t (*)(const std::string& text);
-    explicit RecordFinder(std::string Names::*name, Hash hash = &RecordFinder::xDefaultHash)
+    explicit RecordFinder(Name name, Hash hash = &RecordFinder::xDefaultHash)
         : fName(name), fHash(hash)
     {
     }
@@ -51,7 +52,7 @@ private:
     bool xCheckThrough(const Records& records, std::size_t count);
     void xRemember(const Records& records);
 
-    std::string Names::*fName;
+    Name fName;
     Hash fHash;
     std::uint32_t fGuess = 0;            ///< where the next text is looked for first
     std::size_t fChecked = 0;            ///< so many records are as remembered, in this batch

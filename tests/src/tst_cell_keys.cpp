@@ -63,9 +63,10 @@ void TestCellKeys::spaceTicksACheckBoxAndIsHeardAsAClick()
     f.show();
     f.tree.setCurrentItem(f.rows[0], 1);
     QVector<QPair<QTreeWidgetItem*, int>> clicks;
-    connect(&f.tree, &QTreeWidget::itemClicked, [&](QTreeWidgetItem* item, int column) {
-        clicks.append({item, column});
-    });
+    const auto remember = [&](QTreeWidgetItem* item, int column) {
+        clicks.append(qMakePair(item, column));
+    };
+    connect(&f.tree, &QTreeWidget::itemClicked, remember);
     QTest::keyClick(&f.tree, Qt::Key_Space);
     QCOMPARE(f.rows[0]->checkState(1), Qt::Checked);
     QCOMPARE(clicks.size(), 1);

@@ -79,8 +79,8 @@ void TestConfigMessages::aFileThatIsNoXmlCannotBeLoaded_data()
     QTest::newRow("empty") << QByteArray() << "Error document empty.";
     QTest::newRow("text") << QByteArray("hello") << "Error document empty.";
     QTest::newRow("open root") << entry << "Error reading Element value.";
-    QTest::newRow("other end tag") << entry + "</x>"
-                                   << "Error reading end tag.";
+    const QByteArray otherEnd = entry + "</x>";
+    QTest::newRow("other end tag") << otherEnd << "Error reading end tag.";
     QTest::newRow("twice the same attribute")
         << QByteArray("<a b='1' b='2'/>") << "Error parsing Element.";
     QTest::newRow("mark and a cut character, 8 bytes")

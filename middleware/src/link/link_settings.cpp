@@ -30,8 +30,8 @@ ZoBrokerOptions confined(ZoBrokerOptions options)
 std::string clientNameOf(const std::string& name)
 {
     std::string result = name.empty() ? "zo" : name.substr(0, longestName);
-    std::replace_if(
-        result.begin(), result.end(), [](char c) { return c < '!' || c > '~'; }, '-');
+    const auto isUnfit = [](char c) { return c < '!' || c > '~'; };
+    std::replace_if(result.begin(), result.end(), isUnfit, '-');
     return result;
 }
 

@@ -183,9 +183,8 @@ void TestRemoteMemory::saysWhyAListWasRefused()
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
     ZoMemoryProxy memory = memoryOf(broker);
     memory.setListData(numberedPairs({"Arm/A", "Arm/B"}));
-    const std::string error = errorOf([&] {
-        memory.setListData(numberedPairs({"Arm/A", "Leg/A"}));
-    });
+    const ZoValue pairs = numberedPairs({"Arm/A", "Leg/A"});
+    const std::string error = errorOf([&] { memory.setListData(pairs); });
     QVERIFY2(contains(error, "MSET") && contains(error, "NOPERM"), error.c_str());
     QVERIFY(broker->isConnected());
 }
