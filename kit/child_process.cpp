@@ -70,8 +70,7 @@ ChildProcess::~ChildProcess()
 
 bool ChildProcess::isRunning()
 {
-    if (!fHasEnded)
-        fHasEnded = ::waitpid(fPid, &fStatus, WNOHANG) == fPid;
+    lookForEnd(WNOHANG);
     return !fHasEnded;
 }
 
@@ -83,15 +82,23 @@ void ChildProcess::signal(int number) const
 
 int ChildProcess::wait()
 {
-    while (!fHasEnded && ::waitpid(fPid, &fStatus, 0) < 0 && errno == EINTR) {
-    }
-    fHasEnded = true;
-    return exitStatus();
+    lookForEnd(0);
+    return fExitStatus;
 }
 
-int ChildProcess::exitStatus() const
+/// Where SIGCHLD is ignored the kernel forgets how a child ended: there is none to wait for then.
+void ChildProcess::lookForEnd(int flags)
 {
-    return WIFEXITED(fStatus) ? WEXITSTATUS(fStatus) : -1;
+    if (fHasEnded)
+        return;
+    int status = 0;
+    pid_t ended = 0;
+    do
+        ended = ::waitpid(fPid, &status, flags);
+    while (ended < 0 && errno == EINTR);
+    fHasEnded = ended != 0;
+    if (ended == fPid && WIFEXITED(status))
+        fExitStatus = WEXITSTATUS(status);
 }
 
 } // namespace kit

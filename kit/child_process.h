@@ -30,15 +30,18 @@ public:
     pid_t pid() const { return fPid; }
     bool isRunning();
     void signal(int number) const;
-    /// Waits for its end; returns the exit status, or -1 when a signal ended it.
+    /// Waits for its end; returns the exit status, or -1 when a signal ended it or, where SIGCHLD
+    /// is ignored, nobody knows.
     int wait();
     /// The same, when it has ended already.
-    int exitStatus() const;
+    int exitStatus() const { return fExitStatus; }
 
 private:
+    void lookForEnd(int flags);
+
     pid_t fPid;
     bool fHasEnded = false;
-    int fStatus = 0;
+    int fExitStatus = -1;
 };
 
 } // namespace kit

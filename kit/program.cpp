@@ -24,6 +24,7 @@ extern "C" void endWell(int)
 void prepareProcess()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);
     int descriptor = 0;
     // Read-only, so that output into a stream that was closed still is an error.
     do

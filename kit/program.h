@@ -14,8 +14,8 @@ constexpr int exitFailed = 1;
 constexpr int exitWrongUse = 2;
 
 /// To be called first: a write into a closed pipe becomes an error, not the end of the process,
-/// and nothing that the program opens can get the number of a standard stream that the caller
-/// left closed.
+/// the end of a child is told even if the caller ignored such news, and nothing that the program
+/// opens can get the number of a standard stream that the caller left closed.
 void prepareProcess();
 
 /// Runs `run`, and returns the exit status that it does. When it throws, tells why in the name of

@@ -4,6 +4,7 @@
 
 #include <kit/child_process.h>
 #include <kit/descriptor.h>
+#include <kit/program.h>
 
 #include <QFile>
 #include <QTemporaryFile>
@@ -25,6 +26,8 @@ private slots:
     void init();
     void bothItsOutputsGoWhereTheyAreWanted();
     void itsEndIsTold();
+    void itsEndIsNoticedThoughNobodyTellsHow();
+    void aProgramIsToldHoweverItWasStarted();
     void aMissingProgramIsTold();
     void itEndsWithItsObject();
     void itEndsWithItsParent();
@@ -71,6 +74,37 @@ void TestChildProcess::itsEndIsTold()
     killed.signal(SIGTERM);
     QCOMPARE(killed.wait(), -1);
     QVERIFY(!killed.isRunning());
+}
+
+/// As when a program is started by one that wants no news of its children.
+void TestChildProcess::itsEndIsNoticedThoughNobodyTellsHow()
+{
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    kit::ChildProcess watched({"true"}, fOutput->handle());
+    bool runs = true;
+    for (int i = 0; i < 20000 && runs; ++i) {
+        ::poll(nullptr, 0, 1);
+        runs = watched.isRunning();
+    }
+    kit::ChildProcess awaited({"true"}, fOutput->handle());
+    const int status = awaited.wait();
+    std::signal(SIGCHLD, before);
+    QVERIFY(!runs);
+    QCOMPARE(watched.exitStatus(), -1);
+    QCOMPARE(status, -1);
+    QVERIFY(!awaited.isRunning());
+}
+
+void TestChildProcess::aProgramIsToldHoweverItWasStarted()
+{
+    const auto pipeBefore = std::signal(SIGPIPE, SIG_DFL);
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    kit::prepareProcess();
+    kit::ChildProcess child({"sh", "-c", "exit 3"}, fOutput->handle());
+    const int status = child.wait();
+    std::signal(SIGCHLD, before);
+    std::signal(SIGPIPE, pipeBefore);
+    QCOMPARE(status, 3);
 }
 
 void TestChildProcess::aMissingProgramIsTold()
