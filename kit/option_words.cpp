@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <iterator>
 #include <type_traits>
 
 namespace kit {
@@ -82,6 +83,18 @@ Option settlingOption(const std::vector<std::string>& names, const std::string& 
                       const std::function<void()>& act)
 {
     return {names, "", help, [act](const std::string&, const std::string&) { act(); }, true};
+}
+
+Options aboutOptions(const std::function<void()>& help, const std::function<void()>& version)
+{
+    return {settlingOption({"--help", "-h"}, "print this", help),
+            settlingOption({"--version"}, "print the version", version)};
+}
+
+Options joined(Options first, Options second)
+{
+    std::move(second.begin(), second.end(), std::back_inserter(first));
+    return first;
 }
 
 OptionsEnd readOptions(Words& words, const Options& options)

@@ -47,6 +47,11 @@ Option textOption(const std::string& name, const std::string& value, const std::
 /// Does `act`, and settles what the program does.
 Option settlingOption(const std::vector<std::string>& names, const std::string& help,
                       const std::function<void()>& act);
+/// --help and --version, which every program has: each settles, and does the one or the other.
+Options aboutOptions(const std::function<void()>& help, const std::function<void()>& version);
+
+/// Those of both, in this order.
+Options joined(Options first, Options second);
 
 /// What stopped readOptions.
 enum class OptionsEnd

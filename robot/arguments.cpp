@@ -5,6 +5,7 @@
 #include <kit/usage_error.h>
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr double highestRate = 1000;
 
 kit::Options robotOptions(RobotArguments& arguments)
 {
-    return {
+    kit::Options own = {
         kit::numberOption("--port", "PORT", "port of the private server (a free one)", 1,
                           highestPort, arguments.port),
         kit::numberOption("--rate", "HZ",
@@ -29,19 +30,15 @@ kit::Options robotOptions(RobotArguments& arguments)
         kit::numberOption<std::uint32_t>("--seed", "S",
                                          "another seed, a slightly different robot (1)", 0,
                                          std::numeric_limits<std::uint32_t>::max(), arguments.seed),
-        kit::settlingOption({"--help", "-h"}, "print this",
-                            [&arguments] { arguments.action = Action::Help; }),
-        kit::settlingOption({"--version"}, "print the version",
-                            [&arguments] { arguments.action = Action::Version; }),
     };
+    return kit::joined(std::move(own),
+                       kit::aboutOptions([&arguments] { arguments.action = Action::Help; },
+                                         [&arguments] { arguments.action = Action::Version; }));
 }
 
 kit::Options allOptions(RobotArguments& arguments)
 {
-    kit::Options options = robotOptions(arguments);
-    for (kit::Option& option : kit::connectionOptions(arguments.connection))
-        options.push_back(std::move(option));
-    return options;
+    return kit::joined(robotOptions(arguments), kit::connectionOptions(arguments.connection));
 }
 
 void checkServer(const RobotArguments& arguments)

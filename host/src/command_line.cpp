@@ -25,6 +25,16 @@ QString existingFolder(Text option, Text path)
     return QDir(name).absolutePath();
 }
 
+/// With the names that the toolkit's programs have for them, too.
+kit::Options aboutOptions(CommandLine& line)
+{
+    kit::Options options = kit::aboutOptions([&line] { line.action = Action::Help; },
+                                             [&line] { line.action = Action::Version; });
+    options[0].names.emplace_back("--help-all");
+    options[1].names.emplace_back("-v");
+    return options;
+}
+
 kit::Options ownOptions(CommandLine& line)
 {
     return {
@@ -44,19 +54,13 @@ kit::Options ownOptions(CommandLine& line)
          "DIR",
          "take the panels' images from this folder",
          [&line](Text name, Text path) { line.imageDir = existingFolder(name, path); }},
-        kit::settlingOption({"--help", "--help-all", "-h"}, "print this",
-                            [&line] { line.action = Action::Help; }),
-        kit::settlingOption({"--version", "-v"}, "print the version",
-                            [&line] { line.action = Action::Version; }),
     };
 }
 
 kit::Options allOptions(CommandLine& line, kit::Connection& connection)
 {
-    kit::Options options = kit::connectionOptions(connection);
-    for (kit::Option& option : ownOptions(line))
-        options.push_back(std::move(option));
-    return options;
+    return kit::joined(kit::joined(kit::connectionOptions(connection), ownOptions(line)),
+                       aboutOptions(line));
 }
 
 } // namespace

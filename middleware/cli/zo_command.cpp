@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -14,23 +15,15 @@ using kit::UsageError;
 
 constexpr int longestPeriod = 3600000; ///< ms: an hour
 
-kit::Option helpOption(ZoCommand& command)
+kit::Options aboutOptions(ZoCommand& command)
 {
-    return kit::settlingOption({"--help"}, "print this", [&] { command.action = Action::Help; });
+    return kit::aboutOptions([&command] { command.action = Action::Help; },
+                             [&command] { command.action = Action::Version; });
 }
 
 kit::Options generalOptions(ZoCommand& command)
 {
-    kit::Options options = kit::connectionOptions(command.connection);
-    options.push_back(helpOption(command));
-    options.push_back(kit::settlingOption({"--version"}, "print the version",
-                                          [&] { command.action = Action::Version; }));
-    return options;
-}
-
-kit::Options plainOptions(ZoCommand& command)
-{
-    return {helpOption(command)};
+    return kit::joined(kit::connectionOptions(command.connection), aboutOptions(command));
 }
 
 kit::Options watchOptions(ZoCommand& command)
@@ -38,11 +31,11 @@ kit::Options watchOptions(ZoCommand& command)
     const auto storePeriod = [&command](const std::string& name, const std::string& text) {
         command.period = std::chrono::milliseconds(kit::numberFrom(name, text, 1, longestPeriod));
     };
-    return {
+    kit::Options own = {
         {{"--period"}, "MS", "", storePeriod},
         kit::numberOption("--count", "N", "", 1, std::numeric_limits<int>::max(), command.count),
-        helpOption(command),
     };
+    return kit::joined(std::move(own), aboutOptions(command));
 }
 
 struct CommandRule
@@ -57,9 +50,9 @@ struct CommandRule
 constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
 const std::unordered_map<std::string, CommandRule> commandRules = {
-    {"list", {Action::List, plainOptions, 0, 1, "list [SUBSTRING]"}},
-    {"get", {Action::Get, plainOptions, 1, anyNumber, "get KEY..."}},
-    {"set", {Action::Set, plainOptions, 2, 2, "set KEY VALUE"}},
+    {"list", {Action::List, aboutOptions, 0, 1, "list [SUBSTRING]"}},
+    {"get", {Action::Get, aboutOptions, 1, anyNumber, "get KEY..."}},
+    {"set", {Action::Set, aboutOptions, 2, 2, "set KEY VALUE"}},
     {"watch",
      {Action::Watch, watchOptions, 1, anyNumber, "watch [--period MS] [--count N] KEY..."}},
 };

@@ -30,6 +30,8 @@ private slots:
     void aValueMayLookLikeAnOption();
     void theLastOfEqualOptionsCounts();
     void whatSettlesEndsTheReading();
+    void everyProgramTellsOfItself();
+    void optionsAreJoinedInOrder();
     void mistakesAreNamed_data();
     void mistakesAreNamed();
     void operandsAreRefusedWhereThereAreNone();
@@ -121,6 +123,29 @@ void TestOptionWords::whatSettlesEndsTheReading()
     QVERIFY(read({"--loud", "--help", "--nonsense"}) == OptionsEnd::Settled);
     QVERIFY(read({"-h"}) == OptionsEnd::Settled);
     QCOMPARE(fHelps, 2);
+}
+
+void TestOptionWords::everyProgramTellsOfItself()
+{
+    Texts told;
+    const kit::Options options = kit::aboutOptions([&told] { told.emplace_back("help"); },
+                                                   [&told] { told.emplace_back("version"); });
+    for (const std::string word : {"--help", "-h", "--version"}) {
+        kit::Words words({word, "--nonsense"});
+        QVERIFY(kit::readOptions(words, options) == OptionsEnd::Settled);
+    }
+    QCOMPARE(told, (Texts{"help", "help", "version"}));
+}
+
+void TestOptionWords::optionsAreJoinedInOrder()
+{
+    bool any = false;
+    const kit::Options options = kit::joined({kit::flag("--a", "", any), kit::flag("--b", "", any)},
+                                             {kit::flag("--c", "", any)});
+    Texts names;
+    for (const kit::Option& option : options)
+        names.push_back(option.names[0]);
+    QCOMPARE(names, (Texts{"--a", "--b", "--c"}));
 }
 
 void TestOptionWords::mistakesAreNamed_data()

@@ -81,6 +81,9 @@ void TestZoCommand::helpAndVersionComeBeforeAllMistakes()
     QVERIFY(readZoCommand({"get", "--help"}).action == Action::Help);
     QVERIFY(readZoCommand({"watch", "--period", "60", "--help"}).action == Action::Help);
     QVERIFY(readZoCommand({"--version", "--nonsense"}).action == Action::Version);
+    QVERIFY(readZoCommand({"-h"}).action == Action::Help);
+    QVERIFY(readZoCommand({"set", "-h"}).action == Action::Help);
+    QVERIFY(readZoCommand({"list", "--version"}).action == Action::Version);
 }
 
 void TestZoCommand::aValueMayLookLikeAnOption()
