@@ -7,6 +7,7 @@
 #include <zo/error.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <system_error>
 #include <unistd.h>
 
@@ -15,8 +16,6 @@ namespace kit {
 namespace {
 
 using Text = const std::string&;
-
-constexpr int longestTime = 3600000; ///< ms: an hour
 
 void storeAddress(Connection& connection, Text name, Text text)
 {
@@ -37,11 +36,22 @@ void storeTimeout(ZoBrokerOptions& options, Text name, Text text)
     options.keyListTimeout = time;
 }
 
+/// Why the file at `path` cannot be read; 0: it can.
+int readingError(Text path)
+{
+    if (::access(path.c_str(), R_OK) != 0)
+        return errno;
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored) ? EISDIR : 0;
+}
+
 void checkReadable(Text name, Text path)
 {
-    if (!path.empty() && ::access(path.c_str(), R_OK) != 0)
+    if (path.empty())
+        return;
+    if (const int error = readingError(path))
         throw UsageError(name + ": cannot read the file '" + path +
-                         "': " + std::generic_category().message(errno));
+                         "': " + std::generic_category().message(error));
 }
 
 void checkTls(const ZoBrokerOptions& options)

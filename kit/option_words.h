@@ -69,6 +69,9 @@ OptionsEnd readOptions(Words& words, const Options& options);
 /// For programs without operands: throws UsageError that names the next word, if there is one.
 void refuseOperands(const Words& words);
 
+/// ms: an hour, the longest time that an option may ask for.
+constexpr int longestTime = 3600000;
+
 /// The number that `text` spells out whole, in decimal and without blanks; throws UsageError that
 /// names `option` and the limits, which are allowed. For int, std::uint32_t and double.
 template <typename Number>

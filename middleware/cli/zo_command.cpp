@@ -13,8 +13,6 @@ namespace {
 using Action = ZoCommand::Action;
 using kit::UsageError;
 
-constexpr int longestPeriod = 3600000; ///< ms: an hour
-
 kit::Options aboutOptions(ZoCommand& command)
 {
     return kit::aboutOptions([&command] { command.action = Action::Help; },
@@ -29,7 +27,8 @@ kit::Options generalOptions(ZoCommand& command)
 kit::Options watchOptions(ZoCommand& command)
 {
     const auto storePeriod = [&command](const std::string& name, const std::string& text) {
-        command.period = std::chrono::milliseconds(kit::numberFrom(name, text, 1, longestPeriod));
+        command.period =
+            std::chrono::milliseconds(kit::numberFrom(name, text, 1, kit::longestTime));
     };
     kit::Options own = {
         {{"--period"}, "MS", "", storePeriod},

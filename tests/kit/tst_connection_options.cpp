@@ -126,6 +126,7 @@ void TestConnectionOptions::mistakesAreNamed_data()
     row({"--tls", "--key", "/dev/null"}, "need each other");
     row({"--tls", "--ca", "/nowhere"},
         "--ca: cannot read the file '/nowhere': No such file or directory");
+    row({"--tls", "--ca", "/"}, "--ca: cannot read the file '/': Is a directory");
     row({"--tls", "--cert", "/nowhere", "--key", "/dev/null"}, "--cert: cannot read");
     row({"--tls", "--cert", "/dev/null", "--key", "/nowhere"}, "--key: cannot read");
     row({"--password-file", "/nowhere"}, "'/nowhere': No such file or directory");

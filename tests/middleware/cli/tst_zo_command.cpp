@@ -128,6 +128,7 @@ void TestZoCommand::mistakesAreNamed_data()
     row({"watch"}, "zo watch [--period MS] [--count N] KEY...");
     row({"watch", "--period"}, "--period needs a value");
     row({"watch", "--period", "soon", "a"}, "'soon'");
+    row({"watch", "--period", "3600001", "a"}, "--period must be a whole number from 1 to 3600000");
     row({"watch", "--count", "0", "a"}, "--count must be a whole number from 1");
     row({"watch", "a", "--period", "60"}, "'--period'");
     row({"--ca", "ca.pem", "list"}, "need --tls");
