@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <kit/escape.h>
+#include <kit/hex.h>
 
 namespace kit {
 
@@ -20,13 +21,10 @@ std::size_t unicodeControlSize(std::string_view text)
     return three == "\xe2\x80\xa8" || three == "\xe2\x80\xa9" ? 3 : 0;
 }
 
-void appendHex(char byte, std::string& line)
+void appendEscapedByte(char byte, std::string& line)
 {
-    static constexpr char digits[] = "0123456789abcdef";
-    const auto code = static_cast<unsigned char>(byte);
     line += "\\x";
-    line += digits[code >> 4U];
-    line += digits[code & 0xFU];
+    appendHex(byte, line);
 }
 
 void appendControl(char byte, std::string& line)
@@ -42,7 +40,7 @@ void appendControl(char byte, std::string& line)
         line += "\\r";
         break;
     default:
-        appendHex(byte, line);
+        appendEscapedByte(byte, line);
     }
 }
 
@@ -55,7 +53,7 @@ std::string escaped(std::string_view text)
     for (std::size_t i = 0; i < text.size(); ++i) {
         const std::size_t unicode = unicodeControlSize(text.substr(i));
         for (std::size_t k = 0; k < unicode; ++k)
-            appendHex(text[i + k], line);
+            appendEscapedByte(text[i + k], line);
         if (unicode > 0)
             i += unicode - 1;
         else if (isControl(text[i]))

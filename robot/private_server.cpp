@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "private_server.h"
 
+#include <kit/hex.h>
 #include <kit/temporary_folder.h>
 
 #include <array>
@@ -23,13 +24,10 @@ constexpr auto startDeadline = std::chrono::seconds(10);
 
 std::string hexOf(std::string_view bytes, const char* prefix)
 {
-    static constexpr char digits[] = "0123456789abcdef";
     std::string text;
     for (const char byte : bytes) {
-        const auto code = static_cast<unsigned char>(byte);
         text += prefix;
-        text += digits[code >> 4U];
-        text += digits[code & 0xFU];
+        kit::appendHex(byte, text);
     }
     return text;
 }
