@@ -4,12 +4,14 @@
 #include <kit/hex.h>
 #include <kit/temporary_folder.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <fstream>
 #include <poll.h>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <sys/mman.h>
@@ -49,6 +51,18 @@ std::string accessList(const std::string& ownersPassword, const std::string& rea
     return std::string("user ") + PrivateServer::fOwner + " on >" + ownersPassword +
            " ~* &* +@all\n" + "user default on " + login +
            " ~* -@all +@read +@connection -@dangerous\n";
+}
+
+/// A server that refuses its configuration quotes it: the lines of `text` that tell of no user, and
+/// so of no password.
+std::string withoutUsers(const std::string& text)
+{
+    std::istringstream lines(text);
+    std::string rest;
+    for (std::string line; std::getline(lines, line);)
+        if (line.find("user") == std::string::npos)
+            rest += line + "\n";
+    return rest;
 }
 
 void writeFile(const std::string& path, const std::string& text)
@@ -152,5 +166,7 @@ std::string PrivateServer::log() const
 {
     std::array<char, 2000> text{};
     const ssize_t size = ::pread(fLogFile.get(), text.data(), text.size(), 0);
-    return size > 0 ? std::string(text.data(), static_cast<std::size_t>(size)) : "no reason given";
+    const std::string told =
+        withoutUsers({text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))});
+    return told.empty() ? "no reason given" : told;
 }

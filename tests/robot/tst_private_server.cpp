@@ -39,10 +39,11 @@ private:
     std::deque<int> fPorts;
 };
 
-std::string problemWith(int port, const std::function<int()>& findPort)
+std::string problemWith(int port, const std::function<int()>& findPort,
+                        const std::string& readersPassword = {})
 {
     try {
-        const PrivateServer server(port, {}, findPort);
+        const PrivateServer server(port, readersPassword, findPort);
     } catch (const std::runtime_error& error) {
         return error.what();
     }
@@ -81,6 +82,7 @@ private slots:
     void aReadersPasswordKeepsStrangersOut_data();
     void aReadersPasswordKeepsStrangersOut();
     void noPasswordStandsInTheListOfProcesses();
+    void noPasswordStandsInWhatARefusingServerSays();
     void itIsFoundHoweverDeepItsFolderIs();
 };
 
@@ -231,6 +233,28 @@ void TestPrivateServer::noPasswordStandsInTheListOfProcesses()
     const PrivateServer other(0);
     QVERIFY(server.ownersPassword().size() >= 32);
     QVERIFY(server.ownersPassword() != other.ownersPassword());
+}
+
+/// As by a server that does not know these rights: it quotes the line.
+void TestPrivateServer::noPasswordStandsInWhatARefusingServerSays()
+{
+    const QTemporaryDir folder;
+    QFile program(folder.filePath("redis-server"));
+    QVERIFY(program.open(QIODevice::WriteOnly));
+    program.write("#!/bin/sh\n"
+                  "echo 'Reading the configuration file, at line 1'\n"
+                  "sed \"s/.*/>>> '&'/\" \"$1\"\n"
+                  "sed \"s/.*\\(>[^ ]*\\).*/Error in user declaration '\\1'/\" \"$1\"\n"
+                  "echo 'Bad directive'\n"
+                  "exit 1\n");
+    program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    program.close();
+    const QByteArray before = qgetenv("PATH");
+    qputenv("PATH", folder.path().toUtf8() + ':' + before);
+    const std::string problem = problemWith(0, kit::freeLoopbackPort, "look-only");
+    qputenv("PATH", before);
+    QCOMPARE(problem, std::string("redis-server does not start: Reading the configuration file, "
+                                  "at line 1\nBad directive\n"));
 }
 
 void TestPrivateServer::itIsFoundHoweverDeepItsFolderIs()
