@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # Sourced by scripts that run the built programs. What they start ends with the script.
-# shellcheck shell=bash disable=SC2154 # what screen.sh sets
+# shellcheck shell=bash
 
 program=scripts/${0##*/}
 
@@ -24,6 +24,16 @@ end_children() {
 trap end_children EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
+
+# wait_until SECONDS COMMAND...: until the command succeeds; fails when that takes too long.
+wait_until() {
+    local deadline=$((SECONDS + $1))
+    shift
+    until "$@"; do
+        [ $SECONDS -lt $deadline ] || return 1
+        sleep 0.05
+    done
+}
 
 build_programs() {
     cmake --preset programs >"$work/configure.log" 2>&1 || {
@@ -51,22 +61,4 @@ start_robot() {
 start_desktop() {
     build/programs/bin/tarvek-desktop "$@" &
     children+=($!)
-}
-
-# The panel's window, with the example configuration in it, made large enough to see all of it.
-# Begins where the start-up dialog is open.
-open_example() {
-    wait_for_window "Glimmet configuration"
-    click 112 60
-    wait_for_window "Open File"
-    type_text "$PWD/docs/example.xml"
-    keys Return
-    wait_for_no_window "Glimmet configuration"
-    wait_for_window "Tarvek Desktop \\(connected to .*\\)"
-    xdotool windowsize --sync "$window" 1360 680
-    sleep 0.5 # until the window has arranged itself
-    drag 407 300 720 300 # the border between table and graph
-    sleep 0.5
-    drag 502 83 600 83 # the border between value and colour
-    sleep 8 # until the graph is full
 }

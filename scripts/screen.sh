@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Sourced by scripts that use a program as a user does, on a screen that nobody sees:
-# Xvfb shows it, xdotool has the mouse and the keyboard, maim takes the pictures.
+# Xvfb shows it, xdotool has the mouse and the keyboard, maim takes the pictures. Comes after
+# programs.sh.
 # shellcheck shell=bash disable=SC2154 # what programs.sh sets
 
 # start_screen: starts a screen of its own and makes it the one that programs use. `work` is a
@@ -17,16 +18,6 @@ start_screen() {
     export DISPLAY XDG_CONFIG_HOME XDG_RUNTIME_DIR QT_SCALE_FACTOR
     mkdir -m 700 "$XDG_RUNTIME_DIR"
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE
-}
-
-# wait_until SECONDS COMMAND...: until the command succeeds; fails when that takes too long.
-wait_until() {
-    local deadline=$((SECONDS + $1))
-    shift
-    until "$@"; do
-        [ $SECONDS -lt $deadline ] || return 1
-        sleep 0.05
-    done
 }
 
 # Not by xdotool's own search for names: it does not see those of windows without a title of
@@ -80,4 +71,22 @@ type_text() {
 # picture FILE [WINDOW]: of one window, or of the whole screen.
 picture() {
     maim --hidecursor ${2:+--window "$2"} "$1"
+}
+
+# The panel's window, with the example configuration in it, made large enough to see all of it.
+# Begins where the start-up dialog is open.
+open_example() {
+    wait_for_window "Glimmet configuration"
+    click 112 60
+    wait_for_window "Open File"
+    type_text "$PWD/docs/example.xml"
+    keys Return
+    wait_for_no_window "Glimmet configuration"
+    wait_for_window "Tarvek Desktop \\(connected to .*\\)"
+    xdotool windowsize --sync "$window" 1360 680
+    sleep 0.5 # until the window has arranged itself
+    drag 407 300 720 300 # the border between table and graph
+    sleep 0.5
+    drag 502 83 600 83 # the border between value and colour
+    sleep 8 # until the graph is full
 }
