@@ -72,7 +72,7 @@ void TestCommandLine::understandsEveryOption()
     QVERIFY(line.connectAtOnce);
     QCOMPARE(line.settings.addressText(), QString("robot:7000"));
     QCOMPARE(line.settings.user, QString("me"));
-    QCOMPARE(line.settings.password, QString("secret"));
+    QCOMPARE(line.settings.password, std::string("secret"));
     QVERIFY(line.settings.tls);
     QCOMPARE(line.settings.caFile.toStdString(), some);
     const ZoBrokerOptions options = line.settings.brokerOptions();
@@ -89,7 +89,7 @@ void TestCommandLine::takesThePasswordFromAFile()
 {
     const std::string path = file("gr\xc3\xbc\xc3\x9f\nnote\n").toStdString();
     const CommandLine line = parseCommandLine({"--password-file", path});
-    QCOMPARE(line.settings.password, QString::fromUtf8("gr\u00fc\u00df"));
+    QCOMPARE(line.settings.password, std::string("gr\u00fc\u00df"));
     QCOMPARE(line.settings.brokerOptions().password, std::string("gr\u00fc\u00df"));
 }
 

@@ -8,7 +8,7 @@
 ConnectionSettings::ConnectionSettings(const ZoAddress& robot, const ZoBrokerOptions& options)
     : address(robot),
       user(QString::fromLocal8Bit(options.user.c_str())),
-      password(QString::fromStdString(options.password)),
+      password(options.password),
       tls(options.tls),
       caFile(QFile::decodeName(options.tlsCaFile.c_str())),
       other(options)
@@ -20,7 +20,7 @@ ZoBrokerOptions ConnectionSettings::brokerOptions() const
 {
     ZoBrokerOptions options = other;
     options.user = user.toStdString();
-    options.password = password.toStdString();
+    options.password = password;
     options.tls = tls;
     options.tlsCaFile = QFile::encodeName(caFile).toStdString();
     return options;

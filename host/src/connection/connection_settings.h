@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <string>
+
 /// How the user wants to reach one robot.
 struct ConnectionSettings
 {
@@ -14,8 +16,8 @@ struct ConnectionSettings
     ConnectionSettings(const ZoAddress& robot, const ZoBrokerOptions& options);
 
     ZoAddress address;
-    QString user;     ///< empty: the server's default user
-    QString password; ///< empty: none; never stored
+    QString user;         ///< empty: the server's default user
+    std::string password; ///< of any bytes, UTF-8 when typed; empty: none; never stored
     bool tls = false;
     QString caFile;        ///< PEM file of authorities for TLS; empty: those of the system
     ZoBrokerOptions other; ///< what only the command line says: certificate to show, time-outs

@@ -89,7 +89,8 @@ void ConnectDialog::fill(const ConnectionSettings& settings)
     fHostBox->setEditText(host.contains(':') ? '[' + host + ']' : host);
     fPortBox->setValue(settings.address.port);
     fUserEdit->setText(settings.user);
-    fPasswordEdit->setText(settings.password);
+    fPassword = settings.password;
+    fPasswordEdit->setText(QString::fromStdString(fPassword));
     fTlsBox->setChecked(settings.tls);
     fCaEdit->setText(settings.caFile);
     xUpdate();
@@ -126,7 +127,8 @@ void ConnectDialog::xConnect()
         return;
     }
     settings.user = fUserEdit->text();
-    settings.password = fPasswordEdit->text();
+    settings.password =
+        fPasswordEdit->isModified() ? fPasswordEdit->text().toStdString() : fPassword;
     settings.tls = fTlsBox->isChecked();
     settings.caFile = settings.tls ? fCaEdit->text() : QString();
     settings.other = fOther;

@@ -45,6 +45,7 @@ private:
 
     QList<ConnectionSettings> fRecent;
     const ZoBrokerOptions fOther; ///< what the dialog does not ask for
+    std::string fPassword;        ///< as given, which the field need not be able to show
     QComboBox* fHostBox;
     QSpinBox* fPortBox;
     QLineEdit* fUserEdit;

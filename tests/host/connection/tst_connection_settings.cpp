@@ -12,6 +12,7 @@ class TestConnectionSettings : public GuardedTest
 
 private slots:
     void handsEverythingToTheLink();
+    void aPasswordNeedNotBeUtf8();
 };
 
 void TestConnectionSettings::handsEverythingToTheLink()
@@ -27,6 +28,14 @@ void TestConnectionSettings::handsEverythingToTheLink()
     QVERIFY(options.tls);
     QVERIFY(options.tlsVerify);
     QCOMPARE(options.tlsCaFile, std::string("/etc/\u673a\u5668.pem"));
+}
+
+void TestConnectionSettings::aPasswordNeedNotBeUtf8()
+{
+    ZoBrokerOptions given;
+    given.password = "\xe9t\xe9\xff";
+    const ConnectionSettings settings(ZoAddress(), given);
+    QCOMPARE(settings.brokerOptions().password, given.password);
 }
 
 REGISTER_TEST(TestConnectionSettings, NoApplication)

@@ -69,7 +69,7 @@ void TestRecentConnections::remembersAllButThePassword()
     QCOMPARE(list[0].user, QString("me"));
     QVERIFY(list[0].tls);
     QCOMPARE(list[0].caFile, QString("/etc/ca.pem"));
-    QVERIFY(list[0].password.isEmpty());
+    QVERIFY(list[0].password.empty());
     QFile file(QSettings().fileName());
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray content = file.readAll();

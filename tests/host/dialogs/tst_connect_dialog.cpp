@@ -26,6 +26,7 @@ private slots:
     void cleanup();
     void asksForWhatWasTyped();
     void keepsWhatOnlyTheCommandLineSays();
+    void keepsAGivenPasswordUntilOneIsTyped();
     void enterConnects();
     void takesAPortTypedBehindTheHost();
     void offersRecentRobots();
@@ -110,7 +111,7 @@ void TestConnectDialog::asksForWhatWasTyped()
     QCOMPARE(fRequests->size(), 1);
     QCOMPARE(asked().addressText(), QString("robot.local:7000"));
     QCOMPARE(asked().user, QString("me"));
-    QCOMPARE(asked().password, QString("secret"));
+    QCOMPARE(asked().password, std::string("secret"));
     QVERIFY(asked().tls);
     QCOMPARE(asked().caFile, QString("/etc/ca.pem"));
 }
@@ -125,6 +126,19 @@ void TestConnectDialog::keepsWhatOnlyTheCommandLineSays()
     QTest::mouseClick(connectButton(), Qt::LeftButton);
     QCOMPARE(asked().brokerOptions().tlsCertFile, std::string("/etc/me.pem"));
     QCOMPARE(asked().brokerOptions().connectTimeout.count(), 300);
+}
+
+void TestConnectDialog::keepsAGivenPasswordUntilOneIsTyped()
+{
+    ConnectionSettings settings;
+    settings.password = "\xe9t\xe9"; // no UTF-8
+    open({}, settings);
+    type("host", "robot");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().password, std::string("\xe9t\xe9"));
+    type("password", "secret");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().password, std::string("secret"));
 }
 
 void TestConnectDialog::enterConnects()
