@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <kit/descriptor.h>
 #include <kit/loopback_port.h>
 
 #include <arpa/inet.h>
@@ -13,36 +12,57 @@ namespace kit {
 
 namespace {
 
-/// A socket bound to the port, 0 for any that is free; none when that fails.
-Descriptor boundTo(int port)
+Descriptor newSocket()
 {
-    Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const int on = 1;
-    ::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    return Descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+}
+
+/// Whether `socket` could have the port; 0: any that is free.
+bool bindTo(int port, const Descriptor& socket)
+{
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
-    if (::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        return Descriptor();
-    return socket;
+    return ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+[[noreturn]] void throwNoPort()
+{
+    throw std::system_error(errno, std::generic_category(), "no free port on 127.0.0.1");
 }
 
 } // namespace
 
-int freeLoopbackPort()
+// Not to be shared: with SO_REUSEADDR, who has it too could take a port on which nobody listens.
+Descriptor socketWithLoopbackPort()
 {
-    const Descriptor socket = boundTo(0);
+    Descriptor socket = newSocket();
+    if (!bindTo(0, socket))
+        throwNoPort();
+    return socket;
+}
+
+int portOf(const Descriptor& socket)
+{
     sockaddr_in address{};
     socklen_t size = sizeof address;
     if (::getsockname(socket.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
-        throw std::system_error(errno, std::generic_category(), "no free port on 127.0.0.1");
+        throwNoPort();
     return ntohs(address.sin_port);
+}
+
+int freeLoopbackPort()
+{
+    return portOf(socketWithLoopbackPort());
 }
 
 bool isLoopbackPortFree(int port)
 {
-    return boundTo(port).isOpen();
+    const Descriptor socket = newSocket();
+    const int on = 1; // as a server does: the last one's old connections are in nobody's way
+    ::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    return bindTo(port, socket);
 }
 
 } // namespace kit

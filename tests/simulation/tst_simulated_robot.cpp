@@ -4,6 +4,8 @@
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
+#include <kit/descriptor.h>
+
 #include <wire/request.h>
 
 #include <QtTest>
@@ -12,7 +14,6 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 using namespace zo;
 
@@ -30,22 +31,20 @@ public:
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(port));
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        fIsOpen = ::connect(fSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        fIsOpen =
+            ::connect(fSocket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     }
-    ~Client() { ::close(fSocket); }
-    Client(const Client&) = delete;
-    Client& operator=(const Client&) = delete;
 
     /// All that the server says to `bytes`, at least `expected` bytes if it says so many in time.
     std::string ask(const std::string& bytes, std::size_t expected)
     {
-        if (!fIsOpen || ::send(fSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) !=
+        if (!fIsOpen || ::send(fSocket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) !=
                             static_cast<ssize_t>(bytes.size()))
             return "cannot send";
         std::string answer;
         while (answer.size() < expected && receive(answer)) {
         }
-        ::shutdown(fSocket, SHUT_WR); // the server says the rest, and hangs up
+        ::shutdown(fSocket.get(), SHUT_WR); // the server says the rest, and hangs up
         while (receive(answer)) {
         }
         return answer;
@@ -55,15 +54,15 @@ private:
     bool receive(std::string& answer) const
     {
         char block[4096];
-        pollfd ready{fSocket, POLLIN, 0};
+        pollfd ready{fSocket.get(), POLLIN, 0};
         const ssize_t got =
-            ::poll(&ready, 1, 10000) > 0 ? ::recv(fSocket, block, sizeof block, 0) : 0;
+            ::poll(&ready, 1, 10000) > 0 ? ::recv(fSocket.get(), block, sizeof block, 0) : 0;
         if (got > 0)
             answer.append(block, static_cast<std::size_t>(got));
         return got > 0;
     }
 
-    int fSocket;
+    kit::Descriptor fSocket;
     bool fIsOpen = false;
 };
 

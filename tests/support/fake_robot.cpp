@@ -1,31 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
+#include <kit/loopback_port.h>
+
 #include <poll.h>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
-
-namespace {
-
-int boundSocket(int& port)
-{
-    const int bound = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    if (bound < 0 || ::bind(bound, generic, size) != 0 || ::getsockname(bound, generic, &size) != 0)
-        throw std::runtime_error("no free loopback port");
-    port = ntohs(address.sin_port);
-    return bound;
-}
-
-} // namespace
 
 std::vector<std::string> FakeConnection::readCommand()
 {
@@ -93,9 +74,12 @@ void FakeConnection::greet()
     send("+OK\r\n");
 }
 
-FakeRobot::FakeRobot(Script script) : fScript(std::move(script)), fListener(boundSocket(fPort))
+FakeRobot::FakeRobot(Script script)
+    : fScript(std::move(script)),
+      fListener(kit::socketWithLoopbackPort()),
+      fPort(kit::portOf(fListener))
 {
-    ::listen(fListener, 5);
+    ::listen(fListener.get(), 5);
     fThread = std::thread([this] { serve(); });
 }
 
@@ -104,18 +88,17 @@ FakeRobot::~FakeRobot()
     {
         const std::lock_guard<std::mutex> lock(fMutex);
         fIsEnding = true;
-        ::shutdown(fListener, SHUT_RDWR);
+        ::shutdown(fListener.get(), SHUT_RDWR);
         if (fCurrent >= 0)
             ::shutdown(fCurrent, SHUT_RDWR);
     }
     fThread.join();
-    ::close(fListener);
 }
 
 void FakeRobot::serve()
 {
     for (int number = 0;; ++number) {
-        const int socket = ::accept4(fListener, nullptr, nullptr, SOCK_CLOEXEC);
+        const int socket = ::accept4(fListener.get(), nullptr, nullptr, SOCK_CLOEXEC);
         {
             const std::lock_guard<std::mutex> lock(fMutex);
             fCurrent = fIsEnding ? -1 : socket;
@@ -141,11 +124,4 @@ void FakeRobot::serveOne(int socket, int number)
     }
     const std::lock_guard<std::mutex> lock(fMutex);
     fCurrent = -1;
-}
-
-DeafPort::DeafPort() : fSocket(boundSocket(fPort)) {}
-
-DeafPort::~DeafPort()
-{
-    ::close(fSocket);
 }

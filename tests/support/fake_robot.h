@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <kit/loopback_port.h>
+
 #include <functional>
 #include <mutex>
 #include <string>
@@ -60,8 +62,8 @@ private:
     void serveOne(int socket, int number);
 
     const Script fScript;
-    int fPort = 0;
-    int fListener = -1;
+    const kit::Descriptor fListener;
+    const int fPort;
     std::mutex fMutex;
     int fCurrent = -1;
     bool fIsEnding = false;
@@ -72,14 +74,8 @@ private:
 class DeafPort
 {
 public:
-    DeafPort();
-    ~DeafPort();
-    DeafPort(const DeafPort&) = delete;
-    DeafPort& operator=(const DeafPort&) = delete;
-
-    int port() const { return fPort; }
+    int port() const { return kit::portOf(fSocket); }
 
 private:
-    int fPort = 0;
-    int fSocket = -1;
+    const kit::Descriptor fSocket = kit::socketWithLoopbackPort();
 };

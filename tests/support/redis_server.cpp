@@ -76,16 +76,9 @@ public:
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (::connect(fSocket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
-            return;
-        const int problem = errno;
-        ::close(fSocket);
-        errno = problem;
-        failWithErrno("cannot connect to " + path);
+        if (::connect(fSocket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+            failWithErrno("cannot connect to " + path);
     }
-    ~AdminConnection() { ::close(fSocket); }
-    AdminConnection(const AdminConnection&) = delete;
-    AdminConnection& operator=(const AdminConnection&) = delete;
 
     std::string run(const std::vector<std::string>& words)
     {
@@ -104,7 +97,7 @@ private:
     {
         for (std::size_t at = 0; at < bytes.size();) {
             const ssize_t sent =
-                ::send(fSocket, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
+                ::send(fSocket.get(), bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
             if (sent <= 0)
                 failWithErrno("cannot send to the server");
             at += static_cast<std::size_t>(sent);
@@ -114,7 +107,7 @@ private:
     void receive()
     {
         char block[65536];
-        const ssize_t got = ::recv(fSocket, block, sizeof block, 0);
+        const ssize_t got = ::recv(fSocket.get(), block, sizeof block, 0);
         if (got < 0)
             failWithErrno("cannot receive from the server");
         if (got == 0)
@@ -124,7 +117,7 @@ private:
             throw std::runtime_error(fReader.problem().text);
     }
 
-    int fSocket;
+    kit::Descriptor fSocket;
     ReplyReader fReader;
 };
 
