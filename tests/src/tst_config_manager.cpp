@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "support/child_process.h"
 #include "support/config_files.h"
 #include "support/files.h"
+#include "support/forked_action.h"
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/register_test.h"
@@ -427,7 +427,7 @@ void TestConfigManager::anEntryWithoutNameOrAliasNeverReturns()
     QFETCH(bool, returns);
     const QByteArray whole = "<stm_value name='w' alias='w'/>";
     writeBytes(path("given.xml"), "<stm_viewer>" + whole + entry + whole + "</stm_viewer>");
-    ChildProcess child([this] { return endOfLoad(path("given.xml")); });
+    ForkedAction child([this] { return endOfLoad(path("given.xml")); });
     QCOMPARE(static_cast<LoadEnd>(child.waitForExit()), returns ? RETURNED : RETRIES);
 }
 

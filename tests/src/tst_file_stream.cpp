@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "broken_pipe_shield.h"
 #include "file_stream.h"
-#include "support/child_process.h"
 #include "support/config_files.h"
 #include "support/files.h"
+#include "support/forked_action.h"
 #include "support/guarded_test.h"
 #include "support/patience.h"
 #include "support/register_test.h"
@@ -137,7 +137,7 @@ private:
 template <class Action>
 bool returns(Action action)
 {
-    ChildProcess child([&action] {
+    ForkedAction child([&action] {
         action();
         return 0;
     });
@@ -293,7 +293,7 @@ void TestFileStream::aReaderThatIsGoneDoesNotEndTheProcess()
     const auto module = largeModule();
     PipeReader reader(path("pipe"));
     QVERIFY(reader.isOpen());
-    ChildProcess child([&] {
+    ForkedAction child([&] {
         reader.stop();
         const bool quiet = saveMessage(module, path("pipe")).isEmpty();
         return quiet && !isBlocked() && !isPending() ? 0 : 1;
@@ -306,7 +306,7 @@ void TestFileStream::aReaderThatIsGoneDoesNotEndTheProcess()
 
 void TestFileStream::aSignalThatWasPendingBeforeStaysSo()
 {
-    ChildProcess child([] {
+    ForkedAction child([] {
         const sigset_t set = pipeSignal();
         pthread_sigmask(SIG_BLOCK, &set, nullptr);
         std::raise(SIGPIPE);
@@ -343,7 +343,7 @@ void TestFileStream::aTerminalThatIsOpenedDoesNotBecomeTheMaster()
     const int end = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     QVERIFY(grantpt(end) == 0 && unlockpt(end) == 0);
     const QString name = ptsname(end);
-    ChildProcess child([&name] {
+    ForkedAction child([&name] {
         setsid();
         const bool isRefused = loadMessage(newModule(), name).contains("a device or a pipe");
         return isRefused && open("/dev/tty", O_RDWR | O_CLOEXEC) < 0 ? 0 : 1;

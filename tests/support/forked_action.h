@@ -9,26 +9,26 @@
 
 /// Runs an action in a process of its own: one that could end the process, or never return. Ended
 /// when it takes longer than a test has. Beware of locks that other threads hold at the start.
-class ChildProcess
+class ForkedAction
 {
 public:
     /// The action's result is the exit status.
     template <class Action>
-    explicit ChildProcess(Action action) : fPid(fork())
+    explicit ForkedAction(Action action) : fPid(fork())
     {
         if (fPid != 0)
             return;
         ::alarm(patience / 1000);
         ::_exit(action());
     }
-    ~ChildProcess()
+    ~ForkedAction()
     {
         if (fPid > 0)
             ::kill(fPid, SIGKILL);
         waitForExit();
     }
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
+    ForkedAction(const ForkedAction&) = delete;
+    ForkedAction& operator=(const ForkedAction&) = delete;
 
     /// The exit status; -1 when a signal ended it.
     int waitForExit()
