@@ -62,7 +62,6 @@ private:
     void names(RobotSession& session);
     void store(const Words& words);
     bool spoilValues(RobotSession& session, const Words& words);
-    bool spoil(RobotSession& session);
     bool isForbidden(std::string_view name) const { return name == rules.forbiddenCommand; }
     bool asksForForbidden(const Words& words, std::string_view name) const;
     void appendValue(std::string_view key);

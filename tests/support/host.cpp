@@ -8,31 +8,14 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-template <typename Dialog>
-Dialog* shown(const QString& name)
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* dialog = qobject_cast<Dialog*>(widget);
-        if (dialog && dialog->isVisible() &&
-            (name.isEmpty() || dialog->objectName() == name ||
-             dialog->metaObject()->className() == name))
-            return dialog;
-    }
-    return nullptr;
-}
-
-} // namespace
-
 QMessageBox* shownBox()
 {
-    return shown<QMessageBox>({});
-}
-
-QDialog* shownDialog(const QString& name)
-{
-    return shown<QDialog>(name);
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(widget);
+        if (box && box->isVisible())
+            return box;
+    }
+    return nullptr;
 }
 
 void whenShown(const QString& name, const std::function<void(QDialog&)>& action)

@@ -13,10 +13,8 @@
 
 /// Words for tests that run the host's windows.
 
-/// The box, or the dialog with this object or class name, on screen; null when there is none. An
-/// empty name is that of any.
+/// The box on screen; null when there is none.
 QMessageBox* shownBox();
-QDialog* shownDialog(const QString& name);
 
 /// Runs `action` once the modal dialog of this name is in front: that dialog, and the function that
 /// opened it, are at work meanwhile. Set up before it opens. A dialog that does not come, or stays
