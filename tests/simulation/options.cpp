@@ -1,58 +1,61 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/options.h"
 
-#include <charconv>
+#include <kit/option_words.h>
+#include <kit/options_text.h>
+#include <kit/usage_error.h>
 
-const char usage[] = "usage: simulate [--schedules N] [--seed S] [--jobs N] [--stop-at-first]\n"
-                     "       simulate --only N [--seed S] [--trace]\n"
-                     "  --schedules N    how many schedules are run (10000)\n"
-                     "  --seed S         from which they all follow, with their numbers (1)\n"
-                     "  --jobs N         how many at the same time (one for each core)\n"
-                     "  --stop-at-first  end with the first violation\n"
-                     "  --only N         run schedule number N alone\n"
-                     "  --trace          tell what happens in it\n";
+#include <limits>
 
 namespace {
 
-std::uint64_t numberOf(const std::string& option, const std::string& text, std::uint64_t least)
+constexpr std::uint32_t highest = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint32_t mostJobs = 1000;
+
+kit::Options simulateOptions(SimulateOptions& options)
 {
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, number);
-    if (read.ec != std::errc() || read.ptr != end || number < least)
-        throw UsageError(option + " takes a whole number, " + std::to_string(least) +
-                         " or more, and not '" + text + "'");
-    return number;
+    return {
+        kit::numberOption("--schedules", "N", "how many schedules are run (10000)", 1U, highest,
+                          options.schedules),
+        kit::numberOption("--seed", "S", "from which they all follow, with their numbers (1)", 0U,
+                          highest, options.seed),
+        kit::numberOption("--jobs", "N", "how many at the same time (one for each core)", 1U,
+                          mostJobs, options.jobs),
+        kit::flag("--stop-at-first", "end with the first violation", options.stopsAtFirst),
+        {{"--only"},
+         "N",
+         "run schedule number N alone",
+         [&options](const std::string& name, const std::string& text) {
+             options.only = kit::numberFrom(name, text, 0U, highest);
+         }},
+        kit::flag("--trace", "with --only: tell what happens in it", options.isTraced),
+        kit::settlingOption({"--help", "-h"}, "print this",
+                            [&options] { options.asksForHelp = true; }),
+    };
 }
 
 } // namespace
 
-SimulateOptions readOptions(const std::vector<std::string>& words)
+SimulateOptions readSimulateOptions(const std::vector<std::string>& words)
 {
     SimulateOptions options;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string& option = words[i];
-        const auto number = [&](std::uint64_t least) {
-            if (++i == words.size())
-                throw UsageError(option + " needs a number");
-            return numberOf(option, words[i], least);
-        };
-        if (option == "--schedules")
-            options.schedules = number(1);
-        else if (option == "--seed")
-            options.seed = number(0);
-        else if (option == "--jobs")
-            options.jobs = number(1);
-        else if (option == "--only")
-            options.only = number(0);
-        else if (option == "--trace")
-            options.isTraced = true;
-        else if (option == "--stop-at-first")
-            options.stopsAtFirst = true;
-        else
-            throw UsageError("unknown option '" + option + "'");
-    }
+    kit::Words rest(words);
+    if (kit::readOptions(rest, simulateOptions(options)) == kit::OptionsEnd::Settled)
+        return options;
+    if (!rest.empty())
+        throw kit::UsageError("'" + rest.next() + "' is no option");
     if (options.isTraced && !options.only)
-        throw UsageError("--trace needs --only: it tells of one schedule");
+        throw kit::UsageError("--trace needs --only: it tells of one schedule");
     return options;
+}
+
+std::string simulateHelp()
+{
+    SimulateOptions any;
+    return "Usage: scripts/simulate [OPTION]...\n"
+           "Runs the machine of the link against a simulated robot, and tells what went wrong.\n"
+           "\n" +
+           kit::optionsText(simulateOptions(any)) +
+           "\n"
+           "Example: scripts/simulate --seed 1 --only 4711 --trace\n";
 }

@@ -3,29 +3,23 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 /// What a run of the simulation does.
 struct SimulateOptions
 {
-    std::uint64_t schedules = 10000;
-    std::uint64_t seed = 1;
-    std::optional<std::uint64_t> only; ///< this schedule alone
+    bool asksForHelp = false; ///< then nothing else matters
+    std::uint32_t schedules = 10000;
+    std::uint32_t seed = 1;
+    std::optional<std::uint32_t> only; ///< this schedule alone
     bool isTraced = false;
-    std::uint64_t jobs = 0; ///< processes; 0: one for each core
+    std::uint32_t jobs = 0; ///< processes; 0: one for each core
     bool stopsAtFirst = false;
 };
 
-/// A command line that makes no sense.
-class UsageError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
+/// Throws kit::UsageError.
+SimulateOptions readSimulateOptions(const std::vector<std::string>& words);
 
-extern const char usage[];
-
-/// Throws UsageError.
-SimulateOptions readOptions(const std::vector<std::string>& words);
+/// What --help prints.
+std::string simulateHelp();

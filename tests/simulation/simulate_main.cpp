@@ -2,8 +2,9 @@
 #include "simulation/options.h"
 #include "simulation/workers.h"
 
+#include <kit/program.h>
+
 #include <cstdio>
-#include <exception>
 
 namespace {
 
@@ -28,23 +29,26 @@ int judge(const Tally& tally)
                     static_cast<unsigned long long>(leastOfCell));
         isGood = false;
     }
-    return isGood ? 0 : 1;
+    return isGood ? kit::exitDone : kit::exitFailed;
+}
+
+int run(const SimulateOptions& options)
+{
+    if (options.asksForHelp) {
+        kit::print(simulateHelp());
+        return kit::exitDone;
+    }
+    if (options.only)
+        return runAlone(options) ? kit::exitDone : kit::exitFailed;
+    return judge(runAll(options));
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    try {
-        const SimulateOptions options = readOptions({argv + 1, argv + argc});
-        if (options.only)
-            return runAlone(options) ? 0 : 1;
-        return judge(runAll(options));
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "simulate: %s\n%s", error.what(), usage);
-        return 2;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "simulate: %s\n", error.what());
-        return 3;
-    }
+    kit::prepareProcess();
+    return kit::runProgram("scripts/simulate", [&] {
+        return run(readSimulateOptions({argv + 1, argv + argc}));
+    });
 }

@@ -127,7 +127,7 @@ private:
 
     std::uint64_t endOfPortion(std::uint64_t number) const
     {
-        return std::min((number / portion + 1) * portion, fOptions.schedules);
+        return std::min<std::uint64_t>((number / portion + 1) * portion, fOptions.schedules);
     }
 
     void runOne(Tally& tally, std::uint64_t number)
