@@ -8,6 +8,7 @@
 #include "module.h"
 #include "record_finder.h"
 #include "support/redis_server.h"
+#include "support/request_for.h"
 
 #include <zo/zo.h>
 
@@ -125,17 +126,14 @@ void fetchGlimmet(benchmark::State& state)
 std::pair<ZoValue, ZoValue> exchangeOf(int keys)
 {
     std::mt19937 generator(2);
-    ZoValue request;
+    std::vector<std::string> names;
     ZoValue reply;
-    request.arraySetSize(keys);
     reply.arraySetSize(keys);
     for (int i = 0; i < keys; ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = keyName(i);
-        request[i][1] = 0;
+        names.push_back(keyName(i));
         reply[i] = std::strtod(longFloat(generator).c_str(), nullptr);
     }
-    return {std::move(request), std::move(reply)};
+    return {requestFor(names), std::move(reply)};
 }
 
 /// The first fetch of a panel over a link that is up: its request is made, and every record gets

@@ -20,14 +20,7 @@ constexpr int deadline = 20000; ///< ms
 
 ZoValue valuesOf(ZoMemoryProxy& memory, const std::vector<std::string>& keys)
 {
-    ZoValue request;
-    request.arraySetSize(static_cast<int>(keys.size()));
-    for (int i = 0; i < request.getSize(); ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = keys[static_cast<std::size_t>(i)];
-        request[i][1] = 0;
-    }
-    return memory.getListData(request);
+    return memory.getListData(requestFor(keys));
 }
 
 std::int64_t countOf(ZoMemoryProxy& memory, const std::string& key)

@@ -2,6 +2,7 @@
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/register_test.h"
+#include "support/sampled_graph.h"
 
 #include "graph_math.h"
 
@@ -21,14 +22,6 @@ QList<TimeValue> samplesAt(const QList<double>& times)
     for (const double time : times)
         samples.append({time, 10 * time});
     return samples;
-}
-
-QList<double> timesOf(const QList<TimeValue>& samples)
-{
-    QList<double> times;
-    for (const TimeValue& sample : samples)
-        times.append(sample.first);
-    return times;
 }
 
 double secondsToPruneHalf(int count)

@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/register_test.h"
+#include "support/request_for.h"
 
 #include "model.h"
 #include "record_finder.h"
@@ -10,6 +11,8 @@
 #include <QtTest>
 
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -31,15 +34,14 @@ struct Exchange
 {
     explicit Exchange(Model& model)
     {
-        request.arraySetSize(fCount);
+        std::vector<std::string> names;
         reply.arraySetSize(fCount);
         for (int i = 0; i < fCount; ++i) {
-            const std::string name = "a name beyond the small text buffer " + std::to_string(i);
-            model.addSTMVal(name, name);
-            request[i].arraySetSize(2);
-            request[i][0] = name;
+            names.push_back("a name beyond the small text buffer " + std::to_string(i));
+            model.addSTMVal(names.back(), names.back());
             reply[i] = std::string(std::size_t(i * 7919 % 500), 'x');
         }
+        request = requestFor(names);
     }
 
     static constexpr int fCount = 100;

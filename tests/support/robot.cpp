@@ -22,18 +22,6 @@ ZoMemoryProxy memoryOf(const boost::shared_ptr<ZoBroker>& broker)
     return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
 }
 
-ZoValue requestFor(const std::vector<std::string>& keys)
-{
-    ZoValue request;
-    request.arraySetSize(static_cast<int>(keys.size()));
-    for (int i = 0; i < request.getSize(); ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = keys[i];
-        request[i][1] = 0;
-    }
-    return request;
-}
-
 std::string errorOf(const std::function<void()>& action)
 {
     try {
@@ -42,9 +30,4 @@ std::string errorOf(const std::function<void()>& action)
         return error.toString();
     }
     return {};
-}
-
-bool contains(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
 }

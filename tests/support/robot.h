@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/contains.h"
 #include "support/patience.h"
+#include "support/request_for.h"
 
 #include <zo/zo.h>
 
@@ -9,7 +11,6 @@
 #include <functional>
 #include <future>
 #include <string>
-#include <vector>
 
 /// Short words for tests that talk to a robot.
 
@@ -28,11 +29,5 @@ bool isReady(const std::future<Result>& future)
     return future.wait_for(std::chrono::milliseconds(patience)) == std::future_status::ready;
 }
 
-/// The argument of getListData for `keys`.
-ZoValue requestFor(const std::vector<std::string>& keys);
-
 /// The text of the ZoError that `action` throws; empty when it throws none.
 std::string errorOf(const std::function<void()>& action);
-
-/// Whether `text` contains `part`.
-bool contains(const std::string& text, const std::string& part);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/contains.h"
 #include "support/guarded_test.h"
 #include "support/machine_bench.h"
 #include "support/register_test.h"
@@ -19,11 +20,6 @@ using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
 constexpr nanoseconds moment{1};
-
-bool contains(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
-}
 
 ZoBrokerOptions withPassword()
 {

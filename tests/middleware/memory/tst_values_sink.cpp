@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/register_test.h"
+#include "support/request_for.h"
 
 #include <memory/values_sink.h>
 #include <value/json.h>
@@ -17,14 +18,10 @@ constexpr int half = 500000; ///< elements of an array, written in just under 1 
 
 std::shared_ptr<const ListRequest> requestOf(int keys)
 {
-    ZoValue request;
-    request.arraySetSize(keys);
-    for (int i = 0; i < keys; ++i) {
-        request[i].arraySetSize(2);
-        request[i][0] = "Arm/" + std::to_string(i);
-        request[i][1] = 0;
-    }
-    return std::make_shared<const ListRequest>(request,
+    std::vector<std::string> names;
+    for (int i = 0; i < keys; ++i)
+        names.push_back("Arm/" + std::to_string(i));
+    return std::make_shared<const ListRequest>(requestFor(names),
                                                std::make_shared<const ForbiddenKeys::Set>());
 }
 
