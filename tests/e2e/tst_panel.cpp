@@ -2,6 +2,7 @@
 #include "session.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -252,7 +253,7 @@ void TestPanel::keepsAnsweringWhileTheRobotHangs()
     // One exchange deadline of 250 ms, and room for a busy test machine.
     QVERIFY2(meter.longest() < 500, qPrintable(QString::number(meter.longest())));
     qInfo("longest stall: %lld ms", meter.longest());
-    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, patience);
 }
 
 void TestPanel::goesOnAfterTheRobotWasStartedAgain()
@@ -267,7 +268,7 @@ void TestPanel::goesOnAfterTheRobotWasStartedAgain()
     QTRY_VERIFY(!shown->monitor().state().connected);
     fRobot.reset(new RobotProgram({"--port", port}));
     QVERIFY(fRobot->startAndWait());
-    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, patience);
     QVERIFY(shown->findChild<QLabel*>("connectionDetail")->text().contains("subscription mode"));
 
     // What the status bar tells the user to do.

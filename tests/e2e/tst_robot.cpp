@@ -2,6 +2,7 @@
 #include "robot_keys.h"
 #include "robot_program.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -15,8 +16,6 @@
 #include <set>
 
 namespace {
-
-constexpr int deadline = 20000; ///< ms
 
 ZoValue valuesOf(ZoMemoryProxy& memory, const std::vector<std::string>& keys)
 {
@@ -85,7 +84,7 @@ void TestRobot::valuesFollowTheClock()
     clock.start();
     QVERIFY(robot.startAndWait());
     ZoMemoryProxy memory = robot.memory();
-    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/Seconds") >= 2, deadline);
+    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/Seconds") >= 2, patience);
     QVERIFY(clock.elapsed() >= 2000);
     // 4 ticks a second, 500 counts a second.
     QCOMPARE(countOf(memory, "Counter/ControlTicks") % 125, std::int64_t{0});
@@ -101,7 +100,7 @@ void TestRobot::everyValueIsThatOfItsSeedAndTime()
     for (const RobotKey& key : keys)
         names.push_back(key.name);
     ZoMemoryProxy memory = robot.memory();
-    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/ControlTicks") > 0, deadline);
+    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/ControlTicks") > 0, patience);
     const ZoValue values = valuesOf(memory, names);
     const auto ticks = std::find(names.begin(), names.end(), "Counter/ControlTicks");
     const ZoValue count = values[static_cast<int>(ticks - names.begin())];
@@ -206,7 +205,7 @@ void TestRobot::itsServerEndsWithItWhenItIsKilled()
     QCOMPARE(servers.size(), 1);
     robot.signal(SIGKILL);
     QCOMPARE(robot.waitForExit(), -1);
-    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(servers.first()), deadline);
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(servers.first()), patience);
 }
 
 void TestRobot::theEndOfItsServerEndsItWithAMessage()
@@ -301,7 +300,7 @@ void TestRobot::aLostServerIsToldOnceAndAwaited()
     QVERIFY(robot.waitForError("Trying again."));
     server.restart();
     QVERIFY(robot.waitForError("publishing again."));
-    QTRY_COMPARE_WITH_TIMEOUT(server.command({"DBSIZE"}), std::string("200"), deadline);
+    QTRY_COMPARE_WITH_TIMEOUT(server.command({"DBSIZE"}), std::string("200"), patience);
     QCOMPARE(robot.errors().count('\n'), 2);
     QVERIFY(robot.errors().contains(QString::number(server.port())));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <kit/child_process.h>
@@ -139,7 +140,7 @@ void TestChildProcess::itEndsWithItsParent()
     QCOMPARE(::waitpid(parent, &status, 0), parent);
     QCOMPARE(status, 0);
     pollfd pipe{ends[0], POLLIN, 0};
-    QCOMPARE(::poll(&pipe, 1, 20000), 1);
+    QCOMPARE(::poll(&pipe, 1, patience), 1);
     QVERIFY((pipe.revents & POLLHUP) != 0);
     ::close(ends[0]);
 }
@@ -187,7 +188,7 @@ void TestChildProcess::signalsThatItsMakerBlocksOrIgnoresReachIt()
     QTRY_VERIFY(runsSleep(first) && runsSleep(second));
     first.signal(SIGTERM);
     second.signal(SIGPIPE);
-    QTRY_VERIFY_WITH_TIMEOUT(!first.isRunning() && !second.isRunning(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!first.isRunning() && !second.isRunning(), patience);
 }
 
 REGISTER_TEST(TestChildProcess, QCoreApplication)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <kit/password_file.h>
@@ -49,7 +50,7 @@ private:
 namespace {
 
 /// For pipes that deliver, and for those that do not.
-constexpr auto longEnough = std::chrono::seconds(20);
+constexpr auto longEnough = std::chrono::milliseconds(patience);
 constexpr auto notLong = std::chrono::milliseconds(20);
 
 /// Both ends of a pipe: nobody has to wait to open it.
@@ -64,10 +65,10 @@ void put(int file, const QByteArray& text)
              ssize_t{text.size()});
 }
 
-QString mistakeIn(const std::string& path, std::chrono::milliseconds patience = longEnough)
+QString mistakeIn(const std::string& path, std::chrono::milliseconds limit = longEnough)
 {
     try {
-        kit::readPassword(path, patience);
+        kit::readPassword(path, limit);
     } catch (const kit::UsageError& error) {
         return error.what();
     }

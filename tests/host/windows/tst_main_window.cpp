@@ -4,6 +4,7 @@
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "windows/main_window.h"
@@ -310,7 +311,7 @@ void TestMainWindow::saysThatTheRobotIsBackAndTellsTheNextLoss()
     fRobot->kill();
     QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->restart();
-    QTRY_VERIFY_WITH_TIMEOUT(stateText().startsWith("Connected since"), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(stateText().startsWith("Connected since"), patience);
     QVERIFY2(detailText().contains("Choose the subscription mode"), qPrintable(detailText()));
     QCOMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->kill();
@@ -336,7 +337,7 @@ void TestMainWindow::panelsCannotBeOpenedWithoutTheRobot()
     fRobot->kill();
     QTRY_VERIFY(!action("Probe")->isEnabled());
     fRobot->restart();
-    QTRY_VERIFY_WITH_TIMEOUT(action("Probe")->isEnabled(), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(action("Probe")->isEnabled(), patience);
 }
 
 void TestMainWindow::savesAPictureOfThePanel()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -32,7 +33,7 @@ std::string handshake(const RedisServer& server, const std::string& host)
                                outcome = error ? stream.explain(error) : "trusted";
                            });
                    });
-    context.run_for(std::chrono::seconds(20));
+    context.run_for(std::chrono::milliseconds(patience));
     return outcome;
 }
 
