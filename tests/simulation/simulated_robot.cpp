@@ -201,7 +201,8 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     const bool isSpoilt = fault == Fault::TooManyElements || fault == Fault::TooFewElements ||
                           fault == Fault::PushInsideReply;
     const int key = keyNumber(words[1]);
-    if (fault == Fault::LargeValue && key >= 0) {
+    const bool areFew = words.size() < 10; // the whole reply must be small enough
+    if (fault == Fault::LargeValue && key >= 0 && areFew) {
         nextReply = Fault::None;
         memory.put(key, largeValue);
         fReply.assign("*").append(std::to_string(words.size() - 1)).append("\r\n");
