@@ -2,5 +2,5 @@
 #include <config_manager.h>
 
 /// Headers of the panel are found in another project.
-void (*const save)(boost::shared_ptr<const Model>,
-                   const QString&) = &ConfigManager::saveConfigurationFile;
+void (*save)(boost::shared_ptr<const Model>,
+             const QString&) = &ConfigManager::saveConfigurationFile;
