@@ -21,12 +21,12 @@ Values valuesAt(const std::vector<RobotKey>& keys, double t)
     return values;
 }
 
-const RobotKey& keyCalled(const std::vector<RobotKey>& keys, const std::string& name)
+const RobotKey& keyCalled(const std::vector<RobotKey>& keys, std::string_view name)
 {
     for (const RobotKey& key : keys)
         if (key.name == name)
             return key;
-    throw std::runtime_error("no key " + name);
+    throw std::runtime_error("no key " + std::string(name));
 }
 
 double number(const ZoValue& value)
