@@ -12,6 +12,19 @@
 
 namespace {
 
+/// Whether it ended with an error, which newer versions of the library tell by another name.
+template <class Run>
+auto isFailed(const Run& run, int /*preferred*/) -> decltype(bool(run.error_occurred))
+{
+    return run.error_occurred;
+}
+
+template <class Run>
+auto isFailed(const Run& run, long /*otherwise*/) -> decltype(run.skipped == run.skipped)
+{
+    return run.skipped != decltype(run.skipped){};
+}
+
 /// Prints the usual table, and remembers the best time of each benchmark over its repetitions.
 class BestTimes : public benchmark::ConsoleReporter
 {
@@ -22,7 +35,10 @@ public:
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration)
                 continue;
-            fHasFailed = fHasFailed || run.iterations == 0;
+            if (isFailed(run, 0)) {
+                fHasFailed = true;
+                continue;
+            }
             remember(run.run_name.function_name + "/" + run.run_name.args,
                      run.GetAdjustedRealTime());
         }
