@@ -1,81 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "support/captured_stderr.h"
-#include "support/fake_memory.h"
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
-#include "support/patience.h"
+#include "support/module_bench.h"
 #include "support/random_records.h"
 #include "support/register_test.h"
-#include "support/watched_thread.h"
-
-#include "gc_interface.h"
-#include "module.h"
+#include "support/request_for.h"
 
 #include <zo/error.h>
 
 #include <QtTest>
 
-#include <algorithm>
-#include <atomic>
 #include <memory>
 #include <new>
-#include <optional>
 #include <stdexcept>
-#include <thread>
-
-namespace {
-
-/// Counts what it is told, and does what the test wants then.
-class Observer final : public GCInterface
-{
-public:
-    void refreshTree() override
-    {
-        ++refreshed;
-        if (whenRefreshed)
-            whenRefreshed();
-    }
-    void resetTree() override { ++reset; }
-
-    int refreshed = 0;
-    int reset = 0;
-    std::function<void()> whenRefreshed;
-};
-
-/// A module over a fake memory, observed.
-struct Bench
-{
-    Bench() { module.fGCInterface = &observer; }
-
-    Model& model() { return *module.fModel; }
-    const STMVal& record(std::size_t index) { return *module.fModel->fSTMVals.at(index); }
-
-    FakeMemory memory;
-    Observer observer;
-    Module module{memory.proxy()};
-};
-
-ZoValue arrayOf(std::initializer_list<ZoValue> values)
-{
-    ZoValue result;
-    result.arraySetSize(static_cast<int>(values.size()));
-    int i = 0;
-    for (const ZoValue& value : values)
-        result[i++] = value;
-    return result;
-}
-
-ZoValue requestOf(std::initializer_list<const char*> names)
-{
-    ZoValue result;
-    result.arraySetSize(static_cast<int>(names.size()));
-    int i = 0;
-    for (const char* name : names)
-        result[i++] = arrayOf({name, 0});
-    return result;
-}
-
-} // namespace
 
 /// The way to the robot's memory, over a fake one that records what it is asked.
 class TestModule : public GuardedTest
@@ -96,27 +34,13 @@ private slots:
     void aReplyOfAnotherSizeIsDropped();
     void anErrorOfTheRobotIsDroppedInSilence();
     void otherExceptionsOfTheCallPassAndLeaveTheLocksFree();
-    void theModelStaysFreeDuringTheCall();
     void keysThatVanishedDuringTheCallAreSkipped();
     void valuesGoToTheKeysOfTheMomentTheyArrive();
-    void aSecondFetchWaitsForTheFirst();
     void theKeyListIsAppendedAsItIs();
     void anErrorOfTheKeyListIsPrinted();
     void otherExceptionsOfTheKeyListPass();
-    void theKeyListTakesNoLock();
-    void thePeriodIsTakenInPollingModeOnly();
-    void aModuleWithoutModelIgnoresAChangeOfMode();
-    void graphingImpliesWatching();
-    void noWatchingImpliesNoGraphing();
-    void flagsAreChangedByAliasAndOnTheFirstRecordOnly();
-    void flagChangesWaitForReaders();
-    void aFetchWaitsForAChangeOfTheKeys();
-    void threadsFetchChangeAndReadTogether();
-    void manyFlagsAreChangedAsOneByOne();
-    void manyFlagsOfNothingChangeNothing();
     void repeatedFetchesAskForTheKeysOfTheMoment();
     void valuesGoWhereAScanWouldPutThemWhateverChanges();
-    void aKeyPutInFrontWhileValuesAreStoredGetsItsValue();
     void recordsAreAddedToTheModel();
     void theInnerTestAnswersYes();
 };
@@ -148,26 +72,26 @@ void TestModule::theMemoryIsReleasedWithTheModule()
 
 void TestModule::aFetchAsksForEveryKeyOnceInOrder()
 {
-    Bench bench;
+    ModuleBench bench;
     for (const char* name : {"b", "a", "", "b"})
         bench.module.addSTMVal(name, std::string("alias of ") + name);
     bench.module.getDatas(true);
     QCOMPARE(bench.memory.calls.size(), std::size_t{1});
     QCOMPARE(bench.memory.calls[0].first, std::string("getListData"));
-    QVERIFY(bench.memory.calls[0].second == requestOf({"b", "a", "", "b"}));
+    QVERIFY(bench.memory.calls[0].second == requestFor({"b", "a", "", "b"}));
     QCOMPARE(bench.memory.calls[0].second[0][1].getType(), int(ZoValue::Int));
 }
 
 void TestModule::aFetchOfTheWatchedAsksForThoseOnly()
 {
-    Bench bench;
+    ModuleBench bench;
     for (const char* name : {"a", "b", "c"})
         bench.module.addSTMVal(name, name);
     bench.module.watchStmVal("b", true);
     bench.module.graphStmVal("c", true);
     bench.module.getDatas(false);
     QCOMPARE(bench.memory.calls.size(), std::size_t{1});
-    QVERIFY(bench.memory.calls[0].second == requestOf({"b", "c"}));
+    QVERIFY(bench.memory.calls[0].second == requestFor({"b", "c"}));
     QCOMPARE(bench.record(0).value, std::string());
     QCOMPARE(bench.record(1).value, std::string("b"));
     QCOMPARE(bench.record(2).value, std::string("c"));
@@ -186,7 +110,7 @@ void TestModule::nothingToReadMeansNoCallAndNoNotice()
 {
     QFETCH(bool, all);
     QFETCH(bool, withKey);
-    Bench bench;
+    ModuleBench bench;
     bench.module.fGCInterface = nullptr; // not even needed
     if (withKey)
         bench.module.addSTMVal("k", "a");
@@ -199,7 +123,7 @@ void TestModule::nothingToReadMeansNoCallAndNoNotice()
 
 void TestModule::theObserverIsToldOnceAfterTheValuesAreIn()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("a", "A");
     bench.module.addSTMVal("b", "B");
     bench.memory.answer = [](const ZoValue&) { return arrayOf({1, 0.5}); };
@@ -217,7 +141,7 @@ void TestModule::theObserverIsToldOnceAfterTheValuesAreIn()
 
 void TestModule::repeatedKeysAreAskedForAndTheLastValueStands()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("k", "first");
     bench.module.addSTMVal("k", "second");
     bench.memory.answer = [](const ZoValue&) { return arrayOf({1, 2}); };
@@ -228,7 +152,7 @@ void TestModule::repeatedKeysAreAskedForAndTheLastValueStands()
 
 void TestModule::anUnwatchedTwinInFrontTakesTheValue()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("k", "unwatched");
     bench.module.addSTMVal("k", "watched");
     bench.module.watchStmVal("watched", true);
@@ -249,7 +173,7 @@ void TestModule::aReplyOfAnotherSizeIsDropped_data()
 void TestModule::aReplyOfAnotherSizeIsDropped()
 {
     QFETCH(int, size);
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("a", "a");
     bench.module.addSTMVal("b", "b");
     bench.module.getDatas(true);
@@ -268,7 +192,7 @@ void TestModule::aReplyOfAnotherSizeIsDropped()
 
 void TestModule::anErrorOfTheRobotIsDroppedInSilence()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("a", "a");
     bench.memory.answer = [](const ZoValue&) -> ZoValue { throw ZoError("link is down"); };
     const CapturedStderr printed;
@@ -284,7 +208,7 @@ void TestModule::anErrorOfTheRobotIsDroppedInSilence()
 
 void TestModule::otherExceptionsOfTheCallPassAndLeaveTheLocksFree()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("a", "a");
     bench.memory.answer = [](const ZoValue&) -> ZoValue { throw std::runtime_error("other"); };
     QVERIFY_EXCEPTION_THROWN(bench.module.getDatas(true), std::runtime_error);
@@ -295,28 +219,9 @@ void TestModule::otherExceptionsOfTheCallPassAndLeaveTheLocksFree()
     QCOMPARE(bench.observer.refreshed, 0);
 }
 
-void TestModule::theModelStaysFreeDuringTheCall()
-{
-    Bench bench;
-    bench.module.addSTMVal("a", "a");
-    std::optional<LockAttempt> fetching;
-    bool fetchHeld = false;
-    bool modelFree = false;
-    bench.memory.answer = [&](const ZoValue& request) {
-        fetching.emplace(LockAttempt::with<ZoCriticalSection>(bench.module.fMutex));
-        fetchHeld = fetching->waits();
-        modelFree = LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds();
-        return FakeMemory::echo(request);
-    };
-    bench.module.getDatas(true);
-    QVERIFY(fetchHeld);
-    QVERIFY(modelFree);
-    QVERIFY(fetching->succeeds());
-}
-
 void TestModule::keysThatVanishedDuringTheCallAreSkipped()
 {
-    Bench bench;
+    ModuleBench bench;
     for (const char* name : {"a", "b", "c"})
         bench.module.addSTMVal(name, name);
     bench.memory.answer = [&](const ZoValue& request) {
@@ -338,7 +243,7 @@ void TestModule::keysThatVanishedDuringTheCallAreSkipped()
 
 void TestModule::valuesGoToTheKeysOfTheMomentTheyArrive()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.module.addSTMVal("a", "old a");
     bench.module.addSTMVal("b", "old b");
     bench.memory.answer = [&](const ZoValue&) {
@@ -357,30 +262,9 @@ void TestModule::valuesGoToTheKeysOfTheMomentTheyArrive()
     QCOMPARE(bench.record(3).value, std::string("2"));
 }
 
-void TestModule::aSecondFetchWaitsForTheFirst()
-{
-    Bench bench;
-    bench.module.addSTMVal("a", "a");
-    std::atomic<int> requests{0};
-    bool waited = false;
-    std::optional<WatchedThread> second;
-    bench.memory.answer = [&](const ZoValue& request) {
-        if (requests++ == 0) {
-            second.emplace([&] { bench.module.getDatas(true); });
-            waited = second->waits();
-        }
-        return FakeMemory::echo(request);
-    };
-    bench.module.getDatas(true);
-    QVERIFY(second->ends());
-    QVERIFY(waited);
-    QCOMPARE(bench.memory.calls.size(), std::size_t{2});
-    QCOMPARE(bench.observer.refreshed, 2);
-}
-
 void TestModule::theKeyListIsAppendedAsItIs()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.memory.answer = [](const ZoValue&) {
         return ZoValue(std::vector<std::string>{"z", "Device/x", "a", "z", ""});
     };
@@ -395,7 +279,7 @@ void TestModule::theKeyListIsAppendedAsItIs()
 
 void TestModule::anErrorOfTheKeyListIsPrinted()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.memory.answer = [](const ZoValue&) -> ZoValue { throw ZoError("127.0.0.1: no link"); };
     std::vector<std::string> keys{"before"};
     const CapturedStderr printed;
@@ -406,7 +290,7 @@ void TestModule::anErrorOfTheKeyListIsPrinted()
 
 void TestModule::otherExceptionsOfTheKeyListPass()
 {
-    Bench bench;
+    ModuleBench bench;
     bench.memory.answer = [](const ZoValue&) -> ZoValue { throw std::bad_alloc(); };
     std::vector<std::string> keys{"before"};
     const CapturedStderr printed;
@@ -415,268 +299,9 @@ void TestModule::otherExceptionsOfTheKeyListPass()
     QCOMPARE(keys, std::vector<std::string>{"before"});
 }
 
-void TestModule::theKeyListTakesNoLock()
-{
-    Bench bench;
-    bench.memory.answer = [](const ZoValue&) { return ZoValue(std::vector<std::string>{"a"}); };
-    std::vector<std::string> keys;
-    std::future<void> listed;
-    const ZoCriticalSection fetch(bench.module.fMutex);
-    const ZoCriticalSectionWrite write(bench.model().fMutex);
-    listed = std::async(std::launch::async, [&] { bench.module.getListDatas(keys); });
-    QCOMPARE(listed.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-    QCOMPARE(keys, std::vector<std::string>{"a"});
-}
-
-void TestModule::thePeriodIsTakenInPollingModeOnly()
-{
-    Bench bench;
-    bench.module.changeSubscription(Model::SUBSCRIBE_NONE, 5);
-    QCOMPARE(int(bench.model().fSubscribeMode), 1);
-    QCOMPARE(bench.model().fTimePolicy, 100);
-    bench.module.changeSubscription(Model::SUBSCRIBE_EVERY, 5);
-    QCOMPARE(int(bench.model().fSubscribeMode), 0);
-    QCOMPARE(bench.model().fTimePolicy, 60);
-    bench.module.changeSubscription(Model::SUBSCRIBE_ON_DATA, 500);
-    QCOMPARE(int(bench.model().fSubscribeMode), 2);
-    QCOMPARE(bench.model().fTimePolicy, 60);
-    bench.module.changeSubscription(Model::SUBSCRIBE_UNKNOWN, 500);
-    QCOMPARE(int(bench.model().fSubscribeMode), 3);
-    QCOMPARE(bench.model().fTimePolicy, 60);
-    QVERIFY(bench.memory.calls.empty());
-    QCOMPARE(bench.observer.refreshed, 0);
-}
-
-void TestModule::aModuleWithoutModelIgnoresAChangeOfMode()
-{
-    Bench bench;
-    const boost::shared_ptr<Model> model = bench.module.fModel;
-    bench.module.fModel.reset();
-    bench.module.changeSubscription(Model::SUBSCRIBE_EVERY, 500);
-    QCOMPARE(int(model->fSubscribeMode), 1);
-    QCOMPARE(model->fTimePolicy, 100);
-}
-
-void TestModule::graphingImpliesWatching()
-{
-    Bench bench;
-    bench.module.addSTMVal("k", "a");
-    QVERIFY(bench.module.graphStmVal("a", true));
-    QVERIFY(bench.record(0).graph && bench.record(0).watch);
-    QVERIFY(bench.module.graphStmVal("a", false));
-    QVERIFY(!bench.record(0).graph && bench.record(0).watch);
-    QVERIFY(bench.module.watchStmVal("a", false));
-    QVERIFY(bench.module.graphStmVal("a", false));
-    QVERIFY(!bench.record(0).graph && !bench.record(0).watch);
-}
-
-void TestModule::noWatchingImpliesNoGraphing()
-{
-    Bench bench;
-    bench.module.addSTMVal("k", "a");
-    QVERIFY(bench.module.watchStmVal("a", true));
-    QVERIFY(bench.record(0).watch && !bench.record(0).graph);
-    bench.module.graphStmVal("a", true);
-    QVERIFY(bench.module.watchStmVal("a", true));
-    QVERIFY(bench.record(0).watch && bench.record(0).graph);
-    QVERIFY(bench.module.watchStmVal("a", false));
-    QVERIFY(!bench.record(0).watch && !bench.record(0).graph);
-}
-
-void TestModule::flagsAreChangedByAliasAndOnTheFirstRecordOnly()
-{
-    Bench bench;
-    bench.module.addSTMVal("key", "alias");
-    bench.module.addSTMVal("key2", "alias");
-    QVERIFY(!bench.module.graphStmVal("key", true));
-    QVERIFY(!bench.module.watchStmVal("key", true));
-    QVERIFY(!bench.module.watchStmVal("", true));
-    QVERIFY(!bench.record(0).watch && !bench.record(0).graph);
-    QVERIFY(bench.module.graphStmVal("alias", true));
-    QVERIFY(bench.record(0).graph);
-    QVERIFY(!bench.record(1).graph && !bench.record(1).watch);
-}
-
-void TestModule::flagChangesWaitForReaders()
-{
-    Bench bench;
-    bench.module.addSTMVal("k", "a");
-    for (const bool graph : {true, false}) {
-        bool changed = false;
-        std::optional<WatchedThread> changer;
-        {
-            const ZoCriticalSectionRead reader(bench.model().fMutex);
-            changer.emplace([&] {
-                changed = graph ? bench.module.graphStmVal("a", true)
-                                : bench.module.watchStmVal("a", false);
-            });
-            QVERIFY(changer->waits());
-            QCOMPARE(bench.record(0).graph, !graph);
-        }
-        changer->join();
-        QVERIFY(changed);
-        QCOMPARE(bench.record(0).graph, graph);
-        QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
-    }
-}
-
-void TestModule::aFetchWaitsForAChangeOfTheKeys()
-{
-    Bench bench;
-    bench.module.addSTMVal("old", "a");
-    std::optional<WatchedThread> fetch;
-    {
-        const ZoCriticalSectionWrite writer(bench.model().fMutex);
-        fetch.emplace([&] { bench.module.getDatas(true); });
-        QVERIFY(fetch->waits());
-        bench.model().fSTMVals[0]->names.first = "new";
-    }
-    fetch->join();
-    QCOMPARE(bench.memory.calls.size(), std::size_t{1});
-    QVERIFY(bench.memory.calls[0].second == requestOf({"new"}));
-}
-
-namespace {
-
-/// Runs `step` over and over in a thread of its own, as long as it lives.
-class Repeated
-{
-public:
-    explicit Repeated(std::function<void()> step)
-        : fThread([this, step = std::move(step)] {
-              while (!fEnds) {
-                  step();
-                  ++fSteps;
-              }
-          })
-    {
-    }
-    ~Repeated()
-    {
-        fEnds = true;
-        fThread.join();
-    }
-    Repeated(const Repeated&) = delete;
-    Repeated& operator=(const Repeated&) = delete;
-
-    int steps() const { return fSteps; }
-
-private:
-    std::atomic<bool> fEnds{false};
-    std::atomic<int> fSteps{0};
-    std::thread fThread;
-};
-
-/// What a panel, its graph and a writer of files do with a model, each as one step.
-std::vector<std::function<void()>> everydayWork(Module& module)
-{
-    const boost::shared_ptr<Model> model = module.fModel;
-    return {
-        [&module] { module.getDatas(true); },
-        [&module] { module.getDatas(false); },
-        [&module] { module.watchStmVal("a5", true); },
-        [&module] { module.graphStmVal("a7", false); },
-        [&module] {
-            module.watchStmVals({"a1", "a7"}, false);
-        },
-        [&module] {
-            module.graphStmVals({"a5", "a1"}, true);
-        },
-        [model] { model->refreshSTMVal("k3", ZoValue(0.5)); },
-        [model] {
-            model->addSTMVal("k3", "more");
-            const ZoCriticalSectionWrite guard(model->fMutex);
-            model->fSTMVals.resize(10);
-        },
-        [model] {
-            double number = 0;
-            model->getDoubleVal("a3", number);
-        },
-        [model, byAlias = AliasFinder(), numbers = std::vector<std::optional<double>>()]() mutable {
-            model->getDoubleVals({"a3", "a9", "more", "none"}, byAlias, numbers);
-        },
-        [model] {
-            const ZoCriticalSectionRead guard(model->fMutex);
-            std::size_t length = 0;
-            for (const auto& record : model->fSTMVals)
-                length += record->type.size() + record->value.size() + record->watch;
-            QVERIFY(length < 1000);
-        },
-    };
-}
-
-} // namespace
-
-/// For the data-race checks: whatever goes without its lock here is seen by them.
-void TestModule::threadsFetchChangeAndReadTogether()
-{
-    Bench bench;
-    for (int i = 0; i < 10; ++i)
-        bench.module.addSTMVal("k" + std::to_string(i), "a" + std::to_string(i));
-    std::atomic<int> value{0};
-    bench.memory.answer = [&](const ZoValue& request) {
-        ZoValue reply = request;
-        for (int i = 0; i < reply.getSize(); ++i)
-            reply[i] = ++value;
-        bench.memory.calls.clear();
-        return reply;
-    };
-    {
-        std::vector<std::unique_ptr<Repeated>> threads;
-        for (auto& work : everydayWork(bench.module))
-            threads.push_back(std::make_unique<Repeated>(std::move(work)));
-        const auto isEnough = [](const auto& thread) { return thread->steps() >= 200; };
-        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(threads.begin(), threads.end(), isEnough), patience);
-    }
-    bench.module.getDatas(true);
-    QCOMPARE(bench.record(0).type, std::string("int"));
-    QCOMPARE(bench.record(9).value, std::to_string(value));
-    QVERIFY(LockAttempt::with<ZoCriticalSection>(bench.module.fMutex).succeeds());
-    QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
-}
-
-void TestModule::manyFlagsAreChangedAsOneByOne()
-{
-    Bench batch;
-    Bench single;
-    for (Bench* bench : {&batch, &single}) {
-        RandomRecords random(bench->model(), 11);
-        random.grow(40);
-    }
-    RandomRecords random(batch.model(), 12); // for its numbers only
-    for (int step = 0; step < 500; ++step) {
-        std::vector<std::string> aliases(random.below(5));
-        std::generate(aliases.begin(), aliases.end(), [&] { return random.name(); });
-        const bool flag = random.below(2) == 0;
-        const bool graph = random.below(2) == 0;
-        std::size_t found = 0;
-        for (const std::string& alias : aliases)
-            found += graph ? single.module.graphStmVal(alias, flag)
-                           : single.module.watchStmVal(alias, flag);
-        QCOMPARE(graph ? batch.module.graphStmVals(aliases, flag)
-                       : batch.module.watchStmVals(aliases, flag),
-                 found);
-        for (std::size_t i = 0; i < 40; ++i) {
-            QCOMPARE(batch.record(i).watch, single.record(i).watch);
-            QCOMPARE(batch.record(i).graph, single.record(i).graph);
-        }
-    }
-}
-
-void TestModule::manyFlagsOfNothingChangeNothing()
-{
-    Bench bench;
-    QCOMPARE(bench.module.graphStmVals({"a"}, true), std::size_t{0});
-    bench.module.addSTMVal("key", "alias");
-    QCOMPARE(bench.module.graphStmVals({}, true), std::size_t{0});
-    QCOMPARE(bench.module.watchStmVals({"key", ""}, true), std::size_t{0});
-    QVERIFY(!bench.record(0).graph && !bench.record(0).watch);
-    QVERIFY(LockAttempt::with<ZoCriticalSectionWrite>(bench.model().fMutex).succeeds());
-}
-
 void TestModule::repeatedFetchesAskForTheKeysOfTheMoment()
 {
-    Bench bench;
+    ModuleBench bench;
     RandomRecords random(bench.model(), 3);
     for (int step = 0; step < 1000; ++step) {
         random.change();
@@ -700,7 +325,7 @@ void TestModule::repeatedFetchesAskForTheKeysOfTheMoment()
 
 void TestModule::valuesGoWhereAScanWouldPutThemWhateverChanges()
 {
-    Bench bench;
+    ModuleBench bench;
     RandomRecords random(bench.model(), 4);
     random.grow(15);
     int number = 0;
@@ -735,49 +360,9 @@ void TestModule::valuesGoWhereAScanWouldPutThemWhateverChanges()
     }
 }
 
-void TestModule::aKeyPutInFrontWhileValuesAreStoredGetsItsValue()
-{
-    constexpr std::size_t count = 20000;
-    Bench bench;
-    for (std::size_t i = 0; i < count; ++i)
-        bench.module.addSTMVal("key " + std::to_string(i), "a");
-    Model& model = bench.model();
-    STMVal& first = *model.fSTMVals.front();
-    STMVal& last = *model.fSTMVals.back();
-    std::atomic<bool> fetched{false};
-    int inTime = 0;
-    // Another thread renames the first record to the last one's key, between two stores.
-    const auto rename = [&] {
-        bool renamed = false;
-        while (!renamed && !fetched) {
-            const ZoCriticalSectionWrite guard(model.fMutex);
-            renamed = !first.value.empty() && last.value.empty();
-            if (renamed)
-                first.names.first = last.names.first;
-        }
-        return renamed;
-    };
-    const QDeadlineTimer deadline(patience);
-    while (inTime < 5 && !deadline.hasExpired()) {
-        first.names.first = "first";
-        first.value.clear();
-        last.value.clear();
-        fetched = false;
-        auto other = std::async(std::launch::async, rename);
-        bench.module.getDatas(true);
-        fetched = true;
-        if (other.get()) {
-            ++inTime;
-            QCOMPARE(first.value, last.names.first);
-            QCOMPARE(last.value, std::string());
-        }
-    }
-    QVERIFY(inTime >= 5);
-}
-
 void TestModule::recordsAreAddedToTheModel()
 {
-    Bench bench;
+    ModuleBench bench;
     const auto record = boost::make_shared<STMVal>();
     bench.module.addSTMVal("k", "a");
     bench.module.addSTMVal(record);
@@ -788,7 +373,7 @@ void TestModule::recordsAreAddedToTheModel()
 
 void TestModule::theInnerTestAnswersYes()
 {
-    Bench bench;
+    ModuleBench bench;
     QCOMPARE(bench.module.innerTest(), true);
     QVERIFY(bench.memory.calls.empty());
 }
