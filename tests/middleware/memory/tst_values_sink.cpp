@@ -19,6 +19,7 @@ constexpr int half = 500000; ///< elements of an array, written in just under 1 
 std::shared_ptr<const ListRequest> requestOf(int keys)
 {
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(keys));
     for (int i = 0; i < keys; ++i)
         names.push_back("Arm/" + std::to_string(i));
     return std::make_shared<const ListRequest>(requestFor(names),
