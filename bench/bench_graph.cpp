@@ -290,6 +290,7 @@ void sample(benchmark::State& state)
         graph.addSTMValue("alias of key " + QString::number(i * (keys / graphed)), nullptr);
     graph.init();
     for (auto _ : state) {
+        // The pace of use: it is what is measured at, and waits for nothing.
         std::this_thread::sleep_for(std::chrono::milliseconds(Graph::fInterval));
         const auto start = std::chrono::steady_clock::now();
         graph.xUpdateTime();
