@@ -39,7 +39,7 @@ std::shared_ptr<const ForbiddenKeys::Set> noneForbidden()
 std::string told(Exchange& exchange)
 {
     try {
-        return exchange.waitUntilDone() ? "" : "nothing";
+        return exchange.waitUntilDone({}) ? "" : "nothing";
     } catch (const ZoError& error) {
         return error.toString();
     }

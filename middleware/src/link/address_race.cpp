@@ -26,24 +26,12 @@ std::vector<LinkAddress> interleaved(const std::vector<LinkAddress>& addresses)
 
 } // namespace
 
-void AddressRace::begin(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time)
+AddressRace::AddressRace(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time)
+    : fAddresses(interleaved(addresses))
 {
-    auto order = interleaved(addresses);
-    order.resize(std::min(order.size(), fMostAddresses));
-    fRunning.clear();
-    fRunning.reserve(order.size());
-    fAddresses = std::move(order);
-    fPause = std::clamp<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()),
-                                                  std::chrono::nanoseconds(0), fLead);
-    fNext = 0;
-    fNextAt = Time::min();
-}
-
-void AddressRace::clear() noexcept
-{
-    fAddresses.clear();
-    fRunning.clear();
-    fNext = 0;
+    fAddresses.resize(std::min(fAddresses.size(), fMostAddresses));
+    fRunning.reserve(fAddresses.size());
+    fPause = std::min<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()), fLead);
 }
 
 std::optional<LinkAddress> AddressRace::next(Time now)

@@ -20,10 +20,9 @@ public:
     static constexpr std::chrono::milliseconds fLead{250};
     static constexpr std::size_t fMostAddresses = 16;
 
-    /// A new race, of the first of `addresses`. The one at their front goes first. In `time` all
-    /// have their turn.
-    void begin(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time);
-    void clear() noexcept;
+    /// Of the first of `addresses`. The one at their front goes first. In `time` all have their
+    /// turn.
+    AddressRace(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time);
 
     /// The address whose turn it is, if that has come at `now`. `started` must follow.
     std::optional<LinkAddress> next(Time now);
@@ -40,8 +39,8 @@ public:
 private:
     std::vector<LinkAddress> fAddresses;
     std::size_t fNext = 0;
-    Time fNextAt;
-    std::chrono::nanoseconds fPause{};  ///< between two starts
+    Time fNextAt = Time::min();
+    std::chrono::nanoseconds fPause;    ///< between two starts
     std::vector<ConnectionId> fRunning; ///< has room for all: `started` cannot fail
 };
 

@@ -6,41 +6,40 @@
 
 namespace zo {
 
-void Conversation::begin(Time now, std::shared_ptr<Exchange> exchange)
+LinkAction::Write Conversation::begin(Time now, std::shared_ptr<const Inquiry> inquiry)
 {
-    fExchange = std::move(exchange);
-    fReader.expect(fExchange->replies(), fExchange->sink());
-    fOffset = 0;
-    fIsWritten = true;
-    fIsAnswered = false;
-    fAskedAt = now;
-    fSilentSince = now;
+    fReader.expect(inquiry->replies(), inquiry->sink());
+    fTurn = Turn{std::move(inquiry), now, now};
+    return nextSlice();
 }
 
-std::optional<LinkAction::Write> Conversation::nextSlice()
+LinkAction::Write Conversation::nextSlice()
 {
-    if (!fExchange || isWritten())
-        return {};
-    const std::size_t size = std::min(fSlice, fExchange->bytes()->size() - fOffset);
-    const LinkAction::Write slice{fConnection, fExchange->bytes(), fOffset, size};
-    fOffset += size;
-    fIsWritten = false;
+    const SharedText& bytes = fTurn->inquiry->bytes();
+    const std::size_t size = std::min(fSlice, bytes->size() - fTurn->offset);
+    const LinkAction::Write slice{fConnection, bytes, fTurn->offset, size};
+    fTurn->offset += size;
     return slice;
 }
 
-void Conversation::written(Time now)
+std::optional<LinkAction::Write> Conversation::written(Time now)
 {
-    fIsWritten = true;
-    fSilentSince = now;
-    if (fOffset <= fSlice && !fIsAnswered)
-        fAskedAt = now;
+    fTurn->silentSince = now;
+    if (fTurn->offset <= fSlice && !fTurn->isAnswered)
+        fTurn->askedAt = now;
+    fTurn->isWritten = fTurn->offset == fTurn->inquiry->bytes()->size();
+    if (fTurn->isWritten)
+        return {};
+    return nextSlice();
 }
 
 ReplyProblem Conversation::received(Time now, std::string_view bytes, RoundTrip& roundTrip)
 {
-    if (fExchange && !std::exchange(fIsAnswered, true))
-        roundTrip.add(now - fAskedAt);
-    fSilentSince = now;
+    if (fTurn) {
+        if (!std::exchange(fTurn->isAnswered, true))
+            roundTrip.add(now - fTurn->askedAt);
+        fTurn->silentSince = now;
+    }
     const std::string_view rest = fReader.read(bytes);
     if (fReader.hasProblem() || rest.empty())
         return fReader.problem();
@@ -48,11 +47,12 @@ ReplyProblem Conversation::received(Time now, std::string_view bytes, RoundTrip&
 }
 
 // A server may answer before it has read the whole request; the next one waits for both.
-std::shared_ptr<Exchange> Conversation::takeWhole()
+bool Conversation::finish()
 {
-    if (!fExchange || !isWritten() || !fReader.isComplete())
-        return nullptr;
-    return std::exchange(fExchange, nullptr);
+    if (!fTurn || !fTurn->isWritten || !fReader.isComplete())
+        return false;
+    fTurn.reset();
+    return true;
 }
 
 } // namespace zo

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/exchange.h"
+#include "link/inquiry.h"
 #include "link/link_actions.h"
 #include "link/round_trip.h"
 #include "wire/reply_reader.h"
@@ -12,7 +12,7 @@
 
 namespace zo {
 
-/// The exchanges on one connection, one after the other: slices of the request out, the replies
+/// The inquiries on one connection, one after the other: slices of the request out, the replies
 /// in, and how long the other side has been silent.
 class Conversation
 {
@@ -26,36 +26,42 @@ public:
 
     ConnectionId connection() const { return fConnection; }
 
-    /// Begins `exchange`. None may be under way.
-    void begin(Time now, std::shared_ptr<Exchange> exchange);
-    /// The next slice to send, once for each: when the exchange has begun, and when the slice
-    /// before is written.
-    std::optional<LinkAction::Write> nextSlice();
-    void written(Time now);
+    /// Begins `inquiry`, and returns the first slice to send. None may be under way.
+    LinkAction::Write begin(Time now, std::shared_ptr<const Inquiry> inquiry);
+    /// The slice is written: returns the next one to send, if any is left.
+    std::optional<LinkAction::Write> written(Time now);
     /// What is wrong with the bytes: no reply, too large, or not asked for.
     ReplyProblem received(Time now, std::string_view bytes, RoundTrip& roundTrip);
 
-    /// The exchange under way; null when none is.
-    const std::shared_ptr<Exchange>& exchange() const { return fExchange; }
-    /// The exchange that is written and answered, if so: it is no longer under way.
-    std::shared_ptr<Exchange> takeWhole();
+    /// Whether an inquiry is under way.
+    bool isBusy() const { return fTurn.has_value(); }
+    /// Whether the inquiry is written and answered: it is no longer under way then.
+    bool finish();
 
+    // While an inquiry is under way:
+    const Inquiry& inquiry() const { return *fTurn->inquiry; }
     /// Whether some of its reply is there.
-    bool isAnswered() const { return fIsAnswered; }
-    /// Since when the other side has given no sign of life, while an exchange is under way.
-    Time silentSince() const { return fSilentSince; }
+    bool isAnswered() const { return fTurn->isAnswered; }
+    /// Since when the other side has given no sign of life.
+    Time silentSince() const { return fTurn->silentSince; }
 
 private:
-    bool isWritten() const { return fIsWritten && fOffset == fExchange->bytes()->size(); }
+    /// An inquiry while it is under way.
+    struct Turn
+    {
+        std::shared_ptr<const Inquiry> inquiry;
+        Time askedAt; ///< when the first slice was on its way
+        Time silentSince;
+        std::size_t offset = 0; ///< behind the last slice
+        bool isWritten = false;
+        bool isAnswered = false; ///< at least one byte
+    };
+
+    LinkAction::Write nextSlice();
 
     const ConnectionId fConnection;
     ReplyReader fReader;
-    std::shared_ptr<Exchange> fExchange;
-    std::size_t fOffset = 0;  ///< behind the last slice
-    bool fIsWritten = true;   ///< that slice
-    bool fIsAnswered = false; ///< at least one byte
-    Time fAskedAt;            ///< when the first slice was on its way
-    Time fSilentSince;
+    std::optional<Turn> fTurn;
 };
 
 } // namespace zo

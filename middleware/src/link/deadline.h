@@ -18,7 +18,6 @@ struct Deadline
     {
         return {start + allowed, std::chrono::round<std::chrono::milliseconds>(allowed)};
     }
-    static Deadline never() { return {SteadyClock::time_point::max(), {}}; }
 };
 
 /// "250 ms", for messages.

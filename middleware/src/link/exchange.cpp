@@ -7,26 +7,15 @@
 
 namespace zo {
 
-namespace {
-
-// The I/O thread ends an exchange in time; this bounds the wait should it be starved.
-constexpr std::chrono::milliseconds grace{250};
-
-} // namespace
-
 Exchange::Exchange(std::string name, SharedText bytes, int replies, std::shared_ptr<ReplySink> sink,
                    const Deadline& deadline)
-    : fName(std::move(name)),
-      fBytes(std::move(bytes)),
-      fReplies(replies),
-      fSink(std::move(sink)),
-      fDeadline(deadline)
+    : Inquiry(std::move(name), std::move(bytes), replies, std::move(sink)), fDeadline(deadline)
 {
 }
 
 std::string Exchange::lateness() const
 {
-    return "no reply to " + fName + " within " + inMilliseconds(fDeadline.allowed);
+    return "no reply to " + name() + " within " + inMilliseconds(fDeadline.allowed);
 }
 
 void Exchange::end(const SharedText& problem) noexcept
@@ -39,10 +28,10 @@ void Exchange::end(const SharedText& problem) noexcept
     fChanged.notify_all();
 }
 
-bool Exchange::waitUntilDone()
+bool Exchange::waitUntilDone(SteadyClock::time_point time)
 {
     std::unique_lock<std::mutex> lock(fMutex);
-    if (!fChanged.wait_until(lock, fDeadline.at + grace, [this] { return fDone; }))
+    if (!fChanged.wait_until(lock, time, [this] { return fDone; }))
         return false;
     if (fProblem)
         throw ZoError(*fProblem);

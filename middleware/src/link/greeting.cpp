@@ -27,8 +27,8 @@ Greeting::Greeting(const LinkSettings& settings)
         appendLogin(settings.options, bytes);
     appendCommand({"PING"}, bytes);
     appendCommand({"CLIENT", "SETNAME", settings.clientName}, bytes);
-    fExchange = std::make_shared<Exchange>("PING", sharedText(std::move(bytes)), fHasLogin ? 3 : 2,
-                                           fAnswers, Deadline::never());
+    fInquiry = std::make_shared<const Inquiry>("PING", sharedText(std::move(bytes)),
+                                               fHasLogin ? 3 : 2, fAnswers);
 }
 
 const StatusSink::Answer* Greeting::answer(int number) const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/exchange.h"
+#include "link/inquiry.h"
 #include "link/link_settings.h"
 #include "wire/status_sink.h"
 
@@ -25,10 +25,10 @@ public:
 
     explicit Greeting(const LinkSettings& settings);
 
-    const std::shared_ptr<Exchange>& exchange() const { return fExchange; }
+    const std::shared_ptr<const Inquiry>& inquiry() const { return fInquiry; }
 
     /// What the answers so far mean. The first bad one decides; a welcome holds when all of the
-    /// exchange is over.
+    /// inquiry is over.
     Verdict verdict() const;
     /// Why it is no welcome, in the server's words.
     std::string problem(const Peer& peer) const;
@@ -40,7 +40,7 @@ private:
 
     const bool fHasLogin;
     std::shared_ptr<StatusSink> fAnswers;
-    std::shared_ptr<Exchange> fExchange;
+    std::shared_ptr<const Inquiry> fInquiry;
 };
 
 } // namespace zo

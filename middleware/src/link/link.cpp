@@ -14,8 +14,9 @@ namespace zo {
 
 namespace {
 
-// The I/O thread ends an attempt in time; this bounds the wait should it be starved.
-constexpr std::chrono::milliseconds grace{1000};
+// The I/O thread ends attempts and calls in time; these bound the waits should it be starved.
+constexpr std::chrono::milliseconds attemptGrace{1000};
+constexpr std::chrono::milliseconds callGrace{250};
 
 /// What `make` makes; whatever it throws becomes an error about the robot of `settings`.
 template <class Make>
@@ -40,7 +41,8 @@ Link::Link(std::shared_ptr<const LinkSettings> settings)
     });
     fThread = startQuietThread([driver = fDriver.get()] { driver->run(); });
     try {
-        fState.waitForFirstAttempt(SteadyClock::now() + fSettings->options.connectTimeout + grace);
+        fState.waitForFirstAttempt(SteadyClock::now() + fSettings->options.connectTimeout +
+                                   attemptGrace);
     } catch (...) {
         end();
         throw;
@@ -76,7 +78,7 @@ void Link::run(const std::shared_ptr<Exchange>& exchange)
 {
     fState.throwIfDown();
     fDriver->submit(exchange);
-    if (exchange->waitUntilDone())
+    if (exchange->waitUntilDone(exchange->deadline().at + callGrace))
         return;
     fDriver->abandon(exchange);
     throw error(exchange->lateness());

@@ -46,7 +46,7 @@ LinkMachine::Time LinkMachine::wakeAt() const noexcept
     if (fStage == Stage::Waiting)
         return fRetryAt;
     if (isTrying())
-        return fStage == Stage::Connecting ? std::min(fAttemptEnd, fRace.nextAt()) : fAttemptEnd;
+        return fStage == Stage::Connecting ? std::min(fAttemptEnd, fRace->nextAt()) : fAttemptEnd;
     return fStage == Stage::Up ? fTraffic.attentionAt() : Time::max();
 }
 
@@ -110,15 +110,15 @@ void LinkMachine::lookedUp(Time now, int number, const std::vector<LinkAddress>&
 
 void LinkMachine::beginRace(Time now, const std::vector<LinkAddress>& addresses)
 {
-    fRace.begin(addresses, fAttemptEnd - now);
+    fRace.emplace(addresses, fAttemptEnd - now);
     fStage = Stage::Connecting;
     connectNext(now);
 }
 
 void LinkMachine::connectNext(Time now)
 {
-    if (const auto address = fRace.next(now)) {
-        fRace.started(++fNewest);
+    if (const auto address = fRace->next(now)) {
+        fRace->started(++fNewest);
         fActions.push(LinkAction::Connect{fNewest, *address});
     }
 }
@@ -126,7 +126,7 @@ void LinkMachine::connectNext(Time now)
 void LinkMachine::connected(Time now, ConnectionId connection) noexcept
 {
     guarded(now, [&] {
-        if (fStage == Stage::Connecting && fRace.leave(connection))
+        if (fRace && fRace->leave(connection))
             take(now, connection);
     });
 }
@@ -153,7 +153,7 @@ void LinkMachine::greet(Time now)
 {
     fStage = Stage::Greeting;
     fGreeting.emplace(*fSettings);
-    fTraffic.open(now, fCurrent, fSettings, fGreeting->exchange());
+    fTraffic.open(now, fCurrent, fSettings, fGreeting->inquiry());
 }
 
 void LinkMachine::received(Time now, ConnectionId connection, std::string_view bytes) noexcept
@@ -205,10 +205,10 @@ void LinkMachine::judgeGreeting(Time now)
 void LinkMachine::closed(Time now, ConnectionId connection, const std::string& problem) noexcept
 {
     guarded(now, [&] {
-        if (fStage == Stage::Connecting && fRace.leave(connection)) {
+        if (fRace && fRace->leave(connection)) {
             fActions.push(LinkAction::Close{connection});
             connectNext(now);
-            if (fRace.isOver())
+            if (fRace->isOver())
                 fail(now, problem);
         } else if (isCurrent(connection)) {
             fail(now, problem);
@@ -273,9 +273,11 @@ void LinkMachine::goDown(Time now, Stage next, const SharedText& cause) noexcept
 
 void LinkMachine::closeConnections() noexcept
 {
-    for (const ConnectionId connection : fRace.running())
-        fActions.push(LinkAction::Close{connection});
-    fRace.clear();
+    if (fRace) {
+        for (const ConnectionId connection : fRace->running())
+            fActions.push(LinkAction::Close{connection});
+        fRace.reset();
+    }
     if (fCurrent != 0)
         fActions.push(LinkAction::Close{std::exchange(fCurrent, 0)});
 }

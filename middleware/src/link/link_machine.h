@@ -146,8 +146,8 @@ private:
     Stage fStage = Stage::Waiting;
     LinkCondition fCondition;
     LookUps fLookUps;
-    std::vector<LinkAddress> fFound; ///< for the next attempt, which needs no look-up then
-    AddressRace fRace;
+    std::vector<LinkAddress> fFound;  ///< for the next attempt, which needs no look-up then
+    std::optional<AddressRace> fRace; ///< while connecting
     ConnectionId fNewest = 0;
     ConnectionId fCurrent = 0; ///< the one that has won the race; 0: none has
     std::optional<Greeting> fGreeting;

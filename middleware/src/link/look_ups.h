@@ -4,6 +4,7 @@
 #include "link/deadline.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace zo {
 
@@ -17,14 +18,17 @@ public:
     static constexpr std::chrono::seconds fPatience{10};
     static constexpr std::chrono::seconds fMostPatience{600};
 
-    bool isAnotherNeeded(Time now) const { return !fIsUnderWay || now >= fSince + fCurrent; }
+    bool isAnotherNeeded(Time now) const
+    {
+        return !fUnderWay || now >= fUnderWay->since + fUnderWay->patience;
+    }
 
     /// Makes a look-up; its number.
     int begin(Time now)
     {
-        fCurrent = fIsUnderWay ? std::min(2 * fCurrent, fMostPatience) : fPatience;
-        fIsUnderWay = true;
-        fSince = now;
+        const auto patience =
+            fUnderWay ? std::min(2 * fUnderWay->patience, fMostPatience) : fPatience;
+        fUnderWay = UnderWay{now, patience};
         return ++fNewest;
     }
 
@@ -32,17 +36,22 @@ public:
     /// says nothing about the newest.
     bool end(int number)
     {
-        const bool isNewest = fIsUnderWay && number == fNewest;
-        if (isNewest)
-            fIsUnderWay = false;
-        return isNewest;
+        if (!fUnderWay || number != fNewest)
+            return false;
+        fUnderWay.reset();
+        return true;
     }
 
 private:
-    bool fIsUnderWay = false;
+    /// The newest look-up, while it is not answered.
+    struct UnderWay
+    {
+        Time since;
+        std::chrono::seconds patience; ///< before another one is made
+    };
+
     int fNewest = 0;
-    Time fSince;
-    std::chrono::seconds fCurrent = fPatience;
+    std::optional<UnderWay> fUnderWay;
 };
 
 } // namespace zo

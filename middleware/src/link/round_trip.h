@@ -17,8 +17,8 @@ public:
 
     void add(std::chrono::nanoseconds sample)
     {
-        const Duration bounded = std::clamp(std::chrono::duration_cast<Duration>(sample),
-                                            Duration(0), Duration(fLongest));
+        const Duration bounded =
+            std::min(std::chrono::duration_cast<Duration>(sample), Duration(fLongest));
         fValue = fIsKnown ? fValue + (bounded - fValue) / 8 : bounded;
         fIsKnown = true;
     }

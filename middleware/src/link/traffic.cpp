@@ -16,7 +16,7 @@ Traffic::Traffic(ActionQueue& actions)
 }
 
 void Traffic::open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings,
-                   std::shared_ptr<Exchange> greeting)
+                   std::shared_ptr<const Inquiry> greeting)
 {
     fSettings = std::move(settings);
     fTalk.emplace(connection);
@@ -25,7 +25,7 @@ void Traffic::open(Time now, ConnectionId connection, std::shared_ptr<const Link
 
 bool Traffic::endGreeting(Time now)
 {
-    if (!fTalk->takeWhole())
+    if (!fTalk->finish())
         return false;
     fIdleSince = now;
     return true;
@@ -33,30 +33,23 @@ bool Traffic::endGreeting(Time now)
 
 void Traffic::close(const SharedText& problem) noexcept
 {
-    if (std::exchange(fIsAwaited, false))
-        fActions.push(LinkAction::End{fTalk->exchange(), problem});
+    if (fCall)
+        fActions.push(LinkAction::End{std::exchange(fCall, nullptr), problem});
     for (auto& call : fWaiting)
         fActions.push(LinkAction::End{std::move(call), problem});
     fWaiting.clear();
     fTalk.reset();
 }
 
-void Traffic::begin(Time now, std::shared_ptr<Exchange> exchange)
+void Traffic::begin(Time now, std::shared_ptr<const Inquiry> inquiry)
 {
-    fTalk->begin(now, std::move(exchange));
-    writeOn();
-}
-
-void Traffic::writeOn()
-{
-    if (const auto slice = fTalk->nextSlice())
-        fActions.push(*slice);
+    fActions.push(fTalk->begin(now, std::move(inquiry)));
 }
 
 void Traffic::written(Time now)
 {
-    fTalk->written(now);
-    writeOn();
+    if (const auto slice = fTalk->written(now))
+        fActions.push(*slice);
 }
 
 ReplyProblem Traffic::received(Time now, std::string_view bytes)
@@ -73,16 +66,16 @@ void Traffic::enqueue(const std::shared_ptr<Exchange>& call)
 void Traffic::drop(const std::shared_ptr<Exchange>& call)
 {
     fWaiting.erase(std::remove(fWaiting.begin(), fWaiting.end(), call), fWaiting.end());
-    if (fTalk && fTalk->exchange() == call)
-        fIsAwaited = false;
+    if (fCall == call)
+        fCall.reset();
 }
 
 void Traffic::goOn(Time now)
 {
-    if (auto whole = fTalk->takeWhole()) {
+    if (fTalk->finish()) {
         fIdleSince = now;
-        if (std::exchange(fIsAwaited, false))
-            fActions.push(LinkAction::End{std::move(whole), nullptr});
+        if (fCall)
+            fActions.push(LinkAction::End{std::exchange(fCall, nullptr), nullptr});
     }
     sendNext(now);
 }
@@ -92,10 +85,9 @@ void Traffic::sendNext(Time now)
 {
     if (isBusy() || fWaiting.empty() || fWaiting.front()->deadline().at <= now)
         return;
-    fIsAwaited = true;
-    auto next = std::move(fWaiting.front());
+    fCall = std::move(fWaiting.front());
     fWaiting.pop_front();
-    begin(now, std::move(next));
+    begin(now, fCall);
 }
 
 std::optional<std::string> Traffic::attend(Time now)
@@ -103,11 +95,11 @@ std::optional<std::string> Traffic::attend(Time now)
     endLateCalls(now);
     if (isBusy() && isSilentFor(now, linkPatience()))
         return "silent for " + inMilliseconds(linkPatience()) + " while " +
-               fTalk->exchange()->name() + " awaits its reply";
+               fTalk->inquiry().name() + " awaits its reply";
     sendNext(now);
     if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval)
-        begin(now, std::make_shared<Exchange>(
-                       "PING", fPing, 1, std::make_shared<StatusSink>("PING"), Deadline::never()));
+        begin(now, std::make_shared<const Inquiry>("PING", fPing, 1,
+                                                   std::make_shared<StatusSink>("PING")));
     return {};
 }
 
@@ -118,9 +110,9 @@ Traffic::Time Traffic::attentionAt() const
         at = std::min(at, call->deadline().at);
     if (!isBusy())
         return std::min(at, fIdleSince + fSettings->options.pingInterval);
-    if (fIsAwaited)
-        at = std::min(at, fTalk->exchange()->deadline().at);
-    const bool hasCalls = fIsAwaited || !fWaiting.empty();
+    if (fCall)
+        at = std::min(at, fCall->deadline().at);
+    const bool hasCalls = fCall || !fWaiting.empty();
     return std::min(at, fTalk->silentSince() + (hasCalls ? callPatience() : linkPatience()));
 }
 
@@ -128,9 +120,9 @@ Traffic::Time Traffic::attentionAt() const
 // also one that has come just now. So a robot that hangs costs its callers one such wait.
 void Traffic::endLateCalls(Time now)
 {
-    if (fIsAwaited && isLate(now, *fTalk->exchange())) {
-        endWith(latenessUnderWay(now), fTalk->exchange());
-        fIsAwaited = false;
+    if (fCall && isLate(now, *fCall)) {
+        endWith(latenessUnderWay(now), fCall);
+        fCall.reset();
     }
     for (auto call = fWaiting.begin(); call != fWaiting.end();) {
         if (isLate(now, **call)) {
@@ -149,13 +141,12 @@ bool Traffic::isLate(Time now, const Exchange& call) const
 
 std::string Traffic::latenessUnderWay(Time now) const
 {
-    const Exchange& call = *fTalk->exchange();
-    if (call.deadline().at <= now)
-        return call.lateness();
+    if (fCall->deadline().at <= now)
+        return fCall->lateness();
     const std::string limit = inMilliseconds(fSettings->options.exchangeTimeout);
     if (fTalk->isAnswered())
-        return "the reply to " + call.name() + " broke off, nothing came for " + limit;
-    return "no reply to " + call.name() + " within " + limit;
+        return "the reply to " + fCall->name() + " broke off, nothing came for " + limit;
+    return "no reply to " + fCall->name() + " within " + limit;
 }
 
 std::string Traffic::latenessWaiting(Time now, const Exchange& call) const

@@ -28,7 +28,7 @@ public:
 
     /// Begins on a new connection, with `greeting`.
     void open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings,
-              std::shared_ptr<Exchange> greeting);
+              std::shared_ptr<const Inquiry> greeting);
     /// Whether the greeting is written and answered. The link is up then: calls may come.
     bool endGreeting(Time now);
     /// The end of the connection, and with `problem` of all calls.
@@ -42,7 +42,7 @@ public:
     void enqueue(const std::shared_ptr<Exchange>& call);
     void drop(const std::shared_ptr<Exchange>& call);
 
-    /// Ends the exchange that is over, and sends the next.
+    /// Ends the call that is over, and sends the next.
     void goOn(Time now);
     /// Does what time demands. Returns why the link must be cut, if so.
     std::optional<std::string> attend(Time now);
@@ -52,9 +52,8 @@ public:
     RoundTrip::Duration roundTrip() const { return fRoundTrip.value(); }
 
 private:
-    bool isBusy() const { return fTalk->exchange() != nullptr; }
-    void begin(Time now, std::shared_ptr<Exchange> exchange);
-    void writeOn();
+    bool isBusy() const { return fTalk->isBusy(); }
+    void begin(Time now, std::shared_ptr<const Inquiry> inquiry);
     void sendNext(Time now);
     void endLateCalls(Time now);
     bool isLate(Time now, const Exchange& call) const;
@@ -72,7 +71,7 @@ private:
     RoundTrip fRoundTrip;
     std::optional<Conversation> fTalk;
     std::deque<std::shared_ptr<Exchange>> fWaiting;
-    bool fIsAwaited = false; ///< the exchange under way, by a caller
+    std::shared_ptr<Exchange> fCall; ///< under way; null: nobody waits for what is under way
     Time fIdleSince;
 };
 
