@@ -72,7 +72,7 @@ private:
         fIsPush = fRest.front() == '>';
         fElements = 0;
         if (fIsPush)
-            fPushBytes = 0;
+            fPushBytes = fPushSkipped = 0;
         fMayBePush = fIsPush;
         readPiece({fReply, 0, 0}, false);
         fReply += fIsPush ? 0 : 1;
@@ -184,6 +184,9 @@ private:
         require(size <= ReplyLimits::fMaxText);
         const bool isTooLarge = size > ReplyLimits::fMaxValue;
         spend(isTooLarge ? 2 : size + 2);
+        std::size_t& skipped = fIsPush ? fPushSkipped : fSkipped;
+        skipped += isTooLarge ? size : 0;
+        require(skipped <= ReplyLimits::fMaxSkipped);
         const std::string text = take(size);
         require(take(2) == "\r\n");
         if (isTooLarge)
@@ -257,6 +260,8 @@ private:
     long long fElements = 0;
     std::size_t fBytes = 0;
     std::size_t fPushBytes = 0;
+    std::size_t fSkipped = 0;
+    std::size_t fPushSkipped = 0;
     std::string fLog;
 };
 

@@ -15,6 +15,8 @@ struct ReplyLimits
     static constexpr std::size_t fMaxText = std::size_t{512} << 20;
     /// Of all awaited replies together, without what is skipped; and of each push.
     static constexpr std::size_t fMaxReply = std::size_t{64} << 20;
+    /// Of what is skipped of them: more than comes in the time that a call has.
+    static constexpr std::size_t fMaxSkipped = std::size_t{1} << 30;
     /// Without its type and its end.
     static constexpr std::size_t fMaxLine = std::size_t{1} << 12;
     /// How many elements one reply or push has, at all depths; a pair counts as two.

@@ -79,7 +79,7 @@ void ReplyReader::expect(int replies, ReplySink& sink)
     fSink = &sink;
     fReply = 0;
     fMissing = replies;
-    fReplyBytes = 0;
+    fReplySize = {};
 }
 
 std::string_view ReplyReader::read(std::string_view bytes)
@@ -137,7 +137,7 @@ void ReplyReader::readType(std::string_view& bytes)
     if (fMessage == Message::None) {
         fMessage = fType == '>' ? Message::Push : Message::Reply;
         fElements = 0;
-        fPushBytes = 0;
+        fPushSize = {};
     }
     fAwaited = Awaited::Line;
 }
@@ -225,6 +225,7 @@ void ReplyReader::beginText(std::size_t size)
     fSize = size - fSkipped;
     fAwaited = fSkipped > 0 ? Awaited::SkippedText : Awaited::Text;
     spend(fSize + lineEnd.size());
+    spendSkipped(fSkipped);
 }
 
 void ReplyReader::skipText(std::string_view& bytes)
@@ -327,19 +328,25 @@ void ReplyReader::endMessage()
 
 void ReplyReader::spend(std::size_t bytes)
 {
-    const bool isPush = fMessage == Message::Push;
-    std::size_t& spent = isPush ? fPushBytes : fReplyBytes;
-    spent += bytes;
-    if (spent > ReplyLimits::fMaxReply)
-        refuse(std::string(isPush ? "a push" : "the reply") + " is larger than " +
-               inMebibytes(ReplyLimits::fMaxReply));
+    sizeSoFar().taken += bytes;
+    if (sizeSoFar().taken > ReplyLimits::fMaxReply)
+        refuse(nameOfMessage() + " is larger than " + inMebibytes(ReplyLimits::fMaxReply));
+}
+
+// Nobody waits for ever for what is thrown away.
+void ReplyReader::spendSkipped(std::size_t bytes)
+{
+    sizeSoFar().skipped += bytes;
+    if (sizeSoFar().skipped > ReplyLimits::fMaxSkipped)
+        refuse(nameOfMessage() + " has more than " + inMebibytes(ReplyLimits::fMaxSkipped) +
+               " of texts too large to be kept");
 }
 
 ReplySink* ReplyReader::listener() const
 {
     if (isSilent())
         return nullptr;
-    return fMessage == Message::Push ? fPushes : fSink;
+    return isPush() ? fPushes : fSink;
 }
 
 ReplyPlace ReplyReader::place() const

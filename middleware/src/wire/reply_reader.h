@@ -26,8 +26,8 @@ struct ReplyProblem
 /// sends them.
 ///
 /// The other side may be hostile: nothing is allocated because it was announced, and each measure
-/// has its limit. A text over the limit is skipped; what else is over it, or malformed, is a
-/// problem. A reader with a problem is of no further use, nor is its connection.
+/// has its limit. A text over the limit is skipped, up to another one; what else is over it, or
+/// malformed, is a problem. A reader with a problem is of no further use, nor is its connection.
 class ReplyReader
 {
 public:
@@ -64,6 +64,13 @@ private:
         SkippedText
     };
 
+    /// How large a message, or all awaited ones together, are so far.
+    struct Size
+    {
+        std::size_t taken = 0;
+        std::size_t skipped = 0;
+    };
+
     /// What has elements, while they arrive.
     struct Level
     {
@@ -95,7 +102,11 @@ private:
     void endPiece();
     void endMessage();
     void spend(std::size_t bytes);
+    void spendSkipped(std::size_t bytes);
 
+    bool isPush() const { return fMessage == Message::Push; }
+    Size& sizeSoFar() { return isPush() ? fPushSize : fReplySize; }
+    std::string nameOfMessage() const { return isPush() ? "a push" : "the reply"; }
     bool isSilent() const { return fDepth > 0 && fLevels[fDepth - 1].isSilent; }
     ReplySink* listener() const;
     ReplyPlace place() const;
@@ -107,8 +118,8 @@ private:
     ReplySink* fSink = nullptr;
     int fReply = 0;
     int fMissing = 0;
-    std::size_t fReplyBytes = 0;
-    std::size_t fPushBytes = 0;
+    Size fReplySize;
+    Size fPushSize;
 
     Gatherer fGatherer;
     Message fMessage = Message::None;

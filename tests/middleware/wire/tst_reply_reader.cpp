@@ -48,6 +48,18 @@ ReplyProblem problemWith(std::string_view bytes, std::size_t blockSize = 1 << 16
     return reader.problem();
 }
 
+/// Lets `reader` read so many texts of this size.
+void skipTexts(ReplyReader& reader, int texts, std::size_t size)
+{
+    static const std::string block(std::size_t{16} << 20, 'x');
+    for (int text = 0; text < texts; ++text) {
+        reader.read("$" + std::to_string(size) + "\r\n");
+        for (std::size_t left = size; left > 0; left -= std::min(left, block.size()))
+            reader.read(std::string_view(block).substr(0, left));
+        reader.read("\r\n");
+    }
+}
+
 const char oldKinds[] = "*4\r\n$3\r\na\r\n\r\n:-7\r\n$-1\r\n*2\r\n$0\r\n\r\n*-1\r\n"
                         "+OK\r\n-ERR no\r\n*0\r\n$12\r\nhello, world\r\n";
 const char oldKindsLog[] = "0/0/0 an array 4\n0/1/0 a text a\r\n\n0/1/1 a number -7 -7\n0/1/2 nil\n"
@@ -104,6 +116,9 @@ private slots:
     void itRefusesALargeReply();
     void eachExchangeBeginsItsCountsAnew();
     void whatIsSkippedDoesNotMakeAReplyLarge();
+    void whatIsSkippedHasItsLimit_data();
+    void whatIsSkippedHasItsLimit();
+    void eachExchangeSkipsAnew();
     void aLargePushIsRefused();
     void itNestsToItsLimit();
     void itCountsTheElementsOfAllLevels();
@@ -493,6 +508,47 @@ void TestReplyReader::whatIsSkippedDoesNotMakeAReplyLarge()
         QVERIFY(reader.read(piece).empty());
     QVERIFY(reader.isComplete());
     QCOMPARE(counter.skipped, std::int64_t{100} * ((1 << 20) + 1));
+}
+
+void TestReplyReader::whatIsSkippedHasItsLimit_data()
+{
+    QTest::addColumn<QByteArray>("beginning");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("of a reply") << QByteArray("*3\r\n") << "the reply";
+    QTest::newRow("of a push") << QByteArray(">3\r\n") << "a push";
+    QTest::newRow("of what nobody is told") << QByteArray("|2\r\n") << "the reply";
+}
+
+void TestReplyReader::whatIsSkippedHasItsLimit()
+{
+    QFETCH(QByteArray, beginning);
+    QFETCH(QString, name);
+    ReplyCounter counter;
+    ReplyReader reader(&counter);
+    reader.expect(1, counter);
+    reader.read(beginning.toStdString());
+    skipTexts(reader, 2, ReplyLimits::fMaxSkipped / 2);
+    QVERIFY2(!reader.hasProblem(), reader.problem().text.c_str());
+    reader.read("$1048577\r\n");
+    QCOMPARE(reader.problem().text,
+             name.toStdString() + " has more than 1024 MiB of texts too large to be kept");
+}
+
+void TestReplyReader::eachExchangeSkipsAnew()
+{
+    ReplyCounter replies;
+    ReplyCounter pushes;
+    ReplyReader reader(&pushes);
+    for (int exchange = 0; exchange < 3; ++exchange) {
+        reader.expect(2, replies);
+        skipTexts(reader, 2, ReplyLimits::fMaxSkipped / 2);
+        QVERIFY2(reader.isComplete(), reader.problem().text.c_str());
+        reader.read(">2\r\n");
+        skipTexts(reader, 2, ReplyLimits::fMaxSkipped / 2);
+        QVERIFY2(!reader.hasProblem(), reader.problem().text.c_str());
+    }
+    QCOMPARE(replies.skipped, std::int64_t{3} << 30);
+    QCOMPARE(pushes.skipped, std::int64_t{3} << 30);
 }
 
 void TestReplyReader::aLargePushIsRefused()
