@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/connection_rules.h"
 
+#include "simulation/action_text.h"
 #include "simulation/violation.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ std::string text(ConnectionId connection)
 
 void ConnectionRules::take(const LinkAction::Any& action, bool hasTls)
 {
+    takeRefusal(action);
     if (const auto* connect = std::get_if<LinkAction::Connect>(&action)) {
         ::require(connect->connection > fNewest, "no connection is used twice",
                   [&] { return text(connect->connection); });
@@ -44,6 +46,16 @@ void ConnectionRules::take(const LinkAction::Any& action, bool hasTls)
                   "a write has bytes", [&] { return text(write->connection); });
         open.isWriting = true;
     }
+}
+
+void ConnectionRules::takeRefusal(const LinkAction::Any& action)
+{
+    const bool isAttempt = std::holds_alternative<LinkAction::LookUp>(action) ||
+                           std::holds_alternative<LinkAction::Connect>(action);
+    ::require(!isAttempt || !fIsRefused, "a refusal is final until there are other settings",
+              [&] { return actionText(action); });
+    if (const auto* tell = std::get_if<LinkAction::Tell>(&action))
+        fIsRefused = fIsRefused || tell->condition.isRefused;
 }
 
 void ConnectionRules::written(ConnectionId connection)

@@ -12,6 +12,8 @@ class ConnectionRules
 {
 public:
     void take(const zo::LinkAction::Any& action, bool hasTls);
+    /// Other settings: a refusal that came before is no longer final.
+    void reconnect() { fIsRefused = false; }
 
     void connected(zo::ConnectionId connection) { advance(connection, Phase::Connected); }
     void secured(zo::ConnectionId connection) { advance(connection, Phase::Secured); }
@@ -36,10 +38,12 @@ private:
         bool isTurnedAway; ///< the robot does not want this client, or makes no sense
     };
 
+    void takeRefusal(const zo::LinkAction::Any& action);
     void advance(zo::ConnectionId connection, Phase phase);
     Open* find(zo::ConnectionId connection);
     Open& require(zo::ConnectionId connection, const char* what);
 
     std::vector<Open> fOpen;
     zo::ConnectionId fNewest = 0;
+    bool fIsRefused = false;
 };

@@ -159,7 +159,7 @@ void ExpectedLink::woken()
 
 void ExpectedLink::failed()
 {
-    if (!isStopped())
+    if (!isStopped() && fStage != Stage::Refused)
         goDown(Stage::Waiting, "out of memory");
 }
 

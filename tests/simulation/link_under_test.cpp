@@ -190,6 +190,7 @@ void LinkUnderTest::failed()
 void LinkUnderTest::reconnect(const Settings& settings)
 {
     fWorld.trace.line([] { return "other settings"; });
+    fConnections.reconnect();
     report([&](Time now) { fMachine.reconnect(now, settings); },
            [&] { fExpected.reconnect(settings); });
 }

@@ -73,7 +73,8 @@ void LinkMachine::attend(Time now)
 
 void LinkMachine::failed(Time now) noexcept
 {
-    guarded(now, [&] { goDown(now, Stage::Waiting, fOutOfMemory); });
+    if (fStage != Stage::Refused)
+        guarded(now, [&] { goDown(now, Stage::Waiting, fOutOfMemory); });
 }
 
 void LinkMachine::start(Time now) noexcept

@@ -84,7 +84,7 @@ public:
     void givenUp(Time now, const std::shared_ptr<Exchange>& exchange) noexcept;
 
     void woken(Time now) noexcept;
-    /// The driver could not do an action.
+    /// The driver could not do an action. A refusal remains: only `reconnect` and `stop` end it.
     void failed(Time now) noexcept;
     /// Begins anew with other settings of the same robot, whatever the state.
     void reconnect(Time now, std::shared_ptr<const LinkSettings> settings) noexcept;

@@ -58,11 +58,12 @@ const std::vector<std::pair<const char*, void (*)(MachineBench&)>> ways = {
      }},
 };
 
-void addWays()
+void addWays(const std::string& without = {})
 {
     QTest::addColumn<int>("way");
     for (std::size_t i = 0; i < ways.size(); ++i)
-        QTest::newRow(ways[i].first) << static_cast<int>(i);
+        if (ways[i].first != without)
+            QTest::newRow(ways[i].first) << static_cast<int>(i);
 }
 
 } // namespace
@@ -90,6 +91,7 @@ private slots:
     void stoppingEndsEverything();
     void aDriverThatFailsIsALoss_data();
     void aDriverThatFailsIsALoss();
+    void aDriverThatFailsLeavesARefusalFinal();
 };
 
 void TestLinkMachine::itGreetsAndGoesUp()
@@ -336,7 +338,7 @@ void TestLinkMachine::stoppingEndsEverything()
 
 void TestLinkMachine::aDriverThatFailsIsALoss_data()
 {
-    addWays();
+    addWays("refused"); // which is final
 }
 
 void TestLinkMachine::aDriverThatFailsIsALoss()
@@ -360,6 +362,26 @@ void TestLinkMachine::aDriverThatFailsIsALoss()
     bench.connect();
     bench.finishWrite();
     bench.receive("+PONG\r\n+OK\r\n");
+    QVERIFY(bench.isUp());
+}
+
+void TestLinkMachine::aDriverThatFailsLeavesARefusalFinal()
+{
+    MachineBench bench(withPassword());
+    greet(bench);
+    bench.receive("-WRONGPASS no\r\n");
+    const std::string cause = bench.cause();
+    bench.machine.failed(bench.now);
+    bench.settle();
+    QVERIFY(bench.machine.condition().isRefused);
+    QCOMPARE(bench.cause(), cause);
+    QCOMPARE(bench.closes.size(), std::size_t{1});
+    bench.pass(hours(1));
+    QCOMPARE(bench.lookUps.size(), std::size_t{1});
+
+    bench.machine.reconnect(bench.now, MachineBench::settingsFor({}));
+    bench.settle();
+    bench.goUp();
     QVERIFY(bench.isUp());
 }
 
