@@ -134,7 +134,7 @@ void ExpectedTraffic::goOn(Time now)
 
 void ExpectedTraffic::sendNext(Time now)
 {
-    if (fAsking || fWaiting.empty() || fWaiting.front()->deadline().at <= now)
+    if (fAsking || fWaiting.empty() || now >= sendBy(fWaiting.front()))
         return;
     fIsAwaited = true;
     const Call call = fWaiting.front();
@@ -158,7 +158,7 @@ ExpectedTraffic::Time ExpectedTraffic::dueAt() const
 {
     Time due = Time::max();
     for (const Call& call : fWaiting)
-        due = std::min(due, call->deadline().at);
+        due = std::min(due, sendBy(call));
     if (!fAsking)
         return std::min(due, fIdleSince + fSettings->options.pingInterval);
     if (fIsAwaited)
@@ -167,25 +167,31 @@ ExpectedTraffic::Time ExpectedTraffic::dueAt() const
     return std::min(due, fSilentSince + (isWaitedFor ? callPatience() : linkPatience()));
 }
 
-bool ExpectedTraffic::isLate(Time now, const Call& call) const
+bool ExpectedTraffic::isSilent(Time now) const
 {
-    return call->deadline().at <= now || (fAsking && now >= fSilentSince + callPatience());
+    return fAsking && now >= fSilentSince + callPatience();
+}
+
+/// A reply takes a round trip, but no more than half of a call's time is left for that.
+ExpectedTraffic::Time ExpectedTraffic::sendBy(const Call& call) const
+{
+    return call->deadline().at - std::min<Duration>(call->deadline().allowed / 2, fRoundTrip);
 }
 
 void ExpectedTraffic::endLate(Time now)
 {
-    if (fIsAwaited && isLate(now, fAsking->call)) {
+    if (fIsAwaited && (now >= fAsking->call->deadline().at || isSilent(now))) {
         end(fAsking->call, latenessOfAsked(now));
         fIsAwaited = false;
     }
     std::deque<Call> inTime;
     for (const Call& call : fWaiting) {
         const std::string& name = call->name();
-        if (call->deadline().at <= now)
+        if (now >= sendBy(call))
             end(call, "no reply to " + name + " within " +
                           std::to_string(call->deadline().allowed.count()) +
                           " ms: it was not sent, others were before it");
-        else if (isLate(now, call))
+        else if (isSilent(now))
             end(call, name + " was not sent: nothing came for " +
                           std::to_string(duration_cast<milliseconds>(now - fSilentSince).count()) +
                           " ms");

@@ -66,7 +66,8 @@ private:
     void writeOn();
     void sendNext(Time now);
     void endLate(Time now);
-    bool isLate(Time now, const Call& call) const;
+    bool isSilent(Time now) const;
+    Time sendBy(const Call& call) const;
     void end(const Call& call, const std::string& problem);
     std::string latenessOfAsked(Time now) const;
     Duration callPatience() const;

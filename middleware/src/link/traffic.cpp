@@ -83,7 +83,7 @@ void Traffic::goOn(Time now)
 // Who is late waits for `attend`: the others behind have the same turn then.
 void Traffic::sendNext(Time now)
 {
-    if (isBusy() || fWaiting.empty() || fWaiting.front()->deadline().at <= now)
+    if (isBusy() || fWaiting.empty() || sendBy(*fWaiting.front()) <= now)
         return;
     fCall = std::move(fWaiting.front());
     fWaiting.pop_front();
@@ -107,7 +107,7 @@ Traffic::Time Traffic::attentionAt() const
 {
     Time at = Time::max();
     for (const auto& call : fWaiting)
-        at = std::min(at, call->deadline().at);
+        at = std::min(at, sendBy(*call));
     if (!isBusy())
         return std::min(at, fIdleSince + fSettings->options.pingInterval);
     if (fCall)
@@ -120,12 +120,12 @@ Traffic::Time Traffic::attentionAt() const
 // also one that has come just now. So a robot that hangs costs its callers one such wait.
 void Traffic::endLateCalls(Time now)
 {
-    if (fCall && isLate(now, *fCall)) {
+    if (fCall && isOverdue(now, fCall->deadline().at)) {
         endWith(latenessUnderWay(now), fCall);
         fCall.reset();
     }
     for (auto call = fWaiting.begin(); call != fWaiting.end();) {
-        if (isLate(now, **call)) {
+        if (isOverdue(now, sendBy(**call))) {
             endWith(latenessWaiting(now, **call), *call);
             call = fWaiting.erase(call);
         } else {
@@ -134,9 +134,17 @@ void Traffic::endLateCalls(Time now)
     }
 }
 
-bool Traffic::isLate(Time now, const Exchange& call) const
+bool Traffic::isOverdue(Time now, Time due) const
 {
-    return call.deadline().at <= now || (isBusy() && isSilentFor(now, callPatience()));
+    return due <= now || (isBusy() && isSilentFor(now, callPatience()));
+}
+
+// Afterwards its answer, a round trip later, would come too late. A way that was slow for a while
+// is no measure of one that is not: half of its time at least each call waits for its turn.
+Traffic::Time Traffic::sendBy(const Exchange& call) const
+{
+    const Deadline& deadline = call.deadline();
+    return deadline.at - std::min<RoundTrip::Duration>(fRoundTrip.value(), deadline.allowed / 2);
 }
 
 std::string Traffic::latenessUnderWay(Time now) const
@@ -151,7 +159,7 @@ std::string Traffic::latenessUnderWay(Time now) const
 
 std::string Traffic::latenessWaiting(Time now, const Exchange& call) const
 {
-    if (call.deadline().at <= now)
+    if (sendBy(call) <= now)
         return call.lateness() + ": it was not sent, others were before it";
     return call.name() + " was not sent: nothing came for " +
            inMilliseconds(now - fTalk->silentSince());

@@ -56,7 +56,8 @@ private:
     void begin(Time now, std::shared_ptr<const Inquiry> inquiry);
     void sendNext(Time now);
     void endLateCalls(Time now);
-    bool isLate(Time now, const Exchange& call) const;
+    bool isOverdue(Time now, Time due) const;
+    Time sendBy(const Exchange& call) const;
     std::string latenessUnderWay(Time now) const;
     std::string latenessWaiting(Time now, const Exchange& call) const;
     void endWith(const std::string& problem, std::shared_ptr<Exchange> call);

@@ -77,6 +77,8 @@ private slots:
     void aCallWhoseTimeIsUpIsNeverSent();
     void whoWaitsBehindALateCallIsSent();
     void aCallThatComesTooLateIsNeverSent();
+    void aCallWhoseAnswerCannotComeInTimeIsNeverSent();
+    void aCallThatFindsTheLinkIdleIsTriedAlsoWhenTheWayWasSlow();
     void aLinkIsCutAfterALongSilence();
     void fourRoundTripsAreAddedToThat();
     void patientCallersAreGivenTheirTime();
@@ -292,6 +294,36 @@ void TestTraffic::aCallThatComesTooLateIsNeverSent()
     link.pass(nanoseconds(0));
     QCOMPARE(link.ends(call), 1);
     QVERIFY(link.sent().empty());
+}
+
+void TestTraffic::aCallWhoseAnswerCannotComeInTimeIsNeverSent()
+{
+    ZoBrokerOptions options = quiet();
+    options.exchangeTimeout = seconds(10);
+    Link link(options, milliseconds(300));
+    link.call("ONE", seconds(10));
+    link.finishWrite();
+    const auto hopeless = link.call("TWO", milliseconds(1000));
+    link.call("THREE", seconds(10));
+    link.pass(milliseconds(700) - moment);
+    QCOMPARE(link.ends(hopeless), 0);
+    QVERIFY(link.machine.wakeAt() == link.now + moment);
+    link.now += moment;
+    link.receive("+1\r\n"); // which makes the round trip a longer one
+    QCOMPARE(link.sent(), std::string("ONE\r\n"));
+    link.pass(nanoseconds(0));
+    QVERIFY2(contains(link.end(hopeless), "no reply to TWO within 1000 ms: it was not sent"),
+             link.end(hopeless).c_str());
+    QCOMPARE(link.sent(), std::string("ONE\r\nTHREE\r\n"));
+}
+
+void TestTraffic::aCallThatFindsTheLinkIdleIsTriedAlsoWhenTheWayWasSlow()
+{
+    Link link(quiet(), milliseconds(900));
+    const auto call = link.call("GET", milliseconds(100));
+    QCOMPARE(link.sent(), std::string("GET\r\n"));
+    link.answerCall("+1\r\n");
+    QCOMPARE(link.end(call), std::string("answered"));
 }
 
 void TestTraffic::aLinkIsCutAfterALongSilence()
