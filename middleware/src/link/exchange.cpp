@@ -20,21 +20,15 @@ std::string Exchange::lateness() const
 
 void Exchange::end(const SharedText& problem) noexcept
 {
-    const std::lock_guard<std::mutex> lock(fMutex);
-    if (fDone)
-        return;
-    fDone = true;
-    fProblem = problem;
-    fChanged.notify_all();
+    fEnd.set_value(problem);
 }
 
-bool Exchange::waitUntilDone(SteadyClock::time_point time)
+bool Exchange::waitUntilDone(SteadyClock::time_point time) const
 {
-    std::unique_lock<std::mutex> lock(fMutex);
-    if (!fChanged.wait_until(lock, time, [this] { return fDone; }))
+    if (fAwaitedEnd.wait_until(time) != std::future_status::ready)
         return false;
-    if (fProblem)
-        throw ZoError(*fProblem);
+    if (const SharedText& problem = fAwaitedEnd.get())
+        throw ZoError(*problem);
     return true;
 }
 

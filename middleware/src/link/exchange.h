@@ -4,9 +4,8 @@
 #include "link/deadline.h"
 #include "link/inquiry.h"
 
-#include <condition_variable>
+#include <future>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace zo {
@@ -26,20 +25,17 @@ public:
     std::string lateness() const;
 
     /// The end: with a problem, or null when the sink has the whole answer. Called on the I/O
-    /// thread; what comes after the first is ignored.
+    /// thread, once at most.
     void end(const SharedText& problem) noexcept;
 
     /// Waits for the end; false when it has not come at `time`. Throws ZoError when the exchange
     /// failed.
-    bool waitUntilDone(SteadyClock::time_point time);
+    bool waitUntilDone(SteadyClock::time_point time) const;
 
 private:
     const Deadline fDeadline;
-
-    std::mutex fMutex;
-    std::condition_variable fChanged;
-    bool fDone = false;
-    SharedText fProblem;
+    std::promise<SharedText> fEnd; ///< the problem, or null
+    const std::shared_future<SharedText> fAwaitedEnd = fEnd.get_future();
 };
 
 } // namespace zo
