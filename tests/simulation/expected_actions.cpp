@@ -95,7 +95,7 @@ void ExpectedLink::take(const LinkAction::Any& action)
     fActions.pop_front();
 }
 
-void ExpectedLink::settle(Time now)
+void ExpectedLink::settle()
 {
     require(fActions.empty(), "nothing is left out",
             [&] { return "expected was " + actionText(fActions.front()); });
@@ -108,25 +108,9 @@ void ExpectedLink::settle(Time now)
                std::to_string(fTraffic.roundTrip().count());
     });
     fCondition.cause = fMachine.condition().cause; // whose words nobody can foresee
-    if (fStage == Stage::Waiting && !fRetryAt)
-        learnWait(now);
     require(fMachine.wakeAt() == dueAt(), "the link is woken when something is due", [&] {
         return "off by " + std::to_string((fMachine.wakeAt() - dueAt()).count()) + " ns";
     });
-}
-
-/// Waits are random: any within the bounds is right.
-void ExpectedLink::learnWait(Time now)
-{
-    fRetryAt = fMachine.wakeAt();
-    const auto wait = *fRetryAt - now;
-    require(wait >= seconds(0) && wait <= fWaitBound, "waits are within their bounds", [&] {
-        return std::to_string(wait.count()) + " ns, at most " + std::to_string(fWaitBound.count()) +
-               " ms";
-    });
-    if (fWaitBound > milliseconds(0))
-        fWait = static_cast<double>(wait.count()) /
-                static_cast<double>(std::chrono::nanoseconds(fWaitBound).count());
 }
 
 std::optional<double> ExpectedLink::takeWait()
@@ -137,7 +121,7 @@ std::optional<double> ExpectedLink::takeWait()
 ExpectedLink::Time ExpectedLink::dueAt() const
 {
     if (fStage == Stage::Waiting)
-        return *fRetryAt;
+        return fRetryAt;
     if (fStage == Stage::Connecting && !fCourse.empty())
         return std::min(fAttemptEnd, fNextAt);
     if (isTrying())

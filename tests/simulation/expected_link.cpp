@@ -8,6 +8,7 @@ using namespace zo;
 
 namespace {
 
+using std::chrono::microseconds;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
@@ -20,11 +21,12 @@ milliseconds firstBound(const ZoBrokerOptions& options)
 
 } // namespace
 
-ExpectedLink::ExpectedLink(const LinkMachine& machine, Settings settings)
+ExpectedLink::ExpectedLink(const LinkMachine& machine, Settings settings, std::uint32_t seed)
     : fMachine(machine),
       fSettings(std::move(settings)),
       fTraffic(fActions),
-      fBound(firstBound(fSettings->options))
+      fBound(firstBound(fSettings->options)),
+      fRandom(seed)
 {
     fCondition.cause = sharedText(fSettings->peer.says("not connected yet"));
 }
@@ -143,7 +145,7 @@ void ExpectedLink::givenUp(const Call& call)
 
 void ExpectedLink::woken()
 {
-    if (fStage == Stage::Waiting && fRetryAt && fNow >= *fRetryAt)
+    if (fStage == Stage::Waiting && fNow >= fRetryAt)
         return beginAttempt();
     if (isTrying() && fNow >= fAttemptEnd) {
         if (!failsHere())
@@ -191,11 +193,8 @@ void ExpectedLink::goDown(Stage next, const std::string& cause)
     if (fStage == Stage::Up && fNow - fUpSince >= steady)
         fBound = firstBound(fSettings->options);
     fStage = next;
-    fRetryAt.reset();
-    if (next == Stage::Waiting) {
-        fWaitBound = fBound;
-        fBound = std::min(2 * fBound, fSettings->options.reconnectWaitMax);
-    }
+    if (next == Stage::Waiting)
+        beginWait();
     for (const ConnectionId running : std::exchange(fRunning, {}))
         fActions.push_back(LinkAction::Close{running});
     fCourse.clear();
@@ -204,6 +203,17 @@ void ExpectedLink::goDown(Stage next, const std::string& cause)
     const SharedText shared = sharedText(cause);
     tell(false, shared);
     fTraffic.close(shared);
+}
+
+/// A random wait, any up to a bound that doubles.
+void ExpectedLink::beginWait()
+{
+    const microseconds bound = fBound;
+    const microseconds wait(
+        std::uniform_int_distribution<microseconds::rep>(0, bound.count())(fRandom));
+    fRetryAt = fNow + wait;
+    fBound = std::min(2 * fBound, fSettings->options.reconnectWaitMax);
+    fWait = static_cast<double>(wait.count()) / static_cast<double>(bound.count());
 }
 
 void ExpectedLink::tell(bool isUp, const SharedText& cause)

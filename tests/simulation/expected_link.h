@@ -7,6 +7,7 @@
 #include <link/link_machine.h>
 
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ public:
     using Settings = std::shared_ptr<const zo::LinkSettings>;
     using Addresses = std::vector<zo::LinkAddress>;
 
-    ExpectedLink(const zo::LinkMachine& machine, Settings settings);
+    ExpectedLink(const zo::LinkMachine& machine, Settings settings, std::uint32_t seed);
 
     /// Before each event: what the machine did that follows from nothing outside. Memory may run
     /// out in the middle of it, and of spoilt bytes it may notice the first already.
@@ -46,7 +47,7 @@ public:
     void take(const zo::LinkAction::Any& action);
     /// After all actions of an event. Throws Violation when some are missing, or the machine
     /// tells or awaits anything else.
-    void settle(Time now);
+    void settle();
 
     LinkDoing doing() const;
     /// Where a wait lay in what it could have been, from 0 to 1, if one has just begun.
@@ -85,7 +86,7 @@ private:
     void tell(bool isUp, const zo::SharedText& cause);
     std::string tooLate() const;
     Time dueAt() const;
-    void learnWait(Time now);
+    void beginWait();
 
     const zo::LinkMachine& fMachine;
     Settings fSettings;
@@ -100,8 +101,8 @@ private:
     Stage fStage = Stage::Waiting;
     zo::LinkCondition fCondition;
     std::chrono::milliseconds fBound; ///< of the next wait
-    std::chrono::milliseconds fWaitBound{0};
-    std::optional<Time> fRetryAt; ///< none: not known yet
+    std::mt19937 fRandom;             ///< the waits follow from the seed
+    Time fRetryAt;
     std::optional<double> fWait;
     Time fAttemptEnd;
     Time fUpSince;

@@ -22,7 +22,7 @@ std::string text(ConnectionId connection)
 } // namespace
 
 LinkUnderTest::LinkUnderTest(World& world, const Settings& settings, std::uint32_t seed)
-    : fWorld(world), fMachine(settings, seed), fExpected(fMachine, settings)
+    : fWorld(world), fMachine(settings, seed), fExpected(fMachine, settings, seed)
 {
 }
 
@@ -69,7 +69,7 @@ void LinkUnderTest::act()
 
 void LinkUnderTest::check()
 {
-    fExpected.settle(fWorld.agenda.now());
+    fExpected.settle();
     fWorld.callers.checkDeadlines(fAwake);
     if (const auto wait = fExpected.takeWait())
         ++fWorld.tally.waits[std::min(static_cast<std::size_t>(*wait * Tally::fTenths),
