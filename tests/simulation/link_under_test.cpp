@@ -71,6 +71,8 @@ void LinkUnderTest::check()
 {
     fExpected.settle();
     fWorld.callers.checkDeadlines(fAwake);
+    require(doing() == LinkDoing::Greeting || fGreeting.expired(),
+            "nothing keeps a greeting that is over", [] { return "its bytes"; });
     if (const auto wait = fExpected.takeWait())
         ++fWorld.tally.waits[std::min(static_cast<std::size_t>(*wait * Tally::fTenths),
                                       fWorld.tally.waits.size() - 1)];
@@ -247,6 +249,8 @@ void LinkUnderTest::execute(const LinkAction::StartTls& action)
 
 void LinkUnderTest::execute(const LinkAction::Write& action)
 {
+    if (doing() == LinkDoing::Greeting)
+        fGreeting = action.bytes;
     fWorld.network->write(action.connection, action.slice());
 }
 

@@ -86,4 +86,5 @@ private:
     bool fIsActing = false;
     Time fAwake;
     int fEvents = 0;
+    std::weak_ptr<const std::string> fGreeting; ///< with a password, maybe
 };

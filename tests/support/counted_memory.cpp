@@ -2,7 +2,9 @@
 #include "support/counted_memory.h"
 
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
+#include <string_view>
 
 namespace {
 
@@ -20,11 +22,38 @@ void* allocated(std::size_t size) noexcept
     return std::malloc(size == 0 ? 1 : size);
 }
 
+thread_local std::string_view watched;
+thread_local int found = 0;
+
+void giveBack(void* memory) noexcept
+{
+    const std::string_view bytes(static_cast<const char*>(memory), ::malloc_usable_size(memory));
+    if (!watched.empty() && bytes.find(watched) != std::string_view::npos)
+        ++found;
+    std::free(memory);
+}
+
 } // namespace
 
 Allocations allocationsSoFar()
 {
     return soFar;
+}
+
+WatchFor::WatchFor(std::string_view text)
+{
+    watched = text;
+    ::found = 0;
+}
+
+WatchFor::~WatchFor()
+{
+    watched = {};
+}
+
+int WatchFor::found() const
+{
+    return ::found;
 }
 
 MemoryShortage::MemoryShortage(int pieces)
@@ -51,10 +80,10 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 
 void operator delete(void* memory) noexcept
 {
-    std::free(memory);
+    giveBack(memory);
 }
 
 void operator delete(void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    giveBack(memory);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 /// Programs that compile counted_memory.cpp have its `operator new` in place of the system's.
 
@@ -21,6 +22,18 @@ std::size_t allocationsOf(Action action)
     action();
     return allocationsSoFar().pieces - before;
 }
+
+/// While it lives, counts the pieces of memory that this thread gives back with `text` in them.
+class WatchFor
+{
+public:
+    explicit WatchFor(std::string_view text);
+    ~WatchFor();
+    WatchFor(const WatchFor&) = delete;
+    WatchFor& operator=(const WatchFor&) = delete;
+
+    int found() const;
+};
 
 /// While it lives, this thread gets so many more pieces of memory; negative: as many as it wants.
 class MemoryShortage

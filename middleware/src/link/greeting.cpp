@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "link/greeting.h"
 
+#include "link/secret_text.h"
 #include "wire/request.h"
 #include "wire/server_error.h"
 
 namespace zo {
 
 namespace {
+
+constexpr std::size_t roomBesideWords = 128;
 
 void appendLogin(const ZoBrokerOptions& options, std::string& bytes)
 {
@@ -22,12 +25,15 @@ Greeting::Greeting(const LinkSettings& settings)
     : fHasLogin(!settings.options.user.empty() || !settings.options.password.empty()),
       fAnswers(std::make_shared<StatusSink>("PING"))
 {
-    std::string bytes;
+    const ZoBrokerOptions& options = settings.options;
+    std::string bytes; // which grows no more: what it left behind would not be wiped
+    bytes.reserve(options.user.size() + options.password.size() + settings.clientName.size() +
+                  roomBesideWords);
     if (fHasLogin)
-        appendLogin(settings.options, bytes);
+        appendLogin(options, bytes);
     appendCommand({"PING"}, bytes);
     appendCommand({"CLIENT", "SETNAME", settings.clientName}, bytes);
-    fInquiry = std::make_shared<const Inquiry>("PING", sharedText(std::move(bytes)),
+    fInquiry = std::make_shared<const Inquiry>("PING", secretText(std::move(bytes)),
                                                fHasLogin ? 3 : 2, fAnswers);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "link/link_settings.h"
 
+#include "link/secret_text.h"
+
 #include <algorithm>
 
 namespace zo {
@@ -14,7 +16,7 @@ constexpr milliseconds longest = std::chrono::hours(24);
 
 constexpr std::size_t longestName = 64;
 
-ZoBrokerOptions confined(ZoBrokerOptions options)
+void confine(ZoBrokerOptions& options)
 {
     for (milliseconds* const duration :
          {&options.connectTimeout, &options.exchangeTimeout, &options.callTimeout,
@@ -23,7 +25,6 @@ ZoBrokerOptions confined(ZoBrokerOptions options)
         *duration = std::clamp(*duration, milliseconds(1), longest);
     options.timeoutPerKey = std::clamp(options.timeoutPerKey, std::chrono::microseconds(0),
                                        std::chrono::microseconds(std::chrono::seconds(1)));
-    return options;
 }
 
 /// The server takes no blanks, control characters, or bytes outside ASCII in such a name.
@@ -37,12 +38,23 @@ std::string clientNameOf(const std::string& name)
 
 } // namespace
 
+LinkSettings::LinkSettings(const std::string& host, int port, const ZoBrokerOptions& wanted,
+                           const std::string& name)
+    : peer(host, port, wanted.password), options(wanted), clientName(clientNameOf(name))
+{
+    confine(options);
+}
+
+LinkSettings::~LinkSettings()
+{
+    wipe(options.password);
+}
+
 std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, int port,
                                                      const ZoBrokerOptions& options,
                                                      const std::string& name)
 {
-    return std::make_shared<const LinkSettings>(
-        LinkSettings{Peer(host, port, options.password), confined(options), clientNameOf(name)});
+    return std::make_shared<const LinkSettings>(host, port, options, name);
 }
 
 } // namespace zo

@@ -13,6 +13,12 @@ namespace zo {
 /// Whom a link reaches, and how. Never changes: other options are other settings.
 struct LinkSettings
 {
+    LinkSettings(const std::string& host, int port, const ZoBrokerOptions& wanted,
+                 const std::string& name);
+    ~LinkSettings(); ///< wipes the password
+    LinkSettings(const LinkSettings&) = delete;
+    LinkSettings& operator=(const LinkSettings&) = delete;
+
     Peer peer;
     ZoBrokerOptions options; ///< each duration within bounds that no sum can overflow
     std::string clientName;  ///< as the server's list of clients shows this one

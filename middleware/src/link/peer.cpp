@@ -2,14 +2,15 @@
 #include "link/peer.h"
 
 #include "link/host_name.h"
+#include "link/secret_text.h"
 #include "value/printable.h"
 
 #include <utility>
 
 namespace zo {
 
-Peer::Peer(std::string host, int port, std::string secret)
-    : fAddress{std::move(host), port}, fSecret(std::move(secret))
+Peer::Peer(std::string host, int port, const std::string& secret)
+    : fAddress{std::move(host), port}, fSecret(secret)
 {
     if (!canBeHost(fAddress.host))
         throw ZoError("robot address \"" + printable(fAddress.host) +
@@ -17,6 +18,11 @@ Peer::Peer(std::string host, int port, std::string secret)
     if (port < 1 || port > ZoAddress::fHighestPort)
         throw ZoError("robot at " + fAddress.host + ": port " + std::to_string(port) +
                       " is not between 1 and " + std::to_string(ZoAddress::fHighestPort));
+}
+
+Peer::~Peer()
+{
+    wipe(fSecret);
 }
 
 std::string Peer::says(const std::string& problem) const

@@ -14,7 +14,10 @@ class Peer
 {
 public:
     /// Throws ZoError when `host` or `port` cannot be an address.
-    Peer(std::string host, int port, std::string secret);
+    Peer(std::string host, int port, const std::string& secret);
+    ~Peer();
+    Peer(const Peer&) = default;
+    Peer& operator=(const Peer&) = delete;
 
     const std::string& host() const { return fAddress.host; }
     int port() const { return fAddress.port; }
@@ -29,7 +32,7 @@ public:
 
 private:
     ZoAddress fAddress;
-    std::string fSecret;
+    std::string fSecret; ///< wiped in the end
 };
 
 } // namespace zo

@@ -175,6 +175,8 @@ class TestLinkMemory : public GuardedTest
 private slots:
     void shortageEndsALinkAndNothingElse();
     void theEndOfManyCallsNeedsNoMemory();
+    void noMemoryIsGivenBackWithAPassword_data();
+    void noMemoryIsGivenBackWithAPassword();
 };
 
 void TestLinkMemory::shortageEndsALinkAndNothingElse()
@@ -208,6 +210,39 @@ void TestLinkMemory::theEndOfManyCallsNeedsNoMemory()
     bench.settle();
     for (const auto& call : calls)
         QCOMPARE(bench.end(call), std::string("robot at arm:6379: out of memory"));
+}
+
+void TestLinkMemory::noMemoryIsGivenBackWithAPassword_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("short") << 8;
+    QTest::newRow("long") << 1000;
+}
+
+void TestLinkMemory::noMemoryIsGivenBackWithAPassword()
+{
+    QFETCH(int, size);
+    ZoBrokerOptions options;
+    options.password = std::string(static_cast<std::size_t>(size), '*') + " sesame";
+    const WatchFor watch(options.password);
+    {
+        MachineBench bench(options);
+        bench.start();
+        bench.answerLookUp();
+        bench.connect();
+        bench.finishWrite();
+        bench.receive("+OK\r\n+PONG\r\n+OK\r\n");
+        QVERIFY(bench.isUp());
+        bench.machine.reconnect(bench.now, MachineBench::settingsFor(options));
+        bench.settle();
+        bench.answerLookUp();
+        bench.connect();
+        bench.receive("-WRONGPASS no\r\n");
+        QVERIFY(bench.machine.condition().isRefused);
+    }
+    QCOMPARE(watch.found(), 0);
+    std::make_unique<std::string>(options.password + options.password); // it would have been seen
+    QVERIFY(watch.found() > 0);
 }
 
 REGISTER_TEST(TestLinkMemory, QCoreApplication)
