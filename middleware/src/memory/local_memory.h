@@ -9,9 +9,9 @@
 
 namespace zo {
 
-/// The module "ZoMemory" of this process: the same operations as the robot's, on a map. It keeps
-/// and refuses just what a robot's memory does, since every value goes through its text.
-/// May be called from any thread.
+/// The module "ZoMemory" of this process: the same operations as the robot's, on a map. A value
+/// reads back as from a robot, since each goes through its text, and one that has none is refused.
+/// Nothing is sent, so keys and texts may be of any size. May be called from any thread.
 class LocalMemory : public MemoryModule
 {
 private:
