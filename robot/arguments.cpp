@@ -3,6 +3,7 @@
 
 #include <kit/options_text.h>
 #include <kit/usage_error.h>
+#include <zo/address.h>
 
 #include <limits>
 #include <utility>
@@ -12,7 +13,6 @@ namespace {
 using Action = RobotArguments::Action;
 using kit::UsageError;
 
-constexpr int highestPort = 65535;
 constexpr double lowestRate = 0.1;
 constexpr double highestRate = 1000;
 
@@ -20,7 +20,7 @@ kit::Options robotOptions(RobotArguments& arguments)
 {
     kit::Options own = {
         kit::numberOption("--port", "PORT", "port of the private server (a free one)", 1,
-                          highestPort, arguments.port),
+                          ZoAddress::fHighestPort, arguments.port),
         kit::numberOption("--rate", "HZ",
                           "times per second that all keys are written, 0.1 to 1000 (50); a machine "
                           "too slow for it skips some",

@@ -36,7 +36,7 @@ void ConnectDialog::setUpAddress(QFormLayout* form)
         fHostBox->addItem(settings.addressText());
     fPortBox = new QSpinBox(this);
     fPortBox->setObjectName("port");
-    fPortBox->setRange(1, 65535);
+    fPortBox->setRange(1, ZoAddress::fHighestPort);
     form->addRow(tr("&Address:"), fHostBox);
     form->addRow(tr("&Port:"), fPortBox);
     connect(fHostBox, QOverload<int>::of(&QComboBox::activated), this,
