@@ -73,7 +73,7 @@ void Desktop::showConnectDialog()
 void Desktop::openDialog(const ConnectionSettings& settings)
 {
     if (!fDialog) {
-        fDialog = new ConnectDialog(recent_connections::load(), settings);
+        fDialog = new ConnectDialog(recentConnections(), settings);
         fDialog->setAttribute(Qt::WA_DeleteOnClose);
         connect(fDialog, &ConnectDialog::connectRequested, this, &Desktop::connectTo);
         connect(fDialog, &ConnectDialog::refused, this, &Desktop::xOnRefused);
@@ -98,7 +98,7 @@ void Desktop::connectTo(const ConnectionSettings& settings)
             settings);
         return;
     }
-    recent_connections::remember(settings);
+    rememberConnection(settings);
     MainWindow* window = openWindow(settings, broker);
     if (fDialog)
         fDialog->accept();

@@ -21,13 +21,13 @@ QString timeText(const QDateTime& time, const QDateTime& now)
 
 } // namespace
 
-QString connection_text::brief(const ConnectionState& state, const QDateTime& now)
+QString connectionBrief(const ConnectionState& state, const QDateTime& now)
 {
     return (state.connected ? tr("Connected since %1") : tr("Connection lost since %1"))
         .arg(timeText(state.since, now));
 }
 
-QString connection_text::detail(const ConnectionState& state, const QString& address)
+QString connectionDetail(const ConnectionState& state, const QString& address)
 {
     if (!state.connected)
         return tr("Trying again: %1").arg(state.cause); // which names the address
@@ -84,14 +84,14 @@ void ConnectionBar::xRefresh()
         fState.connected ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning;
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
     fIconLabel->setPixmap(style()->standardIcon(icon).pixmap(size, size));
-    fBriefLabel->setText(connection_text::brief(fState, QDateTime::currentDateTime()));
+    fBriefLabel->setText(connectionBrief(fState, QDateTime::currentDateTime()));
     if (!fNoteTimer.isActive())
         xEndNote();
 }
 
 void ConnectionBar::xEndNote()
 {
-    setDetail(connection_text::detail(fState, fAddress));
+    setDetail(connectionDetail(fState, fAddress));
 }
 
 void ConnectionBar::setDetail(const QString& text)

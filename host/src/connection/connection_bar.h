@@ -7,13 +7,11 @@
 
 class QLabel;
 
-/// What a window says about its connection. `address` is the robot's, `now` the present time.
-namespace connection_text {
-/// A few words: "Connected since 12:03:02".
-QString brief(const ConnectionState& state, const QDateTime& now);
-/// A sentence: where, why not, and what to do.
-QString detail(const ConnectionState& state, const QString& address);
-} // namespace connection_text
+/// What a window says about its connection in a few words, "Connected since 12:03:02". `now` is the
+/// present time.
+QString connectionBrief(const ConnectionState& state, const QDateTime& now);
+/// What it says in a sentence: where, why not, and what to do. `address` is the robot's.
+QString connectionDetail(const ConnectionState& state, const QString& address);
 
 /// The part of a window's status bar that always shows the state of its connection.
 class ConnectionBar : public QWidget

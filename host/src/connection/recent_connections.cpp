@@ -39,11 +39,11 @@ ConnectionSettings read(const QSettings& store)
 
 } // namespace
 
-QList<ConnectionSettings> recent_connections::load()
+QList<ConnectionSettings> recentConnections()
 {
     QSettings store;
     QList<ConnectionSettings> list;
-    const int size = std::min(store.beginReadArray(arrayName), mostKept);
+    const int size = std::min(store.beginReadArray(arrayName), mostRecentConnections);
     for (int i = 0; i < size; ++i) {
         store.setArrayIndex(i);
         try {
@@ -57,13 +57,13 @@ QList<ConnectionSettings> recent_connections::load()
     return list;
 }
 
-void recent_connections::remember(const ConnectionSettings& settings)
+void rememberConnection(const ConnectionSettings& settings)
 {
-    QList<ConnectionSettings> list = load();
+    QList<ConnectionSettings> list = recentConnections();
     const auto same = [&settings](const ConnectionSettings& other) {
         return other.address == settings.address;
     };
     list.erase(std::remove_if(list.begin(), list.end(), same), list.end());
     list.prepend(settings);
-    save(list.mid(0, mostKept));
+    save(list.mid(0, mostRecentConnections));
 }

@@ -5,15 +5,11 @@
 
 #include <QList>
 
-/// The robots that the user reached lately, latest first, kept in the user's settings. A
-/// password is never kept.
-namespace recent_connections {
-
-constexpr int mostKept = 10;
+/// The robots that the user reached lately, latest first, kept in the user's settings: at most so
+/// many, and never a password.
+constexpr int mostRecentConnections = 10;
 
 /// Entries of the settings file that make no sense are left out.
-QList<ConnectionSettings> load();
+QList<ConnectionSettings> recentConnections();
 /// Puts `settings` in front; an older entry of the same address goes.
-void remember(const ConnectionSettings& settings);
-
-} // namespace recent_connections
+void rememberConnection(const ConnectionSettings& settings);

@@ -56,15 +56,15 @@ QLabel* detailLabel(const ConnectionBar& bar)
 
 void TestConnectionBar::saysSinceWhen()
 {
-    QCOMPARE(connection_text::brief(up(), noon.addSecs(60)), QString("Connected since 12:00:00"));
-    QCOMPARE(connection_text::brief(down("x"), noon.addSecs(60)),
+    QCOMPARE(connectionBrief(up(), noon.addSecs(60)), QString("Connected since 12:00:00"));
+    QCOMPARE(connectionBrief(down("x"), noon.addSecs(60)),
              QString("Connection lost since 12:00:00"));
-    QCOMPARE(connection_text::detail(up(), "robot:1"), QString("robot:1"));
+    QCOMPARE(connectionDetail(up(), "robot:1"), QString("robot:1"));
 }
 
 void TestConnectionBar::saysTheDateOfATimeOfAnotherDay()
 {
-    QCOMPARE(connection_text::brief(up(), noon.addDays(1)),
+    QCOMPARE(connectionBrief(up(), noon.addDays(1)),
              QString("Connected since 2026-11-20 12:00:00"));
 }
 
@@ -90,14 +90,14 @@ void TestConnectionBar::itsIconShowsTheState()
 
 void TestConnectionBar::saysWhyTheRobotIsLost()
 {
-    const QString text = connection_text::detail(down("robot:1 fell over"), "robot:1");
+    const QString text = connectionDetail(down("robot:1 fell over"), "robot:1");
     QVERIFY(text.contains("robot:1 fell over"));
     QVERIFY(text.contains("Trying again"));
 }
 
 void TestConnectionBar::saysWhatToDoWhenTheRobotIsBack()
 {
-    const QString text = connection_text::detail({true, true, noon, {}}, "robot:1");
+    const QString text = connectionDetail({true, true, noon, {}}, "robot:1");
     QVERIFY(text.contains("robot:1 is back"));
     QVERIFY(text.contains("subscription mode"));
 }

@@ -35,7 +35,7 @@ ConnectionSettings robot(const std::string& address)
 QStringList addresses()
 {
     QStringList texts;
-    for (const ConnectionSettings& settings : recent_connections::load())
+    for (const ConnectionSettings& settings : recentConnections())
         texts += settings.addressText();
     return texts;
 }
@@ -51,7 +51,7 @@ void TestRecentConnections::init()
 
 void TestRecentConnections::remembersNothingAtFirst()
 {
-    QVERIFY(recent_connections::load().isEmpty());
+    QVERIFY(recentConnections().isEmpty());
 }
 
 void TestRecentConnections::remembersAllButThePassword()
@@ -61,9 +61,9 @@ void TestRecentConnections::remembersAllButThePassword()
     settings.password = "do-not-keep-this";
     settings.tls = true;
     settings.caFile = "/etc/ca.pem";
-    recent_connections::remember(settings);
+    rememberConnection(settings);
 
-    const QList<ConnectionSettings> list = recent_connections::load();
+    const QList<ConnectionSettings> list = recentConnections();
     QCOMPARE(list.size(), 1);
     QCOMPARE(list[0].addressText(), QString("[::1]:7000"));
     QCOMPARE(list[0].user, QString("me"));
@@ -79,17 +79,17 @@ void TestRecentConnections::remembersAllButThePassword()
 
 void TestRecentConnections::theLatestComesFirstAndOnce()
 {
-    recent_connections::remember(robot("a:1"));
-    recent_connections::remember(robot("b:1"));
-    recent_connections::remember(robot("a:1"));
-    recent_connections::remember(robot("a:2"));
+    rememberConnection(robot("a:1"));
+    rememberConnection(robot("b:1"));
+    rememberConnection(robot("a:1"));
+    rememberConnection(robot("a:2"));
     QCOMPARE(addresses(), QStringList({"a:2", "a:1", "b:1"}));
 }
 
 void TestRecentConnections::keepsTenAtMost()
 {
     for (int i = 1; i <= 12; ++i)
-        recent_connections::remember(robot("a:" + std::to_string(i)));
+        rememberConnection(robot("a:" + std::to_string(i)));
     QCOMPARE(addresses().size(), 10);
     QCOMPARE(addresses().first(), QString("a:12"));
     QCOMPARE(addresses().last(), QString("a:3"));
@@ -98,8 +98,8 @@ void TestRecentConnections::keepsTenAtMost()
 
 void TestRecentConnections::leavesOutWhatMakesNoSense()
 {
-    recent_connections::remember(robot("a:1"));
-    recent_connections::remember(robot("b:1"));
+    rememberConnection(robot("a:1"));
+    rememberConnection(robot("b:1"));
     {
         QSettings store;
         store.setValue("recentConnections/1/address", "no address at all:::");
