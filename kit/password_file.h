@@ -21,4 +21,17 @@ Password readPassword(const std::string& path,
 /// Overwrites what `secret` holds, and empties it.
 void wipe(std::string& secret);
 
+/// Wipes `secret`, which outlives it, when it goes, even by an exception.
+class WipedAtEnd
+{
+public:
+    explicit WipedAtEnd(std::string& secret) : fSecret(secret) {}
+    ~WipedAtEnd() { wipe(fSecret); }
+    WipedAtEnd(const WipedAtEnd&) = delete;
+    WipedAtEnd& operator=(const WipedAtEnd&) = delete;
+
+private:
+    std::string& fSecret;
+};
+
 } // namespace kit

@@ -5,6 +5,8 @@
 #include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"
 
+#include <kit/password_file.h>
+
 #include <QApplication>
 #include <QStringList>
 
@@ -25,8 +27,9 @@ public:
 boost::shared_ptr<ZoBroker> makeBroker(const ConnectionSettings& settings)
 {
     const WaitCursor busy;
-    return ZoBroker::create("TarvekDesktop", settings.address.host, settings.address.port,
-                            settings.brokerOptions());
+    ZoBrokerOptions options = settings.brokerOptions();
+    const kit::WipedAtEnd wiped(options.password); // the broker has its own
+    return ZoBroker::create("TarvekDesktop", settings.address.host, settings.address.port, options);
 }
 
 } // namespace

@@ -39,6 +39,7 @@ private slots:
     void aPipeWithoutAnEndOfLineIsGivenUp();
     void aPipeWhoseWriterWritesNothingHasNoPassword();
     void aWipedTextIsNoLongerInMemory();
+    void aTextIsWipedAtTheEndEvenByAnException();
 
 private:
     std::string write(const QByteArray& content);
@@ -265,6 +266,20 @@ void TestPasswordFile::aWipedTextIsNoLongerInMemory()
         QVERIFY(secret.empty());
         QVERIFY(secret.data() == bytes);
         QVERIFY(std::all_of(bytes, bytes + size, [](char byte) { return byte == 0; }));
+    }
+}
+
+void TestPasswordFile::aTextIsWipedAtTheEndEvenByAnException()
+{
+    std::string secret(1000, 'x');
+    const char* const bytes = secret.data();
+    try {
+        const kit::WipedAtEnd wiped(secret);
+        QCOMPARE(secret.size(), std::size_t{1000});
+        throw std::runtime_error("no robot");
+    } catch (const std::runtime_error&) {
+        QVERIFY(secret.empty());
+        QVERIFY(std::all_of(bytes, bytes + 1000, [](char byte) { return byte == 0; }));
     }
 }
 
