@@ -70,7 +70,17 @@ void Desktop::start()
 
 void Desktop::showConnectDialog()
 {
+    fRefusedWindow = nullptr;
     openDialog(fCommandLine.settings);
+}
+
+void Desktop::askToConnectAgain(MainWindow* window)
+{
+    if (fDialog)
+        fDialog->close(); // it may be there for another robot
+    fDialog = nullptr;
+    fRefusedWindow = window;
+    openDialog(window->settings());
 }
 
 void Desktop::openDialog(const ConnectionSettings& settings)
@@ -90,9 +100,12 @@ void Desktop::openDialog(const ConnectionSettings& settings)
 
 void Desktop::connectTo(const ConnectionSettings& settings)
 {
+    MainWindow* const refused = windowToConnectAgain(settings);
     boost::shared_ptr<ZoBroker> broker;
     try {
         broker = makeBroker(settings);
+        if (refused)
+            refused->reconnect(settings);
     } catch (const std::exception& error) {
         askAgain(
             tr("There is no connection to %1.\n\n%2\n\nCheck the address and the port, what the "
@@ -102,10 +115,19 @@ void Desktop::connectTo(const ConnectionSettings& settings)
         return;
     }
     rememberConnection(settings);
-    MainWindow* window = openWindow(settings, broker);
+    MainWindow* const opened = refused ? nullptr : openWindow(settings, broker);
     if (fDialog)
         fDialog->accept();
-    openFirstPanel(window);
+    if (opened)
+        openFirstPanel(opened);
+}
+
+/// The window that asked for the dialog, if the user did not choose another robot there.
+MainWindow* Desktop::windowToConnectAgain(const ConnectionSettings& settings) const
+{
+    const bool isAskedFor = fDialog && fWindows.contains(fRefusedWindow) &&
+                            fRefusedWindow->settings().address == settings.address;
+    return isAskedFor ? fRefusedWindow.data() : nullptr;
 }
 
 void Desktop::askAgain(const QString& problem, const ConnectionSettings& settings)
@@ -126,6 +148,8 @@ MainWindow* Desktop::openWindow(const ConnectionSettings& settings,
     auto* window = new MainWindow(context, settings, broker);
     fWindows += window;
     connect(window, &MainWindow::newConnectionRequested, this, &Desktop::showConnectDialog);
+    connect(window, &MainWindow::connectAgainRequested, this,
+            [this, window] { askToConnectAgain(window); });
     connect(window, &MainWindow::quitRequested, this, &Desktop::closeAll);
     connect(window, &MainWindow::closed, this, [this, window] {
         fWindows.removeOne(window);

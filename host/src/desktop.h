@@ -29,8 +29,9 @@ public:
 
 public slots:
     void showConnectDialog();
-    /// Connects, and opens a window with the command line's panel. Blocks until the robot
-    /// answers, at most for the time that a connection may take.
+    /// Connects, and opens a window with the command line's panel; or connects the window that
+    /// asked for it again, panels and all. Blocks until the robot answers, at most for the time
+    /// that a connection may take.
     void connectTo(const ConnectionSettings& settings);
     void closeAll();
 
@@ -47,6 +48,8 @@ private:
     void loadPlugins();
     void askAgain(const QString& problem, const ConnectionSettings& settings);
     void openDialog(const ConnectionSettings& settings);
+    void askToConnectAgain(MainWindow* window);
+    MainWindow* windowToConnectAgain(const ConnectionSettings& settings) const;
     MainWindow* openWindow(const ConnectionSettings& settings,
                            const boost::shared_ptr<ZoBroker>& broker);
     void openFirstPanel(MainWindow* window);
@@ -55,6 +58,7 @@ private:
     ErrorReporter& fErrors;
     PluginLoader fPlugins;
     QPointer<ConnectDialog> fDialog;
+    QPointer<MainWindow> fRefusedWindow; ///< that `fDialog` is for; null: for a new one
     QList<MainWindow*> fWindows;
     QList<MainWindow*> fClosedWindows; ///< not deleted yet: dialogs are still running in them
     QTimer fDeleteTimer;

@@ -237,3 +237,9 @@ void RedisServer::restart()
     std::filesystem::remove(fFolder + "/admin.sock", ignored);
     start();
 }
+
+void RedisServer::restartAsAnother()
+{
+    makeCertificates();
+    restart();
+}

@@ -50,6 +50,8 @@ public:
     void resume();  ///< SIGCONT
     void kill();    ///< SIGKILL, and waits for its end
     void restart(); ///< starts it again, empty, on the same port; kills it first if it runs
+    /// The same with new certificates of a new authority; with Options::tls only.
+    void restartAsAnother();
 
 private:
     void makeCertificates() const;

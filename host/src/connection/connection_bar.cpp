@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QStyle>
 
 namespace {
@@ -19,18 +20,32 @@ QString timeText(const QDateTime& time, const QDateTime& now)
     return time.toString(time.date() == now.date() ? "HH:mm:ss" : "yyyy-MM-dd HH:mm:ss");
 }
 
+QString briefForm(const ConnectionState& state)
+{
+    if (state.connected)
+        return tr("Connected since %1");
+    return state.refused ? tr("Connection refused, lost since %1") : tr("Connection lost since %1");
+}
+
+QStyle::StandardPixmap iconOf(const ConnectionState& state)
+{
+    if (state.connected)
+        return QStyle::SP_DialogApplyButton;
+    return state.refused ? QStyle::SP_MessageBoxCritical : QStyle::SP_MessageBoxWarning;
+}
+
 } // namespace
 
 QString connectionBrief(const ConnectionState& state, const QDateTime& now)
 {
-    return (state.connected ? tr("Connected since %1") : tr("Connection lost since %1"))
-        .arg(timeText(state.since, now));
+    return briefForm(state).arg(timeText(state.since, now));
 }
 
 QString connectionDetail(const ConnectionState& state, const QString& address)
 {
-    if (!state.connected)
-        return tr("Trying again: %1").arg(state.cause); // which names the address
+    if (!state.connected) // the cause names the address
+        return (state.refused ? tr("Not trying again: %1") : tr("Trying again: %1"))
+            .arg(state.cause);
     if (state.wasLost)
         return tr("%1 is back. Choose the subscription mode to start fetching again.").arg(address);
     return address;
@@ -46,18 +61,24 @@ ConnectionBar::ConnectionBar(const QString& address, const Times& times, QWidget
       fAddress(address),
       fDetailLabel(new QLabel(this)),
       fIconLabel(new QLabel(this)),
-      fBriefLabel(new QLabel(this))
+      fBriefLabel(new QLabel(this)),
+      fAgainButton(new QPushButton(tr("Connect &again..."), this))
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);
     layout->addWidget(fDetailLabel, 1);
     layout->addWidget(fIconLabel);
     layout->addWidget(fBriefLabel);
+    layout->addWidget(fAgainButton);
     // A long reason is cut at the window's edge and never widens the window.
     fDetailLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     fDetailLabel->setTextFormat(Qt::PlainText);
     fDetailLabel->setObjectName("connectionDetail");
     fBriefLabel->setObjectName("connectionState");
+    fAgainButton->setObjectName("connectAgain");
+    fAgainButton->setToolTip(tr("Give the user, password or certificates that the robot wants"));
+    fAgainButton->hide();
+    connect(fAgainButton, &QPushButton::clicked, this, &ConnectionBar::connectAgainRequested);
     fNoteTimer.setSingleShot(true);
     fNoteTimer.setInterval(times.note);
     connect(&fNoteTimer, &QTimer::timeout, this, &ConnectionBar::xEndNote);
@@ -69,6 +90,7 @@ void ConnectionBar::showState(const ConnectionState& state)
 {
     fState = state;
     fNoteTimer.stop();
+    fAgainButton->setVisible(fState.refused);
     xRefresh();
 }
 
@@ -80,10 +102,8 @@ void ConnectionBar::note(const QString& text)
 
 void ConnectionBar::xRefresh()
 {
-    const QStyle::StandardPixmap icon =
-        fState.connected ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning;
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    fIconLabel->setPixmap(style()->standardIcon(icon).pixmap(size, size));
+    fIconLabel->setPixmap(style()->standardIcon(iconOf(fState)).pixmap(size, size));
     fBriefLabel->setText(connectionBrief(fState, QDateTime::currentDateTime()));
     if (!fNoteTimer.isActive())
         xEndNote();

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 
 /// What a window says about its connection in a few words, "Connected since 12:03:02". `now` is the
 /// present time.
@@ -33,6 +34,10 @@ public:
     /// Shows `text` in place of the sentence about the connection for some seconds.
     void note(const QString& text);
 
+signals:
+    /// The user wants to try again what the robot refused.
+    void connectAgainRequested();
+
 private slots:
     void xRefresh();
     void xEndNote();
@@ -45,6 +50,7 @@ private:
     QLabel* fDetailLabel;
     QLabel* fIconLabel;
     QLabel* fBriefLabel;
-    QTimer fNoteTimer; ///< runs while a note is shown
+    QPushButton* fAgainButton; ///< there as long as nothing else would bring the robot back
+    QTimer fNoteTimer;         ///< runs while a note is shown
     QTimer fRefreshTimer;
 };

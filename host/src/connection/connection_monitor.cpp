@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_monitor.h"
 
+#include <kit/password_file.h>
+
 #include <utility>
 
 namespace {
@@ -30,7 +32,8 @@ int ConnectionMonitor::watch(Link link)
 
 int ConnectionMonitor::watch(const boost::shared_ptr<ZoBroker>& broker)
 {
-    return watch([broker] { return broker->linkStatus(); });
+    return watch({[broker] { return broker->linkStatus(); },
+                  [broker](const ZoBrokerOptions& options) { broker->reconnect(options); }});
 }
 
 void ConnectionMonitor::stopWatching(int number)
@@ -38,17 +41,27 @@ void ConnectionMonitor::stopWatching(int number)
     fLinks.erase(number);
 }
 
-/// The link that is down, or else the one that is up for the shortest time.
+void ConnectionMonitor::reconnect(const ConnectionSettings& settings)
+{
+    ZoBrokerOptions options = settings.brokerOptions();
+    const kit::WipedAtEnd wiped(options.password); // the brokers have their own
+    for (const auto& link : fLinks)
+        link.second.reconnect(options);
+    xPoll();
+}
+
+/// The link that was refused, or else one that is down, or the one that is up for the shortest
+/// time.
 ZoLinkStatus ConnectionMonitor::worst() const
 {
     ZoLinkStatus result;
     result.connected = true;
     for (const auto& link : fLinks) {
-        ZoLinkStatus status = link.second();
-        if (!status.connected)
+        ZoLinkStatus status = link.second.status();
+        if (status.refused)
             return status;
-        if (status.since > result.since)
-            result = status;
+        if (result.connected && (!status.connected || status.since > result.since))
+            result = std::move(status);
     }
     return result;
 }
@@ -79,17 +92,18 @@ void ConnectionMonitor::setDown(const ZoLinkStatus& status)
 {
     const QString cause = QString::fromStdString(status.cause);
     if (isLost()) {
-        if (cause != fState.cause) {
+        if (cause != fState.cause || status.refused != fState.refused) {
             fState.cause = cause;
+            fState.refused = status.refused;
             emit changed();
         }
         return;
     }
     if (!fDownFor.isValid())
         fDownFor.start();
-    if (!fDownFor.hasExpired(fGrace))
+    if (!status.refused && !fDownFor.hasExpired(fGrace))
         return;
-    fState = {false, true, localTime(status.since), cause};
+    fState = {false, true, localTime(status.since), cause, status.refused};
     emit changed();
     emit lost();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "connection/connection_settings.h"
+
 #include <zo/broker.h>
 
 #include <QDateTime>
@@ -18,11 +20,13 @@ struct ConnectionState
     bool wasLost = false; ///< was down before, in this window
     QDateTime since;      ///< local time of the last change of `connected`
     QString cause;        ///< why it is down; empty while connected
+    bool refused = false; ///< for good: nothing tries again before ConnectionMonitor::reconnect
 };
 
 /// Watches the links of one window and tells when its robot is lost and back. It asks each link
 /// for its state, which never blocks. The robot counts as lost when any of the links is down for
-/// longer than `fGrace`: a link that is back before that has cost nobody a value.
+/// longer than `fGrace`: a link that is back before that has cost nobody a value. A link that was
+/// refused does not come back by itself, so the robot is lost at once.
 class ConnectionMonitor : public QObject
 {
     Q_OBJECT
@@ -31,7 +35,12 @@ public:
     static constexpr int fPollInterval = 100; ///< ms
     static constexpr int fGrace = 300;        ///< ms
 
-    using Link = std::function<ZoLinkStatus()>;
+    /// A link, as a broker has it.
+    struct Link
+    {
+        std::function<ZoLinkStatus()> status;
+        std::function<void(const ZoBrokerOptions& options)> reconnect;
+    };
 
     explicit ConnectionMonitor(QObject* parent = nullptr);
 
@@ -39,6 +48,10 @@ public:
     int watch(Link link);
     int watch(const boost::shared_ptr<ZoBroker>& broker);
     void stopWatching(int number);
+
+    /// Opens every link anew, as `settings` say, but for the address. Throws what
+    /// ZoBroker::reconnect does.
+    void reconnect(const ConnectionSettings& settings);
 
     const ConnectionState& state() const { return fState; }
 

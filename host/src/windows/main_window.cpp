@@ -82,9 +82,16 @@ void MainWindow::setUpStatus(const boost::shared_ptr<ZoBroker>& broker)
 {
     statusBar()->addPermanentWidget(fBar, 1);
     connect(&fContext.errors, &ErrorReporter::noted, fBar, &ConnectionBar::note);
+    connect(fBar, &ConnectionBar::connectAgainRequested, this, &MainWindow::connectAgainRequested);
     connect(&fMonitor, &ConnectionMonitor::changed, this, &MainWindow::xOnChanged);
     connect(&fMonitor, &ConnectionMonitor::lost, this, &MainWindow::xOnLost);
     fMonitor.watch(broker);
+}
+
+void MainWindow::reconnect(const ConnectionSettings& settings)
+{
+    fSettings = settings;
+    fMonitor.reconnect(settings);
 }
 
 void MainWindow::openPanel(PanelPlugin* plugin)

@@ -38,6 +38,10 @@ public:
     const ConnectionSettings& settings() const { return fSettings; }
     ConnectionMonitor& monitor() { return fMonitor; }
 
+    /// Opens the links of this window and its panels anew, to the same robot. The panels stay.
+    /// Throws what ZoBroker::reconnect does.
+    void reconnect(const ConnectionSettings& settings);
+
     /// Makes one more panel, unless one is being made; an error ends in an error box.
     void openPanel(PanelPlugin* plugin);
 
@@ -46,6 +50,7 @@ public:
 
 signals:
     void newConnectionRequested();
+    void connectAgainRequested(); ///< to the same robot, which has refused
     void quitRequested();
     void closed();
 

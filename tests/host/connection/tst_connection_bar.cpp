@@ -4,6 +4,8 @@
 #include "support/register_test.h"
 
 #include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QStyle>
 #include <QtTest>
 
@@ -25,6 +27,8 @@ private slots:
     void aChangeOfStateEndsANote();
     void textsOfARobotAreShownAsTheyAre();
     void aLongReasonDoesNotWidenTheWindow();
+    void aRefusalIsToldAsFinal();
+    void offersToConnectAgainOnlyWhenRefused();
 };
 
 namespace {
@@ -40,6 +44,11 @@ ConnectionState up()
 ConnectionState down(const QString& cause)
 {
     return {false, true, noon, cause};
+}
+
+ConnectionState refused(const QString& cause)
+{
+    return {false, true, noon, cause, true};
 }
 
 QLabel* stateLabel(const ConnectionBar& bar)
@@ -86,6 +95,9 @@ void TestConnectionBar::itsIconShowsTheState()
     bar.showState(down("It fell over."));
     QVERIFY(shows(QStyle::SP_MessageBoxWarning));
     QVERIFY(!shows(QStyle::SP_DialogApplyButton));
+    bar.showState(refused("Who are you?"));
+    QVERIFY(shows(QStyle::SP_MessageBoxCritical));
+    QVERIFY(!shows(QStyle::SP_MessageBoxWarning));
 }
 
 void TestConnectionBar::saysWhyTheRobotIsLost()
@@ -174,6 +186,31 @@ void TestConnectionBar::aLongReasonDoesNotWidenTheWindow()
     const int width = bar.minimumSizeHint().width();
     bar.showState(down(QString(5000, 'x')));
     QCOMPARE(bar.minimumSizeHint().width(), width);
+}
+
+void TestConnectionBar::aRefusalIsToldAsFinal()
+{
+    QCOMPARE(connectionBrief(refused("x"), noon),
+             QString("Connection refused, lost since 12:00:00"));
+    QCOMPARE(connectionDetail(refused("robot:1 knows nobody"), "robot:1"),
+             QString("Not trying again: robot:1 knows nobody"));
+}
+
+void TestConnectionBar::offersToConnectAgainOnlyWhenRefused()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.show();
+    auto* button = bar.findChild<QPushButton*>("connectAgain");
+    QVERIFY(button && !button->isVisible());
+    QSignalSpy again(&bar, &ConnectionBar::connectAgainRequested);
+    bar.showState(down("It fell over."));
+    QVERIFY(!button->isVisible());
+    bar.showState(refused("Who are you?"));
+    QVERIFY(button->isVisible());
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(again.size(), 1);
+    bar.showState(up());
+    QVERIFY(!button->isVisible());
 }
 
 REGISTER_TEST(TestConnectionBar, QApplication)

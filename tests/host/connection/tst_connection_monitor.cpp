@@ -14,18 +14,28 @@ struct FakeLink
 {
     ZoLinkStatus status{true, std::chrono::system_clock::now(), {}};
     int asked = 0;
+    std::vector<std::string> users; ///< of the options with which it was opened anew
 
     void goDown(const std::string& cause)
     {
         status = {false, std::chrono::system_clock::now(), cause};
     }
+    void refuse(const std::string& cause)
+    {
+        goDown(cause);
+        status.refused = true;
+    }
     void comeUp() { status = {true, std::chrono::system_clock::now(), {}}; }
     ConnectionMonitor::Link link()
     {
-        return [this] {
-            ++asked;
-            return status;
-        };
+        return {[this] {
+                    ++asked;
+                    return status;
+                },
+                [this](const ZoBrokerOptions& options) {
+                    users.push_back(options.user);
+                    goDown("connecting anew");
+                }};
     }
 };
 
@@ -44,6 +54,10 @@ private slots:
     void aShortInterruptionIsNoLoss();
     void isLostAsLongAsAnyLinkIsDown();
     void forgetsALink();
+    void aRefusalIsALossAtOnce();
+    void aRefusalAfterALossIsToldButIsNoOtherLoss();
+    void aRefusedLinkCountsMoreThanOneThatTriesAgain();
+    void opensEveryLinkAnew();
 };
 
 void TestConnectionMonitor::isConnectedAsSoonAsItWatchesALinkThatIsUp()
@@ -170,6 +184,74 @@ void TestConnectionMonitor::forgetsALink()
     const int askedOther = stays.asked;
     QTRY_VERIFY(stays.asked > askedOther + 1);
     QCOMPARE(goes.asked, asked);
+}
+
+void TestConnectionMonitor::aRefusalIsALossAtOnce()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
+    robot.refuse("who are you?");
+    const int askedBefore = robot.asked;
+    QVERIFY(lost.wait(patience));
+    QCOMPARE(robot.asked, askedBefore + 1); // nothing to be gained by a grace
+    QVERIFY(monitor.state().refused);
+    QCOMPARE(monitor.state().cause, QString("who are you?"));
+    QTRY_VERIFY(robot.asked > askedBefore + 5);
+    QCOMPARE(lost.size(), 1);
+}
+
+void TestConnectionMonitor::aRefusalAfterALossIsToldButIsNoOtherLoss()
+{
+    FakeLink robot;
+    ConnectionMonitor monitor;
+    monitor.watch(robot.link());
+    QSignalSpy lost(&monitor, &ConnectionMonitor::lost);
+    robot.goDown("it fell over");
+    QVERIFY(lost.wait(patience));
+    QVERIFY(!monitor.state().refused);
+    QSignalSpy changed(&monitor, &ConnectionMonitor::changed);
+    robot.refuse("it fell over"); // only that it is final is new
+    QVERIFY(changed.wait(patience));
+    QVERIFY(monitor.state().refused);
+    robot.comeUp();
+    QVERIFY(changed.wait(patience));
+    QVERIFY(monitor.state().connected);
+    QVERIFY(!monitor.state().refused);
+    QCOMPARE(lost.size(), 1);
+}
+
+void TestConnectionMonitor::aRefusedLinkCountsMoreThanOneThatTriesAgain()
+{
+    FakeLink first;
+    FakeLink second;
+    ConnectionMonitor monitor;
+    monitor.watch(first.link());
+    monitor.watch(second.link());
+    first.goDown("no answer");
+    QTRY_COMPARE(monitor.state().cause, QString("no answer"));
+    second.refuse("who are you?");
+    QTRY_COMPARE(monitor.state().cause, QString("who are you?"));
+    QVERIFY(monitor.state().refused);
+}
+
+void TestConnectionMonitor::opensEveryLinkAnew()
+{
+    FakeLink refused;
+    FakeLink up;
+    ConnectionMonitor monitor;
+    monitor.watch(refused.link());
+    monitor.watch(up.link());
+    refused.refuse("who are you?");
+    QTRY_VERIFY(monitor.state().refused);
+    ConnectionSettings settings;
+    settings.user = "alice";
+    monitor.reconnect(settings);
+    QCOMPARE(refused.users, std::vector<std::string>{"alice"});
+    QCOMPARE(up.users, std::vector<std::string>{"alice"}); // its login will be refused next time
+    QVERIFY(!monitor.state().refused);
+    QCOMPARE(monitor.state().cause, QString("connecting anew"));
 }
 
 REGISTER_TEST(TestConnectionMonitor, QCoreApplication)
