@@ -78,9 +78,12 @@ std::string robotHelp()
            "\n" +
            kit::optionsText(robotOptions(any)) +
            "\n"
-           "With --connect it publishes to a server that runs already:\n"
+           "With --connect it publishes to a server that runs already. It waits for one that is\n"
+           "lost, and ends when one refuses its user, password or certificate:\n"
            "\n" +
            kit::optionsText(kit::connectionOptions(any.connection)) +
            "\n"
-           "Example: tarvek-robot --port 6380, then: redis-cli -p 6380 GET Battery/Charge\n";
+           "Example: tarvek-robot --port 6380, then: redis-cli -p 6380 GET Battery/Charge\n"
+           "\n"
+           "Exit status: 0 ended by Ctrl-C or a signal; 1 a server failed; 2 wrong use.\n";
 }

@@ -7,6 +7,7 @@
 
 #include <kit/password_file.h>
 #include <kit/program.h>
+#include <kit/refusal.h>
 
 #include <zo/zo.h>
 
@@ -50,16 +51,21 @@ private:
 class TickLoop
 {
 public:
-    TickLoop(Publisher& publisher, double rate) : fPublisher(publisher), fRate(rate) {}
+    TickLoop(Publisher& publisher, const ZoBroker& broker, double rate)
+        : fPublisher(publisher), fBroker(broker), fRate(rate)
+    {
+    }
 
     double secondsToNextTick() const { return tickTime(fTick, fRate) - elapsed(); }
 
+    /// Throws ZoError when the server refuses user, password or certificate.
     void doTick()
     {
         try {
             fPublisher.publish(tickTime(fTick, fRate));
             report("");
         } catch (const ZoError& error) {
+            kit::throwIfRefused(fBroker.linkStatus());
             report(error.toString());
         }
         fTick = nextTick(fTick, elapsed(), fRate);
@@ -80,6 +86,7 @@ private:
     }
 
     Publisher& fPublisher;
+    const ZoBroker& fBroker;
     double fRate;
     std::chrono::steady_clock::time_point fStart = std::chrono::steady_clock::now();
     long long fTick = 1;
@@ -117,7 +124,7 @@ void runRobot(RobotArguments arguments)
     publisher.publish(0);
     kit::print((server ? "listening on " : "publishing to ") + address.toText() + "\n");
 
-    TickLoop loop(publisher, arguments.rate);
+    TickLoop loop(publisher, *broker, arguments.rate);
     while (true) {
         const int signal = signals.waitForSignal(loop.secondsToNextTick());
         if (signal == 0)

@@ -12,13 +12,18 @@
 namespace {
 
 /// The broker has a password of its own from then on.
-ZoMemoryProxy connect(kit::Connection& connection)
+boost::shared_ptr<ZoBroker> connect(kit::Connection& connection)
 {
     kit::tellWarning(connection, "zo");
-    const auto broker = ZoBroker::create("zo", connection.address.host, connection.address.port,
-                                         connection.options);
+    auto broker = ZoBroker::create("zo", connection.address.host, connection.address.port,
+                                   connection.options);
     kit::wipe(connection.options.password);
-    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+    return broker;
+}
+
+ZoMemoryProxy memoryOf(ZoBroker& broker)
+{
+    return ZoMemoryProxy(broker.getProxy("ZoMemory", 0));
 }
 
 void tell(const std::string& message)
@@ -29,13 +34,14 @@ void tell(const std::string& message)
 void watch(ZoCommand& command, kit::Output& output)
 {
     kit::endWellOnStopSignals();
-    ZoMemoryProxy memory = connect(command.connection);
-    watchValues(memory, {command.operands, command.period, command.count}, output, tell);
+    const auto broker = connect(command.connection);
+    WatchedRobot robot{memoryOf(*broker), [broker] { return broker->linkStatus(); }};
+    watchValues(robot, {command.operands, command.period, command.count}, output, tell);
 }
 
 void askOnce(ZoCommand& command, kit::Output& output)
 {
-    ZoMemoryProxy memory = connect(command.connection);
+    ZoMemoryProxy memory = memoryOf(*connect(command.connection));
     if (command.action == ZoCommand::Action::List)
         listKeys(memory, command.operands.empty() ? "" : command.operands[0], output);
     else if (command.action == ZoCommand::Action::Get)

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <zo/link_status.h>
+#include <zo/memory_proxy.h>
+
 #include <chrono>
 #include <functional>
 #include <string>
@@ -9,7 +12,6 @@
 namespace kit {
 class Output;
 }
-class ZoMemoryProxy;
 
 /// The time in which a watch runs.
 struct WatchTime
@@ -24,6 +26,13 @@ struct WatchTime
 /// That of this machine.
 WatchTime realTime();
 
+/// Whom to watch.
+struct WatchedRobot
+{
+    ZoMemoryProxy memory;
+    std::function<ZoLinkStatus()> link;
+};
+
 /// What to watch, and how.
 struct Watch
 {
@@ -34,8 +43,9 @@ struct Watch
 
 /// Prints a record for each key and poll, with the seconds since now before it. The polls keep
 /// their rate: one that is late makes the next no later. While the robot is lost, nothing is
-/// printed; `tell` hears once that it is lost, and once that it is back. Throws what Output does.
-void watchValues(ZoMemoryProxy& memory, const Watch& watch, kit::Output& output,
+/// printed; `tell` hears once that it is lost, and once that it is back. Throws ZoError when the
+/// robot refuses user, password or certificate, since it would stay lost; and what Output does.
+void watchValues(WatchedRobot& robot, const Watch& watch, kit::Output& output,
                  const std::function<void(const std::string&)>& tell,
                  const WatchTime& time = realTime());
 

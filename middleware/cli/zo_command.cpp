@@ -122,7 +122,8 @@ Commands:
                      print a line SECONDS<tab>KEY<tab>TYPE<tab>VALUE for each key every
                      MS milliseconds (1000), with the seconds since the start; end after
                      N times, or on Ctrl-C. While the robot is lost it prints no lines,
-                     and goes on when the robot is back.
+                     and goes on when the robot is back. It ends when the robot
+                     refuses user, password or certificate.
 
 A TYPE is invalid, array, bool, int, float, string or unknown; a key that does not exist
 is invalid and has no value. Control characters and backslashes in keys and values are

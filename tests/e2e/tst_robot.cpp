@@ -58,6 +58,8 @@ private slots:
     void publishesToAGivenServer();
     void signsInAtAGivenServer();
     void aLostServerIsToldOnceAndAwaited();
+    void aServerThatRefusesItEndsIt_data();
+    void aServerThatRefusesItEndsIt();
     void noServerAtTheGivenAddressIsAnError();
 };
 
@@ -303,6 +305,43 @@ void TestRobot::aLostServerIsToldOnceAndAwaited()
     QTRY_COMPARE_WITH_TIMEOUT(server.command({"DBSIZE"}), std::string("200"), patience);
     QCOMPARE(robot.errors().count('\n'), 2);
     QVERIFY(robot.errors().contains(QString::number(server.port())));
+}
+
+void TestRobot::aServerThatRefusesItEndsIt_data()
+{
+    QTest::addColumn<bool>("byPassword");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("another password") << true << "user or password refused: WRONGPASS";
+    QTest::newRow("another certificate") << false << "certificate";
+}
+
+void TestRobot::aServerThatRefusesItEndsIt()
+{
+    QFETCH(bool, byPassword);
+    QFETCH(QString, reason);
+    RedisServer::Options options;
+    options.tls = true;
+    options.users = {"walker on >one-two ~* +@all"};
+    RedisServer server(options);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("one-two\n");
+    file.close();
+    RobotProgram robot(addressOf(server) +
+                       QStringList{"--tls", "--ca", QString::fromStdString(server.caFile()),
+                                   "--user", "walker", "--password-file", file.fileName()});
+    robot.start();
+    QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
+    if (byPassword) {
+        server.command({"ACL", "SETUSER", "walker", "resetpass", ">three"});
+        server.command({"CLIENT", "KILL", "USER", "walker"});
+    } else {
+        server.restartAsAnother();
+    }
+    QCOMPARE(robot.waitForExit(), 1);
+    const QString last = robot.errors().trimmed().section('\n', -1);
+    QVERIFY2(last.startsWith("tarvek-robot: robot at 127.0.0.1:"), qPrintable(robot.errors()));
+    QVERIFY2(last.contains(reason), qPrintable(robot.errors()));
 }
 
 void TestRobot::noServerAtTheGivenAddressIsAnError()

@@ -29,6 +29,7 @@ private slots:
     void aTickOnWhichAnAnswerEndsIsOver();
     void aLostRobotIsToldOnceAndItsReturnOnce();
     void aWrongNumberOfValuesIsNoAnswer();
+    void aRobotThatRefusesIsNotWaitedFor();
 };
 
 namespace {
@@ -51,6 +52,13 @@ private:
     int fCalls = 0;
 };
 
+ZoLinkStatus goodLink()
+{
+    ZoLinkStatus link;
+    link.connected = true;
+    return link;
+}
+
 struct Watched
 {
     QStringList lines;
@@ -58,17 +66,18 @@ struct Watched
 };
 
 Watched watched(const boost::shared_ptr<ZoProxy>& robot, const Watch& watch,
-                const WatchTime& time = realTime())
+                const WatchTime& time = realTime(),
+                const std::function<ZoLinkStatus()>& link = goodLink)
 {
     Watched seen;
     QTemporaryFile file;
     file.open();
     Output output(file.handle());
-    ZoMemoryProxy memory(robot);
+    WatchedRobot watchedRobot{ZoMemoryProxy(robot), link};
     const auto tell = [&seen](const std::string& message) {
         seen.messages += QString::fromStdString(message);
     };
-    watchValues(memory, watch, output, tell, time);
+    watchValues(watchedRobot, watch, output, tell, time);
     file.seek(0);
     seen.lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     return seen;
@@ -183,6 +192,29 @@ void TestCliWatch::aWrongNumberOfValuesIsNoAnswer()
     QCOMPARE(seen.lines.size(), 1);
     QCOMPARE(seen.messages.size(), 2);
     QVERIFY2(seen.messages[0].contains("0 values for 1 keys"), qPrintable(seen.messages[0]));
+}
+
+void TestCliWatch::aRobotThatRefusesIsNotWaitedFor()
+{
+    bool refused = false;
+    const auto robot = boost::make_shared<ScriptedRobot>([&refused](int call) {
+        refused = call == 3;
+        if (call > 0)
+            throw ZoError("connection lost");
+        return oneValue(call);
+    });
+    const auto link = [&refused] {
+        ZoLinkStatus status;
+        status.refused = refused;
+        status.cause = "who are you?";
+        return status;
+    };
+    try {
+        watched(robot, {{"a"}, 1ms, 0}, realTime(), link);
+        QFAIL("it went on");
+    } catch (const ZoError& error) {
+        QCOMPARE(error.toString(), std::string("who are you?"));
+    }
 }
 
 REGISTER_TEST(TestCliWatch, NoApplication)

@@ -25,6 +25,8 @@ private slots:
     void watchPrintsEachPollAtItsTime();
     void watchTellsOnceOfALostRobotAndGoesOnByItself_data();
     void watchTellsOnceOfALostRobotAndGoesOnByItself();
+    void watchEndsWhenTheRobotRefusesIt_data();
+    void watchEndsWhenTheRobotRefusesIt();
     void stopSignalsEndAWatchWell_data();
     void stopSignalsEndAWatchWell();
     void aSignalEndsAWatchThatWaitsForAStoppedRobot();
@@ -244,6 +246,51 @@ void TestZoCli::watchTellsOnceOfALostRobotAndGoesOnByItself()
     QCOMPARE(ended.status, 0);
     QVERIFY2(ended.errors.endsWith("\nzo: the robot is back\n"), ended.errors.constData());
     QCOMPARE(linesIn(ended.errors), 2);
+}
+
+void TestZoCli::watchEndsWhenTheRobotRefusesIt_data()
+{
+    QTest::addColumn<QStringList>("rule");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("another password")
+        << QStringList{"resetpass", ">other"} << QByteArray("user or password refused: WRONGPASS");
+    QTest::newRow("user switched off")
+        << QStringList{"off"} << QByteArray("user or password refused: WRONGPASS");
+    QTest::newRow("another certificate") << QStringList{} << QByteArray("certificate");
+}
+
+void TestZoCli::watchEndsWhenTheRobotRefusesIt()
+{
+    QFETCH(QStringList, rule);
+    QFETCH(QByteArray, reason);
+    RedisServer::Options options;
+    options.tls = true;
+    options.users = {"alice on >open-sesame ~* +@all"};
+    RedisServer server(options);
+    QTemporaryFile password;
+    QVERIFY(password.open());
+    password.write("open-sesame\n");
+    password.flush();
+    ZoProgram zo(
+        at(server, {"--tls", "--ca", QString::fromStdString(server.caFile()), "--user", "alice",
+                    "--password-file", password.fileName(), "watch", "--period", "60", "a"}));
+    QVERIFY(zo.waitUntil([&] { return linesIn(zo.output()) > 0; }));
+    if (rule.isEmpty()) {
+        server.restartAsAnother();
+    } else {
+        std::vector<std::string> words = {"ACL", "SETUSER", "alice"};
+        for (const QString& word : rule)
+            words.push_back(word.toStdString());
+        server.command(words);
+        server.command({"CLIENT", "KILL", "USER", "alice"});
+    }
+    const Ended ended = endOf(zo);
+    QCOMPARE(ended.status, 1);
+    const QByteArray last = ended.errors.trimmed().split('\n').last();
+    QVERIFY2(last.startsWith("zo: robot at " + addressOf(server).toUtf8()),
+             ended.errors.constData());
+    QVERIFY2(last.contains(reason), ended.errors.constData());
+    QVERIFY2(linesIn(ended.errors) <= 2, ended.errors.constData()); // it may be seen as lost first
 }
 
 void TestZoCli::stopSignalsEndAWatchWell_data()
