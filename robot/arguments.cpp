@@ -21,6 +21,8 @@ kit::Options robotOptions(RobotArguments& arguments)
     kit::Options own = {
         kit::numberOption("--port", "PORT", "port of the private server (a free one)", 1,
                           ZoAddress::fHighestPort, arguments.port),
+        kit::flag("--open", "let everybody on this machine read it, without a password",
+                  arguments.open),
         kit::numberOption("--rate", "HZ",
                           "times per second that all keys are written, 0.1 to 1000 (50); a machine "
                           "too slow for it skips some",
@@ -48,6 +50,9 @@ void checkServer(const RobotArguments& arguments)
         throw UsageError("--port is for the robot's own server: write --connect HOST:PORT");
     if (!connection.isGiven && (!connection.options.user.empty() || connection.options.tls))
         throw UsageError("--user and --tls are for a server that is given with --connect");
+    if (arguments.open && (connection.isGiven || !connection.passwordFile.empty()))
+        throw UsageError("--open is for the robot's own server, and does not go with "
+                         "--password-file");
 }
 
 } // namespace
@@ -73,8 +78,9 @@ std::string robotHelp()
            "\n"
            "It starts a private Redis server on this machine for that, prints\n"
            "\"listening on 127.0.0.1:PORT\" when its keys can be read, and runs until Ctrl-C.\n"
-           "Everybody on this machine may read them there, or with --password-file who knows the\n"
-           "password; only the robot may write.\n"
+           "Only the robot may write there. Readers give a password: that of --password-file, or\n"
+           "one that the robot makes up and keeps, as long as it runs, in a file that only your\n"
+           "user can read: it prints \"password in FILE\" before.\n"
            "\n" +
            kit::optionsText(robotOptions(any)) +
            "\n"
@@ -83,7 +89,8 @@ std::string robotHelp()
            "\n" +
            kit::optionsText(kit::connectionOptions(any.connection)) +
            "\n"
-           "Example: tarvek-robot --port 6380, then: redis-cli -p 6380 GET Battery/Charge\n"
+           "Example: tarvek-robot --port 6380, then, with the file that it prints:\n"
+           "zo --connect 127.0.0.1:6380 --password-file FILE get Battery/Charge\n"
            "\n"
            "Exit status: 0 ended by Ctrl-C or a signal; 1 a server failed; 2 wrong use.\n";
 }

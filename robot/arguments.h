@@ -22,8 +22,9 @@ struct RobotArguments
     Action action = Action::Run;
     /// Where to publish. If it was not given: to a private server, to be read with its password.
     kit::Connection connection;
-    int port = 0;     ///< of the private server; 0: a free one
-    double rate = 50; ///< ticks per second
+    int port = 0;      ///< of the private server; 0: a free one
+    bool open = false; ///< everybody on this machine may read the private server
+    double rate = 50;  ///< ticks per second
     int keys = defaultRobotKeys;
     std::uint32_t seed = 1;
 };

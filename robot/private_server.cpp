@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "private_server.h"
 
+#include "random_password.h"
+
 #include <kit/hex.h>
 #include <kit/temporary_folder.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <fstream>
@@ -15,31 +16,22 @@
 #include <stdexcept>
 #include <string_view>
 #include <sys/mman.h>
-#include <sys/random.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <system_error>
 
 namespace {
 
 constexpr auto startDeadline = std::chrono::seconds(10);
 
-std::string hexOf(std::string_view bytes, const char* prefix)
+/// `text` in the server's way of writing any bytes.
+std::string escapedBytes(std::string_view text)
 {
-    std::string text;
-    for (const char byte : bytes) {
-        text += prefix;
-        kit::appendHex(byte, text);
+    std::string result;
+    for (const char byte : text) {
+        result += "\\x";
+        kit::appendHex(byte, result);
     }
-    return text;
-}
-
-std::string randomPassword()
-{
-    std::array<char, 32> bytes{};
-    if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
-        throw std::system_error(errno, std::generic_category(), "no random password");
-    return hexOf({bytes.data(), bytes.size()}, "");
+    return result;
 }
 
 /// Who may do what, in the language of the server's configuration file.
@@ -47,7 +39,7 @@ std::string accessList(const std::string& ownersPassword, const std::string& rea
 {
     // Whatever is in the password: nothing of it has a meaning there.
     const std::string login =
-        readersPassword.empty() ? "nopass" : "\">" + hexOf(readersPassword, "\\x") + "\"";
+        readersPassword.empty() ? "nopass" : "\">" + escapedBytes(readersPassword) + "\"";
     return std::string("user ") + PrivateServer::fOwner + " on >" + ownersPassword +
            " ~* &* +@all\n" + "user default on " + login +
            " ~* -@all +@read +@connection -@dangerous\n";

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "robot.h"
 
+#include "private_file.h"
 #include "private_server.h"
 #include "publisher.h"
+#include "random_password.h"
 #include "ticks.h"
 
 #include <kit/password_file.h>
@@ -14,8 +16,9 @@
 #include <chrono>
 #include <csignal>
 #include <ctime>
-#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -93,16 +96,46 @@ private:
     bool fInTrouble = false;
 };
 
-/// Starts the robot's own server, which `arguments` lead to from then on.
-std::unique_ptr<PrivateServer> startServer(RobotArguments& arguments)
+/// The robot's own server, and the password that its readers give.
+class OwnServer
 {
-    ZoBrokerOptions& options = arguments.connection.options;
-    auto server = std::make_unique<PrivateServer>(arguments.port, options.password);
-    arguments.connection.address = server->address();
-    options.user = PrivateServer::fOwner;
-    kit::wipe(options.password); // that of the readers
-    options.password = server->ownersPassword();
-    return server;
+public:
+    /// `arguments` lead to the server from then on, as its owner.
+    explicit OwnServer(RobotArguments& arguments)
+    {
+        ZoBrokerOptions& options = arguments.connection.options;
+        if (options.password.empty() && !arguments.open)
+            makePassword(options.password);
+        fServer.emplace(arguments.port, options.password);
+        arguments.connection.address = fServer->address();
+        options.user = PrivateServer::fOwner;
+        kit::wipe(options.password); // that of the readers
+        options.password = fServer->ownersPassword();
+    }
+
+    bool isRunning() { return fServer->isRunning(); }
+
+    /// What readers have to know.
+    std::string news() const
+    {
+        const std::string password = fFile ? "password in " + fFile->path() + "\n" : "";
+        return password + "listening on " + fServer->address().toText() + "\n";
+    }
+
+private:
+    void makePassword(std::string& password)
+    {
+        password = randomPassword();
+        fFile.emplace("password", password + "\n");
+    }
+
+    std::optional<PrivateFile> fFile; ///< none: the password is not of our making
+    std::optional<PrivateServer> fServer;
+};
+
+std::string newsOf(const ZoAddress& server)
+{
+    return "publishing to " + server.toText() + "\n";
 }
 
 } // namespace
@@ -111,9 +144,9 @@ void runRobot(RobotArguments arguments)
 {
     kit::tellWarning(arguments.connection, "tarvek-robot");
     const Signals signals;
-    std::unique_ptr<PrivateServer> server;
+    std::optional<OwnServer> server;
     if (!arguments.connection.isGiven)
-        server = startServer(arguments);
+        server.emplace(arguments);
     const ZoAddress address = arguments.connection.address;
 
     const boost::shared_ptr<ZoBroker> broker =
@@ -122,7 +155,7 @@ void runRobot(RobotArguments arguments)
     Publisher publisher(robotKeys(arguments.keys, arguments.seed),
                         ZoMemoryProxy(broker->getProxy("ZoMemory", 0)));
     publisher.publish(0);
-    kit::print((server ? "listening on " : "publishing to ") + address.toText() + "\n");
+    kit::print(server ? server->news() : newsOf(address));
 
     TickLoop loop(publisher, *broker, arguments.rate);
     while (true) {

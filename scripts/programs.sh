@@ -47,15 +47,18 @@ robot_is_ready_or_gone() {
     grep -q '^listening on ' "$work/robot.out" || ! kill -0 "${children[-1]}" 2>/dev/null
 }
 
-# Takes options of the robot, none if there are none. Sets `address`.
-# shellcheck disable=SC2120 # not every script has options for it
+# Sets `connection`, the options that lead to it.
 start_robot() {
     : >"$work/robot.out"
-    build/programs/bin/tarvek-robot "$@" >"$work/robot.out" &
+    build/programs/bin/tarvek-robot >"$work/robot.out" &
     children+=($!)
     wait_until 30 robot_is_ready_or_gone || true
+    local address password
     address=$(sed -n 's/^listening on //p' "$work/robot.out")
+    password=$(sed -n 's/^password in //p' "$work/robot.out")
     [ -n "$address" ] || fail "the simulated robot does not start"
+    # shellcheck disable=SC2034 # for whoever sources this
+    connection=(--connect "$address" --password-file "$password")
 }
 
 start_desktop() {

@@ -4,6 +4,9 @@
 #include "support/program.h"
 #include "support/robot.h"
 
+#include <QFile>
+#include <QRegularExpression>
+
 /// The simulated robot, started and awaited.
 class RobotProgram : public Program
 {
@@ -15,12 +18,23 @@ public:
     {
         start();
         fAddress = waitForLine("listening on ");
+        const QRegularExpression line("^password in (.*)$", QRegularExpression::MultilineOption);
+        fPasswordFile = line.match(QString::fromLocal8Bit(output())).captured(1);
         return !fAddress.isEmpty();
     }
 
     const QString& address() const { return fAddress; }
 
-    ZoMemoryProxy memory(const std::string& password = {}) const
+    /// Of the password that the robot made up; empty when it made none.
+    const QString& passwordFile() const { return fPasswordFile; }
+    std::string password() const
+    {
+        QFile file(fPasswordFile);
+        return file.open(QIODevice::ReadOnly) ? file.readLine().trimmed().toStdString() : "";
+    }
+
+    ZoMemoryProxy memory() const { return memory(password()); }
+    ZoMemoryProxy memory(const std::string& password) const
     {
         const ZoAddress address = ZoAddress::fromText(fAddress.toStdString());
         ZoBrokerOptions options = patientOptions();
@@ -31,4 +45,5 @@ public:
 
 private:
     QString fAddress;
+    QString fPasswordFile;
 };

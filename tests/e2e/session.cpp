@@ -22,11 +22,17 @@ CommandLine commandLine()
 
 Session::Session() : fDesktop(commandLine(), fErrors) {}
 
-MainWindow* Session::connectTo(const QString& address)
+MainWindow* Session::connectTo(const RobotProgram& robot)
+{
+    return connectTo(robot.address(), robot.password());
+}
+
+MainWindow* Session::connectTo(const QString& address, const std::string& password)
 {
     const int before = windows().size();
     ConnectionSettings settings;
     settings.address = ZoAddress::fromText(address.toStdString());
+    settings.password = password;
     fDesktop.connectTo(settings);
     if (windows().size() == before || !QTest::qWaitForWindowExposed(windows().last()))
         return nullptr;

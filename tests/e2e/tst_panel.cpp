@@ -100,7 +100,7 @@ void TestPanel::cleanup()
 
 MainWindow* TestPanel::window()
 {
-    return fSession->connectTo(fRobot->address());
+    return fSession->connectTo(*fRobot);
 }
 
 TarvekWidget* TestPanel::openAll()
@@ -258,15 +258,24 @@ void TestPanel::keepsAnsweringWhileTheRobotHangs()
 
 void TestPanel::goesOnAfterTheRobotWasStartedAgain()
 {
-    TarvekWidget* panel = openAll();
-    auto* shown = static_cast<MainWindow*>(panel->window());
+    const QString port = fRobot->address().section(':', 1);
+    QTemporaryFile password; // the same for both
+    QVERIFY(password.open());
+    password.write("look-only\n");
+    password.flush();
+    const QStringList arguments = {"--port", port, "--password-file", password.fileName()};
+    fRobot->signal(SIGTERM);
+    QCOMPARE(fRobot->waitForExit(), 0);
+    fRobot.reset(new RobotProgram(arguments));
+    QVERIFY(fRobot->startAndWait());
+    MainWindow* shown = fSession->connectTo(fRobot->address(), "look-only");
+    TarvekWidget* panel = fSession->open(shown, Session::fAllKeys);
     clickBox(panel, liveKey, watchColumn);
     QVERIFY(lives(panel, liveKey));
-    const QString port = fRobot->address().section(':', 1);
     fRobot->signal(SIGTERM);
     QCOMPARE(fRobot->waitForExit(), 0);
     QTRY_VERIFY(!shown->monitor().state().connected);
-    fRobot.reset(new RobotProgram({"--port", port}));
+    fRobot.reset(new RobotProgram(arguments));
     QVERIFY(fRobot->startAndWait());
     QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, patience);
     QVERIFY(shown->findChild<QLabel*>("connectionDetail")->text().contains("subscription mode"));
@@ -319,7 +328,7 @@ void TestPanel::followsTwoRobotsAtOnce()
     RobotProgram other({"--seed", "7"});
     QVERIFY(other.startAndWait());
     TarvekWidget* first = openAll();
-    TarvekWidget* second = fSession->open(fSession->connectTo(other.address()), Session::fAllKeys);
+    TarvekWidget* second = fSession->open(fSession->connectTo(other), Session::fAllKeys);
     QVERIFY(first && second && first->window() != second->window());
     clickBox(first, liveKey, watchColumn);
     clickBox(second, liveKey, watchColumn);

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <csignal>
 #include <set>
+#include <sys/stat.h>
 
 namespace {
 
@@ -54,6 +55,8 @@ private slots:
     void itsServerEndsWithItWhenItIsKilled();
     void theEndOfItsServerEndsItWithAMessage();
     void leavesNoFileBehindAndReadsNone();
+    void itsPasswordIsMadeUpAndForItsUserAlone();
+    void isOpenToEverybodyOnlyWhenAskedToBe();
     void aPasswordFileKeepsStrangersOut();
     void publishesToAGivenServer();
     void signsInAtAGivenServer();
@@ -234,7 +237,42 @@ void TestRobot::leavesNoFileBehindAndReadsNone()
     stored.close();
     QVERIFY(robot.startAndWait());
     const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    const QString ownFolder = QFileInfo(robot.passwordFile()).dir().dirName();
+    QCOMPARE(QDir(folder.path()).entryList(everything), (QStringList{"dump.rdb", ownFolder}));
+    robot.signal(SIGTERM);
+    QCOMPARE(robot.waitForExit(), 0);
     QCOMPARE(QDir(folder.path()).entryList(everything), QStringList{"dump.rdb"});
+}
+
+void TestRobot::itsPasswordIsMadeUpAndForItsUserAlone()
+{
+    RobotProgram robot({"--keys", "20"});
+    QVERIFY(robot.startAndWait());
+    const auto modeOf = [](const QString& path) {
+        struct stat status = {};
+        return ::stat(path.toLocal8Bit().constData(), &status) == 0 ? status.st_mode & 0777U : 0;
+    };
+    QCOMPARE(modeOf(robot.passwordFile()), 0600U);
+    QCOMPARE(modeOf(QFileInfo(robot.passwordFile()).path()), 0700U);
+
+    QVERIFY(robot.password().size() >= 32);
+    QCOMPARE(robot.memory().getDataListName().size(), std::size_t{20});
+    QVERIFY(contains(errorOf([&] { robot.memory(""); }), "NOAUTH"));
+    QVERIFY(contains(errorOf([&] { robot.memory("guess"); }), "WRONGPASS"));
+    QVERIFY(contains(errorOf([&] { robot.memory().setData("a", 1); }), "NOPERM"));
+    RobotProgram other({"--keys", "20"});
+    QVERIFY(other.startAndWait());
+    QVERIFY(robot.password() != other.password());
+    QCOMPARE(robot.errors(), QString());
+}
+
+void TestRobot::isOpenToEverybodyOnlyWhenAskedToBe()
+{
+    RobotProgram robot({"--keys", "20", "--open"});
+    QVERIFY(robot.startAndWait());
+    QVERIFY2(!robot.output().contains("password"), robot.output().constData());
+    QCOMPARE(robot.memory("").getDataListName().size(), std::size_t{20});
+    QVERIFY(contains(errorOf([&] { robot.memory("").setData("a", 1); }), "NOPERM"));
 }
 
 void TestRobot::aPasswordFileKeepsStrangersOut()
@@ -245,7 +283,8 @@ void TestRobot::aPasswordFileKeepsStrangersOut()
     file.close();
     RobotProgram robot({"--keys", "20", "--password-file", file.fileName()});
     QVERIFY(robot.startAndWait());
-    QVERIFY(contains(errorOf([&] { robot.memory(); }), "NOAUTH"));
+    QVERIFY2(!robot.output().contains("password"), robot.output().constData());
+    QVERIFY(contains(errorOf([&] { robot.memory(""); }), "NOAUTH"));
     QCOMPARE(robot.memory("look-only").getDataListName().size(), std::size_t{20});
     QCOMPARE(robot.errors(), QString());
 }

@@ -143,7 +143,7 @@ void TestPrivateServer::itEndsWithItsObject()
 {
     int port = 0;
     {
-        const PrivateServer server(0);
+        const PrivateServer server(0, {});
         port = server.address().port;
         QVERIFY(port > 0);
         QVERIFY(!problemWith(port, kit::freeLoopbackPort).empty());
@@ -153,7 +153,7 @@ void TestPrivateServer::itEndsWithItsObject()
 
 void TestPrivateServer::otherAddressesOfTheMachineDoNotReachIt()
 {
-    const PrivateServer server(0);
+    const PrivateServer server(0, {});
     const auto problemAt = [&server](const std::string& host) {
         return errorOf(
             [&] { ZoBroker::create("test", host, server.address().port, patientOptions()); });
@@ -165,7 +165,7 @@ void TestPrivateServer::otherAddressesOfTheMachineDoNotReachIt()
 
 void TestPrivateServer::itsOwnerMayWriteAndOthersMayRead()
 {
-    const PrivateServer server(0);
+    const PrivateServer server(0, {});
     memoryOf(server, PrivateServer::fOwner, server.ownersPassword()).setData("Arm/Angle", 0.5);
     ZoMemoryProxy stranger = memoryOf(server);
     QCOMPARE(stranger.getDataListName(), std::vector<std::string>{"Arm/Angle"});
@@ -190,7 +190,7 @@ void TestPrivateServer::othersMayNotRuleIt_data()
 void TestPrivateServer::othersMayNotRuleIt()
 {
     QFETCH(QStringList, command);
-    const PrivateServer server(0);
+    const PrivateServer server(0, {});
     QProcess client;
     client.start("redis-cli", QStringList{"-p", QString::number(server.address().port)} + command);
     QVERIFY(client.waitForFinished());
@@ -230,7 +230,7 @@ void TestPrivateServer::noPasswordStandsInTheListOfProcesses()
         QVERIFY(!words.contains("look-only"));
         QVERIFY(!words.contains(server.ownersPassword().c_str()));
     }
-    const PrivateServer other(0);
+    const PrivateServer other(0, {});
     QVERIFY(server.ownersPassword().size() >= 32);
     QVERIFY(server.ownersPassword() != other.ownersPassword());
 }
@@ -264,7 +264,7 @@ void TestPrivateServer::itIsFoundHoweverDeepItsFolderIs()
     QVERIFY(QDir().mkpath(deep));
     const QByteArray before = qgetenv("TMPDIR");
     qputenv("TMPDIR", deep.toUtf8());
-    PrivateServer server(0);
+    PrivateServer server(0, {});
     before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
     QVERIFY(server.isRunning());
     QVERIFY(QDir(deep).isEmpty());

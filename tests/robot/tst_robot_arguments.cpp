@@ -37,6 +37,8 @@ void TestRobotArguments::noArgumentsMeanAPrivateServerOnAFreePort()
     QCOMPARE(arguments.port, 0);
     QCOMPARE(arguments.rate, 50.0);
     QCOMPARE(arguments.keys, 200);
+    QVERIFY(!arguments.open);
+    QVERIFY(parseArguments({"--open"}).open);
 }
 
 void TestRobotArguments::everyOptionIsTaken()
@@ -111,6 +113,8 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     row("no port behind the colon", {"--connect", "robot:"}, "the port must be a number");
     row("own port of a foreign server", {"--port", "7000", "--connect", "robot"}, "--connect");
     row("user of its own server", {"--user", "me"}, "--user and --tls are for");
+    row("another server opened", {"--open", "--connect", "robot"}, "--open is for the robot's own");
+    row("open with a password", {"--open", "--password-file", "/dev/null"}, "--password-file");
     row("encryption of its own server", {"--tls"}, "given with --connect");
 }
 
@@ -137,7 +141,7 @@ void TestRobotArguments::helpNamesEveryOption()
 {
     const QString help = QString::fromStdString(robotHelp());
     for (const char* option :
-         {"--port", "--connect", "--rate", "--keys", "--seed", "--version", "--user",
+         {"--port", "--open", "--connect", "--rate", "--keys", "--seed", "--version", "--user",
           "--password-file", "--tls", "--ca", "--cert", "--key", "--timeout"})
         QVERIFY2(help.contains(option), option);
 }
