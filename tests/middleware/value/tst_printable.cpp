@@ -29,6 +29,8 @@ void TestPrintable::whatATerminalWouldObeyIsNotShown_data()
                              << QByteArray("\xC3\xA9 \xE2\x82\xAC \xF0\x9F\xA4\x96");
     QTest::newRow("wide controls")
         << QByteArray("a\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0z") << QByteArray("a???\xC2\xA0z");
+    QTest::newRow("line and paragraph separators")
+        << QByteArray("a\xE2\x80\xA8\xE2\x80\xA9\xE2\x80\xA7z") << QByteArray("a??\xE2\x80\xA7z");
     QTest::newRow("lone bytes") << QByteArray("a\x9B\x80\xFFz") << QByteArray("a???z");
     QTest::newRow("cut character") << QByteArray("a\xE2\x82") << QByteArray("a??");
     QTest::newRow("broken character") << QByteArray("\xE2\x82z") << QByteArray("??z");
