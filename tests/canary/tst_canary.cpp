@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QTimer>
@@ -34,13 +35,13 @@ void TestCanary::inASlot(const std::function<void()>& fault)
 {
     QWidget window;
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patience));
     bool isDone = false;
     QTimer::singleShot(0, &window, [&] {
         fault();
         isDone = true;
     });
-    QTRY_VERIFY(isDone);
+    TRY_VERIFY(isDone);
 }
 
 void TestCanary::aLeak()

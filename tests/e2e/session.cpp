@@ -2,6 +2,7 @@
 #include "session.h"
 
 #include "support/host.h"
+#include "support/patience.h"
 
 #include <tarvek/tarvek_widget.h>
 
@@ -34,7 +35,7 @@ MainWindow* Session::connectTo(const QString& address, const std::string& passwo
     settings.address = ZoAddress::fromText(address.toStdString());
     settings.password = password;
     fDesktop.connectTo(settings);
-    if (windows().size() == before || !QTest::qWaitForWindowExposed(windows().last()))
+    if (windows().size() == before || !QTest::qWaitForWindowExposed(windows().last(), patience))
         return nullptr;
     return windows().last();
 }

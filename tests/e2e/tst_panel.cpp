@@ -119,7 +119,7 @@ QString TestPanel::valueOf(TarvekWidget* panel, const QString& alias)
 bool TestPanel::lives(TarvekWidget* panel, const QString& alias)
 {
     const QString before = valueOf(panel, alias);
-    return QTest::qWaitFor([&] { return valueOf(panel, alias) != before; });
+    return QTest::qWaitFor([&] { return valueOf(panel, alias) != before; }, patience);
 }
 
 void TestPanel::startsWithAllKeys()
@@ -128,7 +128,7 @@ void TestPanel::startsWithAllKeys()
     QVERIFY(panel);
     QCOMPARE(static_cast<size_t>(tableOf(panel)->topLevelItemCount()),
              fRobot->memory().getDataListName().size());
-    QTRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
+    TRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
     QVERIFY(panel->window()->windowTitle().startsWith("Tarvek Desktop (connected to 127.0.0.1)"));
 }
 
@@ -167,7 +167,7 @@ void TestPanel::startsFromAConfigurationFile()
 void TestPanel::showsLiveValuesOfWatchedKeys()
 {
     TarvekWidget* panel = openAll();
-    QTRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
+    TRY_VERIFY(!valueOf(panel, liveKey).isEmpty());
     clickBox(panel, liveKey, watchColumn);
     QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Checked);
     QVERIFY(lives(panel, liveKey));
@@ -181,7 +181,7 @@ void TestPanel::graphsAKeyAndPauses()
     clickBox(panel, liveKey, graphColumn);
     QCOMPARE(rowOf(panel, liveKey)->checkState(watchColumn), Qt::Checked);
     const QImage first = graph->grab().toImage();
-    QVERIFY(QTest::qWaitFor([&] { return graph->grab().toImage() != first; }));
+    QVERIFY(QTest::qWaitFor([&] { return graph->grab().toImage() != first; }, patience));
     QWidget* strip = partOf(panel, "GraphConfig");
     QVERIFY(strip);
     for (auto* button : strip->findChildren<QAbstractButton*>())
@@ -192,7 +192,7 @@ void TestPanel::graphsAKeyAndPauses()
     QTimer ticker;
     QSignalSpy ticks(&ticker, &QTimer::timeout);
     ticker.start(40);
-    QTRY_VERIFY(ticks.size() > 8);
+    TRY_VERIFY(ticks.size() > 8);
     QCOMPARE(graph->grab().toImage(), paused);
 }
 
@@ -215,8 +215,8 @@ void TestPanel::readsFractionsInALocaleWithADecimalComma()
         clickButton(*strip, "Autoscale");
         return lowest;
     };
-    QTRY_COMPARE(lowerEnd(), -9.5);
-    QTRY_COMPARE(valueOf(panel, "Half"), QString("0.5"));
+    TRY_COMPARE(lowerEnd(), -9.5);
+    TRY_COMPARE(valueOf(panel, "Half"), QString("0.5"));
 }
 
 void TestPanel::mergesASavedConfiguration()
@@ -247,13 +247,13 @@ void TestPanel::keepsAnsweringWhileTheRobotHangs()
     QVERIFY(lives(panel, liveKey));
     StallMeter meter;
     ::kill(static_cast<pid_t>(server()), SIGSTOP);
-    QTRY_VERIFY(!shown->monitor().state().connected);
-    QTRY_VERIFY(shown->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 3000);
+    TRY_VERIFY(!shown->monitor().state().connected);
+    TRY_VERIFY(shown->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 3000);
     ::kill(static_cast<pid_t>(server()), SIGCONT);
     // One exchange deadline of 250 ms, and room for a busy test machine.
     QVERIFY2(meter.longest() < 500, qPrintable(QString::number(meter.longest())));
     qInfo("longest stall: %lld ms", meter.longest());
-    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, patience);
+    TRY_VERIFY(shown->monitor().state().connected);
 }
 
 void TestPanel::goesOnAfterTheRobotWasStartedAgain()
@@ -274,10 +274,10 @@ void TestPanel::goesOnAfterTheRobotWasStartedAgain()
     QVERIFY(lives(panel, liveKey));
     fRobot->signal(SIGTERM);
     QCOMPARE(fRobot->waitForExit(), 0);
-    QTRY_VERIFY(!shown->monitor().state().connected);
+    TRY_VERIFY(!shown->monitor().state().connected);
     fRobot.reset(new RobotProgram(arguments));
     QVERIFY(fRobot->startAndWait());
-    QTRY_VERIFY_WITH_TIMEOUT(shown->monitor().state().connected, patience);
+    TRY_VERIFY(shown->monitor().state().connected);
     QVERIFY(shown->findChild<QLabel*>("connectionDetail")->text().contains("subscription mode"));
 
     // What the status bar tells the user to do.
@@ -296,7 +296,7 @@ void TestPanel::closesWhileItsStartUpDialogsAreOpen()
     TarvekWidget* panel = fSession->open(shown, Session::fNewFile, "StmListDialog",
                                          [shown](QDialog&) { shown->close(); });
     QVERIFY(!panel || !panel->isVisible());
-    QTRY_VERIFY(!shown);
+    TRY_VERIFY(!shown);
 }
 
 void TestPanel::closesWhileFetching()
@@ -306,7 +306,7 @@ void TestPanel::closesWhileFetching()
     QVERIFY(lives(panel, liveKey));
     const QPointer<QWidget> shown = panel->window();
     shown->close();
-    QTRY_VERIFY(!shown);
+    TRY_VERIFY(!shown);
 }
 
 void TestPanel::closesWhileTheRobotHangs()
@@ -318,7 +318,7 @@ void TestPanel::closesWhileTheRobotHangs()
     QElapsedTimer clock;
     clock.start();
     shown->close();
-    QTRY_VERIFY(!shown);
+    TRY_VERIFY(!shown);
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
     ::kill(static_cast<pid_t>(server()), SIGCONT);
 }
@@ -336,7 +336,7 @@ void TestPanel::followsTwoRobotsAtOnce()
     QVERIFY(lives(second, liveKey));
     const QPointer<QWidget> closed = second->window();
     closed->close();
-    QTRY_VERIFY(!closed);
+    TRY_VERIFY(!closed);
     QVERIFY(lives(first, liveKey));
 }
 

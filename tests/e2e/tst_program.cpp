@@ -57,11 +57,11 @@ void TestProgram::findsItsPanelByItself()
                            DesktopProgram::wordsFor(robot) + QStringList{"--panel", "Glimmet"});
     desktop.start();
     // The window's own connection, and that of the panel, whose start-up dialog waits.
-    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(robot), 2, patience);
+    TRY_COMPARE(clientsOf(robot), 2);
     desktop.signal(SIGTERM);
-    QVERIFY(desktop.waitForFinished());
+    QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());
-    QTRY_COMPARE(clientsOf(robot), 0);
+    TRY_COMPARE(clientsOf(robot), 0);
 }
 
 void TestProgram::staysWhenTheRobotIsNotThere()
@@ -75,7 +75,7 @@ void TestProgram::staysWhenTheRobotIsNotThere()
     QVERIFY(!desktop.waitForFinished(2000));
     QCOMPARE(desktop.state(), QProcess::Running);
     desktop.signal(SIGTERM);
-    QVERIFY(desktop.waitForFinished());
+    QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());
 }
 
@@ -94,8 +94,7 @@ void TestProgram::signsInWithThePasswordOfAFile()
                            DesktopProgram::wordsFor(robot) +
                                QStringList{"--user", "reader", "--password-file", file.fileName()});
     desktop.start();
-    QTRY_VERIFY_WITH_TIMEOUT(
-        robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos, patience);
+    TRY_VERIFY(robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos);
     QVERIFY2(desktop.warnings().contains("chmod 600 '" + file.fileName()),
              qPrintable(desktop.warnings()));
     QCOMPARE(desktop.warnings().count('\n'), 0);

@@ -89,7 +89,7 @@ void TestRobot::valuesFollowTheClock()
     clock.start();
     QVERIFY(robot.startAndWait());
     ZoMemoryProxy memory = robot.memory();
-    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/Seconds") >= 2, patience);
+    TRY_VERIFY(countOf(memory, "Counter/Seconds") >= 2);
     QVERIFY(clock.elapsed() >= 2000);
     // 4 ticks a second, 500 counts a second.
     QCOMPARE(countOf(memory, "Counter/ControlTicks") % 125, std::int64_t{0});
@@ -105,7 +105,7 @@ void TestRobot::everyValueIsThatOfItsSeedAndTime()
     for (const RobotKey& key : keys)
         names.push_back(key.name);
     ZoMemoryProxy memory = robot.memory();
-    QTRY_VERIFY_WITH_TIMEOUT(countOf(memory, "Counter/ControlTicks") > 0, patience);
+    TRY_VERIFY(countOf(memory, "Counter/ControlTicks") > 0);
     const ZoValue values = valuesOf(memory, names);
     const auto ticks = std::find(names.begin(), names.end(), "Counter/ControlTicks");
     const ZoValue count = values[static_cast<int>(ticks - names.begin())];
@@ -210,7 +210,7 @@ void TestRobot::itsServerEndsWithItWhenItIsKilled()
     QCOMPARE(servers.size(), 1);
     robot.signal(SIGKILL);
     QCOMPARE(robot.waitForExit(), -1);
-    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(servers.first()), patience);
+    TRY_VERIFY(hasEnded(servers.first()));
 }
 
 void TestRobot::theEndOfItsServerEndsItWithAMessage()
@@ -341,7 +341,7 @@ void TestRobot::aLostServerIsToldOnceAndAwaited()
     QVERIFY(robot.waitForError("Trying again."));
     server.restart();
     QVERIFY(robot.waitForError("publishing again."));
-    QTRY_COMPARE_WITH_TIMEOUT(server.command({"DBSIZE"}), std::string("200"), patience);
+    TRY_COMPARE(server.command({"DBSIZE"}), std::string("200"));
     QCOMPARE(robot.errors().count('\n'), 2);
     QVERIFY(robot.errors().contains(QString::number(server.port())));
 }

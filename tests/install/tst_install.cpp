@@ -91,9 +91,9 @@ void TestInstall::theDesktopFindsItsPanelAndImages()
     DesktopProgram desktop(path("bin/tarvek-desktop"), desktopWords("Glimmet"));
     desktop.start();
     // The window's own connection, and the panel's.
-    QTRY_COMPARE_WITH_TIMEOUT(clientsOf(*fRobot), 2, patience);
+    TRY_COMPARE(clientsOf(*fRobot), 2);
     desktop.signal(SIGTERM);
-    QVERIFY(desktop.waitForFinished());
+    QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());
 }
 
@@ -109,12 +109,11 @@ void TestInstall::anotherPluginIsBuiltAgainstItAndRuns()
                            desktopWords("libother") +
                                QStringList{"--plugin", build + "/libother.so"});
     desktop.start();
-    QTRY_COMPARE_WITH_TIMEOUT(fRobot->command({"EXISTS", "Other/Images"}), std::string("1"),
-                              patience);
+    TRY_COMPARE(fRobot->command({"EXISTS", "Other/Images"}), std::string("1"));
     QCOMPARE(QString::fromStdString(fRobot->command({"GET", "Other/Images"})),
              '"' + QDir(path("share/tarvek")).canonicalPath() + "/\"");
     desktop.signal(SIGTERM);
-    QVERIFY(desktop.waitForFinished());
+    QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());
 }
 

@@ -2,6 +2,7 @@
 #include "support/growth.h"
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QHeaderView>
@@ -301,7 +302,7 @@ void TestBatchedWrites::theRowsArePaintedAnewAfterABatch()
         f.rows[0]->setText(0, "wholly different");
     }
     PaintCounter paints(f.tree.viewport());
-    QTRY_VERIFY(paints.count > 0);
+    TRY_VERIFY(paints.count > 0);
     QVERIFY(f.tree.viewport()->grab().toImage() != before);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QHeaderView>
@@ -85,9 +86,9 @@ void TestCellKeys::spaceAndReturnPressTheButtonOfTheCurrentCell()
     f.tree.setCurrentItem(f.rows[1], KeyTable::fButtonColumn);
     QSignalSpy spy(f.button(1), &QPushButton::clicked);
     QTest::keyClick(&f.tree, Qt::Key_Space);
-    QTRY_COMPARE(spy.size(), 1);
+    TRY_COMPARE(spy.size(), 1);
     QTest::keyClick(&f.tree, Qt::Key_Return);
-    QTRY_COMPARE(spy.size(), 2);
+    TRY_COMPARE(spy.size(), 2);
 }
 
 void TestCellKeys::leftAndRightTakeUpACellWhereThereIsNone()
@@ -169,7 +170,7 @@ void TestCellKeys::keysAreTheButtonsInItsCellAndTheTablesBesideIt()
     QVERIFY(f.button(0)->hasFocus());
     QSignalSpy clicks(f.button(0), &QPushButton::clicked);
     press(Qt::Key_Space);
-    QTRY_COMPARE(clicks.size(), 1);
+    TRY_COMPARE(clicks.size(), 1);
     press(Qt::Key_Left);
     press(Qt::Key_Space);
     QCOMPARE(f.rows[0]->checkState(1), Qt::Checked);
@@ -204,7 +205,7 @@ void TestCellKeys::everyKeyThatPressesABarePushButtonPressesTheOneOfTheCell()
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Select, Qt::Key_Return, Qt::Key_Enter}) {
         QTest::sendKeyEvent(QTest::Click, &f.tree, key, QString(), Qt::NoModifier);
         ++pressed;
-        QTRY_COMPARE(clicks.size(), pressed);
+        TRY_COMPARE(clicks.size(), pressed);
     }
     press(Qt::Key_B);
     QCoreApplication::processEvents();
@@ -237,7 +238,7 @@ void TestCellKeys::aButtonIsPressedOnceTheKeyIsAnswered()
     QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QCoreApplication::sendEvent(&f.tree, &event);
     QCOMPARE(clicks.size(), 0);
-    QTRY_COMPARE(clicks.size(), 1);
+    TRY_COMPARE(clicks.size(), 1);
 }
 
 void TestCellKeys::theButtonOfAHiddenColumnIsNotPressed()
@@ -247,7 +248,7 @@ void TestCellKeys::theButtonOfAHiddenColumnIsNotPressed()
     f.show();
     f.tree.setCurrentItem(f.rows[0], KeyTable::fButtonColumn);
     f.tree.hideColumn(KeyTable::fButtonColumn);
-    QTRY_VERIFY(f.tree.hasFocus());
+    TRY_VERIFY(f.tree.hasFocus());
     QSignalSpy clicks(f.button(0), &QPushButton::clicked);
     press(Qt::Key_Space);
     press(Qt::Key_Return);
@@ -277,7 +278,7 @@ void TestCellKeys::aClickMayDeleteTheTable()
     connect(
         f->button(0), &QPushButton::clicked, f->button(0), [f] { delete f; }, Qt::QueuedConnection);
     press(Qt::Key_Space);
-    QTRY_VERIFY(!tree);
+    TRY_VERIFY(!tree);
 }
 
 void TestCellKeys::aButtonThatLeftItsCellIsNotClicked()
@@ -290,11 +291,11 @@ void TestCellKeys::aButtonThatLeftItsCellIsNotClicked()
     connect(f.button(0), &QPushButton::clicked, [&clicks] { ++clicks; });
     QTest::keyClick(&f.tree, Qt::Key_Space);
     f.tree.sortItems(0, Qt::DescendingOrder);
-    QTRY_COMPARE(clicks, 1);
+    TRY_COMPARE(clicks, 1);
     const QPointer<QPushButton> button = f.button(1);
     QTest::keyClick(&f.tree, Qt::Key_Space);
     f.tree.clear();
-    QTRY_VERIFY(!button);
+    TRY_VERIFY(!button);
     QCOMPARE(clicks, 1);
 }
 

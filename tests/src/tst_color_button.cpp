@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include "color_button.h"
@@ -93,7 +94,7 @@ public:
         });
         tree.show();
         tree.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&tree));
+        QVERIFY(QTest::qWaitForWindowActive(&tree, patience));
         tree.setFocus();
         tree.setCurrentItem(row, 1);
     }
@@ -255,7 +256,7 @@ void TestColorButton::keysThatComeInOneGoOpenOneChooser()
     const Closer closer;
     QTest::keyClick(&key.tree, Qt::Key(first));
     QTest::keyClick(&key.tree, Qt::Key(second));
-    QTRY_COMPARE(closer.closed, 1);
+    TRY_COMPARE(closer.closed, 1);
     for (int i = 0; i < 20; ++i)
         QCoreApplication::processEvents();
     QCOMPARE(closer.mostChoosers, 1);
@@ -273,9 +274,9 @@ void TestColorButton::aKeyOpensOneChooserAfterAnother()
         });
         const int before = seen;
         QTest::keyClick(QApplication::focusWidget(), press);
-        QTRY_COMPARE(key.color.red, 10 * (before + 1));
+        TRY_COMPARE(key.color.red, 10 * (before + 1));
         key.tree.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&key.tree));
+        QVERIFY(QTest::qWaitForWindowActive(&key.tree, patience));
     }
 }
 
@@ -334,7 +335,7 @@ void TestColorButton::aFrameShowsTheFocus()
     auto* button = new ColorButton(color, &window);
     window.show();
     window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(QTest::qWaitForWindowActive(&window, patience));
     window.setFocus();
     button->clearFocus();
     const QImage without = button->grab().toImage();

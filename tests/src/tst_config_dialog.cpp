@@ -2,6 +2,7 @@
 #include "latin1.h"
 #include "support/captured_stderr.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 #include "support/start_bench.h"
 
@@ -57,7 +58,7 @@ void TestConfigDialog::textsFitTheButtonsInAnyFont()
         QApplication::setFont(font);
         ConfigDialog dialog(StartBench().module, "", nullptr);
         dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
         const QAbstractButton* longest = buttonOf(dialog, allText);
         QVERIFY(longest->fontMetrics().horizontalAdvance(allText) < longest->width());
         if (size == 10)
@@ -93,7 +94,7 @@ void TestConfigDialog::theKeyboardReachesAndOperatesEveryButton()
     const StartBench start;
     ConfigDialog dialog(start.module, "", nullptr);
     dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QVERIFY(QTest::qWaitForWindowActive(&dialog, patience));
     for (const QString& text : {newText, openText, allText}) {
         QCOMPARE(QApplication::focusWidget(), buttonOf(dialog, text));
         if (text != allText)
@@ -139,7 +140,7 @@ void TestConfigDialog::withoutAModuleNothingHappens()
     ConfigDialog dialog(start.module, "", nullptr);
     start.module.reset();
     dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
     for (const QString& text : {newText, openText, allText}) {
         QTest::mouseClick(buttonOf(dialog, text), Qt::LeftButton);
         QVERIFY(dialog.isVisible());

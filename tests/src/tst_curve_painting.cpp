@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include "column_blender.h"
@@ -351,7 +352,7 @@ void TestCurvePainting::shownWidgetsShowThePlainCurves()
     sibling.setGeometry(60, 50, 20, 20);
     sibling.hide();
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patience));
     Random random(5);
     for (const bool covered : {false, true}) {
         sibling.setVisible(covered);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 #include "support/sampled_graph.h"
 
@@ -130,7 +131,7 @@ void TestGraph::initStartsSampling()
     QCOMPARE(graph.fTimer->interval(), 40);
     QVERIFY(graph.fTimer->isActive());
     QVERIFY(!graph.fTimer->parent());
-    QTRY_VERIFY(samplesOf(graph, "a").size() >= 3);
+    TRY_VERIFY(samplesOf(graph, "a").size() >= 3);
     const QList<TimeValue> samples = samplesOf(graph, "a");
     QCOMPARE(samples.last().second, 3.0);
     QVERIFY(samples.at(0).first < samples.at(1).first);
@@ -158,7 +159,7 @@ void TestGraph::samplesKeepTheirTimesWhenInitIsCalledAgain()
     graph.resize(800, 400);
     graph.addSTMValue("a", nullptr);
     graph.init();
-    QTRY_VERIFY(!samplesOf(graph, "a").isEmpty());
+    TRY_VERIFY(!samplesOf(graph, "a").isEmpty());
     const double before = samplesOf(graph, "a").first().first;
     QVERIFY(before > 0);
     graph.init();
@@ -216,7 +217,7 @@ void TestGraph::pausingEmptiesEveryCurve()
     graph.setPlay(true);
     QVERIFY(graph.fTimer->isActive());
     QCOMPARE(graph.fTimer->interval(), 40);
-    QTRY_VERIFY(!samplesOf(graph, "b").isEmpty());
+    TRY_VERIFY(!samplesOf(graph, "b").isEmpty());
 }
 
 void TestGraph::playingARunningGraphChangesNothing()
@@ -282,15 +283,15 @@ void TestGraph::aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint()
     CountingGraph graph(model, nullptr);
     graph.addSTMValue("a", nullptr);
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     graph.init();
-    QTRY_VERIFY(!samplesOf(graph, "a").isEmpty());
+    TRY_VERIFY(!samplesOf(graph, "a").isEmpty());
     model.reset();
     QCoreApplication::processEvents();
     const int size = samplesOf(graph, "a").size();
     const int paints = graph.fPaints;
     QSignalSpy ticks(graph.fTimer, SIGNAL(timeout()));
-    QTRY_VERIFY(ticks.size() >= 3);
+    TRY_VERIFY(ticks.size() >= 3);
     QCoreApplication::processEvents();
     QCOMPARE(samplesOf(graph, "a").size(), size);
     QCOMPARE(graph.fPaints, paints);
@@ -314,13 +315,13 @@ void TestGraph::eachStepRepaints()
     graph.init();
     graph.fTimer->setInterval(std::numeric_limits<int>::max());
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     for (const QString& name : graphed)
         graph.addSTMValue(name, nullptr);
     QCoreApplication::processEvents();
     const int paints = graph.fPaints;
     graph.xUpdateTime();
-    QTRY_COMPARE(graph.fPaints, paints + 1);
+    TRY_COMPARE(graph.fPaints, paints + 1);
 }
 
 void TestGraph::aHiddenOrPausedGraphDoesNotPaint()
@@ -330,25 +331,25 @@ void TestGraph::aHiddenOrPausedGraphDoesNotPaint()
     graph.addSTMValue("a", nullptr);
     graph.init();
     QSignalSpy ticks(graph.fTimer, SIGNAL(timeout()));
-    QTRY_VERIFY(ticks.size() >= 2);
+    TRY_VERIFY(ticks.size() >= 2);
     QCOMPARE(graph.fPaints, 0);
     graph.show();
-    QTRY_VERIFY(graph.fPaints >= 3);
+    TRY_VERIFY(graph.fPaints >= 3);
     graph.hide();
     QCoreApplication::processEvents();
     const int paints = graph.fPaints;
     ticks.clear();
-    QTRY_VERIFY(ticks.size() >= 3);
+    TRY_VERIFY(ticks.size() >= 3);
     QCOMPARE(graph.fPaints, paints);
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     graph.setPlay(false);
     QCoreApplication::processEvents();
     const int paused = graph.fPaints;
     QTimer other;
     QSignalSpy time(&other, SIGNAL(timeout()));
     other.start(3 * Graph::fInterval);
-    QTRY_VERIFY(!time.isEmpty());
+    TRY_VERIFY(!time.isEmpty());
     QCOMPARE(graph.fPaints, paused);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include "graph_clock.h"
@@ -46,7 +47,7 @@ void TestGraphClock::itGoesWithTheMachine()
     const GraphClock clock;
     QElapsedTimer shorter;
     shorter.start();
-    QTRY_VERIFY(shorter.elapsed() >= 50);
+    TRY_VERIFY(shorter.elapsed() >= 50);
     const qint64 least = shorter.elapsed() - 1; // both are cut to whole ms
     const qint64 reading = clock.elapsed();
     QVERIFY(reading >= least);

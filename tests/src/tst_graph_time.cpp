@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 #include "support/sampled_graph.h"
 
@@ -118,7 +119,7 @@ void TestGraphTime::curvesMoveLeftBySpeedTimesSeconds()
     TimedGraph graph(fKey.model, fTime);
     graph.fSpeed = speed;
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     run(fTime, fKey, {&graph}, 100);
     fTime += 3; // between two columns, where the last bit of a time decides nothing
     const QImage before = graph.curve();
@@ -156,7 +157,7 @@ void TestGraphTime::thePictureStaysAsItIsWhenTheClockIsSetBack()
 {
     TimedGraph graph(fKey.model, fTime);
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     fTime = GraphClock::fLimit - 4 - 100 * Graph::fInterval;
     run(fTime, fKey, {&graph}, 100);
     // 3 ms and 4 ms after the last sample are less than a pixel.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/host.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -97,7 +98,7 @@ QStringList exportedSymbols()
 {
     QProcess lister;
     lister.start("nm", {"-D", "--defined-only", "--format=posix", GLIMMET_PLUGIN});
-    if (!lister.waitForFinished())
+    if (!lister.waitForFinished(patience))
         return {};
     QStringList names;
     for (const QString& line : QString(lister.readAllStandardOutput()).split('\n'))
@@ -227,7 +228,7 @@ void TestInterface::acceptingTheDialogGivesThePanelAfterOneFullFetch()
     QCOMPARE(table->topLevelItemCount(), 2);
     const auto found = table->findItems("Name", Qt::MatchExactly);
     QCOMPARE(found.size(), 1);
-    QTRY_COMPARE(found[0]->text(4), QString("Robin"));
+    TRY_COMPARE(found[0]->text(4), QString("Robin"));
     QCOMPARE(fetches(), 1);
 }
 
@@ -251,7 +252,7 @@ void TestInterface::aChosenFileFillsThePanel()
     QCOMPARE(table->topLevelItemCount(), 1);
     QCOMPARE(table->topLevelItem(0)->text(0), QString("angle"));
     fRobot->command({"SET", "Arm/Angle", "1.5"});
-    QTRY_COMPARE(table->topLevelItem(0)->text(4), QString("1.5"));
+    TRY_COMPARE(table->topLevelItem(0)->text(4), QString("1.5"));
 }
 
 void TestInterface::cancellingTheDialogGivesNothingAndFetchesNothing()

@@ -216,7 +216,7 @@ void TestModuleThreads::threadsFetchChangeAndReadTogether()
         for (auto& work : everydayWork(bench.module))
             threads.push_back(std::make_unique<Repeated>(std::move(work)));
         const auto isEnough = [](const auto& thread) { return thread->steps() >= 200; };
-        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(threads.begin(), threads.end(), isEnough), patience);
+        TRY_VERIFY(std::all_of(threads.begin(), threads.end(), isEnough));
     }
     bench.module.getDatas(true);
     QCOMPARE(bench.record(0).type, std::string("int"));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/key_table.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QHeaderView>
@@ -126,7 +127,7 @@ void TestRowButtons::buttonsInSightStandInTheirCells()
     KeyTable f(manyNames(50));
     f.installButtons();
     f.show();
-    QTRY_VERIFY(f.button(0)->isVisible());
+    TRY_VERIFY(f.button(0)->isVisible());
     for (int row = 0; row < 5; ++row) {
         QVERIFY(f.button(row)->isVisible());
         QVERIFY(isInCell(f, row));
@@ -146,16 +147,16 @@ void TestRowButtons::buttonsFollowScrollingSortingAndColumnMoves()
     QPushButton* first = f.button(0);
     f.tree.sortItems(0, Qt::DescendingOrder);
     QCOMPARE(f.button(49), first);
-    QTRY_VERIFY(first->isVisible() && isInCell(f, 49));
+    TRY_VERIFY(first->isVisible() && isInCell(f, 49));
 
     const int before = first->x();
     f.tree.header()->moveSection(KeyTable::fButtonColumn, 0);
-    QTRY_VERIFY(first->x() < before);
+    TRY_VERIFY(first->x() < before);
     f.tree.setColumnWidth(KeyTable::fButtonColumn, 60);
     f.tree.header()->moveSection(0, KeyTable::fButtonColumn);
-    QTRY_VERIFY(first->x() > 60);
+    TRY_VERIFY(first->x() > 60);
     f.tree.hideColumn(KeyTable::fButtonColumn);
-    QTRY_VERIFY(!first->isVisible());
+    TRY_VERIFY(!first->isVisible());
 }
 
 void TestRowButtons::everyRowUpToTheLimitHasItsButtonAtOnce()
@@ -175,7 +176,7 @@ void TestRowButtons::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
     f.show();
     QVERIFY(!f.button(count - 1));
     f.tree.scrollToItem(f.rows.last());
-    QTRY_VERIFY(f.button(count - 1));
+    TRY_VERIFY(f.button(count - 1));
     QCOMPARE(f.button(count - 1)->text(), f.rows.last()->text(0));
     QVERIFY(f.button(count - 1)->isVisible() && isInCell(f, count - 1));
     QVERIFY(!f.button(count - 500));
@@ -190,11 +191,11 @@ void TestRowButtons::deletedItemsAndClearDeleteTheirButtons()
     const QPointer<QPushButton> second = f.button(1);
     const QPointer<QPushButton> last = f.button(49);
     delete f.tree.topLevelItem(0);
-    QTRY_VERIFY(!first);
-    QTRY_VERIFY(isInCell(f, 0));
+    TRY_VERIFY(!first);
+    TRY_VERIFY(isInCell(f, 0));
     QCOMPARE(f.button(0), second);
     f.tree.clear();
-    QTRY_VERIFY(!second && !last);
+    TRY_VERIFY(!second && !last);
 }
 
 void TestRowButtons::clearDeletesButtonsInTheOrderOfTheirRows()
@@ -219,7 +220,7 @@ void TestRowButtons::tabGoesDownTheButtonsInSight()
     f.installButtons();
     f.show();
     f.tree.sortItems(0, Qt::DescendingOrder);
-    QTRY_VERIFY(f.button(0)->isVisible());
+    TRY_VERIFY(f.button(0)->isVisible());
     f.tree.setFocus();
     for (int row = 0; row < 3; ++row) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
@@ -232,7 +233,7 @@ void TestRowButtons::buttonsInSightAreChildrenOfTheViewportAndTheOthersAreNot()
     KeyTable f(manyNames(50));
     f.installButtons();
     f.show();
-    QTRY_VERIFY(f.button(0)->isVisible());
+    TRY_VERIFY(f.button(0)->isVisible());
     f.tree.verticalScrollBar()->setValue(20);
     for (int row = 0; row < 50; ++row) {
         const bool isInSight = f.button(row)->isVisible();
@@ -295,9 +296,9 @@ void TestRowButtons::aLayoutThatRowsNeedIsMade()
     f.show();
     f.tree.addTopLevelItem(new KeyRow(f.color));
     f.installButtons();
-    QTRY_VERIFY(f.button(3) && isInCell(f, 3));
+    TRY_VERIFY(f.button(3) && isInCell(f, 3));
     f.tree.insertTopLevelItem(0, new KeyRow(f.color));
-    QTRY_VERIFY(f.button(0) && isInCell(f, 0));
+    TRY_VERIFY(f.button(0) && isInCell(f, 0));
     for (int row = 1; row < 5; ++row)
         QVERIFY(isInCell(f, row));
     QCOMPARE(f.buttonsMade, 5);
@@ -309,7 +310,7 @@ void TestRowButtons::buttonsStandInTheirCellsFromRightToLeft()
     f.tree.setLayoutDirection(Qt::RightToLeft);
     f.installButtons();
     f.show();
-    QTRY_VERIFY(isInCell(f, 4));
+    TRY_VERIFY(isInCell(f, 4));
     const int left = f.tree.columnViewportPosition(KeyTable::fButtonColumn);
     QCOMPARE(f.button(4)->geometry().right(),
              left + f.tree.columnWidth(KeyTable::fButtonColumn) - 1);
@@ -322,7 +323,7 @@ void TestRowButtons::buttonsFollowTheHorizontalScrollBar()
     f.tree.setColumnWidth(0, 500);
     f.tree.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     f.show();
-    QTRY_VERIFY(isInCell(f, 0));
+    TRY_VERIFY(isInCell(f, 0));
     QVERIFY(f.button(0)->x() > f.tree.viewport()->width());
     QScrollBar* bar = f.tree.horizontalScrollBar();
     for (const int value : {bar->maximum(), 100}) {
@@ -337,7 +338,7 @@ void TestRowButtons::buttonsFollowScrollingByPixels()
     f.tree.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     f.installButtons();
     f.show();
-    QTRY_VERIFY(isInCell(f, 0));
+    TRY_VERIFY(isInCell(f, 0));
     f.tree.verticalScrollBar()->setValue(7);
     QVERIFY(isInCell(f, 0) && isInCell(f, 1));
     QVERIFY(f.button(0)->y() < 0);
@@ -349,12 +350,12 @@ void TestRowButtons::hiddenRowsHaveNoButtonInSight()
     f.installButtons();
     f.show();
     f.rows[1]->setHidden(true);
-    QTRY_VERIFY(!f.button(1)->isVisible());
+    TRY_VERIFY(!f.button(1)->isVisible());
     for (const int row : {0, 2, 3, 4})
         QVERIFY(isInCell(f, row));
     f.rows[1]->setHidden(false);
     f.tree.hideColumn(0);
-    QTRY_VERIFY(isInCell(f, 1));
+    TRY_VERIFY(isInCell(f, 1));
     QCOMPARE(visibleButtons(f), 5);
 }
 
@@ -363,15 +364,15 @@ void TestRowButtons::aHiddenColumnHasNoButtonInSight()
     KeyTable f(manyNames(5));
     f.installButtons();
     f.show();
-    QTRY_COMPARE(visibleButtons(f), 5);
+    TRY_COMPARE(visibleButtons(f), 5);
     f.tree.hideColumn(KeyTable::fButtonColumn);
-    QTRY_COMPARE(visibleButtons(f), 0);
+    TRY_COMPARE(visibleButtons(f), 0);
     f.tree.header()->moveSection(KeyTable::fButtonColumn, 1);
     f.tree.doItemsLayout();
     QCOMPARE(visibleButtons(f), 0);
     QCOMPARE(f.buttonsMade, 5);
     f.tree.showColumn(KeyTable::fButtonColumn);
-    QTRY_COMPARE(visibleButtons(f), 5);
+    TRY_COMPARE(visibleButtons(f), 5);
 }
 
 void TestRowButtons::asManyButtonsAreInSightAsRows()
@@ -381,13 +382,13 @@ void TestRowButtons::asManyButtonsAreInSightAsRows()
     f.show();
     const int height = f.tree.visualItemRect(f.rows[0]).height();
     const int inSight = (f.tree.viewport()->height() + height - 1) / height;
-    QTRY_COMPARE(visibleButtons(f), inSight);
+    TRY_COMPARE(visibleButtons(f), inSight);
     f.tree.verticalScrollBar()->setValue(5);
     QCOMPARE(visibleButtons(f), inSight);
     f.tree.resize(400, 100);
-    QTRY_VERIFY(visibleButtons(f) < inSight);
+    TRY_VERIFY(visibleButtons(f) < inSight);
     f.tree.resize(400, 200);
-    QTRY_COMPARE(visibleButtons(f), inSight);
+    TRY_COMPARE(visibleButtons(f), inSight);
 }
 
 void TestRowButtons::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
@@ -397,7 +398,7 @@ void TestRowButtons::aWidgetThatSomebodyElsePutIntoTheColumnIsPlaced()
     f.show();
     auto* other = new QPushButton("other");
     f.tree.setItemWidget(f.rows[2], KeyTable::fButtonColumn, other);
-    QTRY_COMPARE(other->y(), f.tree.visualItemRect(f.rows[2]).y());
+    TRY_COMPARE(other->y(), f.tree.visualItemRect(f.rows[2]).y());
     f.tree.verticalScrollBar()->setValue(20);
     QVERIFY(!other->isVisible());
     f.tree.verticalScrollBar()->setValue(0);
@@ -411,7 +412,7 @@ void TestRowButtons::rowsMayGoWithoutAButton()
         return item.text(0) == "key 000001" ? nullptr : new QPushButton(&f.tree);
     });
     f.show();
-    QTRY_COMPARE(visibleButtons(f), 4);
+    TRY_COMPARE(visibleButtons(f), 4);
     QVERIFY(!f.button(1));
     QCOMPARE(f.button(2)->y(), f.tree.visualItemRect(f.rows[2]).y());
 }
@@ -430,7 +431,7 @@ void TestRowButtons::aButtonMayBeDeletedByOthers()
     KeyTable f(manyNames(50));
     f.installButtons();
     f.show();
-    QTRY_VERIFY(f.button(1)->isVisible());
+    TRY_VERIFY(f.button(1)->isVisible());
     delete f.button(1);
     f.tree.verticalScrollBar()->setValue(20);
     f.tree.verticalScrollBar()->setValue(0);
@@ -473,8 +474,8 @@ void TestRowButtons::theFocusGoesStraightToTheTableWhenItsButtonGoes()
     QLineEdit behind(&window);
     window.show();
     window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTRY_VERIFY(f.button(2)->isVisible());
+    QVERIFY(QTest::qWaitForWindowActive(&window, patience));
+    TRY_VERIFY(f.button(2)->isVisible());
     f.button(2)->setFocus();
     QVERIFY(f.button(2)->hasFocus());
     connect(qApp, &QApplication::focusChanged, &window,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "stmlist_dialog.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QCheckBox>
@@ -37,7 +38,7 @@ public:
         dialog.activateWindow();
     }
 
-    bool isReady() { return QTest::qWaitForWindowActive(&dialog); }
+    bool isReady() { return QTest::qWaitForWindowActive(&dialog, patience); }
 
     QPushButton* button(const QString& text) const
     {
@@ -83,7 +84,7 @@ public:
         editor->selectAll();
         QTest::keyClicks(editor, alias);
         QTest::keyClick(editor, Qt::Key_Return);
-        QTRY_VERIFY(!list->viewport()->findChild<QLineEdit*>());
+        TRY_VERIFY(!list->viewport()->findChild<QLineEdit*>());
     }
 
     QStringList texts(bool shownOnly) const

@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
 #include "support/panel.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QGridLayout>
@@ -223,7 +224,7 @@ void TestWidget::panelWithoutModuleIsWholeAndIdle()
     const ModalDriver nobody;
     Widget widget(boost::shared_ptr<Module>(), QString(), nullptr);
     widget.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    QVERIFY(QTest::qWaitForWindowExposed(&widget, patience));
     widget.resetTree();
     widget.refreshTree();
     for (const char* slot :
@@ -249,7 +250,7 @@ void TestWidget::panelWithoutModuleIsWholeAndIdle()
                 return true;
         return false;
     };
-    QTRY_VERIFY(!isFetching());
+    TRY_VERIFY(!isFetching());
 }
 
 void TestWidget::panelOfAModuleWithoutModelIsWholeAndIdle()
@@ -259,7 +260,7 @@ void TestWidget::panelOfAModuleWithoutModelIsWholeAndIdle()
     module->fModel.reset();
     Widget widget(module, QString(), nullptr);
     widget.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    QVERIFY(QTest::qWaitForWindowExposed(&widget, patience));
     widget.resetTree();
     QCOMPARE(widget.findChild<QTreeWidget*>()->topLevelItemCount(), 0);
 }
@@ -275,11 +276,11 @@ void TestWidget::watchedKeysAreFetchedOneAfterTheOther()
         isScheduled = isScheduled || panel.dataTimer()->isActive();
         return FakeMemory::echo(request);
     };
-    QTRY_VERIFY(panel.memory.calls.size() >= 3);
+    TRY_VERIFY(panel.memory.calls.size() >= 3);
     QVERIFY(!isScheduled);
     for (const auto& call : panel.memory.calls)
         QCOMPARE(call.second.getSize(), 1);
-    QTRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("Key/a"));
+    TRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("Key/a"));
     QCOMPARE(panel.row("b")->text(Widget::fColValue), QString());
 }
 
@@ -293,7 +294,7 @@ void TestWidget::refreshButtonFetchesEveryKey()
     QTest::mouseClick(panel.button("Refresh All"), Qt::LeftButton);
     QCOMPARE(panel.memory.calls.size(), std::size_t(1));
     QVERIFY(!panel.dataTimer()->isActive());
-    QTRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("Key/a"));
+    TRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("Key/a"));
     QCOMPARE(panel.row("b")->text(Widget::fColValue), QString("Key/b"));
 }
 
@@ -303,15 +304,15 @@ void TestWidget::afterADisconnectionNothingIsFetchedButTheTableTicks()
     STMVal& value = panel.add("a");
     value.watch = true;
     panel.show();
-    QTRY_VERIFY(!panel.memory.calls.empty());
+    TRY_VERIFY(!panel.memory.calls.empty());
     emit panel.widget->disconnected(nullptr);
     const std::size_t calls = panel.memory.calls.size();
     QVERIFY(!panel.dataTimer()->isActive());
     value.value = "later";
     panel.widget->refreshTree();
-    QTRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("later"));
+    TRY_COMPARE(panel.row("a")->text(Widget::fColValue), QString("later"));
     QSignalSpy ticks(panel.treeTimer(), &QTimer::timeout);
-    QTRY_VERIFY(ticks.size() >= 3);
+    TRY_VERIFY(ticks.size() >= 3);
     QCOMPARE(panel.memory.calls.size(), calls);
 }
 
@@ -342,7 +343,7 @@ void TestWidget::panelCanBeClosedWhileValuesArrive()
     Panel panel;
     panel.add("a").watch = true;
     panel.show();
-    QTRY_VERIFY(!panel.memory.calls.empty());
+    TRY_VERIFY(!panel.memory.calls.empty());
     const QPointer<QTimer> fetching = panel.dataTimer();
     QVERIFY(panel.widget->close());
     panel.widget.reset();

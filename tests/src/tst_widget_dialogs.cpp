@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
 #include "support/panel.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QColorDialog>
@@ -515,13 +516,13 @@ void TestWidgetDialogs::panelMayBeDeletedWhileThePopupsChoiceIsAskedFor()
     box->setCurrentIndex(1);
     const ModalDriver driver([&panel](QWidget&) { panel.widget.reset(); });
     box->showPopup();
-    QTRY_VERIFY(QApplication::activePopupWidget());
+    TRY_VERIFY(QApplication::activePopupWidget());
     QWidget* list = QApplication::activePopupWidget()->findChild<QAbstractItemView*>();
     QTest::keyClick(list, Qt::Key_Up);
     QTest::keyClick(list, Qt::Key_Return);
     QVERIFY(driver.isDone());
     QVERIFY(!panel.widget);
-    QTRY_VERIFY(!box);
+    TRY_VERIFY(!box);
 }
 
 REGISTER_TEST(TestWidgetDialogs, QApplication)

@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
 #include "support/panel.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -40,7 +41,7 @@ void showLive(const Panel& panel)
 {
     panel.widget->resetTree();
     panel.widget->show();
-    QVERIFY(QTest::qWaitForWindowExposed(panel.widget.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(panel.widget.get(), patience));
 }
 
 /// A panel on a real robot.
@@ -93,12 +94,12 @@ void TestWidgetMerge::aCurveThatAFileBringsIsPlottedAtOnce()
     showLive(panel);
     merge(panel, graphedKey);
     QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
-    QTRY_VERIFY(sampleCount(panel) >= 5);
+    TRY_VERIFY(sampleCount(panel) >= 5);
     QCOMPARE(panel.graph()->fSeries["angle"].second.first().second, 0.5);
-    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
+    TRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
     panel.robot.command({"SET", "Arm/Angle", "1.5"});
-    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("1.5"));
-    QTRY_COMPARE(panel.graph()->fSeries["angle"].second.last().second, 1.5);
+    TRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("1.5"));
+    TRY_COMPARE(panel.graph()->fSeries["angle"].second.last().second, 1.5);
 }
 
 void TestWidgetMerge::aValueThatNobodyWatchesIsShown()
@@ -106,7 +107,7 @@ void TestWidgetMerge::aValueThatNobodyWatchesIsShown()
     RobotPanel panel;
     showLive(panel);
     merge(panel, plainKey);
-    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
+    TRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("0.5"));
     QCOMPARE(panel.row("angle")->text(Widget::fColType), QString("float"));
 }
 
@@ -137,9 +138,9 @@ void TestWidgetMerge::aCurveWhoseKeyIsNoNumberIsDropped()
     panel.robot.command({"SET", "Arm/Angle", "\"text\""});
     showLive(panel);
     merge(panel, graphedKey);
-    QTRY_VERIFY(panel.graph()->fSeries.isEmpty());
+    TRY_VERIFY(panel.graph()->fSeries.isEmpty());
     QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
-    QTRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("text"));
+    TRY_COMPARE(panel.row("angle")->text(Widget::fColValue), QString("text"));
 }
 
 void TestWidgetMerge::aCurveIsDroppedWhenItsValueCannotBeFetched()
@@ -150,7 +151,7 @@ void TestWidgetMerge::aCurveIsDroppedWhenItsValueCannotBeFetched()
     merge(panel, graphedKey);
     QVERIFY(!panel.memory.calls.empty());
     QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
-    QTRY_VERIFY(panel.graph()->fSeries.isEmpty());
+    TRY_VERIFY(panel.graph()->fSeries.isEmpty());
     QCOMPARE(panel.row("angle")->checkState(Widget::fColGraph), Qt::Checked);
     QVERIFY(panel.module->fModel->fSTMVals[0]->graph);
     QCOMPARE(panel.row("angle")->text(Widget::fColValue), QString());

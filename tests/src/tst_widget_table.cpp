@@ -3,6 +3,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/panel.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QHeaderView>
@@ -82,7 +83,7 @@ void TestWidgetTable::rowsShowAliasFlagsTypeValueAndColour()
     auto* button = qobject_cast<ColorButton*>(
         panel.tree()->itemWidget(panel.row("Arm/Elbow"), Widget::fColColor));
     QVERIFY(button);
-    QTRY_VERIFY(button->isVisible());
+    TRY_VERIFY(button->isVisible());
     const QColor shown = button->icon().pixmap(16).toImage().pixelColor(8, 8);
     QCOMPARE(shown, QColor(value.color.red, value.color.green, value.color.blue));
 }
@@ -133,7 +134,7 @@ void TestWidgetTable::resetReplacesRowsButtonsAndCurves()
     panel.widget->resetTree();
     QCOMPARE(textsOf(*panel.tree(), Widget::fColName), QStringList{"b"});
     QVERIFY(panel.graph()->fSeries.isEmpty());
-    QTRY_VERIFY(!button);
+    TRY_VERIFY(!button);
 }
 
 void TestWidgetTable::emptyModelGivesAnEmptyTableWithColumnsAsWideAsTheirHeaders()
@@ -197,9 +198,9 @@ void TestWidgetTable::colourButtonsAreCalledLikeTheirKeys()
     for (const QString& alias : {QString("Arm/Elbow"), cafe}) {
         QTreeWidgetItem* row = panel.row(alias);
         panel.tree()->scrollToItem(row);
-        QTRY_VERIFY(panel.tree()->itemWidget(row, Widget::fColColor));
+        TRY_VERIFY(panel.tree()->itemWidget(row, Widget::fColColor));
         const QWidget* button = panel.tree()->itemWidget(row, Widget::fColColor);
-        QTRY_VERIFY(button->isVisible());
+        TRY_VERIFY(button->isVisible());
         QCOMPARE(button->accessibleName(), alias);
     }
 }
@@ -229,7 +230,7 @@ void TestWidgetTable::twoAnnouncementsGiveOnePass()
     panel.widget->refreshTree();
     panel.widget->refreshTree();
     QCOMPARE(writes.size(), 0);
-    QTRY_VERIFY(ticks.size() >= 3);
+    TRY_VERIFY(ticks.size() >= 3);
     QCOMPARE(writes.size(), 2);
 }
 
@@ -372,7 +373,7 @@ void TestWidgetTable::tenThousandRowsAreBuiltWrittenAndSorted()
         QTreeWidgetItem* item = panel.tree()->topLevelItem(row);
         QCOMPARE(item->text(Widget::fColValue), QString("key%1").arg(100000 + row));
         panel.tree()->scrollToItem(item);
-        QTRY_VERIFY(panel.tree()->itemWidget(item, Widget::fColColor));
+        TRY_VERIFY(panel.tree()->itemWidget(item, Widget::fColColor));
     }
 }
 
@@ -405,13 +406,13 @@ void TestWidgetTable::hundredThousandRowsOpenScrollRefreshAndClose()
     for (const int row : {50000, 99999, 0, 75000}) {
         QTreeWidgetItem* item = tree->topLevelItem(row);
         tree->scrollToItem(item);
-        QTRY_VERIFY(tree->itemWidget(item, Widget::fColColor));
-        QTRY_VERIFY(tree->itemWidget(item, Widget::fColColor)->isVisible());
+        TRY_VERIFY(tree->itemWidget(item, Widget::fColColor));
+        TRY_VERIFY(tree->itemWidget(item, Widget::fColColor)->isVisible());
         QVERIFY(!panel.widget->grab().isNull());
     }
     panel.module->fModel->fSTMVals.back()->value = "new";
     panel.widget->refreshTree();
-    QTRY_COMPARE(panel.row("key99999")->text(Widget::fColValue), QString("new"));
+    TRY_COMPARE(panel.row("key99999")->text(Widget::fColValue), QString("new"));
     QVERIFY(panel.widget->close());
 }
 

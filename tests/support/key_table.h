@@ -4,6 +4,7 @@
 #include "key_row.h"
 #include "key_tree.h"
 #include "model.h"
+#include "support/patience.h"
 
 #include <QPushButton>
 #include <QtTest>
@@ -63,7 +64,7 @@ public:
         tree.show();
         tree.activateWindow();
         tree.setFocus();
-        QVERIFY(QTest::qWaitForWindowActive(&tree));
+        QVERIFY(QTest::qWaitForWindowActive(&tree, patience));
     }
 
     QPushButton* button(int row) const

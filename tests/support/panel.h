@@ -5,6 +5,7 @@
 #include "graph.h"
 #include "module.h"
 #include "support/fake_memory.h"
+#include "support/patience.h"
 #include "widget.h"
 
 #include <QCheckBox>
@@ -41,7 +42,7 @@ public:
         graph()->setPlay(false);
         widget->resetTree();
         widget->show();
-        QVERIFY(QTest::qWaitForWindowExposed(widget.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(widget.get(), patience));
     }
 
     QTreeWidget* tree() const { return widget->findChild<QTreeWidget*>(); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 #include "support/robot.h"
 
@@ -208,7 +209,7 @@ void TestConnection::aLateReplyReachesNobody()
     isLate.set_value();
     QVERIFY2(contains(error, "no reply"), error.c_str());
     ZoValue values;
-    QTRY_VERIFY(errorOf([&] { values = memory.getListData(requestFor({"Leg"})); }).empty());
+    TRY_VERIFY(errorOf([&] { values = memory.getListData(requestFor({"Leg"})); }).empty());
     QVERIFY(values[0] == ZoValue(2));
     QVERIFY(answeredLate);
 }
@@ -223,7 +224,7 @@ void TestConnection::aReplyTooManyEndsTheLink()
     const auto broker = linkTo(robot);
     ZoMemoryProxy memory = memoryOf(broker);
     errorOf([&] { memory.getListData(requestFor({"Arm"})); });
-    QTRY_VERIFY(!broker->isConnected());
+    TRY_VERIFY(!broker->isConnected());
     QVERIFY(contains(broker->linkStatus().cause, "more than was asked for"));
 }
 
@@ -434,7 +435,7 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
     QCOMPARE(first.get().getSize(), 1000);
     QVERIFY(broker->isConnected());
     // What was given up is not sent all the same.
-    QTRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
+    TRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
     const std::lock_guard<std::mutex> lock(mutex);
     QCOMPARE(std::count(arrived.begin(), arrived.end(), "Leg"), std::ptrdiff_t{0});
 }

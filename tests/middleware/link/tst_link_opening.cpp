@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -177,7 +178,7 @@ void TestLinkOpening::aUserWithoutTheRightToPingHasALink()
         const QString pings = statistics.section("cmdstat_ping:", 1).section("rejected_calls=", 1);
         return pings.section(',', 0, 0).toInt();
     };
-    QTRY_VERIFY(refusedPings() >= 3);
+    TRY_VERIFY(refusedPings() >= 3);
     QVERIFY(broker->isConnected());
     ZoMemoryProxy memory = memoryOf(broker);
     QCOMPARE(memory.getListData(requestFor({"a"})).getSize(), 1);

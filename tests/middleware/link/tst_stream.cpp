@@ -142,16 +142,16 @@ void TestStream::aRefusedCertificateIsFinal()
     ZoBrokerOptions options = trusting();
     options.tlsCaFile.clear();
     broker->reconnect(options);
-    QTRY_VERIFY(broker->linkStatus().refused);
+    TRY_VERIFY(broker->linkStatus().refused);
     QVERIFY(contains(broker->linkStatus().cause, "certificate is not trusted"));
 
     fServer->command({"CONFIG", "SET", "tls-auth-clients", "yes"});
     broker->reconnect(trusting());
-    QTRY_VERIFY(broker->linkStatus().refused);
+    TRY_VERIFY(broker->linkStatus().refused);
     QVERIFY(contains(broker->linkStatus().cause, "certificate required"));
     fServer->command({"CONFIG", "SET", "tls-auth-clients", "optional"});
     broker->reconnect(trusting());
-    QTRY_VERIFY(broker->isConnected());
+    TRY_VERIFY(broker->isConnected());
 }
 
 void TestStream::theCheckCanBeSwitchedOff()
@@ -226,7 +226,7 @@ void TestStream::aLinkOverTlsComesBack()
     const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
     fServer->restart();
     ZoMemoryProxy memory = memoryOf(broker);
-    QTRY_VERIFY_WITH_TIMEOUT(errorOf([&] { memory.setText("Arm", "1"); }).empty(), patience);
+    TRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
 }
 
 REGISTER_TEST(TestStream, QCoreApplication)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -351,7 +352,7 @@ void TestRemoteMemory::forbiddenKeysAreAskedForAgainOnANewConnection()
         return errorOf([&] { values = memory.getListData(request); }).empty() &&
                values[0] == ZoValue(7);
     };
-    QTRY_VERIFY(isRead());
+    TRY_VERIFY(isRead());
 }
 
 void TestRemoteMemory::aForbiddenCommandIsNamed()
