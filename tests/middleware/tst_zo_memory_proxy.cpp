@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 #include "support/robot.h"
+#include "support/together.h"
 
 #include <zo/zo.h>
 
@@ -10,7 +11,6 @@
 #include <QtTest>
 
 #include <cmath>
-#include <thread>
 
 /// The operations of a memory module, tried on the memory of this process.
 class TestZoMemoryProxy : public GuardedTest
@@ -116,13 +116,17 @@ void TestZoMemoryProxy::ofManyValuesAllOrNoneAreStored()
 {
     ZoMemoryProxy memory(ZoBroker::create("test"));
     const ZoValue noText = std::vector<std::string>{"\xff"};
-    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairsOf({{"a", 1}, {"b", noText}})), ZoError);
+    const auto refusalOf = [&](const ZoValue& pairs) {
+        return QString::fromStdString(errorOf([&] { memory.setListData(pairs); }));
+    };
+    QVERIFY(refusalOf(pairsOf({{"a", 1}, {"b", noText}})).startsWith("value for \"b\": "));
+    const QString noPair("setListData: element 1 of the argument is not [key, value]");
     ZoValue pairs = pairsOf({{"a", 1}, {"b", 2}});
     pairs[1].arraySetSize(1);
-    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairs), ZoError);
+    QCOMPARE(refusalOf(pairs), noPair);
     pairs[1].arraySetSize(2);
     pairs[1][0] = 3;
-    QVERIFY_EXCEPTION_THROWN(memory.setListData(pairs), ZoError);
+    QCOMPARE(refusalOf(pairs), noPair);
     QVERIFY(memory.getDataListName().empty());
 }
 
@@ -141,12 +145,8 @@ void TestZoMemoryProxy::everyKeyIsListedOnce()
 void TestZoMemoryProxy::aRobotCouldNotHoldItSoItIsRefused()
 {
     ZoMemoryProxy memory(ZoBroker::create("test"));
-    std::string problem;
-    try {
-        memory.setData("Arm/Name", std::vector<std::string>{"\xff"});
-    } catch (const ZoError& error) {
-        problem = error.toString();
-    }
+    const ZoValue noText(std::vector<std::string>{"\xff"});
+    const std::string problem = errorOf([&] { memory.setData("Arm/Name", noText); });
     QVERIFY2(problem.find("value for \"Arm/Name\"") == 0, problem.c_str());
     QVERIFY(memory.getDataListName().empty());
 }
@@ -154,37 +154,48 @@ void TestZoMemoryProxy::aRobotCouldNotHoldItSoItIsRefused()
 void TestZoMemoryProxy::wrongRequestsThrow()
 {
     const auto module = ZoBroker::create("test")->getLocalMemory();
-    ZoMemoryProxy memory(module);
-    QVERIFY_EXCEPTION_THROWN(memory.getListData(ZoValue()), ZoError);
-    QVERIFY_EXCEPTION_THROWN(memory.getListData(std::vector<std::string>{"a"}), ZoError);
+    const auto refusalOf = [&](const std::string& method, const ZoValue& arguments) {
+        return errorOf([&] { module->call(method, arguments); });
+    };
+    QCOMPARE(refusalOf("getListData", ZoValue()),
+             std::string("getListData: the request is no array"));
+    const std::string noKey = "getListData: element 0 of the request is not [key, 0]";
+    QCOMPARE(refusalOf("getListData", std::vector<std::string>{"a"}), noKey);
     ZoValue request = requestFor({"a"});
     request[0][0] = 3;
-    QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
+    QCOMPARE(refusalOf("getListData", request), noKey);
     request = requestFor({"a"});
     request[0].arraySetSize(1);
-    QVERIFY_EXCEPTION_THROWN(memory.getListData(request), ZoError);
-    for (const char* method : {"setData", "setListData", "setText", "noMethod"})
-        QVERIFY_EXCEPTION_THROWN(module->call(method, ZoValue("a")), ZoError);
+    QCOMPARE(refusalOf("getListData", request), noKey);
+    const std::string noPair = ": the arguments are not [key, value]";
+    QCOMPARE(refusalOf("setData", "a"), "setData" + noPair);
+    QCOMPARE(refusalOf("setListData", "a"), std::string("setListData: the argument is no array"));
+    QVERIFY(contains(refusalOf("noMethod", "a"), "noMethod"));
     ZoValue pair(std::vector<std::string>{"a", "b"});
+    pair[0] = 3;
+    QCOMPARE(refusalOf("setText", pair), "setText" + noPair);
+    pair[0] = "a";
     pair[1] = 3;
-    QVERIFY_EXCEPTION_THROWN(module->call("setText", pair), ZoError);
+    QCOMPARE(refusalOf("setText", pair), std::string("setText: the second argument is no text"));
 }
 
 void TestZoMemoryProxy::aProxyWithoutAModuleThrows()
 {
     ZoMemoryProxy noProxy{boost::shared_ptr<ZoProxy>()};
     ZoMemoryProxy noBroker{boost::shared_ptr<ZoBroker>()};
-    QVERIFY_EXCEPTION_THROWN(noProxy.getDataListName(), ZoError);
-    QVERIFY_EXCEPTION_THROWN(noBroker.getListData(requestFor({})), ZoError);
-    QVERIFY_EXCEPTION_THROWN(noBroker.setData("a", 1), ZoError);
-    QVERIFY_EXCEPTION_THROWN(noBroker.setListData(pairsOf({})), ZoError);
-    QVERIFY_EXCEPTION_THROWN(noBroker.setText("a", "1"), ZoError);
+    const std::string why = ": there is no memory module behind the proxy";
+    QCOMPARE(errorOf([&] { noProxy.getDataListName(); }), "getDataListName" + why);
+    QCOMPARE(errorOf([&] { noBroker.getListData(requestFor({})); }), "getListData" + why);
+    QCOMPARE(errorOf([&] { noBroker.setData("a", 1); }), "setData" + why);
+    QCOMPARE(errorOf([&] { noBroker.setListData(pairsOf({})); }), "setListData" + why);
+    QCOMPARE(errorOf([&] { noBroker.setText("a", "1"); }), "setText" + why);
 }
 
 void TestZoMemoryProxy::aKeyListThatIsNoneThrows()
 {
     ZoMemoryProxy noArray(boost::make_shared<FixedAnswer>(3));
-    QVERIFY_EXCEPTION_THROWN(noArray.getDataListName(), ZoError);
+    QCOMPARE(errorOf([&] { noArray.getDataListName(); }),
+             std::string("getDataListName: the reply is no array"));
     ZoMemoryProxy noNames(boost::make_shared<FixedAnswer>(requestFor({"a"})));
     QVERIFY_EXCEPTION_THROWN(noNames.getDataListName(), ZoError);
 }
@@ -192,17 +203,15 @@ void TestZoMemoryProxy::aKeyListThatIsNoneThrows()
 void TestZoMemoryProxy::threadsMayShareIt()
 {
     ZoMemoryProxy memory(ZoBroker::create("test"));
-    const auto work = [&memory](const std::string& key) {
+    runTogether(2, [&memory](int number) {
+        const std::string key = number == 0 ? "a" : "b";
         for (int i = 0; i < 1000; ++i) {
             memory.setData(key, i);
             memory.setData("shared", i);
             memory.getListData(requestFor({"a", "b", "shared"}));
             memory.getDataListName();
         }
-    };
-    std::thread other(work, "a");
-    work("b");
-    other.join();
+    });
     QCOMPARE(memory.getListData(requestFor({"a", "b"})).toString(ZoWhole),
              std::string("[999,999]"));
 }

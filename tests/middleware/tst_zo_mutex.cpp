@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/lock_state.h"
 #include "support/register_test.h"
+#include "support/together.h"
 
 #include <zo/mutex.h>
 
@@ -10,7 +11,6 @@
 #include <QtTest>
 
 #include <optional>
-#include <thread>
 
 /// The locks of the middleware and their guards.
 class TestZoMutex : public GuardedTest
@@ -41,16 +41,13 @@ void TestZoMutex::manyGuardsInTurnLoseNothing()
 {
     const auto mutex = ZoMutex::createZoMutex();
     int counter = 0;
-    const auto count = [&] {
-        for (int i = 0; i < 10000; ++i) {
+    runTogether(2, [&](int) {
+        for (int i = 0; i < 200000; ++i) {
             const ZoCriticalSection guard(mutex);
             ++counter;
         }
-    };
-    std::thread other(count);
-    count();
-    other.join();
-    QCOMPARE(counter, 20000);
+    });
+    QCOMPARE(counter, 400000);
 }
 
 void TestZoMutex::readersShareAndWritersWait()

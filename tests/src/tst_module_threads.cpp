@@ -12,11 +12,9 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
-#include <future>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -34,11 +32,7 @@ public:
           })
     {
     }
-    ~Repeated()
-    {
-        fEnds = true;
-        fThread.join();
-    }
+    ~Repeated() { fEnds = true; }
     Repeated(const Repeated&) = delete;
     Repeated& operator=(const Repeated&) = delete;
 
@@ -47,7 +41,7 @@ public:
 private:
     std::atomic<bool> fEnds{false};
     std::atomic<int> fSteps{0};
-    std::thread fThread;
+    WatchedThread fThread;
 };
 
 /// What a panel, its graph and a writer of files do with a model, each as one step.
@@ -150,11 +144,11 @@ void TestModuleThreads::theKeyListTakesNoLock()
     ModuleBench bench;
     bench.memory.answer = [](const ZoValue&) { return ZoValue(std::vector<std::string>{"a"}); };
     std::vector<std::string> keys;
-    std::future<void> listed;
+    std::optional<WatchedThread> listing;
     const ZoCriticalSection fetch(bench.module.fMutex);
     const ZoCriticalSectionWrite write(bench.model().fMutex);
-    listed = std::async(std::launch::async, [&] { bench.module.getListDatas(keys); });
-    QCOMPARE(listed.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    listing.emplace([&] { bench.module.getListDatas(keys); });
+    QVERIFY(listing->ends());
     QCOMPARE(keys, std::vector<std::string>{"a"});
 }
 
@@ -236,16 +230,15 @@ void TestModuleThreads::aKeyPutInFrontWhileValuesAreStoredGetsItsValue()
     STMVal& last = *model.fSTMVals.back();
     std::atomic<bool> fetched{false};
     int inTime = 0;
+    bool renamed = false;
     // Another thread renames the first record to the last one's key, between two stores.
     const auto rename = [&] {
-        bool renamed = false;
         while (!renamed && !fetched) {
             const ZoCriticalSectionWrite guard(model.fMutex);
             renamed = !first.value.empty() && last.value.empty();
             if (renamed)
                 first.names.first = last.names.first;
         }
-        return renamed;
     };
     const QDeadlineTimer deadline(patience);
     while (inTime < 5 && !deadline.hasExpired()) {
@@ -253,10 +246,12 @@ void TestModuleThreads::aKeyPutInFrontWhileValuesAreStoredGetsItsValue()
         first.value.clear();
         last.value.clear();
         fetched = false;
-        auto other = std::async(std::launch::async, rename);
+        renamed = false;
+        WatchedThread other(rename);
         bench.module.getDatas(true);
         fetched = true;
-        if (other.get()) {
+        other.join();
+        if (renamed) {
             ++inTime;
             QCOMPARE(first.value, last.names.first);
             QCOMPARE(last.value, std::string());
