@@ -13,6 +13,14 @@ inline double processorSeconds()
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
+/// The same of this thread alone.
+inline double secondsOfThisThread()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 /// How many times as much four times the work costs: about 4 when it is linear, about 16 when it
 /// is quadratic. `secondsFor(size)` does the work once and returns what it took; the least of
 /// several tries counts, as other work on the machine only ever makes one slower.

@@ -12,6 +12,16 @@ ZoBrokerOptions patientOptions()
     return options;
 }
 
+ZoBrokerOptions quietOptions(std::chrono::milliseconds limit)
+{
+    ZoBrokerOptions options = patientOptions();
+    options.exchangeTimeout = limit;
+    options.callTimeout = limit;
+    options.keyListTimeout = limit;
+    options.pingInterval = std::chrono::hours(1);
+    return options;
+}
+
 boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options)
 {
     return ZoBroker::create("TestBroker", "127.0.0.1", port, options);

@@ -17,6 +17,10 @@
 /// Options with which a slow test machine does not miss a deadline.
 ZoBrokerOptions patientOptions();
 
+/// The same without pings, and with this limit for every call: one that no test waits for, unless
+/// it says so.
+ZoBrokerOptions quietOptions(std::chrono::milliseconds limit = std::chrono::minutes(10));
+
 /// A link to this port of the machine itself.
 boost::shared_ptr<ZoBroker> linkTo(int port, const ZoBrokerOptions& options);
 

@@ -4,6 +4,7 @@
 #include "support/patience.h"
 #include "support/register_test.h"
 #include "support/robot.h"
+#include "support/watched_thread.h"
 
 #include <QtTest>
 
@@ -19,17 +20,6 @@ namespace {
 using std::chrono::milliseconds;
 
 volatile std::sig_atomic_t pipeSignals = 0;
-
-/// A link to `robot` whose every call has `limit`.
-boost::shared_ptr<ZoBroker> linkTo(const FakeRobot& robot, milliseconds limit = milliseconds(10000))
-{
-    ZoBrokerOptions options = patientOptions();
-    options.exchangeTimeout = limit;
-    options.callTimeout = limit;
-    options.keyListTimeout = limit;
-    options.pingInterval = std::chrono::hours(1);
-    return linkTo(robot.port(), options);
-}
 
 /// Greets, and answers each further command with `reply`.
 FakeRobot::Script answering(const std::string& reply)
@@ -135,7 +125,7 @@ void TestConnection::aBadReplyEndsTheLink()
             connection.waitForEnd();
         answering(reply.toStdString())(connection);
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm", "Leg"})); });
     QVERIFY2(contains(error, message.toStdString()), error.c_str());
@@ -149,7 +139,7 @@ void TestConnection::aTooLargeReplyEndsTheLink()
 {
     const std::string value = "$1048576\r\n" + std::string(1 << 20, 'x') + "\r\n";
     const FakeRobot robot(answering(arrayOf(70, value)));
-    ZoMemoryProxy memory = memoryOf(linkTo(robot));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
     const std::string error = errorOf([&] { memory.getListData(requestFor(manyKeys(70))); });
     QVERIFY2(contains(error, "64 MiB"), error.c_str());
 }
@@ -161,7 +151,7 @@ void TestConnection::drippingBytesDoNotMoveTheDeadline()
         connection.readCommand();
         connection.sendSlowly("*1\r\n$100000\r\n" + std::string(100000, 'x') + "\r\n");
     });
-    const auto broker = linkTo(robot, milliseconds(300));
+    const auto broker = linkTo(robot.port(), quietOptions(milliseconds(300)));
     ZoMemoryProxy memory = memoryOf(broker);
     QElapsedTimer timer;
     timer.start();
@@ -180,7 +170,7 @@ void TestConnection::aReplyThatBreaksOffEndsTheLink()
         connection.readCommand();
         connection.send("*2\r\n$1\r\n1\r\n$5\r\nab");
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm", "Leg"})); });
     QVERIFY2(contains(error, "closed the connection"), error.c_str());
@@ -203,7 +193,7 @@ void TestConnection::aLateReplyReachesNobody()
             connection.send("*1\r\n$1\r\n2\r\n");
         }
     });
-    const auto broker = linkTo(robot, milliseconds(500));
+    const auto broker = linkTo(robot.port(), quietOptions(milliseconds(500)));
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
     isLate.set_value();
@@ -221,7 +211,7 @@ void TestConnection::aReplyTooManyEndsTheLink()
             connection.waitForEnd();
         answering("*1\r\n$1\r\n1\r\n*1\r\n$1\r\n2\r\n")(connection);
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     errorOf([&] { memory.getListData(requestFor({"Arm"})); });
     TRY_VERIFY(!broker->isConnected());
@@ -241,7 +231,7 @@ void TestConnection::pushesChangeNothing()
         connection.send(reply);
         connection.waitForEnd();
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     for (int poll = 0; poll < 2; ++poll)
         QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
@@ -276,7 +266,7 @@ void TestConnection::anErrorForOneChunkKeepsTheLink()
             connection.send(isLoading ? "-LOADING the robot wakes up\r\n" : chunk);
         }
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const ZoValue request = requestFor(manyKeys(2000));
     const std::string error = errorOf([&] { memory.getListData(request); });
@@ -300,7 +290,7 @@ void TestConnection::aKeyListThatNeverEndsIsGivenUpInTime()
         }
         answering(pageOf(0, {}))(connection);
     });
-    ZoMemoryProxy memory = memoryOf(linkTo(robot, milliseconds(300)));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(300))));
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "no reply to SCAN within 320 ms"), error.c_str());
 }
@@ -317,7 +307,7 @@ void TestConnection::aKeyListThatGrowsForEverIsGivenUp()
         }
         answering(pageOf(0, {}))(connection);
     });
-    ZoMemoryProxy memory = memoryOf(linkTo(robot, std::chrono::minutes(10)));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
     QCOMPARE(pages.load(), 7); // of 10 MB each
@@ -336,7 +326,7 @@ void TestConnection::aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes()
                 pageOf(page < 20 ? 1 : 0, numberedNames(namesOfPage, 7, page * namesOfPage)));
         }
     });
-    ZoMemoryProxy memory = memoryOf(linkTo(robot, std::chrono::minutes(10)));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
     // Each name takes a node, a place and its bytes: two words and a string at the very least.
@@ -368,7 +358,7 @@ void TestConnection::aBadKeyListEndsTheLink()
             connection.waitForEnd();
         answering(reply.toStdString())(connection);
     });
-    const auto broker = linkTo(robot);
+    const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "malformed reply to SCAN"), error.c_str());
@@ -383,7 +373,7 @@ void TestConnection::aClosedPeerRaisesNoSignal()
         connection.readBytes(1); // and ends: most of what is written meets a closed socket
     });
     for (int round = 0; round < 20; ++round) {
-        ZoMemoryProxy memory = memoryOf(linkTo(robot));
+        ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
         QVERIFY(!errorOf([&] { memory.setText("Arm", std::string(1 << 20, 'x')); }).empty());
     }
     std::signal(SIGPIPE, before);
@@ -418,21 +408,18 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
             connection.send("+OK\r\n");
         }
     });
-    ZoBrokerOptions options = patientOptions();
-    options.exchangeTimeout = milliseconds(1000);
-    options.callTimeout = milliseconds(1000);
-    options.timeoutPerKey = std::chrono::milliseconds(200); // a thousand keys have 200 s
-    options.pingInterval = std::chrono::hours(1);
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", robot.port(), options);
+    ZoBrokerOptions options = quietOptions(milliseconds(1000));
+    options.timeoutPerKey = milliseconds(200); // a thousand keys have 200 s
+    const auto broker = linkTo(robot.port(), options);
     ZoMemoryProxy memory = memoryOf(broker);
-    auto first = std::async(std::launch::async,
-                            [&] { return memory.getListData(requestFor(manyKeys(1000))); });
+    ZoValue values;
+    WatchedThread first([&] { values = memory.getListData(requestFor(manyKeys(1000))); });
     QVERIFY(isReady(isAsked.get_future()));
     const std::string error = errorOf([&] { memory.setText("Leg", "1"); });
-    QVERIFY2(contains(error, "no reply to SET"), error.c_str());
     isEnough = true;
-    QVERIFY(isReady(first));
-    QCOMPARE(first.get().getSize(), 1000);
+    first.join();
+    QVERIFY2(contains(error, "no reply to SET"), error.c_str());
+    QCOMPARE(values.getSize(), 1000);
     QVERIFY(broker->isConnected());
     // What was given up is not sent all the same.
     TRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());
@@ -443,7 +430,7 @@ void TestConnection::oneWhoWaitsInVainForItsTurnLeavesTheLinkUp()
 void TestConnection::errorTextsAreShownWithoutControlCharacters()
 {
     const FakeRobot robot(answering("-ERR \x1b[2Jgone\r\n"));
-    ZoMemoryProxy memory = memoryOf(linkTo(robot));
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
     const std::string error = errorOf([&] { memory.setText("Arm", "1"); });
     QVERIFY2(contains(error, "refuses SET \"Arm\": ERR ?[2Jgone"), error.c_str());
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/alice.h"
 #include "support/fake_robot.h"
 #include "support/growth.h"
 #include "support/guarded_test.h"
@@ -19,13 +20,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Options whose deadlines no test waits for, and without pings.
-ZoBrokerOptions quietOptions()
+/// Processor time of the threads but this one, in seconds.
+double secondsOfOthers()
 {
-    ZoBrokerOptions options = patientOptions();
-    options.exchangeTimeout = std::chrono::minutes(10);
-    options.pingInterval = std::chrono::hours(1);
-    return options;
+    return processorSeconds() - secondsOfThisThread();
 }
 
 uint threadCount()
@@ -186,13 +184,14 @@ void TestLink::aServerThatClosesAtOnceIsNotBesieged()
             connection.readCommand();
     });
     ZoBrokerOptions options = quietOptions();
+    options.reconnectWait = options.reconnectWaitMax = milliseconds(500);
     const auto broker = linkTo(robot.port(), options);
+    QElapsedTimer timer;
+    timer.start();
     errorOf([&] { memoryOf(broker).setText("Arm", "1"); });
-    TRY_VERIFY(connections >= 3);
-    // Random waits of up to 100, 200, 400, ... ms: hundreds of attempts would be no waits. That
-    // more do not come has no signal to wait for: it is watched for a while.
-    QTest::qWait(500);
-    QVERIFY2(connections < 50, qPrintable(QString::number(connections)));
+    TRY_VERIFY(connections >= 7);
+    // Six random waits of up to 500 ms: one time in ten million all together are shorter.
+    QVERIFY2(timer.elapsed() >= 100, qPrintable(QString::number(timer.elapsed())));
 }
 
 void TestLink::failedAttemptsDoNotRenewTheTimeOfTheLoss()
@@ -221,12 +220,13 @@ void TestLink::anIdleLinkLeavesTheProcessorAlone()
 {
     const RedisServer server;
     const auto broker = linkTo(server.port(), quietOptions());
-    const double before = processorSeconds();
-    // That nothing is done has no signal to wait for: a link that spins uses in this while what it
-    // gets of a processor.
-    QTest::qWait(500);
-    const double used = processorSeconds() - before;
-    QVERIFY2(used < 0.1, qPrintable(QString::number(used)));
+    constexpr double ownWork = 0.3;
+    const double before = secondsOfOthers();
+    for (const double end = secondsOfThisThread() + ownWork; secondsOfThisThread() < end;)
+        continue;
+    // A link that spins would have got as much of the processors as this thread.
+    const double used = secondsOfOthers() - before;
+    QVERIFY2(used < 0.1 * ownWork, qPrintable(QString::number(used)));
     QVERIFY(broker->isConnected());
 }
 
@@ -268,16 +268,15 @@ void TestLink::itEndsWhileAnotherThreadWaits()
         isAsked.set_value();
         connection.waitForEnd();
     });
-    ZoBrokerOptions options = quietOptions();
-    options.exchangeTimeout = milliseconds(500);
-    auto broker = linkTo(robot.port(), options);
-    auto waiting = std::async(std::launch::async, [memory = memoryOf(broker)]() mutable {
-        return errorOf([&] { memory.setText("Arm", "1"); });
+    auto broker = linkTo(robot.port(), quietOptions(milliseconds(500)));
+    std::string error;
+    WatchedThread waiting([&error, memory = memoryOf(broker)]() mutable {
+        error = errorOf([&] { memory.setText("Arm", "1"); });
     });
     QVERIFY(isReady(isAsked.get_future()));
     broker.reset(); // the last link but the waiting thread's
-    QVERIFY(isReady(waiting));
-    QVERIFY(contains(waiting.get(), "no reply to SET"));
+    waiting.join();
+    QVERIFY2(contains(error, "no reply to SET"), error.c_str());
 }
 
 void TestLink::itEndsWhileConnecting()
@@ -306,12 +305,17 @@ void TestLink::itEndsWhileConnecting()
 
 void TestLink::aRefusedLoginIsFinalUntilReconnected()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~* +@all"};
-    RedisServer server(access);
-    ZoBrokerOptions options = quietOptions();
-    options.user = "alice";
-    options.password = "secret";
+    std::atomic<int> vainAttempts{0};
+    const FakeRobot hasty([&](FakeConnection& connection) {
+        if (connection.number() > 0) {
+            ++vainAttempts;
+            return;
+        }
+        connection.greet();
+        connection.waitForEnd();
+    });
+    RedisServer server(withAlice());
+    ZoBrokerOptions options = asAlice(quietOptions());
     options.reconnectWaitMax = milliseconds(1);
     const auto broker = linkTo(server.port(), options);
     ZoMemoryProxy memory = memoryOf(broker);
@@ -320,7 +324,12 @@ void TestLink::aRefusedLoginIsFinalUntilReconnected()
     TRY_VERIFY(broker->linkStatus().refused);
     const std::string refusal = errorOf([&] { memory.setText("Arm", "1"); });
     QVERIFY2(contains(refusal, "user or password refused: WRONGPASS"), refusal.c_str());
-    QTest::qWait(200); // a hundred attempts long: that none comes has no signal to wait for
+    // That it makes no attempt has no signal to wait for: another link makes many meanwhile.
+    ZoBrokerOptions tireless = quietOptions();
+    tireless.reconnectWaitMax = milliseconds(1);
+    const auto other = linkTo(hasty.port(), tireless);
+    other->reconnect(tireless);
+    TRY_VERIFY(vainAttempts >= 100);
     const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
     const QString logins = statistics.section("cmdstat_auth:", 1).section("\r\n", 0, 0);
     QVERIFY2(logins.endsWith("failed_calls=1"), qPrintable(logins));

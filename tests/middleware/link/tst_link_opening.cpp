@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/alice.h"
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/patience.h"
@@ -103,8 +104,7 @@ void TestLinkOpening::anotherProtocolIsNamed()
 
 void TestLinkOpening::aRefusedPasswordIsNeverShown()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~* +@all"};
+    RedisServer::Options access = withAlice();
     access.defaultPassword = "main-secret";
     const RedisServer server(access);
     ZoBrokerOptions options = patientOptions();
@@ -143,13 +143,8 @@ void TestLinkOpening::aMissingPasswordIsNamed()
 
 void TestLinkOpening::userAndPasswordOpenTheLink()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~* +@all"};
-    const RedisServer server(access);
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const RedisServer server(withAlice());
+    const auto broker = linkTo(server.port(), asAlice());
     QVERIFY(contains(server.command({"CLIENT", "LIST"}), "user=alice"));
 }
 
@@ -160,19 +155,15 @@ void TestLinkOpening::aPasswordAloneOpensTheLink()
     const RedisServer server(access);
     ZoBrokerOptions options = patientOptions();
     options.password = "main-secret";
-    QVERIFY(ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options)->isConnected());
+    QVERIFY(linkTo(server.port(), options)->isConnected());
 }
 
 void TestLinkOpening::aUserWithoutTheRightToPingHasALink()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~* +mget"};
-    const RedisServer server(access);
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
+    const RedisServer server(withAlice("~* +mget"));
+    ZoBrokerOptions options = asAlice();
     options.pingInterval = milliseconds(20);
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const auto broker = linkTo(server.port(), options);
     const auto refusedPings = [&] {
         const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
         const QString pings = statistics.section("cmdstat_ping:", 1).section("rejected_calls=", 1);
@@ -198,7 +189,7 @@ void TestLinkOpening::aServerThatIsNotReadyIsNamed()
 void TestLinkOpening::aServerWithTooManyClientsIsNamed()
 {
     const RedisServer server;
-    const auto first = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    const auto first = linkTo(server.port(), patientOptions());
     // The server counts the connection that carries this command, too.
     server.command({"CONFIG", "SET", "maxclients", "1"});
     ZoBrokerOptions options = patientOptions();
@@ -212,8 +203,7 @@ void TestLinkOpening::aServerWithTooManyClientsIsNamed()
 void TestLinkOpening::anUnknownModuleIsNamed()
 {
     const RedisServer server;
-    const auto broker =
-        ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    const auto broker = linkTo(server.port(), patientOptions());
     QVERIFY(contains(errorOf([&] { broker->getProxy("ZoMotion", 0); }), "ZoMotion"));
     QVERIFY(broker->getProxy("ZoMemory", 0) != broker->getLocalMemory());
 }
@@ -228,7 +218,7 @@ void TestLinkOpening::wildTimeoutsAreConfined()
     options.timeoutPerKey = std::chrono::microseconds::max();
     options.pingInterval = milliseconds::max();
     options.reconnectWait = milliseconds::min();
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const auto broker = linkTo(server.port(), options);
     ZoMemoryProxy memory = memoryOf(broker);
     memory.setText("Arm", "1");
     QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));

@@ -83,7 +83,7 @@ void TestStream::aTrustedServerIsTalkedTo()
 
 void TestStream::manyValuesTravelThroughTls()
 {
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    const auto broker = linkTo(fServer->port(), trusting());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string text(1 << 20, 'x');
     memory.setText("Arm", text);
@@ -138,7 +138,7 @@ void TestStream::theServersNameIsSentAndAnAddressIsNot()
 
 void TestStream::aRefusedCertificateIsFinal()
 {
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    const auto broker = linkTo(fServer->port(), trusting());
     ZoBrokerOptions options = trusting();
     options.tlsCaFile.clear();
     broker->reconnect(options);
@@ -210,20 +210,24 @@ void TestStream::aServerWithoutTlsIsRefused()
     const RedisServer plain;
     ZoBrokerOptions options = trusting();
     options.connectTimeout = std::chrono::milliseconds(500); // it waits for more, silently
-    const std::string error =
-        errorOf([&] { ZoBroker::create("TestBroker", "127.0.0.1", plain.port(), options); });
+    const std::string error = errorOf([&] { linkTo(plain.port(), options); });
     QVERIFY2(contains(error, "127.0.0.1:" + std::to_string(plain.port())), error.c_str());
     QVERIFY2(contains(error, "while setting up TLS"), error.c_str());
 }
 
 void TestStream::aClientWithoutTlsIsRefused()
 {
-    QVERIFY(!problem(patientOptions()).empty());
+    const std::string error = problem(patientOptions());
+    const std::string where = "127.0.0.1:" + std::to_string(fServer->port());
+    // Whether the server's end or what it left unread comes first is the system's choice.
+    QVERIFY2(contains(error, where + ": Connection reset") ||
+                 contains(error, where + ": the robot closed the connection"),
+             error.c_str());
 }
 
 void TestStream::aLinkOverTlsComesBack()
 {
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", fServer->port(), trusting());
+    const auto broker = linkTo(fServer->port(), trusting());
     fServer->restart();
     ZoMemoryProxy memory = memoryOf(broker);
     TRY_VERIFY(errorOf([&] { memory.setText("Arm", "1"); }).empty());

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
+#include "support/alice.h"
 #include "support/guarded_test.h"
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/robot.h"
+#include "support/together.h"
 
 #include <QtTest>
 
 #include <algorithm>
 #include <atomic>
-#include <thread>
 
 namespace {
 
@@ -24,8 +25,7 @@ std::vector<std::string> numberedKeys(int count)
 
 ZoMemoryProxy memoryOf(const RedisServer& server, const ZoBrokerOptions& options = patientOptions())
 {
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
-    return ZoMemoryProxy(broker->getProxy("ZoMemory", 0));
+    return memoryOf(linkTo(server.port(), options));
 }
 
 void fill(const RedisServer& server, const std::vector<std::string>& keys)
@@ -175,13 +175,8 @@ void TestRemoteMemory::storesNothingOfAListThatCannotBeStored()
 
 void TestRemoteMemory::saysWhyAListWasRefused()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret %R~* %W~Arm/* +@all"};
-    const RedisServer server(access);
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const RedisServer server(withAlice("%R~* %W~Arm/* +@all"));
+    const auto broker = linkTo(server.port(), asAlice());
     ZoMemoryProxy memory = memoryOf(broker);
     memory.setListData(numberedPairs({"Arm/A", "Arm/B"}));
     const ZoValue pairs = numberedPairs({"Arm/A", "Leg/A"});
@@ -302,24 +297,18 @@ void TestRemoteMemory::listsEachTextKeyOnce()
 void TestRemoteMemory::anUnknownMethodIsNamed()
 {
     const RedisServer server;
-    const auto broker =
-        ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    const auto broker = linkTo(server.port(), patientOptions());
     const auto proxy = broker->getProxy("ZoMemory", 0);
     QVERIFY(contains(errorOf([&] { proxy->call("dance", ZoValue()); }), "dance"));
 }
 
 void TestRemoteMemory::forbiddenKeysAreInvalidAndNotAskedForAgain()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~Arm/* +@all"};
-    const RedisServer server(access);
+    const RedisServer server(withAlice("~Arm/* +@all"));
     auto keys = numberedKeys(2500);
     keys[7] = "Leg/Angle";
     fill(server, keys);
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
-    ZoMemoryProxy memory = memoryOf(server, options);
+    ZoMemoryProxy memory = memoryOf(server, asAlice());
     for (int poll = 0; poll < 2; ++poll) {
         const ZoValue values = memory.getListData(requestFor(keys));
         QCOMPARE(values.getSize(), 2500);
@@ -334,14 +323,9 @@ void TestRemoteMemory::forbiddenKeysAreInvalidAndNotAskedForAgain()
 
 void TestRemoteMemory::forbiddenKeysAreAskedForAgainOnANewConnection()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~Arm/* +@all"};
-    const RedisServer server(access);
+    const RedisServer server(withAlice("~Arm/* +@all"));
     server.command({"SET", "Leg/Angle", "7"});
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
-    ZoMemoryProxy memory = memoryOf(server, options);
+    ZoMemoryProxy memory = memoryOf(server, asAlice());
     const ZoValue request = requestFor({"Leg/Angle"});
     QCOMPARE(memory.getListData(request)[0].getType(), int(ZoValue::Invalid));
     server.command({"ACL", "SETUSER", "alice", "allkeys"});
@@ -357,13 +341,8 @@ void TestRemoteMemory::forbiddenKeysAreAskedForAgainOnANewConnection()
 
 void TestRemoteMemory::aForbiddenCommandIsNamed()
 {
-    RedisServer::Options access;
-    access.users = {"alice on >secret ~* +ping"};
-    const RedisServer server(access);
-    ZoBrokerOptions options = patientOptions();
-    options.user = "alice";
-    options.password = "secret";
-    const auto broker = ZoBroker::create("TestBroker", "127.0.0.1", server.port(), options);
+    const RedisServer server(withAlice("~* +ping"));
+    const auto broker = linkTo(server.port(), asAlice());
     ZoMemoryProxy memory = memoryOf(broker);
     QVERIFY(contains(errorOf([&] { memory.getListData(requestFor({"a"})); }), "MGET"));
     QVERIFY(contains(errorOf([&] { memory.getDataListName(); }), "SCAN"));
@@ -378,8 +357,7 @@ void TestRemoteMemory::aTooLargeValueIsInvalidAlone()
     server.command({"SET", "Arm/Large", std::string((1 << 20) + 1, 'x')});
     server.command({"SET", "Arm/Huge", std::string(100 << 20, 'x')}); // more than a whole reply
     server.command({"SET", "Arm/Fits", std::string(1 << 20, 'x')});
-    const auto broker =
-        ZoBroker::create("TestBroker", "127.0.0.1", server.port(), patientOptions());
+    const auto broker = linkTo(server.port(), patientOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const auto since = broker->linkStatus().since;
     for (int poll = 0; poll < 2; ++poll) {
@@ -403,7 +381,7 @@ void TestRemoteMemory::manyThreadsShareOneProxy()
     fill(server, keys);
     ZoMemoryProxy memory = memoryOf(server);
     std::atomic<int> wrong{0};
-    const auto work = [&](int first) {
+    runTogether(20, [&](int first) {
         for (int round = 0; round < 10; ++round) {
             const int at = (first * 7 + round) % 300;
             const ZoValue value = memory.getListData(requestFor({keys[at], keys[0]}));
@@ -411,13 +389,7 @@ void TestRemoteMemory::manyThreadsShareOneProxy()
             memory.setData("Leg/" + std::to_string(first), ZoValue(round));
             wrong += memory.getDataListName().size() < keys.size();
         }
-    };
-    std::vector<std::thread> threads;
-    threads.reserve(20);
-    for (int i = 0; i < 20; ++i)
-        threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
-        thread.join();
+    });
     QCOMPARE(wrong.load(), 0);
 }
 
