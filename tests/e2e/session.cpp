@@ -23,17 +23,19 @@ CommandLine commandLine()
 
 Session::Session() : fDesktop(commandLine(), fErrors) {}
 
-MainWindow* Session::connectTo(const RobotProgram& robot)
+MainWindow* Session::connectTo(const RobotProgram& robot, const ZoBrokerOptions& options)
 {
-    return connectTo(robot.address(), robot.password());
+    return connectTo(robot.address(), robot.password(), options);
 }
 
-MainWindow* Session::connectTo(const QString& address, const std::string& password)
+MainWindow* Session::connectTo(const QString& address, const std::string& password,
+                               const ZoBrokerOptions& options)
 {
     const int before = windows().size();
     ConnectionSettings settings;
     settings.address = ZoAddress::fromText(address.toStdString());
     settings.password = password;
+    settings.other = options;
     fDesktop.connectTo(settings);
     if (windows().size() == before || !QTest::qWaitForWindowExposed(windows().last(), patience))
         return nullptr;

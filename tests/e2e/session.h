@@ -17,8 +17,10 @@ public:
     Session();
 
     /// A new window for the robot; null when there is no connection.
-    MainWindow* connectTo(const RobotProgram& robot);
-    MainWindow* connectTo(const QString& address, const std::string& password = {});
+    MainWindow* connectTo(const RobotProgram& robot,
+                          const ZoBrokerOptions& options = patientOptions());
+    MainWindow* connectTo(const QString& address, const std::string& password = {},
+                          const ZoBrokerOptions& options = patientOptions());
 
     /// Opens the panel in the way of the start-up dialog's button with this text. `thenDo` acts
     /// on the dialog that the button opens; it may be empty when there is none. Null when no

@@ -5,6 +5,7 @@
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
+#include "support/watched_thread.h"
 
 #include <tarvek/tarvek_widget.h>
 
@@ -18,7 +19,10 @@
 #include <QListWidget>
 #include <QtTest>
 
+#include <atomic>
 #include <csignal>
+#include <functional>
+#include <unistd.h>
 
 /// The real plug-in in real windows, with the simulated robot.
 class TestPanel : public GuardedTest
@@ -45,8 +49,9 @@ private slots:
 
 private:
     qint64 server() const { return fRobot->children().value(0); }
-    MainWindow* window();
-    TarvekWidget* openAll();
+    MainWindow* window(const ZoBrokerOptions& options = patientOptions());
+    TarvekWidget* openAll(const ZoBrokerOptions& options = patientOptions());
+    void closeWhileAFetchWaits(TarvekWidget* panel, const std::function<void()>& whenAsked);
     static QString valueOf(TarvekWidget* panel, const QString& alias);
     static bool lives(TarvekWidget* panel, const QString& alias);
 
@@ -98,14 +103,14 @@ void TestPanel::cleanup()
     GuardedTest::cleanup();
 }
 
-MainWindow* TestPanel::window()
+MainWindow* TestPanel::window(const ZoBrokerOptions& options)
 {
-    return fSession->connectTo(*fRobot);
+    return fSession->connectTo(*fRobot, options);
 }
 
-TarvekWidget* TestPanel::openAll()
+TarvekWidget* TestPanel::openAll(const ZoBrokerOptions& options)
 {
-    MainWindow* shown = window();
+    MainWindow* shown = window(options);
     return shown ? fSession->open(shown, Session::fAllKeys) : nullptr;
 }
 
@@ -120,6 +125,28 @@ bool TestPanel::lives(TarvekWidget* panel, const QString& alias)
 {
     const QString before = valueOf(panel, alias);
     return QTest::qWaitFor([&] { return valueOf(panel, alias) != before; }, patience);
+}
+
+/// Stops the robot's server, and asks the panel's window to close and calls `whenAsked` while the
+/// user's thread waits for values. Returns when that wait is over.
+void TestPanel::closeWhileAFetchWaits(TarvekWidget* panel, const std::function<void()>& whenAsked)
+{
+    ::kill(static_cast<pid_t>(server()), SIGSTOP);
+    const std::atomic<pid_t> user{::gettid()};
+    std::atomic<bool> isOver{false};
+    bool hasWaited = false;
+    WatchedThread closer([&] {
+        hasWaited = comesToSleep(user, [&] {
+            QThread::msleep(1);
+            return isOver.load();
+        });
+        QMetaObject::invokeMethod(panel->window(), "close", Qt::QueuedConnection);
+        whenAsked();
+    });
+    clickButton(*panel, "Refresh All");
+    isOver = true;
+    closer.join();
+    QVERIFY(hasWaited);
 }
 
 void TestPanel::startsWithAllKeys()
@@ -232,7 +259,7 @@ void TestPanel::mergesASavedConfiguration()
     const int rows = tableOf(panel)->topLevelItemCount();
     whenShown("QFileDialog", [file](QDialog& files) { chooseFile(files, file + ".xml"); });
     clickButton(*panel, "Open");
-    QVERIFY(tableOf(panel)->topLevelItemCount() >= rows);
+    QCOMPARE(tableOf(panel)->topLevelItemCount(), 2 * rows);
     const auto found = tableOf(panel)->findItems(liveKey, Qt::MatchExactly);
     QVERIFY(std::any_of(found.begin(), found.end(), [](QTreeWidgetItem* row) {
         return row->checkState(watchColumn) == Qt::Checked;
@@ -241,18 +268,22 @@ void TestPanel::mergesASavedConfiguration()
 
 void TestPanel::keepsAnsweringWhileTheRobotHangs()
 {
-    TarvekWidget* panel = openAll();
+    TarvekWidget* panel = openAll(ZoBrokerOptions()); // whose deadlines are what is tried
+    QVERIFY(panel);
     auto* shown = static_cast<MainWindow*>(panel->window());
     clickBox(panel, liveKey, watchColumn);
     QVERIFY(lives(panel, liveKey));
     StallMeter meter;
+    QElapsedTimer outage;
+    outage.start();
     ::kill(static_cast<pid_t>(server()), SIGSTOP);
     TRY_VERIFY(!shown->monitor().state().connected);
     TRY_VERIFY(shown->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 3000);
+    const qint64 lasted = outage.elapsed();
     ::kill(static_cast<pid_t>(server()), SIGCONT);
-    // One exchange deadline of 250 ms, and room for a busy test machine.
-    QVERIFY2(meter.longest() < 500, qPrintable(QString::number(meter.longest())));
-    qInfo("longest stall: %lld ms", meter.longest());
+    // One wait of 250 ms in more than three seconds, on a machine that may be busy.
+    qInfo("longest stall: %lld of %lld ms", meter.longest(), lasted);
+    QVERIFY(meter.longest() < lasted / 3);
     TRY_VERIFY(shown->monitor().state().connected);
 }
 
@@ -302,24 +333,19 @@ void TestPanel::closesWhileItsStartUpDialogsAreOpen()
 void TestPanel::closesWhileFetching()
 {
     TarvekWidget* panel = openAll();
-    clickButton(*panel, "Watch All");
-    QVERIFY(lives(panel, liveKey));
+    QVERIFY(panel);
     const QPointer<QWidget> shown = panel->window();
-    shown->close();
+    closeWhileAFetchWaits(panel, [this] { ::kill(static_cast<pid_t>(server()), SIGCONT); });
     TRY_VERIFY(!shown);
 }
 
 void TestPanel::closesWhileTheRobotHangs()
 {
-    TarvekWidget* panel = openAll();
-    clickBox(panel, liveKey, watchColumn);
-    ::kill(static_cast<pid_t>(server()), SIGSTOP);
+    TarvekWidget* panel = openAll(ZoBrokerOptions()); // whose deadlines end the fetch
+    QVERIFY(panel);
     const QPointer<QWidget> shown = panel->window();
-    QElapsedTimer clock;
-    clock.start();
-    shown->close();
-    TRY_VERIFY(!shown);
-    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    closeWhileAFetchWaits(panel, [] {});
+    TRY_VERIFY(!shown); // though the robot does not answer even now
     ::kill(static_cast<pid_t>(server()), SIGCONT);
 }
 
