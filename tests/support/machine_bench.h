@@ -5,12 +5,16 @@
 #include <wire/status_sink.h>
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 using namespace zo;
+
+/// The least time that counts.
+constexpr std::chrono::nanoseconds moment{1};
 
 /// The machine of a link on the bench: in virtual time, and with all that it asks for written
 /// down. Nothing happens by itself but `woken`, when time passes.

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <wire/reply_reader.h>
 #include <wire/reply_sink.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// Counts what it is given, and keeps nothing.
 class ReplyCounter : public zo::ReplySink
@@ -26,6 +29,19 @@ public:
         return "piece " + std::to_string(place.index);
     }
 };
+
+/// The problem with `bytes`, which arrive in blocks of `blockSize`.
+inline zo::ReplyProblem problemWith(std::string_view bytes, std::size_t blockSize = 1 << 16)
+{
+    ReplyCounter counter;
+    zo::ReplyReader reader;
+    reader.expect(1, counter);
+    while (!bytes.empty() && !reader.hasProblem()) {
+        reader.read(bytes.substr(0, blockSize));
+        bytes.remove_prefix(std::min(blockSize, bytes.size()));
+    }
+    return reader.problem();
+}
 
 /// A reply of this many letters.
 inline std::string textOf(std::size_t size)

@@ -19,8 +19,6 @@ using std::chrono::minutes;
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
-constexpr nanoseconds moment{1};
-
 /// Lets the attempt under way fail, and returns how long the machine waits for the next.
 nanoseconds waitAfterFailure(MachineBench& bench)
 {
