@@ -5,12 +5,12 @@
 #include "model.h"
 #include "module.h"
 #include "ratios.h"
+#include "support/config_files.h"
 
 #include <QString>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <boost/make_shared.hpp>
 
 #include <cstdio>
 #include <map>
@@ -19,11 +19,6 @@
 #include <tinyxml.h>
 
 namespace {
-
-boost::shared_ptr<Module> newModule()
-{
-    return boost::make_shared<Module>(boost::shared_ptr<ZoMemoryProxy>());
-}
 
 /// Models of each size, each saved in a file once.
 class Samples

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Opening and filtering the key selection beside a plain list of the same items.
+#include "paint_watch.h"
 #include "ratios.h"
 #include "stmlist_dialog.h"
 
@@ -30,38 +31,11 @@ std::vector<std::string> keyNames(int count)
     return names;
 }
 
-/// Counts the paintings of a viewport.
-class PaintWatch : public QObject
-{
-public:
-    explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
-
-    // Until all that the last change caused is painted, and nothing more is waiting.
-    void waitUntilPainted()
-    {
-        const int before = fCount;
-        while (fCount == before)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 1000);
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-    }
-
-protected:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override
-    {
-        fCount += event->type() == QEvent::Paint;
-        return false;
-    }
-
-private:
-    int fCount = 0;
-};
-
 void showAndPaint(QWidget& window, QListWidget& list)
 {
     PaintWatch watch(list.viewport());
     window.show();
-    watch.waitUntilPainted();
+    watch.settle();
 }
 
 void openGlimmet(benchmark::State& state)
@@ -116,7 +90,7 @@ void filterGlimmet(benchmark::State& state)
         // A digit that hides most of the entries, and back.
         press(*edit, isFiltered ? Qt::Key_Backspace : Qt::Key_7, isFiltered ? "" : "7");
         isFiltered = !isFiltered;
-        watch.waitUntilPainted();
+        watch.settle();
     }
 }
 

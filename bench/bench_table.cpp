@@ -10,7 +10,9 @@
 #include "graph.h"
 #include "latin1.h"
 #include "module.h"
+#include "paint_watch.h"
 #include "ratios.h"
+#include "support/forked_action.h"
 #include "support/redis_server.h"
 #include "widget.h"
 
@@ -23,14 +25,16 @@
 #include <QCheckBox>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QTimer>
 #include <QTreeWidget>
 
 #include <chrono>
-#include <csignal>
 #include <ctime>
 #include <memory>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -86,31 +90,6 @@ private:
     long fGeneration = 0;
 };
 
-/// Tells when a widget was painted.
-class PaintWatch : public QObject
-{
-public:
-    explicit PaintWatch(QWidget* widget) { widget->installEventFilter(this); }
-
-    /// Until the widget was painted and nothing is left to do.
-    void settle()
-    {
-        for (fIsPainted = false; !fIsPainted;)
-            QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-    }
-
-private:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        fIsPainted = fIsPainted || event->type() == QEvent::Paint;
-        return QObject::eventFilter(watched, event);
-    }
-
-    bool fIsPainted = false;
-};
-
 /// A shown panel that fetches nothing by itself.
 class ShownPanel
 {
@@ -120,8 +99,9 @@ public:
         emit widget.disconnected(nullptr);
         widget.findChild<Graph*>()->setPlay(false);
         widget.resetTree();
-        widget.resize(1200, 700);
+        widget.resize(2000, 700);
         widget.show();
+        widget.findChild<QSplitter*>()->setSizes({1100, 900}); // every column is in sight
         tree->sortByColumn(Widget::fColName, Qt::AscendingOrder);
         paint.settle();
     }
@@ -196,35 +176,60 @@ void rebuildGlimmet(benchmark::State& state)
     });
 }
 
-/// A shown table of the toolkit's own, in the place and of the size that the panel gives its.
+/// A shown table of the toolkit's own, of the size that the panel gives its, and as much in sight.
 class BareTable
 {
 public:
     BareTable()
     {
-        tree.setColumnCount(6);
-        tree.resize(600, 600);
+        const ShownPanel panel(Keys(100));
+        tree.setColumnCount(panel.tree->columnCount());
+        for (int column = 0; column < panel.tree->columnCount(); ++column)
+            tree.setColumnWidth(column, panel.tree->columnWidth(column));
+        tree.resize(panel.tree->size());
         tree.show();
         paint.settle();
     }
 
+    /// Makes a button for each row, and puts those of the rows in sight into their cells. (The
+    /// panel makes those beyond the first RowButtons::fLimit when they come into sight.)
+    void makeButtons(const Keys& keys)
+    {
+        const int count = static_cast<int>(keys.records().size());
+        for (int row = 0; row < count; ++row) {
+            Color& color = keys.records()[static_cast<std::size_t>(row)]->color;
+            fButtons.push_back(std::make_unique<ColorButton>(color, nullptr));
+        }
+        for (int row = 0; row < count; ++row) {
+            const QRect cell = tree.visualRect(tree.model()->index(row, Widget::fColColor));
+            if (!cell.intersects(tree.viewport()->rect()))
+                break;
+            ColorButton& button = *fButtons[static_cast<std::size_t>(row)];
+            button.setParent(tree.viewport());
+            button.move(cell.topLeft());
+            button.show();
+        }
+    }
+    void deleteButtons() { fButtons.clear(); }
+
     QTreeWidget tree;
     PaintWatch paint{tree.viewport()};
+
+private:
+    std::vector<std::unique_ptr<ColorButton>> fButtons;
 };
 
-/// The least that a new table takes: the old rows and buttons go, the new ones come, as many
-/// buttons as there are rows, though nobody places them, and the view paints what is in sight.
+/// The least that a new table takes: the old rows and buttons go, the new ones come, and the view
+/// paints what is in sight.
 void rebuildBare(benchmark::State& state)
 {
     const Keys keys(rowsOf(state));
     BareTable table;
-    std::vector<std::unique_ptr<ColorButton>> buttons;
     const auto rebuild = [&] {
-        buttons.clear();
+        table.deleteButtons();
         table.tree.clear();
         table.tree.addTopLevelItems(makeItems(keys));
-        for (const auto& record : keys.records())
-            buttons.push_back(std::make_unique<ColorButton>(record->color, nullptr));
+        table.makeButtons(keys);
         table.paint.settle();
     };
     rebuild();
@@ -259,6 +264,7 @@ void passBare(benchmark::State& state)
     BareTable table;
     const QList<QTreeWidgetItem*> items = makeItems(keys);
     table.tree.addTopLevelItems(items);
+    table.makeButtons(keys);
     // The first writes of new items search for their rows.
     writeCells(keys, items);
     table.paint.settle();
@@ -380,13 +386,10 @@ const std::vector<Ratio> ratios{
 
 constexpr int sharedKeys = 1000;
 
-/// Changes all keys of the server every 100 ms, in a process of its own, which the caller ends.
-pid_t startWriter(const RedisServer& server)
+/// Changes all keys of the server every 100 ms, for ever.
+[[noreturn]] void writeKeys(const RedisServer& server)
 {
-    const pid_t writer = ::fork();
-    if (writer != 0)
-        return writer;
-    for (long generation = 0; ::getppid() != 1; ++generation) {
+    for (long generation = 0;; ++generation) {
         std::vector<std::string> words{"MSET"};
         for (int i = 0; i < sharedKeys; ++i) {
             words.push_back(aliasOf(i, sharedKeys));
@@ -395,7 +398,6 @@ pid_t startWriter(const RedisServer& server)
         server.command(words);
         ::usleep(100000); // the robot's own pace, which the share is measured at
     }
-    ::_exit(0);
 }
 
 void printShare(int sortColumn, const char* sortedBy, const RedisServer& server, int seconds)
@@ -431,10 +433,11 @@ void printShare(int sortColumn, const char* sortedBy, const RedisServer& server,
 int share(int seconds)
 {
     const RedisServer server;
-    const pid_t writer = startWriter(server);
+    const int atMost = 2 * seconds + patience / 1000;
+    const ForkedAction writer([&server]() -> int { writeKeys(server); }, atMost);
     printShare(Widget::fColName, "name", server, seconds);
     printShare(Widget::fColValue, "value", server, seconds);
-    return ::kill(writer, SIGKILL);
+    return 0;
 }
 
 } // namespace

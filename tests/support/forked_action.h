@@ -7,18 +7,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Runs an action in a process of its own: one that could end the process, or never return. Ended
-/// when it takes longer than a test has. Beware of locks that other threads hold at the start.
+/// Runs an action in a process of its own: one that could end the process, or never return. Beware
+/// of locks that other threads hold at the start.
 class ForkedAction
 {
 public:
-    /// The action's result is the exit status.
+    /// The action's result is the exit status. It is ended after `seconds`.
     template <class Action>
-    explicit ForkedAction(Action action) : fPid(fork())
+    explicit ForkedAction(Action action, unsigned seconds = patience / 1000) : fPid(fork())
     {
         if (fPid != 0)
             return;
-        ::alarm(patience / 1000);
+        ::alarm(seconds);
         ::_exit(action());
     }
     ~ForkedAction()
