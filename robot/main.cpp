@@ -5,7 +5,9 @@
 #include <kit/output.h>
 #include <kit/program.h>
 
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -30,7 +32,6 @@ int run(RobotArguments arguments)
 int main(int argc, char** argv)
 {
     kit::prepareProcess();
-    return kit::runProgram("tarvek-robot", [&] {
-        return run(parseArguments({argv + 1, argv + argc}));
-    });
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    return kit::runProgram("tarvek-robot", [&] { return run(parseArguments(words)); });
 }

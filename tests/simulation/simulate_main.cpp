@@ -5,6 +5,8 @@
 #include <kit/program.h>
 
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -48,7 +50,6 @@ int run(const SimulateOptions& options)
 int main(int argc, char** argv)
 {
     kit::prepareProcess();
-    return kit::runProgram("scripts/simulate", [&] {
-        return run(readSimulateOptions({argv + 1, argv + argc}));
-    });
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    return kit::runProgram("scripts/simulate", [&] { return run(readSimulateOptions(words)); });
 }

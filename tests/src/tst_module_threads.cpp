@@ -48,17 +48,15 @@ private:
 std::vector<std::function<void()>> everydayWork(Module& module)
 {
     const boost::shared_ptr<Model> model = module.fModel;
+    const std::vector<std::string> watched = {"a1", "a7"};
+    const std::vector<std::string> graphed = {"a5", "a1"};
     return {
         [&module] { module.getDatas(true); },
         [&module] { module.getDatas(false); },
         [&module] { module.watchStmVal("a5", true); },
         [&module] { module.graphStmVal("a7", false); },
-        [&module] {
-            module.watchStmVals({"a1", "a7"}, false);
-        },
-        [&module] {
-            module.graphStmVals({"a5", "a1"}, true);
-        },
+        [&module, watched] { module.watchStmVals(watched, false); },
+        [&module, graphed] { module.graphStmVals(graphed, true); },
         [model] { model->refreshSTMVal("k3", ZoValue(0.5)); },
         [model] {
             model->addSTMVal("k3", "more");
