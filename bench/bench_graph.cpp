@@ -358,8 +358,9 @@ void registerAll()
     for (const auto& size : sizes) {
         for (const auto& [name, maker] : subjects())
             benchmark::RegisterBenchmark(
+                // NOLINTNEXTLINE(readability-redundant-string-cstr): older libraries take no string
                 ("paint/" + name + "/" + sizeName(size)).c_str(),
-                [maker = maker, size](benchmark::State& state) { paint(state, maker, size); })
+                [make = maker, size](benchmark::State& state) { paint(state, make, size); })
                 ->Unit(benchmark::kMicrosecond);
     }
     benchmark::RegisterBenchmark("sample", sample)

@@ -24,7 +24,8 @@ bool bindTo(int port, const Descriptor& socket)
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
-    return ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    return socket.get() >= 0 &&
+           ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
 [[noreturn]] void throwNoPort()

@@ -135,7 +135,7 @@ void Module::getListDatas(std::vector<std::string>& keys)
         for (int i = 0; i < list.getSize(); ++i)
             keys.push_back(list[i].asString());
     } catch (const ZoError& error) {
-        std::cerr << error.toString() << std::endl;
+        std::cerr << error.toString() << '\n';
     }
 }
 

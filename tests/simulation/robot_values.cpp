@@ -27,9 +27,9 @@ Form formOf(ValueId id)
 ValueId numberIn(std::string_view text)
 {
     ValueId number = strange;
-    const char* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, number);
-    return read.ec == std::errc() && read.ptr == end ? number : strange;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = read.ptr == text.data() + text.size();
+    return read.ec == std::errc() && isWhole ? number : strange;
 }
 
 std::string_view without(std::string_view text, std::size_t front, std::size_t back)

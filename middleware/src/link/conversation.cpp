@@ -17,7 +17,7 @@ LinkAction::Write Conversation::nextSlice()
 {
     const SharedText& bytes = fTurn->inquiry->bytes();
     const std::size_t size = std::min(fSlice, bytes->size() - fTurn->offset);
-    const LinkAction::Write slice{fConnection, bytes, fTurn->offset, size};
+    LinkAction::Write slice{fConnection, bytes, fTurn->offset, size};
     fTurn->offset += size;
     return slice;
 }

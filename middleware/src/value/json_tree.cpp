@@ -112,7 +112,8 @@ bool readArray(ondemand::value& source, int depth, ZoValue& value, std::int64_t&
     ZoValue::Elements values;
     for (auto element : array) {
         ondemand::value inner;
-        if (--elements < 0 || element.get(inner) ||
+        --elements;
+        if (elements < 0 || element.get(inner) ||
             !read(inner, depth, values.emplace_back(), elements))
             return false;
     }
