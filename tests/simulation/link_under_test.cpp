@@ -19,6 +19,15 @@ std::string text(ConnectionId connection)
     return std::to_string(connection);
 }
 
+/// A machine that needs memory here ends the program.
+template <class Event>
+void withoutMemory(Event event)
+{
+    Heap::failIn(0);
+    event();
+    Heap::failIn(-1);
+}
+
 } // namespace
 
 LinkUnderTest::LinkUnderTest(World& world, const Settings& settings, std::uint32_t seed)
@@ -172,7 +181,7 @@ void LinkUnderTest::giveUpCall()
         exchange = stranger; // it had ended before
     }
     fWorld.trace.line([&] { return "given up: " + exchange->name(); });
-    report([&](Time now) { fMachine.givenUp(now, exchange); },
+    report([&](Time now) { withoutMemory([&] { fMachine.givenUp(now, exchange); }); },
            [&] { fExpected.givenUp(exchange); });
 }
 
@@ -186,7 +195,8 @@ void LinkUnderTest::wake()
 void LinkUnderTest::failed()
 {
     fWorld.trace.line([] { return "the driver fails"; });
-    report([&](Time now) { fMachine.failed(now); }, [&] { fExpected.failed(); });
+    report([&](Time now) { withoutMemory([&] { fMachine.failed(now); }); },
+           [&] { fExpected.failed(); });
 }
 
 void LinkUnderTest::reconnect(const Settings& settings)
@@ -200,7 +210,8 @@ void LinkUnderTest::reconnect(const Settings& settings)
 void LinkUnderTest::stop()
 {
     fWorld.trace.line([] { return "stop"; });
-    report([&](Time now) { fMachine.stop(now); }, [&] { fExpected.stop(); });
+    report([&](Time now) { withoutMemory([&] { fMachine.stop(now); }); },
+           [&] { fExpected.stop(); });
 }
 
 void LinkUnderTest::eventOfOtherConnection()

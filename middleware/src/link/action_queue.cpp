@@ -9,16 +9,24 @@ namespace zo {
 
 namespace {
 
-// At most all connections of a race are closed, and a handful of other things done.
+// At most all connections of a race are closed, and a handful of other things wait to be done.
 constexpr std::size_t mostBesideCalls = AddressRace::fMostAddresses + 8;
 
 } // namespace
 
 void ActionQueue::reserve(std::size_t calls)
 {
-    const std::size_t room = fActions.size() + mostBesideCalls + calls;
-    if (fActions.capacity() < room)
-        fActions.reserve(2 * room);
+    fActions.reserve(fActions.size() + mostBesideCalls + calls);
+}
+
+// Events that are reported while actions are done ask for others: those that are taken make room.
+void ActionQueue::push(LinkAction::Any action) noexcept
+{
+    if (fActions.size() == fActions.capacity()) {
+        fActions.erase(fActions.begin(), fActions.begin() + static_cast<std::ptrdiff_t>(fTaken));
+        fTaken = 0;
+    }
+    fActions.push_back(std::move(action));
 }
 
 std::optional<LinkAction::Any> ActionQueue::next() noexcept

@@ -15,7 +15,7 @@ class ActionQueue
 public:
     /// Makes room for what any one event asks for, and for the ends of `calls` calls.
     void reserve(std::size_t calls);
-    void push(LinkAction::Any action) noexcept { fActions.push_back(std::move(action)); }
+    void push(LinkAction::Any action) noexcept;
     std::optional<LinkAction::Any> next() noexcept;
 
 private:
