@@ -70,6 +70,7 @@ void TestLinkAttempts::familiesTakeTurns()
     for (std::size_t i = 1; i < texts.size(); ++i)
         bench.close("refused");
     std::vector<std::string> order;
+    order.reserve(bench.connects.size());
     for (const auto& connect : bench.connects)
         order.push_back(connect.address.address().to_string());
     QCOMPARE(order,

@@ -65,7 +65,7 @@ private:
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(fRandom); }
 
     template <class Event>
-    void event(Event happen)
+    void event(const Event& happen)
     {
         {
             const MemoryShortage shortage(fIsShort ? upTo(4) : -1);

@@ -72,7 +72,7 @@ void TestZoValue::aValueMayBecomeOneOfItsOwnElements()
     array[1] = std::string(100, 'x'); // too long to be stored in the value itself
     array[2] = inner;
     for (int i = 0; i < array.getSize(); ++i) {
-        const ZoValue expected = array[i];
+        const ZoValue& expected = array[i];
         ZoValue copied = array;
         copied = copied[i];
         QCOMPARE(copied, expected);
