@@ -349,14 +349,15 @@ void TestDesktop::aWindowIsDeletedOnlyWhenItsDialogsAreDone()
 {
     fLine = robotLine(*fRobot);
     start();
-    const QPointer<MainWindow> closed = window();
+    MainWindow* const shown = window();
+    const QPointer<MainWindow> closed = shown;
     const ModalDriver rescue; // which is a failure
     // A dialog on the stack of a nested loop inside a nested loop, as panels run them.
-    QTimer::singleShot(0, closed, [closed] {
-        QDialog outer(closed);
-        QTimer::singleShot(0, &outer, [&outer, closed] {
+    QTimer::singleShot(0, shown, [shown] {
+        QDialog outer(shown);
+        QTimer::singleShot(0, &outer, [&outer, shown] {
             QDialog inner(&outer);
-            QTimer::singleShot(0, &inner, [closed] { closed->close(); });
+            QTimer::singleShot(0, &inner, [shown] { shown->close(); });
             inner.exec();
         });
         outer.exec();

@@ -201,7 +201,7 @@ void TestConnectionBar::offersToConnectAgainOnlyWhenRefused()
     ConnectionBar bar("robot:1", nullptr);
     bar.show();
     auto* button = bar.findChild<QPushButton*>("connectAgain");
-    QVERIFY(button && !button->isVisible());
+    QVERIFY(!button->isVisible());
     QSignalSpy again(&bar, &ConnectionBar::connectAgainRequested);
     bar.showState(down("It fell over."));
     QVERIFY(!button->isVisible());
