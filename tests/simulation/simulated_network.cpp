@@ -206,7 +206,7 @@ void SimulatedNetwork::deliver(ConnectionId connection)
     if (condition.isSilent)
         return;
     const std::size_t waiting = wire->session.answers.waiting();
-    if (waiting == 0 && wire->session.hangsUp)
+    if (waiting == 0) // then it was the end that was to come
         return endWire(connection, hungUp);
     fLink.received(connection, wire->session.answers.arrive(sizeOfPiece(waiting)));
     if (Wire* const still = find(connection))
@@ -252,6 +252,7 @@ void SimulatedNetwork::resume()
 void SimulatedNetwork::breakAll(bool isPolite)
 {
     std::vector<ConnectionId> all;
+    all.reserve(fWires.size());
     for (const auto& wire : fWires)
         all.push_back(wire->id);
     for (const ConnectionId connection : all) {

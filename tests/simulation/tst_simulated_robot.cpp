@@ -32,6 +32,7 @@ public:
         address.sin_port = htons(static_cast<std::uint16_t>(port));
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         fIsOpen =
+            fSocket.get() >= 0 &&
             ::connect(fSocket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     }
 

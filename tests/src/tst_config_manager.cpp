@@ -428,7 +428,7 @@ void TestConfigManager::anEntryWithoutNameOrAliasNeverReturns()
     const QByteArray whole = "<stm_value name='w' alias='w'/>";
     writeBytes(path("given.xml"), "<stm_viewer>" + whole + entry + whole + "</stm_viewer>");
     ForkedAction child([this] { return endOfLoad(path("given.xml")); });
-    QCOMPARE(static_cast<LoadEnd>(child.waitForExit()), returns ? RETURNED : RETRIES);
+    QCOMPARE(child.waitForExit(), int(returns ? RETURNED : RETRIES));
 }
 
 void TestConfigManager::aFileEndsAtItsFirstZeroByte()
