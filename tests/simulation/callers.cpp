@@ -60,6 +60,8 @@ std::shared_ptr<Exchange> Callers::make(const LinkSettings& settings, bool isLat
         askForNames(call);
     else
         storeValues(call);
+    require(told(*call.exchange) == "nothing", "a caller is told nothing before the end",
+            [&] { return call.exchange->name(); });
     fCalls.push_back(call);
     fAll.push_back(call.exchange);
     return call.exchange;

@@ -19,23 +19,18 @@ void ActionQueue::reserve(std::size_t calls)
     fActions.reserve(fActions.size() + mostBesideCalls + calls);
 }
 
-// Events that are reported while actions are done ask for others: those that are taken make room.
+// Those that are taken make room for it.
 void ActionQueue::push(LinkAction::Any action) noexcept
 {
-    if (fActions.size() == fActions.capacity()) {
-        fActions.erase(fActions.begin(), fActions.begin() + static_cast<std::ptrdiff_t>(fTaken));
-        fTaken = 0;
-    }
+    fActions.erase(fActions.begin(), fActions.begin() + static_cast<std::ptrdiff_t>(fTaken));
+    fTaken = 0;
     fActions.push_back(std::move(action));
 }
 
 std::optional<LinkAction::Any> ActionQueue::next() noexcept
 {
-    if (fTaken == fActions.size()) {
-        fActions.clear();
-        fTaken = 0;
+    if (fTaken == fActions.size())
         return {};
-    }
     return std::move(fActions[fTaken++]);
 }
 

@@ -8,8 +8,8 @@ namespace zo {
 
 namespace {
 
-/// The same addresses, those of the two families in turn, each family in its order.
-std::vector<LinkAddress> interleaved(const std::vector<LinkAddress>& addresses)
+/// The first of these addresses, those of the two families in turn, each family in its order.
+std::vector<LinkAddress> courseOf(const std::vector<LinkAddress>& addresses)
 {
     std::vector<LinkAddress> families[2];
     for (const LinkAddress& address : addresses)
@@ -21,17 +21,17 @@ std::vector<LinkAddress> interleaved(const std::vector<LinkAddress>& addresses)
                 result.push_back(family[i]);
         }
     }
+    result.resize(std::min(result.size(), AddressRace::fMostAddresses));
     return result;
 }
 
 } // namespace
 
 AddressRace::AddressRace(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time)
-    : fAddresses(interleaved(addresses))
+    : fAddresses(courseOf(addresses)),
+      fPause(std::min<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()), fLead))
 {
-    fAddresses.resize(std::min(fAddresses.size(), fMostAddresses));
     fRunning.reserve(fAddresses.size());
-    fPause = std::min<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()), fLead);
 }
 
 std::optional<LinkAddress> AddressRace::next(Time now)

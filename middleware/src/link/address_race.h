@@ -37,11 +37,11 @@ public:
     Time nextAt() const { return fNext < fAddresses.size() ? fNextAt : Time::max(); }
 
 private:
-    std::vector<LinkAddress> fAddresses;
+    const std::vector<LinkAddress> fAddresses;
     std::size_t fNext = 0;
     Time fNextAt = Time::min();
-    std::chrono::nanoseconds fPause;    ///< between two starts
-    std::vector<ConnectionId> fRunning; ///< has room for all: `started` cannot fail
+    const std::chrono::nanoseconds fPause; ///< between two starts
+    std::vector<ConnectionId> fRunning;    ///< has room for all: `started` cannot fail
 };
 
 } // namespace zo
