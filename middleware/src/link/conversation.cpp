@@ -24,6 +24,8 @@ LinkAction::Write Conversation::nextSlice()
 
 std::optional<LinkAction::Write> Conversation::written(Time now)
 {
+    if (!fTurn)
+        return {};
     fTurn->silentSince = now;
     if (fTurn->offset <= fSlice && !fTurn->isAnswered)
         fTurn->askedAt = now;

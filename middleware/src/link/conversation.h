@@ -28,7 +28,7 @@ public:
 
     /// Begins `inquiry`, and returns the first slice to send. None may be under way.
     LinkAction::Write begin(Time now, std::shared_ptr<const Inquiry> inquiry);
-    /// The slice is written: returns the next one to send, if any is left.
+    /// The slice is written, if one was: returns the next one to send, if any is left.
     std::optional<LinkAction::Write> written(Time now);
     /// What is wrong with the bytes: no reply, too large, or not asked for.
     ReplyProblem received(Time now, std::string_view bytes, RoundTrip& roundTrip);
