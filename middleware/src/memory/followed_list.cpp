@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: MIT
+#include "memory/followed_list.h"
+
+#include "memory/key_text.h"
+#include "memory/memory_arguments.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace zo {
+
+namespace {
+
+// A round for this call and one for the next.
+constexpr int mostCredit = 2;
+
+// What was written before three rounds in a row will be written before the next one, too: it is
+// read in each, so that what one command writes again and again is shown together, whichever of its
+// notices are here already. For a while also when none are: rounds may overtake them when the way
+// is blocked, or come close together behind.
+constexpr int scoreOfWritten = 2;
+constexpr int scoreOfRegular = 3 * scoreOfWritten;
+constexpr int mostScore = 2 * scoreOfRegular;
+
+} // namespace
+
+FollowedList::FollowedList(const ZoValue& request, FollowedValues& values) : fValues(values)
+{
+    const int count = requestedCount(request);
+    fSlotOf.reserve(count);
+    std::vector<std::string> keys;
+    std::unordered_map<std::string, int> slots;
+    for (int i = 0; i < count; ++i) {
+        const std::string& key = requestedKey(request, i);
+        if (!canBeKey(key)) {
+            fSlotOf.push_back(-1);
+            continue;
+        }
+        const auto [slot, isNew] = slots.try_emplace(key, static_cast<int>(slots.size()));
+        fSlotOf.push_back(slot->second);
+        if (isNew)
+            fSlots.push_back({fValues.acquire(key)});
+    }
+    fAnswer.resize(count);
+}
+
+void FollowedList::leave()
+{
+    for (const Slot& slot : fSlots)
+        fValues.release(slot.entry);
+    fSlots.clear();
+}
+
+bool FollowedList::isFor(const ZoValue& request) const
+{
+    if (requestedCount(request) != count())
+        return false;
+    for (int i = 0; i < count(); ++i) {
+        const std::string& key = requestedKey(request, i);
+        const int slot = fSlotOf[i];
+        if (slot < 0 ? canBeKey(key) : fSlots[slot].entry->first != key)
+            return false;
+    }
+    return true;
+}
+
+void FollowedList::called(Time now)
+{
+    fPace.called(now);
+    fCredit = std::min(fCredit + 1, mostCredit);
+    // A round that should have begun by now is late.
+    fIsUrgent = fIsUrgent || fBeginAt <= now || !isFollowed();
+    fBeginAt = isFollowed() ? fPace.beginOfRound() : Time::max();
+}
+
+void FollowedList::hurry(Time now)
+{
+    const bool servesNext = now + fPace.freshness() >= now + fPace.period();
+    if (fCredit == mostCredit || servesNext)
+        fIsUrgent = true;
+}
+
+bool FollowedList::isShared() const
+{
+    return std::any_of(fSlots.begin(), fSlots.end(), [](const Slot& slot) {
+        const FollowedValue& followed = slot.entry->second;
+        return followed.lists > 1 && followed.readAt > 0;
+    });
+}
+
+std::optional<ZoValue::Elements> FollowedList::answer(Time now, std::uint64_t lastWrite)
+{
+    const bool isNew = fHasAnswer && fRequested > lastWrite;
+    if (!isNew || now - fArrived > fPace.freshness())
+        return {};
+    if (fFailure.empty())
+        return fAnswer;
+    fHasAnswer = false;
+    throw ServerRefusal{std::exchange(fFailure, {})};
+}
+
+FollowedList::Time FollowedList::beginsAt() const
+{
+    if (!isRefused() && static_cast<int>(fUnderWay.size()) >= fPace.mostUnderWay())
+        return Time::max();
+    if (isRefused() || (fIsUrgent && fCredit > 0))
+        return Time::min();
+    return fCredit > 0 ? fBeginAt : Time::max();
+}
+
+std::shared_ptr<Round> FollowedList::begin(Time now, bool canTell, Places& places)
+{
+    const bool isMore = isRefused();
+    ++fBegun;
+    auto round = std::make_shared<Round>(plan(now, canTell, places.newest()), places, now);
+    fUnderWay.push_back({round, fBegun, isMore});
+    if (isMore)
+        return round;
+    --fCredit;
+    if (!std::exchange(fIsUrgent, false))
+        fBeginAt = Time::max();
+    return round;
+}
+
+std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Place newest)
+{
+    fKeys.clear();
+    fSingles = std::exchange(fRefused, {});
+    const bool isTold = canTell && isFollowed() && fNotices.pays(now);
+    const int written = countWritten();
+    if (fSingles.empty() && isTold) {
+        fNotices.told(written, static_cast<int>(fSlots.size()), now);
+        chooseChanged(now);
+    } else if (fSingles.empty()) {
+        chooseAll(now, canTell && !isFollowed());
+    }
+    fPlannedAt = newest;
+    const Telling telling = !canTell ? Telling::Unknown
+                            : isTold ? Telling::Wanted
+                                     : Telling::Refused;
+    const bool isSame = fPlan && fPlan->telling() == telling && fPlan->keys() == fKeys;
+    if (isSame && fSingles.empty())
+        return fPlan;
+    const auto fresh = std::make_shared<const RoundPlan>(fKeys, fSingles, telling);
+    fPlan = fSingles.empty() ? fresh : nullptr;
+    return fresh;
+}
+
+void FollowedList::choose(const Slot& slot, Time now)
+{
+    const FollowedValue& followed = slot.entry->second;
+    if (followed.isPaused(now))
+        return;
+    if (!followed.isForbidden)
+        fKeys.push_back(slot.entry);
+    else if (static_cast<int>(fSingles.size()) < fMostSingles)
+        fSingles.push_back(slot.entry);
+}
+
+// Whoever asks once reads what the link does not have, and one key at least, to hear from the
+// robot.
+void FollowedList::chooseAll(Time now, bool isOnce)
+{
+    for (std::size_t i = 0; i < fSlots.size(); ++i) {
+        const FollowedValue& followed = fSlots[i].entry->second;
+        if (!isOnce || i == 0 || !followed.isTold() || followed.writes > 0)
+            choose(fSlots[i], now);
+    }
+}
+
+int FollowedList::countWritten()
+{
+    int written = 0;
+    for (Slot& slot : fSlots) {
+        const bool isWritten = slot.entry->second.isWrittenSince(fPlannedAt);
+        slot.score = isWritten ? std::min(slot.score + scoreOfWritten, mostScore)
+                               : std::max(slot.score - 1, 0);
+        slot.isRegular = slot.score >= scoreOfRegular || (slot.isRegular && slot.score > 0);
+        written += isWritten ? 1 : 0;
+    }
+    return written;
+}
+
+// What is asked for already needs not be asked again: a notice that comes before the reply was sent
+// before the robot did what it replies to. But what the link writes may be behind that question.
+void FollowedList::chooseChanged(Time now)
+{
+    const int count = static_cast<int>(fSlots.size());
+    const int turn = fPace.turnOf(count);
+    for (int i = 0; i < count; ++i) {
+        Slot& slot = fSlots[i];
+        const FollowedValue& followed = slot.entry->second;
+        const bool isStale = !followed.isTold() && slot.askedBy <= fEnded;
+        if (!isStale && followed.writes == 0 && !slot.isRegular && !isInTurn(i, turn))
+            continue;
+        choose(slot, now);
+        slot.askedBy = fBegun;
+    }
+    fTurn = count > 0 ? (fTurn + turn) % count : 0;
+}
+
+bool FollowedList::isInTurn(int slot, int turn) const
+{
+    const int count = static_cast<int>(fSlots.size());
+    return (slot - fTurn + count) % count < turn;
+}
+
+void FollowedList::ended(const std::shared_ptr<Round>& round, bool isAnswered, std::uint64_t order,
+                         Time now, Pace::Duration trip)
+{
+    const auto found = std::find_if(fUnderWay.begin(), fUnderWay.end(),
+                                    [&](const UnderWay& one) { return one.round == round; });
+    if (found == fUnderWay.end())
+        return;
+    if (!isAnswered) {
+        fUnderWay.erase(found);
+        return;
+    }
+    found->isWhole = true;
+    found->order = order;
+    const int keys = static_cast<int>(round->plan()->keys().size());
+    fPace.answered(round->begin(), now, keys, trip);
+    while (!fUnderWay.empty() && fUnderWay.front().isWhole) {
+        const UnderWay whole = std::move(fUnderWay.front());
+        fUnderWay.pop_front();
+        take(whole, now);
+    }
+}
+
+void FollowedList::take(const UnderWay& whole, Time now)
+{
+    fEnded = whole.number;
+    RoundPlan::Keys refused = whole.round->giveTo(fValues, now);
+    fFailure = whole.round->failure();
+    if (fFailure.empty())
+        fRefused.insert(fRefused.end(), refused.begin(), refused.end());
+    const auto isMore = [](const UnderWay& one) { return one.isMore; };
+    if (fRefused.empty() && std::none_of(fUnderWay.begin(), fUnderWay.end(), isMore))
+        publish(whole, now);
+}
+
+void FollowedList::publish(const UnderWay& whole, Time now)
+{
+    std::uint64_t newest = fShown;
+    for (std::size_t i = 0; i < fSlotOf.size(); ++i) {
+        if (fSlotOf[i] < 0)
+            continue;
+        const FollowedValue& followed = fSlots[fSlotOf[i]].entry->second;
+        if (followed.version > fShown)
+            fAnswer[i] = followed.value;
+        newest = std::max(newest, followed.version);
+    }
+    fShown = newest;
+    fHasAnswer = true;
+    fArrived = now;
+    fRequested = whole.order;
+}
+
+void FollowedList::forget()
+{
+    fUnderWay.clear();
+    fRefused.clear();
+    fEnded = fBegun;
+    fHasAnswer = false;
+    fFailure.clear();
+    fPlannedAt = 0;
+}
+
+} // namespace zo
