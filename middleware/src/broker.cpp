@@ -4,7 +4,6 @@
 #include <zo/proxy.h>
 
 #include "link/link.h"
-#include "memory/following.h"
 #include "memory/forbidden_keys.h"
 #include "memory/local_memory.h"
 #include "memory/memory_methods.h"
@@ -19,8 +18,7 @@
 struct ZoBroker::Parts
 {
     std::string name;
-    std::shared_ptr<zo::Following> following; ///< null: lists are not followed
-    std::shared_ptr<zo::Link> link;           ///< null without a robot
+    std::shared_ptr<zo::Link> link; ///< null without a robot
     std::shared_ptr<zo::ForbiddenKeys> forbidden = std::make_shared<zo::ForbiddenKeys>();
     boost::shared_ptr<ZoProxy> memory = boost::make_shared<zo::LocalMemory>();
     std::chrono::system_clock::time_point since = std::chrono::system_clock::now();
@@ -38,7 +36,7 @@ struct ZoBroker::Parts
     {
         if (!link)
             return memory;
-        return boost::make_shared<zo::RemoteMemory>(link, forbidden, following);
+        return boost::make_shared<zo::RemoteMemory>(link, forbidden);
     }
 };
 
@@ -57,10 +55,8 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std:
                                              int port, const ZoBrokerOptions& options)
 {
     auto broker = create(name);
-    if (options.follow)
-        broker->fParts->following = std::make_shared<zo::Following>();
-    broker->fParts->link = std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name),
-                                                      broker->fParts->following);
+    broker->fParts->link =
+        std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name));
     return broker;
 }
 

@@ -58,8 +58,6 @@ void ExpectedLink::received(ConnectionId connection, const Arrival& arrival)
     if (!isTalking() || connection != fCurrent)
         return;
     fTraffic.received(fNow, arrival);
-    if (fHasGoneDown)
-        fTraffic.learnRoundTrip(fMachine.roundTrip()); // how far it had got, nobody can foresee
     if (failsHere())
         return;
     const bool isNoticed = fHasGoneDown && !fMachine.condition().isRefused;
@@ -74,10 +72,8 @@ void ExpectedLink::written(ConnectionId connection)
     if (!isTalking() || connection != fCurrent)
         return;
     fTraffic.written(fNow);
-    if (failsHere())
-        return;
-    fTraffic.sendOn(fNow);
-    goOn();
+    if (!failsHere())
+        goOn();
 }
 
 void ExpectedLink::goOn()
@@ -102,7 +98,7 @@ void ExpectedLink::judgeGreeting()
         return goDown(Stage::Refused, "login refused: NOAUTH");
     if (ping != Word::Fine && ping != Word::NoRight)
         return fail("not ready: ");
-    if (!fTraffic.takeGreeting(fNow))
+    if (!fTraffic.takeWhole(fNow))
         return;
     fStage = Stage::Up;
     fUpSince = fNow;

@@ -4,7 +4,6 @@
 
 #include <kit/program.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -14,23 +13,14 @@ namespace {
 constexpr std::uint64_t enoughForTable = 100000;
 constexpr std::uint64_t leastOfCell = 100;
 
-constexpr std::uint64_t enoughForShare = 10000;
-constexpr std::uint64_t leastPercentAnswered = 92;
-
-/// Whether there were no violations.
-bool judgeSchedules(const Tally& tally)
+int judge(const Tally& tally)
 {
+    printMet(tally);
     std::printf("%llu schedules, %llu violations, median of %llu events\n",
                 static_cast<unsigned long long>(tally.schedules),
                 static_cast<unsigned long long>(tally.violations),
                 static_cast<unsigned long long>(tally.medianEvents()));
-    return tally.violations == 0;
-}
-
-int judgeLink(const Tally& tally)
-{
-    printMet(tally);
-    bool isGood = judgeSchedules(tally);
+    bool isGood = tally.violations == 0;
     if (!tally.hasEvenWaits()) {
         std::printf("the waits between attempts are not spread evenly over their bounds\n");
         isGood = false;
@@ -44,22 +34,6 @@ int judgeLink(const Tally& tally)
     return isGood ? kit::exitDone : kit::exitFailed;
 }
 
-int judgeFollowers(const Tally& tally)
-{
-    bool isGood = judgeSchedules(tally);
-    const double percent = 100.0 * static_cast<double>(tally.steadyAnswered) /
-                           static_cast<double>(std::max<std::uint64_t>(tally.steadyCalls, 1));
-    std::printf("%llu steady calls, %.1f %% of them found an answer\n",
-                static_cast<unsigned long long>(tally.steadyCalls), percent);
-    const bool isRare = tally.steadyAnswered * 100 < tally.steadyCalls * leastPercentAnswered;
-    if (tally.schedules >= enoughForShare && (isRare || tally.steadyCalls == 0)) {
-        std::printf("less than %llu %% of steady calls found an answer\n",
-                    static_cast<unsigned long long>(leastPercentAnswered));
-        isGood = false;
-    }
-    return isGood ? kit::exitDone : kit::exitFailed;
-}
-
 int run(const SimulateOptions& options)
 {
     if (options.asksForHelp) {
@@ -68,8 +42,7 @@ int run(const SimulateOptions& options)
     }
     if (options.only)
         return runAlone(options) ? kit::exitDone : kit::exitFailed;
-    const Tally tally = runAll(options);
-    return options.runsFollowers ? judgeFollowers(tally) : judgeLink(tally);
+    return judge(runAll(options));
 }
 
 } // namespace

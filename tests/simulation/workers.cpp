@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/workers.h"
 
-#include "simulation/following_schedule.h"
 #include "simulation/schedule.h"
 #include "simulation/violation.h"
 
@@ -63,21 +62,12 @@ Thing* makeShared(std::size_t count)
     return things;
 }
 
-void runNumber(const SimulateOptions& options, std::uint64_t number, Tally& tally)
+void tell(std::uint64_t seed, std::uint64_t number, const char* what)
 {
-    if (options.runsFollowers)
-        runFollowingSchedule(options.seed, number, tally, options.isTraced);
-    else
-        runSchedule(options.seed, number, tally, options.isTraced);
-}
-
-void tell(const SimulateOptions& options, std::uint64_t number, const char* what)
-{
-    std::printf(
-        "violation in schedule %llu: %s\n  again: scripts/simulate %s--seed %llu --only %llu "
-        "--trace\n",
-        static_cast<unsigned long long>(number), what, options.runsFollowers ? "--followers " : "",
-        static_cast<unsigned long long>(options.seed), static_cast<unsigned long long>(number));
+    std::printf("violation in schedule %llu: %s\n  again: scripts/simulate --seed %llu --only %llu "
+                "--trace\n",
+                static_cast<unsigned long long>(number), what,
+                static_cast<unsigned long long>(seed), static_cast<unsigned long long>(number));
     std::fflush(stdout);
 }
 
@@ -143,7 +133,7 @@ private:
     void runOne(Tally& tally, std::uint64_t number)
     {
         try {
-            runNumber(fOptions, number, tally);
+            runSchedule(fOptions.seed, number, tally, false);
         } catch (const std::exception& violation) {
             ++tally.schedules;
             note(tally, number, violation.what());
@@ -154,7 +144,7 @@ private:
     {
         ++tally.violations;
         if (fOffice->told++ < mostTold)
-            tell(fOptions, number, what);
+            tell(fOptions.seed, number, what);
         if (fOptions.stopsAtFirst)
             fOffice->isOver = true;
     }
@@ -214,7 +204,7 @@ bool runAlone(const SimulateOptions& options)
 {
     static Tally tally;
     try {
-        runNumber(options, *options.only, tally);
+        runSchedule(options.seed, *options.only, tally, options.isTraced);
     } catch (const Violation& violation) {
         std::printf("violation in schedule %llu: %s\n",
                     static_cast<unsigned long long>(*options.only), violation.what());

@@ -31,15 +31,13 @@ auto madeFor(const LinkSettings& settings, Make make)
 
 } // namespace
 
-Link::Link(std::shared_ptr<const LinkSettings> settings, std::shared_ptr<LinkCompanion> companion)
+Link::Link(std::shared_ptr<const LinkSettings> settings)
     : fSettings(std::move(settings)),
       fState(sharedText(fSettings->peer.says("no connection within " +
-                                             inMilliseconds(fSettings->options.connectTimeout)))),
-      fCompanion(std::move(companion))
+                                             inMilliseconds(fSettings->options.connectTimeout))))
 {
     fDriver = madeFor(*fSettings, [this] {
-        return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState,
-                                            fPulse, fCompanion.get());
+        return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState);
     });
     fThread = startQuietThread([driver = fDriver.get()] { driver->run(); });
     try {
@@ -76,19 +74,14 @@ std::shared_ptr<const LinkSettings> Link::settings() const
     return fSettings;
 }
 
-void Link::run(const std::shared_ptr<Call>& call)
+void Link::run(const std::shared_ptr<Exchange>& exchange)
 {
     fState.throwIfDown();
-    fDriver->submit(call);
-    if (call->waitUntilDone(call->deadline().at + callGrace))
+    fDriver->submit(exchange);
+    if (exchange->waitUntilDone(exchange->deadline().at + callGrace))
         return;
-    fDriver->abandon(call);
-    throw error(call->lateness());
-}
-
-void Link::nudge()
-{
-    fDriver->nudge();
+    fDriver->abandon(exchange);
+    throw error(exchange->lateness());
 }
 
 Deadline Link::deadlineFor(int keys) const

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/inquiry.h"
+#include "link/shared_text.h"
 
 #include <zo/value.h>
 
 #include <string>
-#include <vector>
 
 namespace zo {
 
@@ -19,8 +18,8 @@ void checkStorable(const std::string& key, const std::string& text);
 struct StoreRequest
 {
     SharedText bytes;
-    Inquiry::Parts parts; ///< its commands
-    std::vector<std::string> keys;
+    int commands = 0;
+    int pairs = 0;
 };
 
 /// The pairs of setListData, encoded. Throws ZoError when one of them cannot be stored.

@@ -74,12 +74,12 @@ WholeElement wholeElement(std::string_view bytes)
 
 } // namespace
 
-void ReplyReader::expect(int replies, ReplySink& sink, const ReplyProgress& before)
+void ReplyReader::expect(int replies, ReplySink& sink)
 {
     fSink = &sink;
+    fReply = 0;
     fMissing = replies;
-    fAnswer = before;
-    fBefore = before.replies;
+    fReplySize = {};
 }
 
 std::string_view ReplyReader::read(std::string_view bytes)
@@ -137,7 +137,7 @@ void ReplyReader::readType(std::string_view& bytes)
     if (fMessage == Message::None) {
         fMessage = fType == '>' ? Message::Push : Message::Reply;
         fElements = 0;
-        fPush = {};
+        fPushSize = {};
     }
     fAwaited = Awaited::Line;
 }
@@ -322,22 +322,22 @@ void ReplyReader::endMessage()
 {
     if (std::exchange(fMessage, Message::None) != Message::Reply)
         return;
-    ++fAnswer.replies;
+    ++fReply;
     --fMissing;
 }
 
 void ReplyReader::spend(std::size_t bytes)
 {
-    progressOfMessage().taken += bytes;
-    if (progressOfMessage().taken > ReplyLimits::fMaxReply)
+    sizeSoFar().taken += bytes;
+    if (sizeSoFar().taken > ReplyLimits::fMaxReply)
         refuse(nameOfMessage() + " is larger than " + inMebibytes(ReplyLimits::fMaxReply));
 }
 
 // Nobody waits for ever for what is thrown away.
 void ReplyReader::spendSkipped(std::size_t bytes)
 {
-    progressOfMessage().skipped += bytes;
-    if (progressOfMessage().skipped > ReplyLimits::fMaxSkipped)
+    sizeSoFar().skipped += bytes;
+    if (sizeSoFar().skipped > ReplyLimits::fMaxSkipped)
         refuse(nameOfMessage() + " has more than " + inMebibytes(ReplyLimits::fMaxSkipped) +
                " of texts too large to be kept");
 }
@@ -351,7 +351,7 @@ ReplySink* ReplyReader::listener() const
 
 ReplyPlace ReplyReader::place() const
 {
-    return {fAnswer.replies, fDepth, fDepth > 0 ? fLevels[fDepth - 1].index : 0};
+    return {fReply, fDepth, fDepth > 0 ? fLevels[fDepth - 1].index : 0};
 }
 
 std::string ReplyReader::nameOfPiece() const
