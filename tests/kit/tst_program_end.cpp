@@ -10,7 +10,6 @@
 
 #include <QtTest>
 
-#include <csignal>
 #include <fcntl.h>
 #include <functional>
 #include <unistd.h>
@@ -44,8 +43,6 @@ private slots:
     void aClosedOutputEndsItWithoutAWord();
     void aWriteIntoAClosedPipeIsNoEnd();
     void whatItOpensTakesNoClosedStream();
-    void stopSignalsEndItWell_data();
-    void stopSignalsEndItWell();
 };
 
 void TestProgramEnd::theStatusIsThatOfTheProgram()
@@ -100,24 +97,6 @@ void TestProgramEnd::whatItOpensTakesNoClosedStream()
         return opened > STDERR_FILENO && ::write(STDOUT_FILENO, "x", 1) < 0 ? 0 : 1;
     });
     QCOMPARE(action.waitForExit(), 0);
-}
-
-void TestProgramEnd::stopSignalsEndItWell_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::newRow("interrupt") << SIGINT;
-    QTest::newRow("terminate") << SIGTERM;
-}
-
-void TestProgramEnd::stopSignalsEndItWell()
-{
-    QFETCH(int, number);
-    ForkedAction action([number] {
-        kit::endWellOnStopSignals();
-        ::raise(number);
-        return 1;
-    });
-    QCOMPARE(action.waitForExit(), kit::exitDone);
 }
 
 REGISTER_TEST(TestProgramEnd, NoApplication)
