@@ -96,13 +96,22 @@ public:
         machine.closed(now, newest(), problem);
         settle();
     }
+    /// From a connection that is under way on.
+    void comeUp()
+    {
+        connect();
+        if (!handshakes.empty() && handshakes.back() == newest()) {
+            machine.secured(now, newest());
+            settle();
+        }
+        finishWrite();
+        receive("+PONG\r\n+OK\r\n");
+    }
     /// From a look-up that is under way on.
     void goUp()
     {
         answerLookUp();
-        connect();
-        finishWrite();
-        receive("+PONG\r\n+OK\r\n");
+        comeUp();
     }
     void startUp()
     {

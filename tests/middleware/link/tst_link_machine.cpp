@@ -24,6 +24,13 @@ ZoBrokerOptions withPassword()
     return options;
 }
 
+ZoBrokerOptions overTls()
+{
+    ZoBrokerOptions options;
+    options.tls = true;
+    return options;
+}
+
 /// A machine whose connection has just greeted.
 void greet(MachineBench& bench)
 {
@@ -37,6 +44,13 @@ void greet(MachineBench& bench)
 const std::vector<std::pair<const char*, void (*)(MachineBench&)>> ways = {
     {"looking up", [](MachineBench&) {}},
     {"connecting", [](MachineBench& bench) { bench.answerLookUp(); }},
+    {"securing",
+     [](MachineBench& bench) {
+         bench.machine.reconnect(bench.now, MachineBench::settingsFor(overTls()));
+         bench.settle();
+         bench.answerLookUp();
+         bench.connect();
+     }},
     {"greeting",
      [](MachineBench& bench) {
          bench.answerLookUp();
@@ -169,9 +183,7 @@ void TestLinkMachine::aRefusedLoginIsFinal()
 
 void TestLinkMachine::aRefusedCertificateIsFinal()
 {
-    ZoBrokerOptions options;
-    options.tls = true;
-    MachineBench bench(options);
+    MachineBench bench(overTls());
     bench.start();
     bench.answerLookUp();
     bench.connect();
@@ -239,6 +251,7 @@ void TestLinkMachine::reconnectingBeginsAnew()
     QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
     QVERIFY(contains(bench.cause(), "connecting anew"));
     QCOMPARE(bench.closes.size(), bench.connects.size());
+    QCOMPARE(bench.problems.size(), bench.sinks.size());
     for (const auto& call : bench.problems)
         QVERIFY(call.second == std::vector<std::string>{bench.cause()});
     bench.answerLookUp();
@@ -314,6 +327,7 @@ void TestLinkMachine::stoppingEndsEverything()
     bench.machine.stop(bench.now);
     bench.settle();
     QCOMPARE(bench.closes.size(), bench.connects.size());
+    QCOMPARE(bench.problems.size(), bench.sinks.size());
     for (const auto& call : bench.problems)
         QCOMPARE(call.second.size(), std::size_t{1});
     QVERIFY(bench.machine.wakeAt() == MachineBench::Time::max());
@@ -352,6 +366,7 @@ void TestLinkMachine::aDriverThatFailsIsALoss()
     QVERIFY(!bench.isUp());
     QVERIFY(contains(bench.cause(), "out of memory"));
     QCOMPARE(bench.closes.size(), bench.connects.size());
+    QCOMPARE(bench.problems.size(), bench.sinks.size());
     for (const auto& call : bench.problems)
         QCOMPARE(call.second.size(), std::size_t{1});
     const std::size_t connects = bench.connects.size();
@@ -359,9 +374,7 @@ void TestLinkMachine::aDriverThatFailsIsALoss()
         bench.pass(milliseconds(10));
         bench.answerLookUp();
     }
-    bench.connect();
-    bench.finishWrite();
-    bench.receive("+PONG\r\n+OK\r\n");
+    bench.comeUp();
     QVERIFY(bench.isUp());
 }
 
