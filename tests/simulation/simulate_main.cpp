@@ -31,6 +31,10 @@ int judge(const Tally& tally)
                     static_cast<unsigned long long>(leastOfCell));
         isGood = false;
     }
+    if (const int impossible = tally.impossibleCellsMet()) {
+        std::printf("%d cells that are impossible were met\n", impossible);
+        isGood = false;
+    }
     return isGood ? kit::exitDone : kit::exitFailed;
 }
 

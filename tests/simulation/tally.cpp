@@ -8,15 +8,21 @@ namespace {
 
 constexpr std::uint64_t enoughWaits = 20000;
 
-template <class Count>
-void forEachPossible(const Tally& tally, Count count)
+bool isPossible(int fault, int doing)
 {
+    return !whyImpossible(static_cast<Fault>(fault), static_cast<LinkDoing>(doing));
+}
+
+/// How many cells of faults there are for which `holds(isPossible, how often they were met)`.
+template <class Holds>
+int countCells(const Tally& tally, Holds holds)
+{
+    int cells = 0;
     for (int fault = 1; fault < faults; ++fault) {
-        for (int doing = 0; doing < linkDoings; ++doing) {
-            if (!whyImpossible(static_cast<Fault>(fault), static_cast<LinkDoing>(doing)))
-                count(tally.met[fault][doing]);
-        }
+        for (int doing = 0; doing < linkDoings; ++doing)
+            cells += holds(isPossible(fault, doing), tally.met[fault][doing]) ? 1 : 0;
     }
+    return cells;
 }
 
 } // namespace
@@ -61,9 +67,15 @@ bool Tally::hasEvenWaits() const
 
 int Tally::cellsBelow(std::uint64_t least) const
 {
-    int below = 0;
-    forEachPossible(*this, [&](std::uint64_t count) { below += count < least ? 1 : 0; });
-    return below;
+    return countCells(*this, [least](bool isPossible, std::uint64_t count) {
+        return isPossible && count < least;
+    });
+}
+
+int Tally::impossibleCellsMet() const
+{
+    return countCells(
+        *this, [](bool isPossible, std::uint64_t count) { return !isPossible && count > 0; });
 }
 
 void printMet(const Tally& tally)
@@ -76,10 +88,10 @@ void printMet(const Tally& tally)
         std::printf("%-22s", nameOf(static_cast<Fault>(fault)));
         for (int doing = 0; doing < linkDoings; ++doing) {
             const auto count = tally.met[fault][doing];
-            if (whyImpossible(static_cast<Fault>(fault), static_cast<LinkDoing>(doing)))
-                std::printf("%9s", count == 0 ? "-" : "- (met!)");
-            else
+            if (isPossible(fault, doing))
                 std::printf("%9llu", static_cast<unsigned long long>(count));
+            else
+                std::printf("%9s", count == 0 ? "-" : "- (met!)");
         }
         std::printf("\n");
     }

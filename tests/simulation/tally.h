@@ -29,6 +29,8 @@ struct Tally
     bool hasEvenWaits() const;
     /// How many possible cells were met less than `least` times.
     int cellsBelow(std::uint64_t least) const;
+    /// How many cells were met that `whyImpossible` says cannot be.
+    int impossibleCellsMet() const;
 };
 
 /// Writes fault by doing on the standard output; impossible cells are "-".
