@@ -9,6 +9,7 @@
 
 #include <zo/error.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -69,7 +70,8 @@ private:
         const auto settings = fLink.settings();
         const ZoBrokerOptions& options = settings->options;
         const auto keys = static_cast<std::chrono::microseconds::rep>(fNames.size());
-        return Deadline::after(fStart, options.keyListTimeout + options.timeoutPerKey * keys);
+        const auto allowed = std::max(options.keyListTimeout, options.exchangeTimeout);
+        return Deadline::after(fStart, allowed + options.timeoutPerKey * keys);
     }
 
     Link& fLink;

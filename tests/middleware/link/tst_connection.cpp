@@ -87,6 +87,7 @@ private slots:
     void whatTheServerSentIsQuotedWithoutThePassword();
     void anErrorForOneChunkKeepsTheLink();
     void aKeyListThatNeverEndsIsGivenUpInTime();
+    void aKeyListMayTakeAtLeastAsLongAsOneAnswer();
     void aKeyListThatGrowsForEverIsGivenUp();
     void aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes();
     void aBadKeyListEndsTheLink_data();
@@ -293,6 +294,19 @@ void TestConnection::aKeyListThatNeverEndsIsGivenUpInTime()
     ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(300))));
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "no reply to SCAN within 320 ms"), error.c_str());
+}
+
+void TestConnection::aKeyListMayTakeAtLeastAsLongAsOneAnswer()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        connection.waitForEnd();
+    });
+    ZoBrokerOptions options = quietOptions(milliseconds(300));
+    options.keyListTimeout = milliseconds(1);
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), options));
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "no reply to SCAN within 300 ms"), error.c_str());
 }
 
 void TestConnection::aKeyListThatGrowsForEverIsGivenUp()
