@@ -89,8 +89,8 @@ Options connectionOptions(Connection& connection)
         textOption("--key", "FILE", "its key (PEM)", options.tlsKeyFile),
         {{"--timeout"},
          "MS",
-         "longest wait for a connection, for one answer and for the list of keys (1000, 250 and "
-         "2000); each key adds 0.02 ms to the last two",
+         "longest wait for a connection (1000), for a robot that says nothing (250), for a call in "
+         "all and for the list of keys (2000 each; each key adds 0.02 ms to these)",
          [&options](Text name, Text text) { storeTimeout(options, name, text); }},
     };
 }
