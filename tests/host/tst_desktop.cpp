@@ -2,6 +2,7 @@
 #include "desktop.h"
 #include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"
+#include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
@@ -18,6 +19,8 @@
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QtTest>
+
+#include <atomic>
 
 /// From the command line to windows and back to nothing, with a real server as the robot.
 class TestDesktop : public GuardedTest
@@ -187,10 +190,22 @@ void TestDesktop::handsPanelsTheImagesOfTheProgram()
 
 void TestDesktop::showsThatItIsBusyOnlyWhileItIs()
 {
+    std::atomic<bool> wasBusy{false};
+    const FakeRobot robot([&wasBusy](FakeConnection& connection) {
+        if (connection.number() == 0) { // the windows' thread waits for the greeting meanwhile
+            const QCursor* const cursor = QApplication::overrideCursor();
+            wasBusy = cursor && cursor->shape() == Qt::WaitCursor;
+        }
+        connection.greet();
+        connection.waitForEnd();
+    });
     fLine = robotLine(*fRobot);
+    fLine.settings.address.port = robot.port();
     start();
     QVERIFY(window());
+    QVERIFY(wasBusy);
     QVERIFY(!QApplication::overrideCursor());
+    fLine = robotLine(*fRobot);
     fRobot->kill();
     start();
     QVERIFY(shownBox());
