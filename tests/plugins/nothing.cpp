@@ -12,8 +12,9 @@ class Nothing : public QObject, public WidgetInterface
     Q_INTERFACES(WidgetInterface)
 
 public:
-    TarvekWidget* getWidget(QWidget*, const std::string&, int, const std::string&) override
+    TarvekWidget* getWidget(QWidget* parent, const std::string&, int, const std::string&) override
     {
+        fParent = parent; // which tells that it was asked
         return nullptr;
     }
 };

@@ -118,6 +118,7 @@ void TestRobotKeys::givesAsManyKeysAsAskedFor()
 void TestRobotKeys::fewerKeysAreTheFirstOnes()
 {
     const std::vector<RobotKey> few = robotKeys(150, 1);
+    QCOMPARE(few.size(), std::size_t{150});
     for (std::size_t i = 0; i < few.size(); ++i) {
         QCOMPARE(few[i].name, fKeys[i].name);
         QVERIFY(few[i].value(3) == fKeys[i].value(3));

@@ -196,7 +196,9 @@ void TestGraphConfig::aManualGraphStartsWithEnabledBoxes()
 void TestGraphConfig::boxesShowTwoDecimalsAndStepByOne()
 {
     const Panel panel;
-    for (const auto* box : panel.config->findChildren<QDoubleSpinBox*>()) {
+    const auto boxes = panel.config->findChildren<QDoubleSpinBox*>();
+    QCOMPARE(boxes.size(), 3);
+    for (const auto* box : boxes) {
         QCOMPARE(box->decimals(), 2);
         QCOMPARE(box->singleStep(), 1.0);
     }

@@ -170,6 +170,7 @@ void TestStmListDialog::itIsBuiltOfAListAFilterRowAndAButtonRow()
 void TestStmListDialog::entriesCanBeCheckedAndEditedButNotSelected()
 {
     const Shown shown;
+    QCOMPARE(shown.list->count(), static_cast<int>(someNames.size()));
     for (int row = 0; row < shown.list->count(); ++row) {
         QCOMPARE(shown.list->item(row)->flags(),
                  Qt::ItemIsUserCheckable | Qt::ItemIsEnabled | Qt::ItemIsEditable);

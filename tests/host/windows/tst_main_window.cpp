@@ -198,7 +198,10 @@ void TestMainWindow::aPanelThatFailsHalfWayLeavesNothingBehind()
 
 void TestMainWindow::aCancelledPanelIsNoError()
 {
+    const WidgetInterface* const asked = fPlugins->find("nothing")->panels;
+    QCOMPARE(asked->fParent, nullptr);
     action("nothing")->trigger();
+    QCOMPARE(asked->fParent, fWindow.data());
     QVERIFY(!shownBox());
     QVERIFY(!action("Save picture")->isEnabled());
 }
@@ -297,8 +300,10 @@ void TestMainWindow::aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext()
     openProbe();
     connect(probe(), &TarvekWidget::disconnected, [] { throw ZoError("no news, please"); });
     action("Probe")->trigger();
+    const auto panels = fWindow->findChildren<TarvekWidget*>("probe");
+    QCOMPARE(panels.size(), 2);
     fRobot->kill();
-    for (const TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
+    for (const TarvekWidget* panel : panels)
         QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
     QTRY_VERIFY(shownBox());
     QCOMPARE(shownBox()->text(), QString("no news, please"));

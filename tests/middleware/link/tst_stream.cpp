@@ -27,7 +27,6 @@ private slots:
     void theServersNameIsSentAndAnAddressIsNot();
     void aRefusedCertificateIsFinal();
     void theCheckCanBeSwitchedOff();
-    void aClientCertificateIsShown();
     void aServerMayAskForAClientCertificate();
     void badFilesAreNamed();
     void aServerWithoutTlsIsRefused();
@@ -88,6 +87,7 @@ void TestStream::manyValuesTravelThroughTls()
     const std::string text(1 << 20, 'x');
     memory.setText("Arm", text);
     const ZoValue values = memory.getListData(requestFor(std::vector<std::string>(20, "Arm")));
+    QCOMPARE(values.getSize(), 20);
     for (int i = 0; i < values.getSize(); ++i)
         QVERIFY(values[i].asString() == text);
 }
@@ -159,14 +159,6 @@ void TestStream::theCheckCanBeSwitchedOff()
     ZoBrokerOptions options = trusting();
     options.tlsCaFile.clear();
     options.tlsVerify = false;
-    QCOMPARE(problem(options), std::string());
-}
-
-void TestStream::aClientCertificateIsShown()
-{
-    ZoBrokerOptions options = trusting();
-    options.tlsCertFile = fServer->clientCertFile();
-    options.tlsKeyFile = fServer->clientKeyFile();
     QCOMPARE(problem(options), std::string());
 }
 
