@@ -19,7 +19,6 @@ class KeyTree : public QTreeWidget
 {
 public:
     using ButtonMaker = RowButtons::Maker;
-    static constexpr int fButtonLimit = RowButtons::fLimit;
 
     class WriteBatch;
 

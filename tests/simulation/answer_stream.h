@@ -16,7 +16,6 @@ enum class Word
     NeedsLogin, ///< NOAUTH
     NoRight,    ///< NOPERM
     Refusal,    ///< any other error
-    Strange,    ///< no error, and not what was asked for
     Push,
     Part,  ///< of something that has no end
     Spoilt ///< no reply at all: the link must notice

@@ -161,16 +161,16 @@ void TestRowButtons::buttonsFollowScrollingSortingAndColumnMoves()
 
 void TestRowButtons::everyRowUpToTheLimitHasItsButtonAtOnce()
 {
-    KeyTable f(manyNames(KeyTree::fButtonLimit));
+    KeyTable f(manyNames(RowButtons::fLimit));
     f.installButtons();
-    for (int row = 0; row < KeyTree::fButtonLimit; ++row)
+    for (int row = 0; row < RowButtons::fLimit; ++row)
         QVERIFY(f.button(row));
-    QCOMPARE(f.buttonsMade, KeyTree::fButtonLimit);
+    QCOMPARE(f.buttonsMade, RowButtons::fLimit);
 }
 
 void TestRowButtons::rowsBeyondTheLimitGetTheirButtonWhenTheyComeInSight()
 {
-    const int count = KeyTree::fButtonLimit + 1000;
+    const int count = RowButtons::fLimit + 1000;
     KeyTable f(manyNames(count));
     f.installButtons();
     f.show();

@@ -84,8 +84,6 @@ void ConnectionMonitor::setConnected(const ZoLinkStatus& status)
         return;
     fState = {true, fState.wasLost, localTime(status.since), {}};
     emit changed();
-    if (fState.wasLost)
-        emit back();
 }
 
 void ConnectionMonitor::setDown(const ZoLinkStatus& status)

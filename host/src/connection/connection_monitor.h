@@ -58,8 +58,6 @@ public:
 signals:
     /// The robot is lost: once per outage.
     void lost();
-    /// The robot is there again, on every link.
-    void back();
     /// `state()` is another one.
     void changed();
 
