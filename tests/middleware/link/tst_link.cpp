@@ -55,7 +55,6 @@ private slots:
     void aStoppedServerFailsTheCallAtItsDeadline();
     void anIdleLinkNoticesAStoppedServer();
     void anIdleLinkNoticesAKilledServer();
-    void aPollingLinkIsNotPinged();
     void waitersFailTogetherWhenTheLinkIsLost();
     void aServerThatClosesAtOnceIsNotBesieged();
     void failedAttemptsDoNotRenewTheTimeOfTheLoss();
@@ -113,7 +112,7 @@ void TestLink::aStoppedServerFailsTheCallAtItsDeadline()
     const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
     const qint64 elapsed = timer.elapsed();
     QVERIFY2(contains(error, "no reply to MGET within 250 ms"), error.c_str());
-    QVERIFY2(elapsed >= 250 && elapsed < 5000, qPrintable(QString::number(elapsed)));
+    QVERIFY2(elapsed >= 250 && elapsed < patience, qPrintable(QString::number(elapsed)));
     TRY_VERIFY(!broker->isConnected());
     server.resume();
     TRY_VERIFY(broker->isConnected());
@@ -142,26 +141,6 @@ void TestLink::anIdleLinkNoticesAKilledServer()
     const auto broker = linkTo(server.port(), quietOptions());
     server.kill();
     TRY_VERIFY(!broker->isConnected());
-}
-
-void TestLink::aPollingLinkIsNotPinged()
-{
-    const RedisServer server;
-    ZoBrokerOptions options = patientOptions();
-    options.pingInterval = milliseconds(300);
-    const auto broker = linkTo(server.port(), options);
-    ZoMemoryProxy memory = memoryOf(broker);
-    const auto pings = [&] {
-        const QString statistics = QString::fromStdString(server.command({"INFO", "commandstats"}));
-        return statistics.section("cmdstat_ping:calls=", 1).section(',', 0, 0).toInt();
-    };
-    const int before = pings();
-    QElapsedTimer timer;
-    for (timer.start(); timer.elapsed() < 1500;)
-        memory.getListData(requestFor({"Arm"}));
-    // A busy machine may hold the loop up for a moment, but not the whole time.
-    QVERIFY2(pings() - before < 3, qPrintable(QString::number(pings())));
-    TRY_VERIFY(pings() - before >= 3);
 }
 
 void TestLink::waitersFailTogetherWhenTheLinkIsLost()
@@ -312,7 +291,7 @@ void TestLink::itEndsWhileConnecting()
     QElapsedTimer timer;
     timer.start();
     broker.reset();
-    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < patience, qPrintable(QString::number(timer.elapsed())));
 }
 
 void TestLink::aRefusedLoginIsFinalUntilReconnected()
