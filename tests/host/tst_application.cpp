@@ -4,6 +4,7 @@
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <zo/error.h>
@@ -142,11 +143,11 @@ void TestApplication::aTaskThatFailsEachTickGetsOneBox()
     connect(&ticker, &QTimer::timeout, [] { throw std::runtime_error("no value today"); });
     QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
     ticker.start(1);
-    QTRY_VERIFY(noted.size() > 5);
+    TRY_VERIFY(noted.size() > 5);
     QCOMPARE(boxes().size(), 1);
     clickOk(boxes()[0]);
     const int before = noted.size();
-    QTRY_VERIFY(noted.size() > before + 5);
+    TRY_VERIFY(noted.size() > before + 5);
     QVERIFY(boxes().isEmpty());
     QCOMPARE(noted.last().at(0).toString(), QString("no value today"));
 }
@@ -202,7 +203,7 @@ void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes()
     bad.button.setAutoDefault(true);
     for (int time = 0; time < 2; ++time) {
         bad.button.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&bad.button));
+        QVERIFY(QTest::qWaitForWindowActive(&bad.button, patience));
         if (key == Qt::Key_unknown)
             bad.click();
         else
@@ -263,7 +264,7 @@ void TestApplication::survivesAnExceptionOfADeletedReceiver()
         delete object;
         throw std::runtime_error("gone with a bang");
     });
-    QTRY_COMPARE(boxes().size(), 1);
+    TRY_COMPARE(boxes().size(), 1);
     QCOMPARE(boxes()[0]->text(), QString("gone with a bang"));
 }
 

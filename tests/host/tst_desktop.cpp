@@ -6,6 +6,7 @@
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/modal_driver.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -133,7 +134,7 @@ void TestDesktop::asksForTheRobotWhenTheCommandLineNamesNone()
     QVERIFY(fDesktop->windows().isEmpty());
     typeRobot(fRobot->port());
     QVERIFY(window() && window()->isVisible());
-    QTRY_VERIFY(!fDesktop->connectDialog());
+    TRY_VERIFY(!fDesktop->connectDialog());
     QVERIFY(window()->monitor().state().connected);
     QCOMPARE(fFinished->size(), 0);
 }
@@ -151,7 +152,7 @@ void TestDesktop::opensThePanelOfTheCommandLine()
     fLine = robotLine(*fRobot);
     fLine.panel = "probe";
     start();
-    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
 }
 
 void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
@@ -159,7 +160,7 @@ void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
     fLine = robotLine(*fRobot);
     fLine.panel = "Prob";
     start();
-    QTRY_VERIFY(shownBox());
+    TRY_VERIFY(shownBox());
     QVERIFY(shownBox()->text().contains("\"Prob\""));
     QVERIFY(shownBox()->text().contains("Probe"));
 }
@@ -182,7 +183,7 @@ void TestDesktop::handsPanelsTheImagesOfTheProgram()
         fLine.panel = "Probe";
         fLine.imageDir = folder;
         start();
-        QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+        TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
         QCOMPARE(window()->findChild<TarvekWidget*>("probe")->property("imageDir").toString(),
                  (folder.isEmpty() ? ownImageDir() : folder) + '/');
     }
@@ -263,7 +264,7 @@ void TestDesktop::connectsEncryptedWithAFileOfAuthorities()
     fLine.panel = "Probe";
     start();
     QVERIFY(window());
-    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
 }
 
 void TestDesktop::refusesARobotThatNoAuthorityVouchesFor()
@@ -300,17 +301,16 @@ void TestDesktop::aWindowEachForTwoRobots()
     typeRobot(other.port());
     MainWindow* second = window();
     QVERIFY(first != second);
-    QTRY_VERIFY(first->findChild<TarvekWidget*>("probe"));
-    QTRY_VERIFY(second->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(first->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(second->findChild<TarvekWidget*>("probe"));
     other.kill();
-    QTRY_VERIFY(!second->monitor().state().connected);
-    QTRY_COMPARE(second->findChild<TarvekWidget*>("probe")->property("disconnections"),
-                 QVariant(1));
+    TRY_VERIFY(!second->monitor().state().connected);
+    TRY_COMPARE(second->findChild<TarvekWidget*>("probe")->property("disconnections"), QVariant(1));
     QVERIFY(first->monitor().state().connected);
     QCOMPARE(first->findChild<TarvekWidget*>("probe")->property("disconnections"), QVariant(0));
     const QPointer<MainWindow> closed = second;
     second->close();
-    QTRY_VERIFY(!closed);
+    TRY_VERIFY(!closed);
     QCOMPARE(fDesktop->windows(), QList<MainWindow*>{first});
     QCOMPARE(fFinished->size(), 0);
 }
@@ -319,7 +319,7 @@ void TestDesktop::cancellingTheOnlyDialogEndsTheProgram()
 {
     start();
     QTest::keyClick(fDesktop->connectDialog(), Qt::Key_Escape);
-    QTRY_COMPARE(fFinished->size(), 1);
+    TRY_COMPARE(fFinished->size(), 1);
 }
 
 void TestDesktop::closingTheLastWindowEndsTheProgram()
@@ -327,11 +327,11 @@ void TestDesktop::closingTheLastWindowEndsTheProgram()
     fLine = robotLine(*fRobot);
     fLine.panel = "Probe";
     start();
-    QTRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
     const QPointer<MainWindow> closed = window();
-    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QVERIFY(QTest::qWaitForWindowActive(window(), patience));
     QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier);
-    QTRY_VERIFY(!fFinished->isEmpty());
+    TRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(!closed);
 }
 
@@ -341,9 +341,9 @@ void TestDesktop::quitEndsEverything()
     start();
     fDesktop->showConnectDialog();
     window()->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QVERIFY(QTest::qWaitForWindowActive(window(), patience));
     QTest::keyClick(window(), Qt::Key_Q, Qt::ControlModifier);
-    QTRY_VERIFY(!fFinished->isEmpty());
+    TRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(fDesktop->windows().isEmpty());
     QVERIFY(!fDesktop->connectDialog());
 }
@@ -356,7 +356,7 @@ void TestDesktop::closingTheWindowUnderAStartUpDialogEndsTheProgram()
     const QPointer<MainWindow> closed = window();
     whenShown("innerProbeDialog", [closed](QDialog&) { closed->close(); });
     closed->openPanel(fDesktop->plugins().find("Probe"));
-    QTRY_VERIFY(!fFinished->isEmpty());
+    TRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(!closed);
 }
 
@@ -393,7 +393,7 @@ void TestDesktop::startWithPassword()
     fLine.settings.password = "old-word";
     fLine.panel = "Probe";
     start();
-    QTRY_VERIFY(probe());
+    TRY_VERIFY(probe());
 }
 
 /// On the robot, which then ends all connections of the user.
@@ -401,7 +401,7 @@ void TestDesktop::changePassword()
 {
     fRobot->command({"ACL", "SETUSER", "alice", "resetpass", ">new-word"});
     fRobot->command({"CLIENT", "KILL", "USER", "alice"});
-    QTRY_VERIFY_WITH_TIMEOUT(window()->monitor().state().refused, patience);
+    TRY_VERIFY(window()->monitor().state().refused);
 }
 
 void TestDesktop::pressConnectAgain()
@@ -436,7 +436,7 @@ void TestDesktop::aRefusedRobotIsConnectedAgainWithItsPanels()
     startWithPassword();
     const QPointer<QObject> panel = probe();
     changePassword();
-    QTRY_COMPARE(panel->property("disconnections"), QVariant(1));
+    TRY_COMPARE(panel->property("disconnections"), QVariant(1));
     QVERIFY2(detailText().startsWith("Not trying again"), qPrintable(detailText()));
     QVERIFY2(detailText().contains("WRONGPASS"), qPrintable(detailText()));
 
@@ -446,8 +446,8 @@ void TestDesktop::aRefusedRobotIsConnectedAgainWithItsPanels()
     QCOMPARE(dialog.findChild<QLineEdit*>("user")->text(), QString("alice"));
     type("password", "new-word");
     pressConnect();
-    QTRY_VERIFY_WITH_TIMEOUT(window()->monitor().state().connected, patience);
-    QTRY_VERIFY(!fDesktop->connectDialog());
+    TRY_VERIFY(window()->monitor().state().connected);
+    TRY_VERIFY(!fDesktop->connectDialog());
     QCOMPARE(fDesktop->windows().size(), 1);
     QCOMPARE(probe(), panel.data());
     QCOMPARE(panel->property("disconnections"), QVariant(1));
@@ -471,17 +471,17 @@ void TestDesktop::aRefusedCertificateIsFinalUntilConnectedAgain()
     fLine.settings.caFile = QString::fromStdString(fRobot->caFile());
     fLine.panel = "Probe";
     start();
-    QTRY_VERIFY(probe());
+    TRY_VERIFY(probe());
     const QPointer<QObject> panel = probe();
 
     fRobot->restartAsAnother();
-    QTRY_VERIFY_WITH_TIMEOUT(window()->monitor().state().refused, patience);
+    TRY_VERIFY(window()->monitor().state().refused);
     QVERIFY2(detailText().contains("certificate"), qPrintable(detailText()));
-    QTRY_COMPARE(panel->property("disconnections"), QVariant(1));
+    TRY_COMPARE(panel->property("disconnections"), QVariant(1));
 
     pressConnectAgain();
     pressConnect(); // the file that is named there holds the new authority by now
-    QTRY_VERIFY_WITH_TIMEOUT(window()->monitor().state().connected, patience);
+    TRY_VERIFY(window()->monitor().state().connected);
     QCOMPARE(probe(), panel.data());
 }
 
@@ -502,7 +502,7 @@ void TestDesktop::aWrongAnswerToARefusalAsksAgain()
     QVERIFY(fDesktop->connectDialog()->isVisible());
     type("password", "new-word");
     pressConnect();
-    QTRY_VERIFY_WITH_TIMEOUT(window()->monitor().state().connected, patience);
+    TRY_VERIFY(window()->monitor().state().connected);
     QCOMPARE(fDesktop->windows().size(), 1);
 }
 

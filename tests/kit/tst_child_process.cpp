@@ -67,7 +67,7 @@ void TestChildProcess::bothItsOutputsGoWhereTheyAreWanted()
 void TestChildProcess::itsEndIsTold()
 {
     kit::ChildProcess child({"sh", "-c", "exit 3"}, fOutput->handle());
-    QTRY_VERIFY(!child.isRunning());
+    TRY_VERIFY(!child.isRunning());
     QCOMPARE(child.exitStatus(), 3);
     QCOMPARE(child.wait(), 3);
     kit::ChildProcess killed({"sleep", "1000"}, fOutput->handle());
@@ -82,15 +82,11 @@ void TestChildProcess::itsEndIsNoticedThoughNobodyTellsHow()
 {
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     kit::ChildProcess watched({"true"}, fOutput->handle());
-    bool runs = true;
-    for (int i = 0; i < 20000 && runs; ++i) {
-        ::poll(nullptr, 0, 1);
-        runs = watched.isRunning();
-    }
+    const bool isNoticed = QTest::qWaitFor([&] { return !watched.isRunning(); }, patience);
     kit::ChildProcess awaited({"true"}, fOutput->handle());
     const int status = awaited.wait();
     std::signal(SIGCHLD, before);
-    QVERIFY(!runs);
+    QVERIFY(isNoticed);
     QCOMPARE(watched.exitStatus(), -1);
     QCOMPARE(status, -1);
     QVERIFY(!awaited.isRunning());
@@ -148,7 +144,7 @@ void TestChildProcess::itEndsWithItsParent()
 void TestChildProcess::aCtrlCIsNotForIt()
 {
     const kit::ChildProcess child({"sleep", "1000"}, fOutput->handle());
-    QTRY_COMPARE(::getpgid(child.pid()), child.pid());
+    TRY_COMPARE(::getpgid(child.pid()), child.pid());
     QVERIFY(::getpgid(0) != child.pid());
 }
 
@@ -185,10 +181,10 @@ void TestChildProcess::signalsThatItsMakerBlocksOrIgnoresReachIt()
         QFile name(QString("/proc/%1/comm").arg(child.pid()));
         return name.open(QIODevice::ReadOnly) && name.readAll() == "sleep\n";
     };
-    QTRY_VERIFY(runsSleep(first) && runsSleep(second));
+    TRY_VERIFY(runsSleep(first) && runsSleep(second));
     first.signal(SIGTERM);
     second.signal(SIGPIPE);
-    QTRY_VERIFY_WITH_TIMEOUT(!first.isRunning() && !second.isRunning(), patience);
+    TRY_VERIFY(!first.isRunning() && !second.isRunning());
 }
 
 REGISTER_TEST(TestChildProcess, QCoreApplication)

@@ -2,6 +2,7 @@
 #include "support/guarded_test.h"
 #include "support/patience.h"
 #include "support/register_test.h"
+#include "support/watched_thread.h"
 
 #include <kit/password_file.h>
 #include <kit/usage_error.h>
@@ -14,7 +15,6 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 /// How programs read a password.
@@ -208,7 +208,7 @@ void TestPasswordFile::aPipeWhoseWriterIsGoneHasEnded()
 void TestPasswordFile::aLineMayComeInPieces()
 {
     const std::string path = makePipe();
-    std::thread writer([&path] {
+    WatchedThread writer([&path] {
         const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC); // waits for the reader
         for (const QByteArray piece : {"se", "cret", "\n"}) {
             // Once the pipe is empty the reader has what was there, and waits or is about to.
@@ -251,7 +251,7 @@ void TestPasswordFile::aPipeWithoutAnEndOfLineIsGivenUp()
 void TestPasswordFile::aPipeWhoseWriterWritesNothingHasNoPassword()
 {
     const std::string path = makePipe();
-    std::thread writer([&path] { ::close(::open(path.c_str(), O_WRONLY | O_CLOEXEC)); });
+    WatchedThread writer([&path] { ::close(::open(path.c_str(), O_WRONLY | O_CLOEXEC)); });
     const QString mistake = mistakeIn(path);
     writer.join();
     QVERIFY2(mistake.contains("its first line is empty"), qPrintable(mistake));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_bar.h"
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QLabel>
@@ -131,10 +132,10 @@ void TestConnectionBar::aNoteEndsByItself()
     bar.showState(up());
     bar.note("a word");
     QCOMPARE(detailLabel(bar)->text(), QString("a word"));
-    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+    TRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
     bar.note("another");
     QCOMPARE(detailLabel(bar)->text(), QString("another"));
-    QTRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
+    TRY_COMPARE(detailLabel(bar)->text(), QString("robot:1"));
 }
 
 void TestConnectionBar::aRefreshedBarKeepsItsNote()
@@ -144,7 +145,7 @@ void TestConnectionBar::aRefreshedBarKeepsItsNote()
     bar.note("a word");
     for (int refresh = 0; refresh < 3; ++refresh) {
         stateLabel(bar)->clear();
-        QTRY_VERIFY(!stateLabel(bar)->text().isEmpty());
+        TRY_VERIFY(!stateLabel(bar)->text().isEmpty());
     }
     QCOMPARE(detailLabel(bar)->text(), QString("a word"));
 }
@@ -156,7 +157,7 @@ void TestConnectionBar::theTimeIsShownAnewNowAndThen()
     const QString state = stateLabel(bar)->text();
     stateLabel(bar)->setText("as it was yesterday");
     detailLabel(bar)->clear();
-    QTRY_COMPARE(stateLabel(bar)->text(), state);
+    TRY_COMPARE(stateLabel(bar)->text(), state);
     QVERIFY(detailLabel(bar)->text().contains("It fell over."));
 }
 

@@ -3,6 +3,7 @@
 #include "support/files.h"
 #include "support/guarded_test.h"
 #include "support/modal_driver.h"
+#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QCheckBox>
@@ -71,7 +72,7 @@ void TestConnectDialog::open(const QList<ConnectionSettings>& recent,
 {
     fDialog.reset(new ConnectDialog(recent, settings));
     fDialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(fDialog.data()));
+    QVERIFY(QTest::qWaitForWindowExposed(fDialog.data(), patience));
     fRequests.reset(new QSignalSpy(fDialog.data(), &ConnectDialog::connectRequested));
 }
 

@@ -7,6 +7,7 @@
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
+#include "support/robot.h"
 #include "windows/main_window.h"
 #include "windows/start_page.h"
 
@@ -85,7 +86,7 @@ void TestMainWindow::init()
                        ZoBroker::create("test", settings.address.host, settings.address.port,
                                         settings.brokerOptions())));
     fWindow->show();
-    QVERIFY(QTest::qWaitForWindowExposed(fWindow.data()));
+    QVERIFY(QTest::qWaitForWindowExposed(fWindow.data(), patience));
 }
 
 void TestMainWindow::cleanup()
@@ -214,7 +215,7 @@ void TestMainWindow::severalPanelsStandSideBySide()
     QCOMPARE(clients(), 3);
     fRobot->kill();
     for (TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
-        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
+        TRY_COMPARE(panel->property("disconnections").toInt(), 1);
 }
 
 void TestMainWindow::theNewestPanelIsInFront()
@@ -249,7 +250,7 @@ void TestMainWindow::aPluginMakesOnePanelAtATimeForAllWindows()
     QString problem;
     whenShown("innerProbeDialog", [this, &problem](QDialog& inner) {
         MainWindow second({*fPlugins, *fErrors, "/some/where/"}, fWindow->settings(),
-                          ZoBroker::create("test", "127.0.0.1", fRobot->port()));
+                          linkTo(fRobot->port(), patientOptions()));
         second.openPanel(fPlugins->find("Probe"));
         if (QMessageBox* box = shownBox()) {
             problem = box->text();
@@ -274,8 +275,8 @@ void TestMainWindow::closingTheTabEndsThePanelAndItsLink()
     QWidget* button = tabs->tabButton(0, QTabBar::RightSide);
     QVERIFY(button && button->isVisible());
     QTest::mouseClick(button, Qt::LeftButton);
-    QTRY_VERIFY(!probe());
-    QTRY_COMPARE(clients(), 1);
+    TRY_VERIFY(!probe());
+    TRY_COMPARE(clients(), 1);
     QCOMPARE(fPlugins->find("Probe")->panels->fPanel, nullptr);
     QVERIFY(!action("Save picture")->isEnabled());
     QVERIFY(stateText().startsWith("Connected since"));
@@ -285,12 +286,12 @@ void TestMainWindow::losingTheRobotTellsThePanelOnce()
 {
     openProbe();
     fRobot->stop();
-    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    TRY_COMPARE(probe()->property("disconnections").toInt(), 1);
     QCOMPARE(probe()->property("disconnectedBy").value<WidgetInterface*>(),
              fPlugins->find("Probe")->panels);
     QVERIFY(stateText().startsWith("Connection lost since"));
     QVERIFY2(detailText().contains(fWindow->settings().addressText()), qPrintable(detailText()));
-    QTRY_VERIFY(fWindow->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 2500);
+    TRY_VERIFY(fWindow->monitor().state().since.msecsTo(QDateTime::currentDateTime()) > 2500);
     QCOMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->resume();
 }
@@ -304,8 +305,8 @@ void TestMainWindow::aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext()
     QCOMPARE(panels.size(), 2);
     fRobot->kill();
     for (const TarvekWidget* panel : panels)
-        QTRY_COMPARE(panel->property("disconnections").toInt(), 1);
-    QTRY_VERIFY(shownBox());
+        TRY_COMPARE(panel->property("disconnections").toInt(), 1);
+    TRY_VERIFY(shownBox());
     QCOMPARE(shownBox()->text(), QString("no news, please"));
     clickOk(shownBox());
 }
@@ -314,13 +315,13 @@ void TestMainWindow::saysThatTheRobotIsBackAndTellsTheNextLoss()
 {
     openProbe();
     fRobot->kill();
-    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    TRY_COMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->restart();
-    QTRY_VERIFY_WITH_TIMEOUT(stateText().startsWith("Connected since"), patience);
+    TRY_VERIFY(stateText().startsWith("Connected since"));
     QVERIFY2(detailText().contains("Choose the subscription mode"), qPrintable(detailText()));
     QCOMPARE(probe()->property("disconnections").toInt(), 1);
     fRobot->kill();
-    QTRY_COMPARE(probe()->property("disconnections").toInt(), 2);
+    TRY_COMPARE(probe()->property("disconnections").toInt(), 2);
 }
 
 void TestMainWindow::aPanelMadeWhileTheRobotWentAwayIsTold()
@@ -328,21 +329,21 @@ void TestMainWindow::aPanelMadeWhileTheRobotWentAwayIsTold()
     fWindow->setProperty("askFirst", true);
     whenShown("innerProbeDialog", [this](QDialog& inner) {
         fRobot->kill();
-        QTRY_VERIFY(stateText().startsWith("Connection lost"));
+        TRY_VERIFY(stateText().startsWith("Connection lost"));
         whenShown("probeDialog", [](QDialog& outer) { outer.accept(); });
         inner.accept();
     });
     action("Probe")->trigger();
     QVERIFY(probe() && probe()->isVisible());
-    QTRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+    TRY_COMPARE(probe()->property("disconnections").toInt(), 1);
 }
 
 void TestMainWindow::panelsCannotBeOpenedWithoutTheRobot()
 {
     fRobot->kill();
-    QTRY_VERIFY(!action("Probe")->isEnabled());
+    TRY_VERIFY(!action("Probe")->isEnabled());
     fRobot->restart();
-    QTRY_VERIFY_WITH_TIMEOUT(action("Probe")->isEnabled(), patience);
+    TRY_VERIFY(action("Probe")->isEnabled());
 }
 
 void TestMainWindow::savesAPictureOfThePanel()
@@ -430,7 +431,7 @@ void TestMainWindow::anExceptionOfAPanelEndsInABox()
 {
     openProbe();
     QTest::mouseClick(probe()->findChild<QPushButton*>(), Qt::LeftButton);
-    QTRY_VERIFY(shownBox());
+    TRY_VERIFY(shownBox());
     QCOMPARE(shownBox()->text(), QString("the probe broke off"));
     clickOk(shownBox());
     QVERIFY(probe()->isVisible());

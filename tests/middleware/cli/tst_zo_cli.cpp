@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/program.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
@@ -232,7 +233,7 @@ void TestZoCli::watchTellsOnceOfALostRobotAndGoesOnByItself()
     time.start();
     killed ? server.kill() : server.stop();
     QVERIFY(zo.waitUntil([&] { return zo.errors().contains('\n'); }));
-    QVERIFY2(time.elapsed() < 10000, qPrintable(QString::number(time.elapsed())));
+    QVERIFY2(time.elapsed() < patience, qPrintable(QString::number(time.elapsed())));
     QVERIFY2(zo.errors().startsWith("zo: the robot is lost: "), qPrintable(zo.errors()));
     QVERIFY2(zo.errors().contains(addressOf(server)), qPrintable(zo.errors()));
 
