@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "value/hex.h"
 #include "value/json.h"
 #include "value/number_text.h"
 
@@ -23,7 +24,6 @@ void appendFloat(double number, std::string& text)
 /// How a control character, a quote or a backslash is written inside a string.
 void appendEscaped(char byte, std::string& text)
 {
-    static constexpr char digits[] = "0123456789abcdef";
     static constexpr std::string_view plain = "\"\\\b\f\n\r\t";
     static constexpr char letters[] = "\"\\bfnrt";
     const std::size_t found = plain.find(byte);
@@ -32,10 +32,8 @@ void appendEscaped(char byte, std::string& text)
         text += letters[found];
         return;
     }
-    const auto code = static_cast<unsigned char>(byte);
     text += "\\u00";
-    text += digits[code >> 4U];
-    text += digits[code & 0xFU];
+    appendHex(byte, text);
 }
 
 bool needsEscape(char byte)
