@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <locale.h>
+#include <new>
 
 namespace zo {
 
@@ -58,12 +59,20 @@ Kind kindOf(std::string_view text)
     return at == end ? Kind::Float : Kind::None;
 }
 
+locale_t makePlainLocale()
+{
+    const locale_t made = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    if (!made)
+        throw std::bad_alloc();
+    return made;
+}
+
 /// Too large is infinite and too small is zero or nearly so; always with a dot for fractions,
 /// whatever the locale of the process.
 double readOutOfRange(std::string_view text)
 {
-    static const locale_t plainLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
-    return ::strtod_l(std::string(text).c_str(), nullptr, plainLocale);
+    static const locale_t plain = makePlainLocale();
+    return ::strtod_l(std::string(text).c_str(), nullptr, plain);
 }
 
 double readFloat(std::string_view text)
