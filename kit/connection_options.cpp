@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <kit/connection_options.h>
 #include <kit/password_file.h>
-#include <kit/program.h>
 #include <kit/usage_error.h>
 
 #include <zo/error.h>
@@ -104,12 +103,6 @@ void completeConnection(Connection& connection)
     connection.options.password = std::move(password.text);
     connection.warning = password.warning;
     wipe(password.text);
-}
-
-void tellWarning(const Connection& connection, const std::string& program)
-{
-    if (!connection.warning.empty())
-        tell(program, connection.warning);
 }
 
 } // namespace kit

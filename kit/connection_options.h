@@ -25,7 +25,4 @@ Options connectionOptions(Connection& connection);
 /// go together and for files that cannot be read.
 void completeConnection(Connection& connection);
 
-/// Tells the warning, if there is one, in the name of `program`.
-void tellWarning(const Connection& connection, const std::string& program);
-
 } // namespace kit

@@ -54,6 +54,12 @@ void tell(const std::string& program, const std::string& message)
     std::cerr << program + ": " + escaped(message) + "\n" << std::flush;
 }
 
+void tellWarning(const std::string& program, const std::string& warning)
+{
+    if (!warning.empty())
+        tell(program, warning);
+}
+
 void print(const std::string& text)
 {
     Output output(standardOutput);

@@ -26,6 +26,9 @@ int runProgram(const std::string& program, const std::function<int()>& run);
 /// Writes "PROGRAM: MESSAGE" as one line to standard error, in one piece.
 void tell(const std::string& program, const std::string& message);
 
+/// The same, when there is a warning to tell.
+void tellWarning(const std::string& program, const std::string& warning);
+
 /// Writes `text` to standard output. Throws what Output does.
 void print(const std::string& text);
 

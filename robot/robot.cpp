@@ -142,7 +142,7 @@ std::string newsOf(const ZoAddress& server)
 
 void runRobot(RobotArguments arguments)
 {
-    kit::tellWarning(arguments.connection, "tarvek-robot");
+    kit::tellWarning("tarvek-robot", arguments.connection.warning);
     const Signals signals;
     std::optional<OwnServer> server;
     if (!arguments.connection.isGiven)

@@ -34,8 +34,7 @@ int runWindows(const std::string& program, const Words& words)
         parseCommandLine({pointers.begin() + 1, pointers.begin() + count});
     if (commandLine.action != CommandLine::Action::Run)
         return printText(commandLine.action);
-    if (!commandLine.warning.empty())
-        kit::tell("tarvek-desktop", commandLine.warning);
+    kit::tellWarning("tarvek-desktop", commandLine.warning);
     Desktop desktop(commandLine, application.errors());
     QObject::connect(&desktop, &Desktop::finished, &application, &QCoreApplication::quit);
     desktop.start();

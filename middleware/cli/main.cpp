@@ -14,7 +14,7 @@ namespace {
 /// The broker has a password of its own from then on.
 boost::shared_ptr<ZoBroker> connect(kit::Connection& connection)
 {
-    kit::tellWarning(connection, "zo");
+    kit::tellWarning("zo", connection.warning);
     auto broker = ZoBroker::create("zo", connection.address.host, connection.address.port,
                                    connection.options);
     kit::wipe(connection.options.password);
