@@ -2,12 +2,7 @@
 # Sourced by scripts that run the built programs. What they start ends with the script.
 # shellcheck shell=bash
 
-program=scripts/${0##*/}
-
-fail() {
-    echo "$program: $1" >&2
-    exit "${2:-1}"
-}
+. scripts/fail.sh
 
 children=()
 work=$(mktemp -d)
