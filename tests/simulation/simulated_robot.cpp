@@ -188,10 +188,16 @@ void SimulatedRobot::values(RobotSession& session, const Words& words)
 {
     if (spoilValues(session, words))
         return;
-    fReply.assign("*").append(std::to_string(words.size() - 1)).append("\r\n");
+    listValues(words, words.size() - 1);
+    say(session, fReply);
+}
+
+/// Makes a reply that announces so many values, with `inside` before them.
+void SimulatedRobot::listValues(const Words& words, std::size_t announced, std::string_view inside)
+{
+    fReply.assign("*").append(std::to_string(announced)).append("\r\n").append(inside);
     for (std::size_t i = 1; i < words.size(); ++i)
         appendValue(words[i]);
-    say(session, fReply);
 }
 
 /// What can go wrong with values and nothing else; whether it did.
@@ -205,9 +211,7 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     if (fault == Fault::LargeValue && key >= 0 && areFew) {
         nextReply = Fault::None;
         memory.put(key, largeValue);
-        fReply.assign("*").append(std::to_string(words.size() - 1)).append("\r\n");
-        for (std::size_t i = 1; i < words.size(); ++i)
-            appendValue(words[i]);
+        listValues(words, words.size() - 1);
         memory.put(key, memory.fresh(key));
         session.answers.say(fReply, Word::Fine, fault);
         return true;
@@ -217,11 +221,8 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     nextReply = Fault::None;
     const std::size_t surplus = fault == Fault::TooManyElements ? 1 : 0;
     const std::size_t missing = fault == Fault::TooFewElements ? 1 : 0;
-    fReply.assign("*").append(std::to_string(words.size() - 1 + surplus - missing)).append("\r\n");
-    if (fault == Fault::PushInsideReply)
-        fReply.append(fRandom.pick(pushReplies()));
-    for (std::size_t i = 1; i < words.size(); ++i)
-        appendValue(words[i]);
+    listValues(words, words.size() - 1 + surplus - missing,
+               fault == Fault::PushInsideReply ? fRandom.pick(pushReplies()) : std::string_view());
     session.answers.say(fReply, Word::Spoilt, fault);
     session.isMute = true;
     return true;

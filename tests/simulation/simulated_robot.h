@@ -59,6 +59,7 @@ private:
     void answer(RobotSession& session, const Words& words, std::string_view name);
     void logIn(RobotSession& session, const Words& words);
     void values(RobotSession& session, const Words& words);
+    void listValues(const Words& words, std::size_t announced, std::string_view inside = {});
     void names(RobotSession& session);
     void store(const Words& words);
     bool spoilValues(RobotSession& session, const Words& words);
