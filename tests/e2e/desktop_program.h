@@ -54,10 +54,3 @@ private:
 
     QTemporaryDir fHome;
 };
-
-/// How many are connected to the robot, but the one that asks.
-inline int clientsOf(const RedisServer& robot)
-{
-    const std::string list = robot.command({"CLIENT", "LIST"});
-    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
-}

@@ -2,6 +2,7 @@
 #include "session.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
+#include "support/password_file.h"
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
@@ -290,10 +291,7 @@ void TestPanel::keepsAnsweringWhileTheRobotHangs()
 void TestPanel::goesOnAfterTheRobotWasStartedAgain()
 {
     const QString port = fRobot->address().section(':', 1);
-    QTemporaryFile password; // the same for both
-    QVERIFY(password.open());
-    password.write("look-only\n");
-    password.flush();
+    const PasswordFile password("look-only"); // the same for both
     const QStringList arguments = {"--port", port, "--password-file", password.fileName()};
     fRobot->signal(SIGTERM);
     QCOMPARE(fRobot->waitForExit(), 0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop_program.h"
 #include "support/guarded_test.h"
+#include "support/password_file.h"
 #include "support/patience.h"
 #include "support/register_test.h"
 
@@ -57,11 +58,11 @@ void TestProgram::findsItsPanelByItself()
                            DesktopProgram::wordsFor(robot) + QStringList{"--panel", "Glimmet"});
     desktop.start();
     // The window's own connection, and that of the panel, whose start-up dialog waits.
-    TRY_COMPARE(clientsOf(robot), 2);
+    TRY_COMPARE(robot.clients(), 2);
     desktop.signal(SIGTERM);
     QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());
-    TRY_COMPARE(clientsOf(robot), 0);
+    TRY_COMPARE(robot.clients(), 0);
 }
 
 void TestProgram::staysWhenTheRobotIsNotThere()
@@ -85,10 +86,7 @@ void TestProgram::signsInWithThePasswordOfAFile()
     options.users = {"reader on >look ~* +@all"};
     options.defaultPassword = "another";
     const RedisServer robot(options);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write("look\n");
-    file.flush();
+    PasswordFile file("look");
     file.setPermissions(QFile::ReadOwner | QFile::ReadOther);
     DesktopProgram desktop(TARVEK_DESKTOP,
                            DesktopProgram::wordsFor(robot) +

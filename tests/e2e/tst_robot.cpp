@@ -2,13 +2,14 @@
 #include "robot_keys.h"
 #include "robot_program.h"
 #include "support/guarded_test.h"
+#include "support/password_file.h"
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
+#include "support/tls_login.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 #include <QtTest>
 
 #include <algorithm>
@@ -277,10 +278,7 @@ void TestRobot::isOpenToEverybodyOnlyWhenAskedToBe()
 
 void TestRobot::aPasswordFileKeepsStrangersOut()
 {
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write("look-only\n");
-    file.close();
+    const PasswordFile file("look-only");
     RobotProgram robot({"--keys", "20", "--password-file", file.fileName()});
     QVERIFY(robot.startAndWait());
     QVERIFY2(!robot.output().contains("password"), robot.output().constData());
@@ -304,27 +302,16 @@ void TestRobot::publishesToAGivenServer()
 
 void TestRobot::signsInAtAGivenServer()
 {
-    RedisServer::Options options;
-    options.tls = true;
-    options.users = {"walker on >one-two ~* +@all"};
-    options.defaultPassword = "another";
-    const RedisServer server(options);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write("one-two\n");
-    file.close();
-    const QStringList encrypted =
-        addressOf(server) +
-        QStringList{"--keys", "20", "--tls", "--ca", QString::fromStdString(server.caFile())};
-    RobotProgram robot(encrypted +
-                       QStringList{"--user", "walker", "--password-file", file.fileName()});
+    const TlsLogin login;
+    const QStringList address = addressOf(login.server);
+    RobotProgram robot(address + QStringList{"--keys", "20"} + login.words());
     robot.start();
     QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
-    QCOMPARE(server.command({"DBSIZE"}), std::string("20"));
-    QVERIFY(server.command({"CLIENT", "LIST"}).find("user=walker") != std::string::npos);
+    QCOMPARE(login.server.command({"DBSIZE"}), std::string("20"));
+    QVERIFY(contains(login.server.command({"CLIENT", "LIST"}), "user=alice"));
     QCOMPARE(robot.errors(), QString());
 
-    RobotProgram stranger(encrypted);
+    RobotProgram stranger(address + login.encryption());
     stranger.start();
     QCOMPARE(stranger.waitForExit(), 1);
     QVERIFY2(stranger.errors().contains("NOAUTH"), qPrintable(stranger.errors()));
@@ -358,24 +345,15 @@ void TestRobot::aServerThatRefusesItEndsIt()
 {
     QFETCH(bool, byPassword);
     QFETCH(QString, reason);
-    RedisServer::Options options;
-    options.tls = true;
-    options.users = {"walker on >one-two ~* +@all"};
-    RedisServer server(options);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write("one-two\n");
-    file.close();
-    RobotProgram robot(addressOf(server) +
-                       QStringList{"--tls", "--ca", QString::fromStdString(server.caFile()),
-                                   "--user", "walker", "--password-file", file.fileName()});
+    TlsLogin login;
+    RobotProgram robot(addressOf(login.server) + login.words());
     robot.start();
     QVERIFY(!robot.waitForLine("publishing to ").isEmpty());
     if (byPassword) {
-        server.command({"ACL", "SETUSER", "walker", "resetpass", ">three"});
-        server.command({"CLIENT", "KILL", "USER", "walker"});
+        login.server.command({"ACL", "SETUSER", "alice", "resetpass", ">other"});
+        login.server.command({"CLIENT", "KILL", "USER", "alice"});
     } else {
-        server.restartAsAnother();
+        login.server.restartAsAnother();
     }
     QCOMPARE(robot.waitForExit(), 1);
     const QString last = robot.errors().trimmed().section('\n', -1);

@@ -43,19 +43,7 @@ private slots:
 
 private:
     static Application& application() { return *static_cast<Application*>(qApp); }
-    static QList<QMessageBox*> boxes();
 };
-
-QList<QMessageBox*> TestApplication::boxes()
-{
-    QList<QMessageBox*> found;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* box = qobject_cast<QMessageBox*>(widget);
-        if (box && box->isVisible())
-            found += box;
-    }
-    return found;
-}
 
 namespace {
 
@@ -80,7 +68,7 @@ struct BadButton
 
 void TestApplication::cleanup()
 {
-    for (QMessageBox* box : boxes())
+    for (QMessageBox* box : shownBoxes())
         clickOk(box);
     GuardedTest::cleanup();
 }
@@ -112,25 +100,25 @@ void TestApplication::anExceptionOutOfASlotEndsInABox()
         throw kind;
     });
     bad.click();
-    QCOMPARE(boxes().size(), 1);
-    QVERIFY(boxes()[0]->text().contains(text));
-    clickOk(boxes()[0]);
-    QVERIFY(boxes().isEmpty());
+    QCOMPARE(shownBoxes().size(), 1);
+    QVERIFY(shownBoxes()[0]->text().contains(text));
+    clickOk(shownBoxes()[0]);
+    QVERIFY(shownBoxes().isEmpty());
 }
 
 void TestApplication::showsTheTextAsItIs()
 {
     BadButton bad([] { throw std::runtime_error("<b>gr\xc3\xbc\xc3\x9f</b>"); });
     bad.click();
-    QCOMPARE(boxes()[0]->text(), QString::fromUtf8("<b>gr\u00fc\u00df</b>"));
-    QCOMPARE(boxes()[0]->textFormat(), Qt::PlainText);
+    QCOMPARE(shownBoxes()[0]->text(), QString::fromUtf8("<b>gr\u00fc\u00df</b>"));
+    QCOMPARE(shownBoxes()[0]->textFormat(), Qt::PlainText);
 }
 
 void TestApplication::goesOnWhileTheBoxIsOpen()
 {
     BadButton bad([] { throw std::runtime_error("no"); });
     bad.click();
-    QCOMPARE(boxes().size(), 1);
+    QCOMPARE(shownBoxes().size(), 1);
     QTimer ticker;
     QSignalSpy ticks(&ticker, &QTimer::timeout);
     ticker.start(1);
@@ -144,11 +132,11 @@ void TestApplication::aTaskThatFailsEachTickGetsOneBox()
     QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
     ticker.start(1);
     TRY_VERIFY(noted.size() > 5);
-    QCOMPARE(boxes().size(), 1);
-    clickOk(boxes()[0]);
+    QCOMPARE(shownBoxes().size(), 1);
+    clickOk(shownBoxes()[0]);
     const int before = noted.size();
     TRY_VERIFY(noted.size() > before + 5);
-    QVERIFY(boxes().isEmpty());
+    QVERIFY(shownBoxes().isEmpty());
     QCOMPARE(noted.last().at(0).toString(), QString("no value today"));
 }
 
@@ -159,8 +147,8 @@ void TestApplication::anErrorOfATaskGetsABoxAgainAfterItWasAbsent()
     const QSignalSpy noted(&errors, &ErrorReporter::noted);
     const auto failAndLook = [&errors] {
         errors.report(nullptr, "no value today", ErrorReporter::Origin::RunningWork);
-        const bool hasBox = !boxes().isEmpty();
-        for (QMessageBox* box : boxes())
+        const bool hasBox = !shownBoxes().isEmpty();
+        for (QMessageBox* box : shownBoxes())
             clickOk(box);
         return hasBox;
     };
@@ -181,9 +169,9 @@ void TestApplication::anotherErrorOfATaskGetsABoxAtOnce()
     ErrorReporter errors([] { return 0; });
     for (const char* text : {"no value", "no robot", "no value"}) {
         errors.report(nullptr, text, ErrorReporter::Origin::RunningWork);
-        QCOMPARE(boxes().size(), 1);
-        QCOMPARE(boxes()[0]->text(), QString(text));
-        clickOk(boxes()[0]);
+        QCOMPARE(shownBoxes().size(), 1);
+        QCOMPARE(shownBoxes()[0]->text(), QString(text));
+        clickOk(shownBoxes()[0]);
     }
 }
 
@@ -208,8 +196,8 @@ void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes()
             bad.click();
         else
             QTest::keyClick(&bad.button, key);
-        QCOMPARE(boxes().size(), 1);
-        clickOk(boxes()[0]);
+        QCOMPARE(shownBoxes().size(), 1);
+        clickOk(shownBoxes()[0]);
     }
 }
 
@@ -234,8 +222,8 @@ void TestApplication::oneBoxAtATime()
     application().errors().report(nullptr, "first");
     QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
     application().errors().report(nullptr, "second\nline");
-    QCOMPARE(boxes().size(), 1);
-    QCOMPARE(boxes()[0]->text(), QString("first"));
+    QCOMPARE(shownBoxes().size(), 1);
+    QCOMPARE(shownBoxes()[0]->text(), QString("first"));
     QCOMPARE(noted.size(), 1);
     QCOMPARE(noted.at(0).at(0).toString(), QString("second line"));
 }
@@ -248,13 +236,13 @@ void TestApplication::aBoxOverAModalDialogCanBeClosed()
     ModalDriver user;
     user.then<QDialog>([&dialog, button](QDialog&) {
         QTest::mouseClick(button, Qt::LeftButton);
-        QCOMPARE(boxes().size(), 1);
-        QCOMPARE(boxes()[0]->parentWidget(), &dialog);
-        clickOk(boxes()[0]);
+        QCOMPARE(shownBoxes().size(), 1);
+        QCOMPARE(shownBoxes()[0]->parentWidget(), &dialog);
+        clickOk(shownBoxes()[0]);
         dialog.accept();
     });
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
-    QVERIFY(boxes().isEmpty());
+    QVERIFY(shownBoxes().isEmpty());
 }
 
 void TestApplication::survivesAnExceptionOfADeletedReceiver()
@@ -264,8 +252,8 @@ void TestApplication::survivesAnExceptionOfADeletedReceiver()
         delete object;
         throw std::runtime_error("gone with a bang");
     });
-    TRY_COMPARE(boxes().size(), 1);
-    QCOMPARE(boxes()[0]->text(), QString("gone with a bang"));
+    TRY_COMPARE(shownBoxes().size(), 1);
+    QCOMPARE(shownBoxes()[0]->text(), QString("gone with a bang"));
 }
 
 REGISTER_TEST(TestApplication, HostApplication)

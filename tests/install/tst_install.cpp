@@ -91,7 +91,7 @@ void TestInstall::theDesktopFindsItsPanelAndImages()
     DesktopProgram desktop(path("bin/tarvek-desktop"), desktopWords("Glimmet"));
     desktop.start();
     // The window's own connection, and the panel's.
-    TRY_COMPARE(clientsOf(*fRobot), 2);
+    TRY_COMPARE(fRobot->clients(), 2);
     desktop.signal(SIGTERM);
     QVERIFY(desktop.waitForFinished(patience));
     QCOMPARE(desktop.warnings(), QString());

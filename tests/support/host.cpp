@@ -8,14 +8,20 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-QMessageBox* shownBox()
+QList<QMessageBox*> shownBoxes()
 {
+    QList<QMessageBox*> found;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         auto* box = qobject_cast<QMessageBox*>(widget);
         if (box && box->isVisible())
-            return box;
+            found += box;
     }
-    return nullptr;
+    return found;
+}
+
+QMessageBox* shownBox()
+{
+    return shownBoxes().value(0);
 }
 
 void whenShown(const QString& name, const std::function<void(QDialog&)>& action)

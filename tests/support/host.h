@@ -13,7 +13,10 @@
 
 /// Words for tests that run the host's windows.
 
-/// The box on screen; null when there is none.
+/// The boxes on screen.
+QList<QMessageBox*> shownBoxes();
+
+/// The first of them; null when there is none.
 QMessageBox* shownBox();
 
 /// Runs `action` once the modal dialog of this name is in front: that dialog, and the function that

@@ -8,6 +8,7 @@
 #include <wire/reply_reader.h>
 #include <wire/request.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -208,6 +209,12 @@ std::string RedisServer::command(const std::vector<std::string>& words) const
     AdminConnection connection(fFolder + "/admin.sock");
     connection.run({"AUTH", adminUser, adminPassword});
     return connection.run(words);
+}
+
+int RedisServer::clients() const
+{
+    const std::string list = command({"CLIENT", "LIST"});
+    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
 }
 
 pid_t RedisServer::pid() const

@@ -46,6 +46,9 @@ public:
     /// text. Throws std::runtime_error when the server refuses it.
     std::string command(const std::vector<std::string>& words) const;
 
+    /// How many are connected, but the one that asks.
+    int clients() const;
+
     void stop();    ///< SIGSTOP: the process is there and answers nothing
     void resume();  ///< SIGCONT
     void kill();    ///< SIGKILL, and waits for its end

@@ -65,7 +65,6 @@ private:
     QString stateText() const;
     QString detailText() const;
     void openProbe();
-    int clients() const;
 
     QScopedPointer<RedisServer> fRobot;
     QScopedPointer<PluginLoader> fPlugins;
@@ -120,13 +119,6 @@ void TestMainWindow::openProbe()
 {
     action("Probe")->trigger();
     QVERIFY(probe());
-}
-
-/// Connections that the robot sees, but the one that asks.
-int TestMainWindow::clients() const
-{
-    const std::string list = fRobot->command({"CLIENT", "LIST"});
-    return static_cast<int>(std::count(list.begin(), list.end(), '\n')) - 1;
 }
 
 void TestMainWindow::offersThePanelsThatWereFound()
@@ -212,7 +204,7 @@ void TestMainWindow::severalPanelsStandSideBySide()
     openProbe();
     action("Probe")->trigger();
     QCOMPARE(fWindow->findChildren<TarvekWidget*>("probe").size(), 2);
-    QCOMPARE(clients(), 3);
+    QCOMPARE(fRobot->clients(), 3);
     fRobot->kill();
     for (TarvekWidget* panel : fWindow->findChildren<TarvekWidget*>("probe"))
         TRY_COMPARE(panel->property("disconnections").toInt(), 1);
@@ -270,13 +262,13 @@ void TestMainWindow::aPluginMakesOnePanelAtATimeForAllWindows()
 void TestMainWindow::closingTheTabEndsThePanelAndItsLink()
 {
     openProbe();
-    QCOMPARE(clients(), 2);
+    QCOMPARE(fRobot->clients(), 2);
     auto* tabs = fWindow->findChild<QTabBar*>();
     QWidget* button = tabs->tabButton(0, QTabBar::RightSide);
     QVERIFY(button && button->isVisible());
     QTest::mouseClick(button, Qt::LeftButton);
     TRY_VERIFY(!probe());
-    TRY_COMPARE(clients(), 1);
+    TRY_COMPARE(fRobot->clients(), 1);
     QCOMPARE(fPlugins->find("Probe")->panels->fPanel, nullptr);
     QVERIFY(!action("Save picture")->isEnabled());
     QVERIFY(stateText().startsWith("Connected since"));

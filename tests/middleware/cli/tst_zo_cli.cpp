@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/password_file.h"
 #include "support/patience.h"
 #include "support/program.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
+#include "support/tls_login.h"
 
-#include <QProcess>
-#include <QTemporaryFile>
 #include <QtTest>
 
 #include <csignal>
@@ -264,31 +264,22 @@ void TestZoCli::watchEndsWhenTheRobotRefusesIt()
 {
     QFETCH(QStringList, rule);
     QFETCH(QByteArray, reason);
-    RedisServer::Options options;
-    options.tls = true;
-    options.users = {"alice on >open-sesame ~* +@all"};
-    RedisServer server(options);
-    QTemporaryFile password;
-    QVERIFY(password.open());
-    password.write("open-sesame\n");
-    password.flush();
-    ZoProgram zo(
-        at(server, {"--tls", "--ca", QString::fromStdString(server.caFile()), "--user", "alice",
-                    "--password-file", password.fileName(), "watch", "--period", "60", "a"}));
+    TlsLogin login;
+    ZoProgram zo(at(login.server, login.words() + QStringList{"watch", "--period", "60", "a"}));
     QVERIFY(zo.waitUntil([&] { return linesIn(zo.output()) > 0; }));
     if (rule.isEmpty()) {
-        server.restartAsAnother();
+        login.server.restartAsAnother();
     } else {
         std::vector<std::string> words = {"ACL", "SETUSER", "alice"};
         for (const QString& word : rule)
             words.push_back(word.toStdString());
-        server.command(words);
-        server.command({"CLIENT", "KILL", "USER", "alice"});
+        login.server.command(words);
+        login.server.command({"CLIENT", "KILL", "USER", "alice"});
     }
     const Ended ended = endOf(zo);
     QCOMPARE(ended.status, 1);
     const QByteArray last = ended.errors.trimmed().split('\n').last();
-    QVERIFY2(last.startsWith("zo: robot at " + addressOf(server).toUtf8()),
+    QVERIFY2(last.startsWith("zo: robot at " + addressOf(login.server).toUtf8()),
              ended.errors.constData());
     QVERIFY2(last.contains(reason), ended.errors.constData());
     QVERIFY2(linesIn(ended.errors) <= 2, ended.errors.constData()); // it may be seen as lost first
@@ -384,10 +375,7 @@ void TestZoCli::aPasswordOpensTheRobotAndIsNeverShown()
     const RedisServer server(options);
     server.command({"SET", "a", "1"});
     const auto get = [&server](const QByteArray& password, const QStringList& user) {
-        QTemporaryFile file;
-        file.open();
-        file.write(password + "\n");
-        file.close();
+        const PasswordFile file(password);
         return run(at(server, user + QStringList{"--password-file", file.fileName(), "get", "a"}));
     };
     QCOMPARE(get("open-sesame", {"--user", "alice"}).output, QByteArray("a\tint\t1\n"));
@@ -419,10 +407,7 @@ void TestZoCli::aPasswordThatOthersMayReadIsWarnedOfOnce()
     RedisServer::Options options;
     options.defaultPassword = "default-secret";
     const RedisServer server(options);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write("default-secret\n");
-    file.close();
+    PasswordFile file("default-secret");
     file.setPermissions(QFile::ReadOwner | QFile::ReadOther);
     const Ended ended = run(at(server, {"--password-file", file.fileName(), "get", "a"}));
     QCOMPARE(ended.status, 0);
