@@ -14,9 +14,9 @@ namespace kit {
 
 namespace {
 
-using Text = const std::string&;
+using Text = std::string;
 
-void storeAddress(Connection& connection, Text name, Text text)
+void storeAddress(Connection& connection, const Text& name, const Text& text)
 {
     try {
         connection.address = ZoAddress::fromText(text);
@@ -26,7 +26,7 @@ void storeAddress(Connection& connection, Text name, Text text)
     }
 }
 
-void storeTimeout(ZoBrokerOptions& options, Text name, Text text)
+void storeTimeout(ZoBrokerOptions& options, const Text& name, const Text& text)
 {
     const std::chrono::milliseconds time(numberFrom(name, text, 1, longestTime));
     options.connectTimeout = time;
@@ -36,7 +36,7 @@ void storeTimeout(ZoBrokerOptions& options, Text name, Text text)
 }
 
 /// Why the file at `path` cannot be read; 0: it can.
-int readingError(Text path)
+int readingError(const Text& path)
 {
     if (::access(path.c_str(), R_OK) != 0)
         return errno;
@@ -44,7 +44,7 @@ int readingError(Text path)
     return std::filesystem::is_directory(path, ignored) ? EISDIR : 0;
 }
 
-void checkReadable(Text name, Text path)
+void checkReadable(const Text& name, const Text& path)
 {
     if (path.empty())
         return;
@@ -77,7 +77,9 @@ Options connectionOptions(Connection& connection)
          "HOST[:PORT]",
          "where the robot's memory is (127.0.0.1:6379); put an IPv6 address in brackets: "
          "[::1]:6379",
-         [&connection](Text name, Text text) { storeAddress(connection, name, text); }},
+         [&connection](const Text& name, const Text& text) {
+             storeAddress(connection, name, text);
+         }},
         textOption("--user", "NAME", "the robot's user; some need no password", options.user),
         textOption("--password-file", "FILE", "file whose first line is the password",
                    connection.passwordFile),
@@ -90,7 +92,7 @@ Options connectionOptions(Connection& connection)
          "MS",
          "longest wait for a connection (1000), for a robot that says nothing (250), for a call in "
          "all and for the list of keys (2000 each; each key adds 0.02 ms to these)",
-         [&options](Text name, Text text) { storeTimeout(options, name, text); }},
+         [&options](const Text& name, const Text& text) { storeTimeout(options, name, text); }},
     };
 }
 

@@ -13,11 +13,11 @@
 
 namespace {
 
-using Text = const std::string&;
+using Text = std::string;
 using Action = CommandLine::Action;
 
 /// The folder's absolute path, since panels may change the working folder.
-QString existingFolder(Text option, Text path)
+QString existingFolder(const Text& option, const Text& path)
 {
     const QString name = QFile::decodeName(path.c_str());
     if (!QFileInfo(name).isDir())
@@ -41,19 +41,27 @@ kit::Options ownOptions(CommandLine& line)
         {{"--panel"},
          "NAME",
          "open this panel as soon as a robot is connected",
-         [&line](Text, Text name) { line.panel = QString::fromLocal8Bit(name.c_str()); }},
+         [&line](const Text&, const Text& name) {
+             line.panel = QString::fromLocal8Bit(name.c_str());
+         }},
         {{"--plugin"},
          "FILE",
          "load this plug-in, too; may be given again",
-         [&line](Text, Text path) { line.pluginFiles += QFile::decodeName(path.c_str()); }},
+         [&line](const Text&, const Text& path) {
+             line.pluginFiles += QFile::decodeName(path.c_str());
+         }},
         {{"--plugin-dir"},
          "DIR",
          "load the plug-ins in this folder, too; may be given again",
-         [&line](Text name, Text path) { line.pluginDirs += existingFolder(name, path); }},
+         [&line](const Text& name, const Text& path) {
+             line.pluginDirs += existingFolder(name, path);
+         }},
         {{"--image-dir"},
          "DIR",
          "take the panels' images from this folder",
-         [&line](Text name, Text path) { line.imageDir = existingFolder(name, path); }},
+         [&line](const Text& name, const Text& path) {
+             line.imageDir = existingFolder(name, path);
+         }},
     };
 }
 
