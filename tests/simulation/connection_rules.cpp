@@ -98,7 +98,7 @@ ConnectionRules::Open* ConnectionRules::find(ConnectionId connection)
 ConnectionRules::Open& ConnectionRules::require(ConnectionId connection, const char* what)
 {
     Open* const open = find(connection);
-    ::require(open != nullptr, "each connection is closed once",
+    ::require(open != nullptr, "only an open connection is used",
               [&] { return text(connection) + " is " + what + " and not open"; });
     return *open;
 }

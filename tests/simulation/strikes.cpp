@@ -30,8 +30,8 @@ bool needsLookUp(Fault fault, LinkDoing doing)
 
 } // namespace
 
-Strikes::Strikes(const Targets& targets, int count)
-    : fWorld(targets), fUsualRules(fWorld.robot.rules), fUsualCondition(fWorld.network.condition)
+Strikes::Strikes(const World& world, int count)
+    : fWorld(world), fUsualRules(fWorld.robot.rules), fUsualCondition(fWorld.network.condition)
 {
     while (static_cast<int>(fWaiting.size()) < count) {
         const auto fault = static_cast<Fault>(fWorld.random.between(1, faults - 1));

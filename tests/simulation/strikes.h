@@ -11,7 +11,7 @@ class Strikes
 {
 public:
     /// What the faults act upon; must outlive this.
-    struct Targets
+    struct World
     {
         Agenda& agenda;
         Random& random;
@@ -23,7 +23,7 @@ public:
         const SettingsMaker& settings;
     };
 
-    Strikes(const Targets& targets, int count);
+    Strikes(const World& targets, int count);
 
     /// After each step: strikes if a fault finds what it waits for.
     void step();
@@ -57,7 +57,7 @@ private:
     template <class End>
     void lasts(End end);
 
-    const Targets fWorld;
+    const World fWorld;
     std::vector<Strike> fWaiting;
     Agenda::Duration fWakeDelay{0};
     SimulatedRobot::Rules fUsualRules;
