@@ -103,6 +103,8 @@ void Desktop::connectTo(const ConnectionSettings& settings)
     MainWindow* const refused = windowToConnectAgain(settings);
     boost::shared_ptr<ZoBroker> broker;
     try {
+        // A window that connects again has links of its own; but none of them tells at once, as a
+        // new broker does, whether the robot is there and lets the user in.
         broker = makeBroker(settings);
         if (refused)
             refused->reconnect(settings);
