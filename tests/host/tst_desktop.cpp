@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "desktop.h"
-#include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"
+#include "support/desktop_bench.h"
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
@@ -16,21 +15,23 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
-#include <QSignalSpy>
 #include <QSpinBox>
 #include <QtTest>
 
 #include <atomic>
 
 /// From the command line to windows and back to nothing, with a real server as the robot.
-class TestDesktop : public GuardedTest
+class TestDesktop : public GuardedTest, private DesktopBench
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup()
+    {
+        tearDown();
+        GuardedTest::cleanup();
+    }
     void asksForTheRobotWhenTheCommandLineNamesNone();
     void connectsToTheRobotOfTheCommandLine();
     void opensThePanelOfTheCommandLine();
@@ -57,76 +58,13 @@ private slots:
     void aNewConnectionToARefusedRobotIsANewWindow();
 
 private:
-    void start();
-    CommandLine robotLine(const RedisServer& robot) const;
-    void typeRobot(int port);
     void startWithPassword();
     void changePassword();
     void pressConnectAgain();
     void type(const QString& field, const QString& text);
     void pressConnect();
-    MainWindow* window() const;
-    QObject* probe() const { return window()->findChild<TarvekWidget*>("probe"); }
     QString detailText() const;
-
-    QScopedPointer<RedisServer> fRobot;
-    QScopedPointer<ErrorReporter> fErrors;
-    QScopedPointer<Desktop> fDesktop;
-    QScopedPointer<QSignalSpy> fFinished;
-    CommandLine fLine;
 };
-
-void TestDesktop::init()
-{
-    QSettings().clear();
-    fRobot.reset(new RedisServer);
-    fErrors.reset(new ErrorReporter);
-    fLine = CommandLine();
-    fLine.pluginDirs = QStringList(TEST_PLUGIN_DIR);
-}
-
-void TestDesktop::cleanup()
-{
-    fFinished.reset();
-    fDesktop.reset();
-    fErrors.reset();
-    fRobot.reset();
-    GuardedTest::cleanup();
-}
-
-void TestDesktop::start()
-{
-    fDesktop.reset(new Desktop(fLine, *fErrors));
-    fFinished.reset(new QSignalSpy(fDesktop.data(), &Desktop::finished));
-    fDesktop->start();
-}
-
-CommandLine TestDesktop::robotLine(const RedisServer& robot) const
-{
-    CommandLine line = fLine;
-    line.settings.address.port = robot.port();
-    line.connectAtOnce = true;
-    return line;
-}
-
-MainWindow* TestDesktop::window() const
-{
-    return fDesktop->windows().isEmpty() ? nullptr : fDesktop->windows().last();
-}
-
-/// Fills the connect dialog in and presses Enter.
-void TestDesktop::typeRobot(int port)
-{
-    ConnectDialog* dialog = fDesktop->connectDialog();
-    QVERIFY(dialog && dialog->isVisible());
-    auto* host = dialog->findChild<QComboBox*>("host");
-    host->lineEdit()->selectAll();
-    QTest::keyClicks(host->lineEdit(), "127.0.0.1");
-    auto* box = dialog->findChild<QSpinBox*>("port");
-    box->selectAll();
-    QTest::keyClicks(box, QString::number(port));
-    QTest::keyClick(dialog->findChild<QLineEdit*>("user"), Qt::Key_Return);
-}
 
 void TestDesktop::asksForTheRobotWhenTheCommandLineNamesNone()
 {
@@ -152,7 +90,7 @@ void TestDesktop::opensThePanelOfTheCommandLine()
     fLine = robotLine(*fRobot);
     fLine.panel = "probe";
     start();
-    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(probe());
 }
 
 void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
@@ -183,8 +121,8 @@ void TestDesktop::handsPanelsTheImagesOfTheProgram()
         fLine.panel = "Probe";
         fLine.imageDir = folder;
         start();
-        TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
-        QCOMPARE(window()->findChild<TarvekWidget*>("probe")->property("imageDir").toString(),
+        TRY_VERIFY(probe());
+        QCOMPARE(probe()->property("imageDir").toString(),
                  (folder.isEmpty() ? ownImageDir() : folder) + '/');
     }
 }
@@ -264,7 +202,7 @@ void TestDesktop::connectsEncryptedWithAFileOfAuthorities()
     fLine.panel = "Probe";
     start();
     QVERIFY(window());
-    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(probe());
 }
 
 void TestDesktop::refusesARobotThatNoAuthorityVouchesFor()
@@ -327,7 +265,7 @@ void TestDesktop::closingTheLastWindowEndsTheProgram()
     fLine = robotLine(*fRobot);
     fLine.panel = "Probe";
     start();
-    TRY_VERIFY(window()->findChild<TarvekWidget*>("probe"));
+    TRY_VERIFY(probe());
     const QPointer<MainWindow> closed = window();
     QVERIFY(QTest::qWaitForWindowActive(window(), patience));
     QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier);
@@ -449,7 +387,7 @@ void TestDesktop::aRefusedRobotIsConnectedAgainWithItsPanels()
     TRY_VERIFY(window()->monitor().state().connected);
     TRY_VERIFY(!fDesktop->connectDialog());
     QCOMPARE(fDesktop->windows().size(), 1);
-    QCOMPARE(probe(), panel.data());
+    QVERIFY(probe() == panel);
     QCOMPARE(panel->property("disconnections"), QVariant(1));
     const std::string clients = fRobot->command({"CLIENT", "LIST"});
     for (const char* name : {"name=TarvekDesktop", "name=Probe"}) // the window's link, the panel's
@@ -482,7 +420,7 @@ void TestDesktop::aRefusedCertificateIsFinalUntilConnectedAgain()
     pressConnectAgain();
     pressConnect(); // the file that is named there holds the new authority by now
     TRY_VERIFY(window()->monitor().state().connected);
-    QCOMPARE(probe(), panel.data());
+    QVERIFY(probe() == panel);
 }
 
 void TestDesktop::aWrongAnswerToARefusalAsksAgain()
