@@ -2,7 +2,6 @@
 #include "simulation/workers.h"
 
 #include "simulation/schedule.h"
-#include "simulation/violation.h"
 
 #include <algorithm>
 #include <atomic>
@@ -11,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <poll.h>
 #include <stdexcept>
@@ -202,10 +202,10 @@ Tally runAll(const SimulateOptions& options)
 
 bool runAlone(const SimulateOptions& options)
 {
-    static Tally tally;
+    Tally tally;
     try {
         runSchedule(options.seed, *options.only, tally, options.isTraced);
-    } catch (const Violation& violation) {
+    } catch (const std::exception& violation) {
         std::printf("violation in schedule %llu: %s\n",
                     static_cast<unsigned long long>(*options.only), violation.what());
         return false;
