@@ -112,7 +112,7 @@ PrivateServer::PrivateServer(int port, const std::string& readersPassword,
 /// soon as the server listens: then it cannot write any either.
 bool PrivateServer::start(const std::string& readersPassword)
 {
-    const kit::TemporaryFolder folder("robot");
+    const kit::TemporaryFolder folder("tarvek-robot");
     const std::string configuration = folder.path() + "/redis.conf";
     writeFile(configuration, accessList(fPassword, readersPassword));
     fLogFile = kit::Descriptor(::memfd_create("redis-server.log", MFD_CLOEXEC));
