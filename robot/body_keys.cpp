@@ -8,6 +8,7 @@ namespace {
 
 constexpr double gravity = 9.81;
 constexpr double bodyWeight = 320; ///< newtons
+
 /// The body's sway while it walks: `amplitude`, `perStride` times a stride, plus sensor noise.
 Curve sway(KeyCollector& keys, double amplitude, int perStride, double noise)
 {

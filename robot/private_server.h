@@ -24,9 +24,8 @@ public:
     static constexpr int fFreePortAttempts = 5;
 
     /// Starts the server and waits until it listens. With an empty `readersPassword` everybody on
-    /// this machine may read. `port` 0 takes one that `findPort` finds, and
-    /// another one when that is taken by then. Throws std::runtime_error that says what is missing
-    /// or in the way.
+    /// this machine may read. `port` 0 takes one that `findPort` finds, and another one when that
+    /// is taken by then. Throws std::runtime_error that says what is missing or in the way.
     PrivateServer(int port, const std::string& readersPassword,
                   const std::function<int()>& findPort = kit::freeLoopbackPort);
 

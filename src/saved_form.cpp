@@ -7,6 +7,7 @@
 
 namespace {
 
+// What every locale takes for space: the parser, which asks the locale, skips at least that.
 bool isSpace(char character)
 {
     return character == ' ' || (character >= '\t' && character <= '\r');

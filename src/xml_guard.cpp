@@ -21,6 +21,7 @@ bool startsWithAnyCase(const char* text, const char* prefix)
     return strncasecmp(text, prefix, std::strlen(prefix)) == 0;
 }
 
+// As the parser asks: the locale may take more bytes for space than others do.
 bool isSpace(char character)
 {
     return std::isspace(static_cast<unsigned char>(character)) != 0;

@@ -6,7 +6,7 @@
 #include <string>
 
 /// Where the program's own files are. The build folder has the layout of an installation, so
-/// both are found from the program's place.
+/// all are found from the program's place.
 
 /// The folder of the panels that come with the program.
 QString ownPluginDir();
