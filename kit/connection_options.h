@@ -4,7 +4,7 @@
 #include <kit/option_words.h>
 
 #include <zo/address.h>
-#include <zo/broker.h>
+#include <zo/broker_options.h>
 
 namespace kit {
 

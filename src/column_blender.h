@@ -8,8 +8,6 @@
 #include <optional>
 #include <vector>
 
-class QPoint;
-
 /// Blends the many upright legs that a dense line has in one column: each pixel once, whatever
 /// the number of legs upon it, and to the value that the painter gives it leg by leg.
 class ColumnBlender

@@ -9,7 +9,6 @@
 
 #include <atomic>
 #include <functional>
-#include <limits>
 #include <thread>
 #include <vector>
 

@@ -16,7 +16,6 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QtTest>
 

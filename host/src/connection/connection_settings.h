@@ -2,7 +2,7 @@
 #pragma once
 
 #include <zo/address.h>
-#include <zo/broker.h>
+#include <zo/broker_options.h>
 
 #include <QString>
 

@@ -7,7 +7,6 @@
 #include <tarvek/widget_interface.h>
 
 #include <QCoreApplication>
-#include <QPointer>
 
 #include <stdexcept>
 #include <utility>

@@ -17,7 +17,6 @@
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
 #include <QThread>

@@ -13,7 +13,6 @@ class ErrorReporter;
 class PanelArea;
 class PluginLoader;
 class QAction;
-class QMenu;
 struct PanelPlugin;
 
 /// What all windows share; outlives them.

@@ -2,7 +2,6 @@
 #include "link/address_race.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace zo {
 

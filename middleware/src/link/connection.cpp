@@ -5,8 +5,6 @@
 
 #include <boost/asio/buffer.hpp>
 
-#include <utility>
-
 namespace zo {
 
 namespace asio = boost::asio;

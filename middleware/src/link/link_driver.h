@@ -10,7 +10,6 @@
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 
-#include <functional>
 #include <memory>
 #include <unordered_map>
 

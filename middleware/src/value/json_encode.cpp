@@ -6,7 +6,6 @@
 #include <zo/error.h>
 
 #include <cmath>
-#include <limits>
 #include <simdjson.h>
 
 namespace zo {

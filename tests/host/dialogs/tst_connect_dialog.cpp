@@ -12,7 +12,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QSpinBox>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(ConnectionSettings)

@@ -16,9 +16,9 @@
 
 #include <zo/error.h>
 
+#include <QAction>
 #include <QFileDialog>
 #include <QLabel>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabBar>
