@@ -12,9 +12,6 @@
 #include <tarvek/tarvek_widget.h>
 
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QtTest>
 
@@ -51,19 +48,6 @@ private slots:
     void quitEndsEverything();
     void closingTheWindowUnderAStartUpDialogEndsTheProgram();
     void aWindowIsDeletedOnlyWhenItsDialogsAreDone();
-    void aRefusedRobotIsConnectedAgainWithItsPanels();
-    void aRefusedCertificateIsFinalUntilConnectedAgain();
-    void aWrongAnswerToARefusalAsksAgain();
-    void anotherRobotInPlaceOfARefusedOneGetsAWindowOfItsOwn();
-    void aNewConnectionToARefusedRobotIsANewWindow();
-
-private:
-    void startWithPassword();
-    void changePassword();
-    void pressConnectAgain();
-    void type(const QString& field, const QString& text);
-    void pressConnect();
-    QString detailText() const;
 };
 
 void TestDesktop::asksForTheRobotWhenTheCommandLineNamesNone()
@@ -318,158 +302,6 @@ void TestDesktop::aWindowIsDeletedOnlyWhenItsDialogsAreDone()
     QSignalSpy finished(fDesktop.data(), &Desktop::finished);
     QVERIFY(finished.wait(patience));
     QVERIFY(!closed);
-}
-
-/// A window with a panel, for a user whose password can be changed.
-void TestDesktop::startWithPassword()
-{
-    RedisServer::Options options;
-    options.users = {"alice on >old-word ~* +@all"};
-    fRobot.reset(new RedisServer(options));
-    fLine = robotLine(*fRobot);
-    fLine.settings.user = "alice";
-    fLine.settings.password = "old-word";
-    fLine.panel = "Probe";
-    start();
-    TRY_VERIFY(probe());
-}
-
-/// On the robot, which then ends all connections of the user.
-void TestDesktop::changePassword()
-{
-    fRobot->command({"ACL", "SETUSER", "alice", "resetpass", ">new-word"});
-    fRobot->command({"CLIENT", "KILL", "USER", "alice"});
-    TRY_VERIFY(window()->monitor().state().refused);
-}
-
-void TestDesktop::pressConnectAgain()
-{
-    auto* button = window()->findChild<QPushButton*>("connectAgain");
-    QVERIFY(button && button->isVisible());
-    QTest::mouseClick(button, Qt::LeftButton);
-    QVERIFY(fDesktop->connectDialog() && fDesktop->connectDialog()->isVisible());
-}
-
-/// Types into a field of the connect dialog, in place of what is there.
-void TestDesktop::type(const QString& field, const QString& text)
-{
-    auto* edit = fDesktop->connectDialog()->findChild<QLineEdit*>(field);
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Delete);
-    QTest::keyClicks(edit, text);
-}
-
-void TestDesktop::pressConnect()
-{
-    QTest::keyClick(fDesktop->connectDialog()->findChild<QLineEdit*>("user"), Qt::Key_Return);
-}
-
-QString TestDesktop::detailText() const
-{
-    return window()->findChild<QLabel*>("connectionDetail")->text();
-}
-
-void TestDesktop::aRefusedRobotIsConnectedAgainWithItsPanels()
-{
-    startWithPassword();
-    const QPointer<QObject> panel = probe();
-    changePassword();
-    TRY_COMPARE(panel->property("disconnections"), QVariant(1));
-    QVERIFY2(detailText().startsWith("Not trying again"), qPrintable(detailText()));
-    QVERIFY2(detailText().contains("WRONGPASS"), qPrintable(detailText()));
-
-    pressConnectAgain();
-    const ConnectDialog& dialog = *fDesktop->connectDialog();
-    QCOMPARE(dialog.findChild<QSpinBox*>("port")->value(), fRobot->port());
-    QCOMPARE(dialog.findChild<QLineEdit*>("user")->text(), QString("alice"));
-    type("password", "new-word");
-    pressConnect();
-    TRY_VERIFY(window()->monitor().state().connected);
-    TRY_VERIFY(!fDesktop->connectDialog());
-    QCOMPARE(fDesktop->windows().size(), 1);
-    QVERIFY(probe() == panel);
-    QCOMPARE(panel->property("disconnections"), QVariant(1));
-    const std::string clients = fRobot->command({"CLIENT", "LIST"});
-    for (const char* name : {"name=TarvekDesktop", "name=Probe"}) // the window's link, the panel's
-        QVERIFY2(clients.find(name) != std::string::npos, clients.c_str());
-
-    // Panels that are opened from now on sign in with the new word, too.
-    window()->openPanel(fDesktop->plugins().find("Probe"));
-    QVERIFY(!shownBox());
-    QCOMPARE(window()->findChildren<TarvekWidget*>("probe").size(), 2);
-}
-
-void TestDesktop::aRefusedCertificateIsFinalUntilConnectedAgain()
-{
-    RedisServer::Options options;
-    options.tls = true;
-    fRobot.reset(new RedisServer(options));
-    fLine = robotLine(*fRobot);
-    fLine.settings.tls = true;
-    fLine.settings.caFile = QString::fromStdString(fRobot->caFile());
-    fLine.panel = "Probe";
-    start();
-    TRY_VERIFY(probe());
-    const QPointer<QObject> panel = probe();
-
-    fRobot->restartAsAnother();
-    TRY_VERIFY(window()->monitor().state().refused);
-    QVERIFY2(detailText().contains("certificate"), qPrintable(detailText()));
-    TRY_COMPARE(panel->property("disconnections"), QVariant(1));
-
-    pressConnectAgain();
-    pressConnect(); // the file that is named there holds the new authority by now
-    TRY_VERIFY(window()->monitor().state().connected);
-    QVERIFY(probe() == panel);
-}
-
-void TestDesktop::aWrongAnswerToARefusalAsksAgain()
-{
-    startWithPassword();
-    changePassword();
-    fDesktop->showConnectDialog();
-    type("user", "somebody"); // for another robot
-    pressConnectAgain();
-    QCOMPARE(fDesktop->connectDialog()->findChild<QLineEdit*>("user")->text(), QString("alice"));
-    type("password", "guess");
-    pressConnect();
-    QVERIFY(shownBox());
-    QVERIFY2(shownBox()->text().contains("WRONGPASS"), qPrintable(shownBox()->text()));
-    clickOk(shownBox());
-    QVERIFY(window()->monitor().state().refused);
-    QVERIFY(fDesktop->connectDialog()->isVisible());
-    type("password", "new-word");
-    pressConnect();
-    TRY_VERIFY(window()->monitor().state().connected);
-    QCOMPARE(fDesktop->windows().size(), 1);
-}
-
-void TestDesktop::anotherRobotInPlaceOfARefusedOneGetsAWindowOfItsOwn()
-{
-    const RedisServer other;
-    startWithPassword();
-    const MainWindow* const refused = window();
-    changePassword();
-    pressConnectAgain();
-    type("user", "");
-    type("password", "");
-    typeRobot(other.port());
-    QCOMPARE(fDesktop->windows().size(), 2);
-    QVERIFY(window()->monitor().state().connected);
-    QVERIFY(fDesktop->windows().first() == refused);
-}
-
-void TestDesktop::aNewConnectionToARefusedRobotIsANewWindow()
-{
-    startWithPassword();
-    changePassword();
-    pressConnectAgain();
-    fDesktop->showConnectDialog(); // for another after all
-    type("password", "new-word");
-    pressConnect();
-    QCOMPARE(fDesktop->windows().size(), 2);
-    QVERIFY(window()->monitor().state().connected);
-    QVERIFY(fDesktop->windows().first()->monitor().state().refused);
 }
 
 REGISTER_TEST(TestDesktop, HostApplication)
