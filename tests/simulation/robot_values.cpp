@@ -73,8 +73,8 @@ int keyNumber(std::string_view name)
 void appendRobotText(ValueId id, std::string& text)
 {
     char digits[24];
-    const std::string_view number(digits,
-                                  std::to_chars(digits, digits + sizeof digits, id).ptr - digits);
+    const char* const end = std::to_chars(digits, digits + sizeof digits, id).ptr;
+    const std::string_view number(digits, end - digits);
     switch (formOf(id)) {
     case Form::Int:
         text.append(number);
