@@ -4,6 +4,7 @@
 #include <zo/proxy.h>
 
 #include "link/link.h"
+#include "memory/following.h"
 #include "memory/forbidden_keys.h"
 #include "memory/local_memory.h"
 #include "memory/memory_methods.h"
@@ -18,7 +19,8 @@
 struct ZoBroker::Parts
 {
     std::string name;
-    std::shared_ptr<zo::Link> link; ///< null without a robot
+    std::shared_ptr<zo::Following> following; ///< null: lists are not followed
+    std::shared_ptr<zo::Link> link;           ///< null without a robot
     std::shared_ptr<zo::ForbiddenKeys> forbidden = std::make_shared<zo::ForbiddenKeys>();
     boost::shared_ptr<ZoProxy> memory = boost::make_shared<zo::LocalMemory>();
     std::chrono::system_clock::time_point since = std::chrono::system_clock::now();
@@ -36,7 +38,7 @@ struct ZoBroker::Parts
     {
         if (!link)
             return memory;
-        return boost::make_shared<zo::RemoteMemory>(link, forbidden);
+        return boost::make_shared<zo::RemoteMemory>(link, forbidden, following);
     }
 };
 
@@ -55,8 +57,10 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std:
                                              int port, const ZoBrokerOptions& options)
 {
     auto broker = create(name);
-    broker->fParts->link =
-        std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name));
+    if (options.follow)
+        broker->fParts->following = std::make_shared<zo::Following>(options.notices);
+    broker->fParts->link = std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name),
+                                                      broker->fParts->following);
     return broker;
 }
 

@@ -19,6 +19,11 @@ Arrival AnswerStream::arrive(std::size_t size)
         ++fWhole;
     arrival.first = fSayings.data() + before;
     arrival.last = fSayings.data() + fWhole;
+    for (; fLooked < fSayings.size() && fSayings[fLooked].begin < fArrived; ++fLooked) {
+        if (isReply(fSayings[fLooked]))
+            ++fBegun;
+    }
+    arrival.begun = fBegun;
     for (const Saying& saying : fSayings) {
         if (saying.word == Word::Spoilt) {
             arrival.mayNotice = arrival.mayNotice || saying.begin < fArrived;
@@ -36,4 +41,11 @@ void AnswerStream::forgetOld()
     fBytes.clear();
     fSayings.clear();
     fWhole = 0;
+    fLooked = 0;
+}
+
+/// As far as can be told from how it begins.
+bool AnswerStream::isReply(const Saying& saying) const
+{
+    return saying.word != Word::Push && fBytes[saying.begin - fForgotten] != '>';
 }

@@ -36,6 +36,7 @@ struct Arrival
     std::string_view bytes;
     const Saying* first; ///< of those that are whole now ...
     const Saying* last;  ///< ... and behind the last of them
+    int begun;           ///< replies, of all that were ever said there: a byte of each is there
     bool mayNotice;      ///< some of what is spoilt is there
     bool mustNotice;     ///< all of it is
 };
@@ -51,10 +52,13 @@ public:
 
 private:
     void forgetOld();
+    bool isReply(const Saying& saying) const;
 
     std::string fBytes; ///< behind fForgotten
     std::size_t fForgotten = 0;
     std::size_t fArrived = 0; ///< of all
     std::vector<Saying> fSayings;
-    std::size_t fWhole = 0; ///< so many sayings have arrived
+    std::size_t fWhole = 0;  ///< so many sayings have arrived
+    std::size_t fLooked = 0; ///< so many have begun to
+    int fBegun = 0;          ///< replies, ever
 };

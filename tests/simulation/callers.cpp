@@ -36,7 +36,7 @@ std::shared_ptr<const ForbiddenKeys::Set> noneForbidden()
 }
 
 /// What the caller hears who waits for the end of `exchange`, which has come: the problem, if any.
-std::string told(Exchange& exchange)
+std::string told(zo::Call& exchange)
 {
     try {
         return exchange.waitUntilDone({}) ? "" : "nothing";
@@ -47,7 +47,7 @@ std::string told(Exchange& exchange)
 
 } // namespace
 
-std::shared_ptr<Exchange> Callers::make(const LinkSettings& settings, bool isLate)
+std::shared_ptr<zo::Call> Callers::make(const LinkSettings& settings, bool isLate)
 {
     fSettings = &settings;
     fIsLate = isLate;
@@ -67,7 +67,7 @@ std::shared_ptr<Exchange> Callers::make(const LinkSettings& settings, bool isLat
     return call.exchange;
 }
 
-void Callers::make(Call& call, const char* name, SharedText bytes, int replies,
+void Callers::make(Call& call, const char* name, SharedText bytes, Inquiry::Parts parts,
                    std::shared_ptr<ReplySink> sink, int keys)
 {
     const ZoBrokerOptions& options = fSettings->options;
@@ -77,8 +77,8 @@ void Callers::make(Call& call, const char* name, SharedText bytes, int replies,
     if (fIsInHurry && fRandom.chance(3))
         allowed = milliseconds(fRandom.between(1, 20));
     const Time start = fIsLate ? fAgenda.now() - 2 * allowed : fAgenda.now();
-    call.exchange = std::make_shared<Exchange>(name, std::move(bytes), replies, std::move(sink),
-                                               Deadline::after(start, allowed));
+    call.exchange = std::make_shared<zo::Call>(name, std::move(bytes), std::move(parts),
+                                               std::move(sink), Deadline::after(start, allowed));
 }
 
 void Callers::askForValues(Call& call)
@@ -98,15 +98,17 @@ void Callers::askForValues(Call& call)
         call.list = std::make_shared<const ListRequest>(*fLast, std::vector<int>{0}); // key by key
     }
     call.values = std::make_shared<ValuesSink>(call.list, ZoValue::Elements(call.list->count()));
-    make(call, "MGET", call.list->bytes(), call.list->replies(), call.values, call.list->count());
+    make(call, "MGET", call.list->bytes(), call.list->parts(), call.values, call.list->count());
 }
 
 void Callers::askForNames(Call& call)
 {
     static const SharedText bytes =
         sharedText(encodeCommand({"SCAN", "0", "COUNT", "1000", "TYPE", "string"}));
+    static const auto parts = std::make_shared<const std::vector<RequestPart>>(
+        std::vector<RequestPart>{{bytes->size(), 1}});
     call.names = std::make_shared<NamesSink>();
-    make(call, "SCAN", bytes, 1, call.names, fMemory.keys());
+    make(call, "SCAN", bytes, parts, call.names, fMemory.keys());
 }
 
 void Callers::storeValues(Call& call)
@@ -125,10 +127,11 @@ void Callers::storeValues(Call& call)
              ZoValue(std::string(static_cast<std::size_t>(fRandom.between(64000, 200000)), 'p'))}));
     const StoreRequest request = encodeStoreRequest(ZoValue::fromElements(std::move(pairs)));
     call.stored = std::make_shared<StatusSink>("MSET");
-    make(call, "MSET", request.bytes, request.commands, call.stored, request.pairs);
+    make(call, "MSET", request.bytes, request.parts, call.stored,
+         static_cast<int>(request.keys.size()));
 }
 
-std::shared_ptr<Exchange> Callers::giveUp()
+std::shared_ptr<zo::Call> Callers::giveUp()
 {
     if (fCalls.empty())
         return nullptr;
@@ -146,8 +149,8 @@ void Callers::end(const LinkAction::End& end)
     require(found != fCalls.end(), "a call ends once", [&] { return end.exchange->name(); });
     const Call call = std::move(*found);
     fCalls.erase(found);
-    require(told(*end.exchange) == (end.problem ? *end.problem : ""),
-            "a caller is told how its call ended", [&] { return told(*end.exchange); });
+    require(told(*call.exchange) == (end.problem ? *end.problem : ""),
+            "a caller is told how its call ended", [&] { return told(*call.exchange); });
     if (!end.problem) {
         ++fAnswered;
         checkAnswer(call);

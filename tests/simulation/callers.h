@@ -5,6 +5,7 @@
 #include "simulation/random.h"
 #include "simulation/robot_memory.h"
 
+#include <link/call.h>
 #include <link/link_actions.h>
 #include <link/link_settings.h>
 #include <memory/list_request.h>
@@ -28,9 +29,9 @@ public:
     }
 
     /// A new call of some kind. `isLate`: its time is up already.
-    std::shared_ptr<zo::Exchange> make(const zo::LinkSettings& settings, bool isLate);
+    std::shared_ptr<zo::Call> make(const zo::LinkSettings& settings, bool isLate);
     /// One of the calls under way, if there are any; it may end no more.
-    std::shared_ptr<zo::Exchange> giveUp();
+    std::shared_ptr<zo::Call> giveUp();
     void end(const zo::LinkAction::End& end);
 
     /// So late calls must have ended when the link was awake at `awake`.
@@ -47,7 +48,7 @@ public:
 private:
     struct Call
     {
-        std::shared_ptr<zo::Exchange> exchange;
+        std::shared_ptr<zo::Call> exchange;
         Time begin;
         std::shared_ptr<const zo::ListRequest> list;
         std::shared_ptr<zo::ValuesSink> values;
@@ -63,7 +64,7 @@ private:
     void checkValues(const Call& call) const;
     void checkNames(const Call& call) const;
     void checkStore(const Call& call, bool isAnswered, const zo::SharedText& problem) const;
-    void make(Call& call, const char* name, zo::SharedText bytes, int replies,
+    void make(Call& call, const char* name, zo::SharedText bytes, zo::Inquiry::Parts parts,
               std::shared_ptr<zo::ReplySink> sink, int keys);
 
     const Agenda& fAgenda;
@@ -74,7 +75,7 @@ private:
     bool fIsInHurry = true;
     std::shared_ptr<const zo::ListRequest> fLast; ///< polls ask for the same again
     std::vector<Call> fCalls;
-    std::vector<std::weak_ptr<zo::Exchange>> fAll;
+    std::vector<std::weak_ptr<zo::Call>> fAll;
     int fAnswered = 0;
     int fVersions = 500000; ///< beyond those that the robot itself makes
 };

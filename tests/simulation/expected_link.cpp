@@ -58,6 +58,8 @@ void ExpectedLink::received(ConnectionId connection, const Arrival& arrival)
     if (!isTalking() || connection != fCurrent)
         return;
     fTraffic.received(fNow, arrival);
+    if (fHasGoneDown)
+        fTraffic.learnRoundTrip(fMachine.roundTrip()); // how far it had got, nobody can foresee
     if (failsHere())
         return;
     const bool isNoticed = fHasGoneDown && !fMachine.condition().isRefused;
@@ -72,8 +74,10 @@ void ExpectedLink::written(ConnectionId connection)
     if (!isTalking() || connection != fCurrent)
         return;
     fTraffic.written(fNow);
-    if (!failsHere())
-        goOn();
+    if (failsHere())
+        return;
+    fTraffic.sendOn(fNow);
+    goOn();
 }
 
 void ExpectedLink::goOn()
@@ -98,7 +102,7 @@ void ExpectedLink::judgeGreeting()
         return goDown(Stage::Refused, "login refused: NOAUTH");
     if (ping != Word::Fine && ping != Word::NoRight)
         return fail("not ready: ");
-    if (!fTraffic.takeWhole(fNow))
+    if (!fTraffic.takeGreeting(fNow))
         return;
     fStage = Stage::Up;
     fUpSince = fNow;

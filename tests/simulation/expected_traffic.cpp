@@ -13,6 +13,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr std::size_t slice = 65536;
+constexpr std::size_t window = 4 * slice;
 
 std::string word(const std::string& text)
 {
@@ -44,132 +45,228 @@ void ExpectedTraffic::open(Time now, ConnectionId connection,
     fConnection = connection;
     fSettings = std::move(settings);
     fGreeted.clear();
-    ask(now, {nullptr, sharedText(expectedGreeting(*fSettings)), replies(*fSettings)});
+    fIsGreeted = false;
+    fReplies = 0;
+    ask(std::make_shared<const Inquiry>("PING", sharedText(expectedGreeting(*fSettings)),
+                                        replies(*fSettings), nullptr),
+        nullptr);
+    sendOn(now);
 }
 
 void ExpectedTraffic::close(const SharedText& problem)
 {
-    if (std::exchange(fIsAwaited, false))
-        fActions.push_back(LinkAction::End{fAsking->call, problem});
-    for (const Call& call : fWaiting)
-        fActions.push_back(LinkAction::End{call, problem});
-    fWaiting.clear();
-    fAsking.reset();
+    for (const AskedPtr& asked : fCalls)
+        fActions.push_back(LinkAction::End{asked->call, problem, asked->sent});
+    fCalls.clear();
+    fTurn.clear();
+    fAwaited.clear();
+    fWhole.clear();
+    fIsWriting = false;
+}
+
+bool ExpectedTraffic::hasCalls() const
+{
+    const auto isOfCall = [](const Commands& commands) { return !commands.asked->isOwn(); };
+    return !fCalls.empty() || std::any_of(fAwaited.begin(), fAwaited.end(), isOfCall);
+}
+
+void ExpectedTraffic::ask(std::shared_ptr<const Inquiry> inquiry, const Call& call)
+{
+    fTurn.push_back(std::make_shared<Asked>(Asked{call, std::move(inquiry)}));
+    if (call)
+        fCalls.push_back(fTurn.back());
+}
+
+void ExpectedTraffic::add(const Call& call)
+{
+    ask(call, call);
 }
 
 void ExpectedTraffic::drop(const Call& call)
 {
-    fWaiting.erase(std::remove(fWaiting.begin(), fWaiting.end(), call), fWaiting.end());
-    fIsAwaited = fIsAwaited && fAsking->call != call;
+    const auto isIt = [&](const AskedPtr& asked) { return asked->call == call; };
+    fCalls.erase(std::remove_if(fCalls.begin(), fCalls.end(), isIt), fCalls.end());
+    fTurn.erase(std::remove_if(fTurn.begin(), fTurn.end(), isIt), fTurn.end());
+    for (const Commands& commands : fAwaited) {
+        if (commands.asked->call == call)
+            commands.asked->call.reset();
+    }
 }
 
-void ExpectedTraffic::ask(Time now, Asking asking)
+std::size_t ExpectedTraffic::sizeOfNext(const Asked& asked)
 {
-    fAsking = std::move(asking);
-    fAsking->since = now;
-    fSilentSince = now;
-    writeOn();
+    const std::size_t before = asked.parts == 0 ? 0 : asked.inquiry->part(asked.parts - 1).end;
+    return asked.inquiry->part(asked.parts).end - before;
 }
 
-void ExpectedTraffic::writeOn()
+bool ExpectedTraffic::hasTurn(Time now, const Asked& asked) const
 {
-    const std::size_t size = std::min(slice, fAsking->bytes->size() - fAsking->offset);
-    if (size == 0)
+    const bool isInTime = !isSilent(now) && (!asked.call || now < sendBy(asked.call));
+    return (asked.parts > 0 || isInTime) &&
+           (asked.unanswered == 0 || asked.unanswered + sizeOfNext(asked) <= window);
+}
+
+void ExpectedTraffic::sendOn(Time now)
+{
+    if (fIsWriting)
         return;
-    fActions.push_back(LinkAction::Write{fConnection, fAsking->bytes, fAsking->offset, size});
-    fAsking->offset += size;
-    fAsking->isWritten = false;
+    if (!fAwaited.empty() && fAwaited.back().out < fAwaited.back().end) {
+        fIsFirstOfCommands = false;
+        return write(std::min(slice, fAwaited.back().end - fAwaited.back().out));
+    }
+    const auto next = std::find_if(fTurn.begin(), fTurn.end(),
+                                   [&](const AskedPtr& asked) { return hasTurn(now, *asked); });
+    if (next == fTurn.end())
+        return;
+    const AskedPtr asked = *next;
+    fTurn.erase(next);
+    sendFirstOf(now, asked);
+    if (!isOut(*asked))
+        fTurn.push_back(asked);
+}
+
+void ExpectedTraffic::sendFirstOf(Time now, const AskedPtr& asked)
+{
+    if (!isBusy())
+        fSilentSince = now;
+    const std::size_t begin = asked->parts == 0 ? 0 : asked->inquiry->part(asked->parts - 1).end;
+    Commands commands{asked, begin, 0, 0, begin};
+    do {
+        commands.size += sizeOfNext(*asked);
+        asked->unanswered += sizeOfNext(*asked);
+        commands.missing += asked->inquiry->part(asked->parts).replies;
+        commands.end = asked->inquiry->part(asked->parts++).end;
+    } while (!isOut(*asked) && commands.size + sizeOfNext(*asked) <= slice &&
+             asked->unanswered + sizeOfNext(*asked) <= window);
+    commands.since = now;
+    asked->sent.last = ++fSlices;
+    if (asked->sent.first == 0)
+        asked->sent.first = fSlices;
+    fAwaited.push_back(commands);
+    fIsFirstOfCommands = true;
+    write(std::min(slice, commands.size));
+}
+
+void ExpectedTraffic::write(std::size_t size)
+{
+    Commands& commands = fAwaited.back();
+    fActions.push_back(
+        LinkAction::Write{fConnection, commands.asked->inquiry->bytes(), commands.out, size});
+    commands.out += size;
+    fIsWriting = true;
+    endFirst();
 }
 
 void ExpectedTraffic::written(Time now)
 {
-    fSilentSince = now;
-    if (!fAsking)
-        return;
-    fAsking->isWritten = true;
-    if (fAsking->offset <= slice && !fAsking->isAnswered)
-        fAsking->since = now;
-    writeOn();
+    fIsWriting = false;
+    if (fAwaited.size() == 1)
+        fSilentSince = now;
+    if (!fAwaited.empty() && fIsFirstOfCommands && !fAwaited.back().isAnswered)
+        fAwaited.back().since = now;
 }
 
 void ExpectedTraffic::received(Time now, const Arrival& arrival)
 {
     fSilentSince = now;
-    if (!fAsking)
-        return;
-    if (!std::exchange(fAsking->isAnswered, true)) {
-        const Duration sample =
-            std::min<Duration>(duration_cast<Duration>(now - fAsking->since), seconds(1));
-        fRoundTrip = fIsRoundTripKnown ? fRoundTrip + (sample - fRoundTrip) / 8 : sample;
-        fIsRoundTripKnown = true;
-    }
     for (const Saying* saying = arrival.first; saying != arrival.last; ++saying) {
         if (saying->word == Word::Push || saying->word == Word::Part ||
-            saying->word == Word::Spoilt)
+            saying->word == Word::Spoilt || fAwaited.empty())
             continue;
-        --fAsking->missing;
-        if (!fAsking->call)
+        ++fReplies;
+        answerFirst(now);
+        --fAwaited.front().missing;
+        if (!fAwaited.front().asked->call && !fIsGreeted)
             fGreeted.push_back(saying->word);
+        endFirst();
     }
+    if (arrival.begun > fReplies)
+        answerFirst(now);
 }
 
-bool ExpectedTraffic::takeWhole(Time now)
+void ExpectedTraffic::learnRoundTrip(const RoundTrip& roundTrip)
 {
-    const bool isWhole = fAsking && fAsking->isWritten && fAsking->missing == 0 &&
-                         fAsking->offset == fAsking->bytes->size();
-    if (!isWhole)
+    fRoundTrip = roundTrip.value();
+    fIsRoundTripKnown = roundTrip.isKnown();
+}
+
+void ExpectedTraffic::answerFirst(Time now)
+{
+    if (fAwaited.empty() || std::exchange(fAwaited.front().isAnswered, true))
+        return;
+    fAwaited.front().asked->isAnswered = true;
+    const Duration sample =
+        std::min<Duration>(duration_cast<Duration>(now - fAwaited.front().since), seconds(1));
+    fRoundTrip = fIsRoundTripKnown ? fRoundTrip + (sample - fRoundTrip) / 8 : sample;
+    fIsRoundTripKnown = true;
+}
+
+void ExpectedTraffic::endFirst()
+{
+    const Commands& first = fAwaited.front();
+    if (first.missing > 0 || first.out < first.end)
+        return;
+    first.asked->unanswered -= first.size;
+    if (isOut(*first.asked) && first.asked->unanswered == 0)
+        fWhole.push_back(first.asked);
+    fAwaited.pop_front();
+}
+
+bool ExpectedTraffic::takeGreeting(Time now)
+{
+    if (fWhole.empty())
         return false;
+    fWhole.pop_front();
+    fIsGreeted = true;
     fIdleSince = now;
-    if (std::exchange(fIsAwaited, false))
-        fActions.push_back(LinkAction::End{fAsking->call, nullptr});
-    fAsking.reset();
     return true;
+}
+
+void ExpectedTraffic::takeWhole(Time now)
+{
+    for (const AskedPtr& asked : std::exchange(fWhole, {})) {
+        fIdleSince = now;
+        if (!asked->call)
+            continue;
+        fActions.push_back(LinkAction::End{asked->call, nullptr, asked->sent});
+        drop(asked->call);
+    }
 }
 
 void ExpectedTraffic::goOn(Time now)
 {
     takeWhole(now);
-    sendNext(now);
-}
-
-void ExpectedTraffic::sendNext(Time now)
-{
-    if (fAsking || fWaiting.empty() || now >= sendBy(fWaiting.front()))
-        return;
-    fIsAwaited = true;
-    const Call call = fWaiting.front();
-    fWaiting.pop_front();
-    ask(now, {call, call->bytes(), call->replies()});
+    sendOn(now);
 }
 
 bool ExpectedTraffic::attend(Time now)
 {
     static const SharedText ping = sharedText("*1\r\n$4\r\nPING\r\n");
     endLate(now);
-    if (fAsking && now >= fSilentSince + linkPatience())
+    if (isBusy() && now >= fSilentSince + linkPatience())
         return false;
-    sendNext(now);
-    if (!fAsking && now >= fIdleSince + fSettings->options.pingInterval)
-        ask(now, {nullptr, ping, 1});
+    sendOn(now);
+    if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval) {
+        ask(std::make_shared<const Inquiry>("PING", ping, 1, nullptr), nullptr);
+        sendOn(now);
+    }
     return true;
 }
 
 ExpectedTraffic::Time ExpectedTraffic::dueAt() const
 {
-    Time due = Time::max();
-    for (const Call& call : fWaiting)
-        due = std::min(due, sendBy(call));
-    if (!fAsking)
-        return std::min(due, fIdleSince + fSettings->options.pingInterval);
-    if (fIsAwaited)
-        due = std::min(due, fAsking->call->deadline().at);
-    const bool isWaitedFor = fIsAwaited || !fWaiting.empty();
-    return std::min(due, fSilentSince + (isWaitedFor ? callPatience() : linkPatience()));
+    Time due =
+        isBusy() ? fSilentSince + linkPatience() : fIdleSince + fSettings->options.pingInterval;
+    for (const AskedPtr& asked : fCalls)
+        due = std::min(due, dueAt(*asked));
+    if (isBusy() && !fCalls.empty())
+        due = std::min(due, fSilentSince + callPatience());
+    return due;
 }
 
 bool ExpectedTraffic::isSilent(Time now) const
 {
-    return fAsking && now >= fSilentSince + callPatience();
+    return isBusy() && now >= fSilentSince + callPatience();
 }
 
 /// A reply takes a round trip, but no more than half of a call's time is left for that.
@@ -178,45 +275,39 @@ ExpectedTraffic::Time ExpectedTraffic::sendBy(const Call& call) const
     return call->deadline().at - std::min<Duration>(call->deadline().allowed / 2, fRoundTrip);
 }
 
+ExpectedTraffic::Time ExpectedTraffic::dueAt(const Asked& asked) const
+{
+    return asked.parts == 0 ? sendBy(asked.call) : asked.call->deadline().at;
+}
+
 void ExpectedTraffic::endLate(Time now)
 {
-    if (fIsAwaited && (now >= fAsking->call->deadline().at || isSilent(now))) {
-        end(fAsking->call, latenessOfAsked(now));
-        fIsAwaited = false;
+    const auto calls = fCalls;
+    for (const AskedPtr& asked : calls) {
+        if (now < dueAt(*asked) && !isSilent(now))
+            continue;
+        const Call call = asked->call;
+        fActions.push_back(LinkAction::End{
+            call, sharedText(fSettings->peer.says(lateness(now, *asked))), asked->sent});
+        drop(call);
     }
-    std::deque<Call> inTime;
-    for (const Call& call : fWaiting) {
-        const std::string& name = call->name();
-        if (now >= sendBy(call))
-            end(call, "no reply to " + name + " within " +
-                          std::to_string(call->deadline().allowed.count()) +
-                          " ms: it was not sent, others were before it");
-        else if (isSilent(now))
-            end(call, name + " was not sent: nothing came for " +
-                          std::to_string(duration_cast<milliseconds>(now - fSilentSince).count()) +
-                          " ms");
-        else
-            inTime.push_back(call);
-    }
-    fWaiting = std::move(inTime);
 }
 
-std::string ExpectedTraffic::latenessOfAsked(Time now) const
+std::string ExpectedTraffic::lateness(Time now, const Asked& asked) const
 {
-    const Call& call = fAsking->call;
-    const std::string name = call->name();
+    const std::string name = asked.call->name();
     const auto within = [](milliseconds time) { return std::to_string(time.count()) + " ms"; };
-    if (call->deadline().at <= now)
-        return "no reply to " + name + " within " + within(call->deadline().allowed);
+    const std::string allowed = within(asked.call->deadline().allowed);
+    if (now >= dueAt(asked))
+        return "no reply to " + name + " within " + allowed +
+               (asked.parts == 0 ? ": it was not sent, others were before it" : "");
+    if (asked.parts == 0)
+        return name + " was not sent: nothing came for " +
+               within(duration_cast<milliseconds>(now - fSilentSince));
     const std::string patience = within(fSettings->options.exchangeTimeout);
-    if (fAsking->isAnswered)
+    if (asked.isAnswered)
         return "the reply to " + name + " broke off, nothing came for " + patience;
     return "no reply to " + name + " within " + patience;
-}
-
-void ExpectedTraffic::end(const Call& call, const std::string& problem)
-{
-    fActions.push_back(LinkAction::End{call, sharedText(fSettings->peer.says(problem))});
 }
 
 ExpectedTraffic::Duration ExpectedTraffic::callPatience() const

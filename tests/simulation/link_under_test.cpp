@@ -176,7 +176,7 @@ void LinkUnderTest::giveUpCall()
 {
     auto exchange = fWorld.callers.giveUp();
     if (!exchange) {
-        static const auto stranger = std::make_shared<Exchange>(
+        static const auto stranger = std::make_shared<zo::Call>(
             "GET", sharedText("GET"), 1, std::make_shared<StatusSink>("GET"), Deadline{});
         exchange = stranger; // it had ended before
     }
@@ -219,7 +219,7 @@ void LinkUnderTest::eventOfOtherConnection()
     const ConnectionId others[] = {fNewest + 1, fClosed, 0};
     const ConnectionId other = fWorld.random.pick(others);
     static const std::string bytes = "+OK\r\n";
-    const Arrival arrival{bytes, nullptr, nullptr, false, false};
+    const Arrival arrival{bytes, nullptr, nullptr, 0, false, false};
     switch (fWorld.random.below(6)) {
     case 0:
         return connected(other);
@@ -273,6 +273,6 @@ void LinkUnderTest::execute(const LinkAction::Close& action)
 
 void LinkUnderTest::execute(const LinkAction::End& action)
 {
-    action.exchange->end(action.problem);
+    action.exchange->end(action.problem, action.sent);
     fWorld.callers.end(action);
 }

@@ -15,6 +15,8 @@ constexpr std::uint32_t mostJobs = 1000;
 kit::Options simulateOptions(SimulateOptions& options)
 {
     return {
+        kit::flag("--followers", "run those who follow lists, in place of the link",
+                  options.runsFollowers),
         kit::numberOption("--schedules", "N", "how many schedules are run (10000)", 1U, highest,
                           options.schedules),
         kit::numberOption("--seed", "S", "from which they all follow, with their numbers (1)", 0U,
@@ -53,9 +55,12 @@ std::string simulateHelp()
 {
     SimulateOptions any;
     return "Usage: scripts/simulate [OPTION]...\n"
-           "Runs the machine of the link against a simulated robot, and tells what went wrong.\n"
+           "Runs the machine of the link, or those who follow lists of a robot's memory, against "
+           "a\n"
+           "simulated robot, and tells what went wrong.\n"
            "\n" +
            kit::optionsText(simulateOptions(any)) +
            "\n"
-           "Example: scripts/simulate --seed 1 --only 4711 --trace\n";
+           "Example: scripts/simulate --seed 1 --only 4711 --trace\n"
+           "         scripts/simulate --followers --schedules 20000\n";
 }

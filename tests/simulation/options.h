@@ -9,7 +9,8 @@
 /// What a run of the simulation does.
 struct SimulateOptions
 {
-    bool asksForHelp = false; ///< then nothing else matters
+    bool asksForHelp = false;   ///< then nothing else matters
+    bool runsFollowers = false; ///< schedules of followers instead of the link's
     std::uint32_t schedules = 10000;
     std::uint32_t seed = 1;
     std::optional<std::uint32_t> only; ///< this schedule alone

@@ -191,8 +191,7 @@ void runSchedule(std::uint64_t seed, std::uint64_t number, Tally& tally, bool is
     {
         Schedule schedule(mixed(seed, number), tally, isTraced);
         schedule.run();
-        ++tally.schedules;
-        ++tally.events[static_cast<std::size_t>(schedule.events())];
+        tally.count(schedule.events());
     }
     require(Heap::inUseByLink() == 0, "a link that has ended gives everything back",
             [] { return std::to_string(Heap::inUseByLink()) + " bytes are left"; });

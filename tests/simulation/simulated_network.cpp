@@ -282,7 +282,8 @@ void SimulatedNetwork::push()
 bool SimulatedNetwork::isCalm() const
 {
     return std::none_of(fWires.begin(), fWires.end(), [](const auto& wire) {
-        return !wire->isEnding && (wire->isWriting || wire->session.isMute);
+        return !wire->isEnding && (wire->isWriting || wire->session.isMute ||
+                                   !wire->toRobot.empty() || wire->session.answers.waiting() > 0);
     });
 }
 

@@ -39,6 +39,8 @@ void Tally::add(const Tally& other)
         events[i] += other.events[i];
     for (std::size_t i = 0; i < waits.size(); ++i)
         waits[i] += other.waits[i];
+    steadyCalls += other.steadyCalls;
+    steadyAnswered += other.steadyAnswered;
 }
 
 std::uint64_t Tally::medianEvents() const

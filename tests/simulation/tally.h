@@ -3,6 +3,7 @@
 
 #include "simulation/fault.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -12,16 +13,25 @@ struct Tally
 {
     static constexpr int fMostEvents = 8192; ///< more in one schedule are a violation
     static constexpr int fTenths = 10;
+    static constexpr std::size_t fMostCounted = 65535; ///< that or more, in schedules of followers
 
     std::uint64_t schedules = 0;
     std::uint64_t violations = 0;
     std::array<std::array<std::uint64_t, linkDoings>, faults> met{}; ///< fault by doing
-    std::array<std::uint64_t, fMostEvents + 1> events{}; ///< schedules with so many events
-    std::array<std::uint64_t, fTenths> waits{};          ///< where in their bounds they lay
+    std::array<std::uint64_t, fMostCounted + 1> events{}; ///< schedules with so many events
+    std::array<std::uint64_t, fTenths> waits{};           ///< where in their bounds they lay
+    std::uint64_t steadyCalls = 0; ///< of followers, while nothing goes wrong
+    std::uint64_t steadyAnswered = 0;
 
     void meet(Fault fault, LinkDoing doing)
     {
         ++met[static_cast<std::size_t>(fault)][static_cast<std::size_t>(doing)];
+    }
+    /// A schedule had so many events.
+    void count(std::uint64_t eventsOfIt)
+    {
+        ++schedules;
+        ++events[std::min<std::uint64_t>(eventsOfIt, fMostCounted)];
     }
     void add(const Tally& other);
     std::uint64_t medianEvents() const;

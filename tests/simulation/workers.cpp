@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/workers.h"
 
+#include "simulation/following_schedule.h"
 #include "simulation/schedule.h"
 
 #include <algorithm>
@@ -62,12 +63,21 @@ Thing* makeShared(std::size_t count)
     return things;
 }
 
-void tell(std::uint64_t seed, std::uint64_t number, const char* what)
+void runNumber(const SimulateOptions& options, std::uint64_t number, Tally& tally)
 {
-    std::printf("violation in schedule %llu: %s\n  again: scripts/simulate --seed %llu --only %llu "
-                "--trace\n",
-                static_cast<unsigned long long>(number), what,
-                static_cast<unsigned long long>(seed), static_cast<unsigned long long>(number));
+    if (options.runsFollowers)
+        runFollowingSchedule(options.seed, number, tally, options.isTraced);
+    else
+        runSchedule(options.seed, number, tally, options.isTraced);
+}
+
+void tell(const SimulateOptions& options, std::uint64_t number, const char* what)
+{
+    std::printf(
+        "violation in schedule %llu: %s\n  again: scripts/simulate %s--seed %llu --only %llu "
+        "--trace\n",
+        static_cast<unsigned long long>(number), what, options.runsFollowers ? "--followers " : "",
+        static_cast<unsigned long long>(options.seed), static_cast<unsigned long long>(number));
     std::fflush(stdout);
 }
 
@@ -133,7 +143,7 @@ private:
     void runOne(Tally& tally, std::uint64_t number)
     {
         try {
-            runSchedule(fOptions.seed, number, tally, false);
+            runNumber(fOptions, number, tally);
         } catch (const std::exception& violation) {
             ++tally.schedules;
             note(tally, number, violation.what());
@@ -144,7 +154,7 @@ private:
     {
         ++tally.violations;
         if (fOffice->told++ < mostTold)
-            tell(fOptions.seed, number, what);
+            tell(fOptions, number, what);
         if (fOptions.stopsAtFirst)
             fOffice->isOver = true;
     }
@@ -204,7 +214,7 @@ bool runAlone(const SimulateOptions& options)
 {
     Tally tally;
     try {
-        runSchedule(options.seed, *options.only, tally, options.isTraced);
+        runNumber(options, *options.only, tally);
     } catch (const std::exception& violation) {
         std::printf("violation in schedule %llu: %s\n",
                     static_cast<unsigned long long>(*options.only), violation.what());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <link/call.h>
 #include <link/link_machine.h>
 #include <wire/status_sink.h>
 
@@ -124,7 +125,7 @@ public:
                                        std::string bytes = {})
     {
         auto sink = std::make_shared<StatusSink>(name);
-        auto made = std::make_shared<Exchange>(
+        auto made = std::make_shared<Call>(
             name, sharedText(bytes.empty() ? name + "\r\n" : std::move(bytes)), 1, sink,
             Deadline::after(now, limit));
         sinks[made.get()] = sink;
@@ -135,6 +136,24 @@ public:
                                    std::string bytes = {})
     {
         auto made = makeCall(name, limit, std::move(bytes));
+        machine.call(now, made);
+        settle();
+        return made;
+    }
+
+    /// One of `parts` commands, each of so many bytes that are the name's.
+    std::shared_ptr<Exchange> callInParts(const std::string& name, std::size_t parts,
+                                          std::size_t size, const void* flow = nullptr)
+    {
+        std::vector<RequestPart> all;
+        for (std::size_t part = 1; part <= parts; ++part)
+            all.push_back({part * size, 1});
+        auto sink = std::make_shared<StatusSink>(name);
+        auto made =
+            std::make_shared<Call>(name, sharedText(std::string(parts * size, name[0])),
+                                   std::make_shared<const std::vector<RequestPart>>(std::move(all)),
+                                   sink, Deadline::after(now, std::chrono::seconds(10)), flow);
+        sinks[made.get()] = sink;
         machine.call(now, made);
         settle();
         return made;

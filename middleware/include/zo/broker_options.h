@@ -16,6 +16,14 @@ struct ZoBrokerOptions
     std::string tlsCertFile; ///< PEM client certificate, with tlsKeyFile; empty: none
     std::string tlsKeyFile;
 
+    /// Whether a list that is asked for again and again is followed: it is kept up to date as its
+    /// calls need it, and a call takes the newest answer without waiting for the robot. Without,
+    /// each call reads what the robot has at that moment.
+    bool follow = false;
+    /// Whether a robot that can is asked to tell what was written, so that only that is read again.
+    /// Without, everything that is followed is.
+    bool notices = true;
+
     std::chrono::milliseconds connectTimeout{1000}; ///< look-up to first answer, each attempt
     /// How long a call waits, beside a round trip, for a silent robot. It does not end the link:
     /// that is cut after 2 s (or this, if longer) and four round trips without a byte.

@@ -24,3 +24,14 @@ public:
 private:
     std::string fText;
 };
+
+/// The answer is still on its way from the robot: a later call finds it. Only where lists are
+/// followed.
+class ZO_EXPORT ZoUnderWay : public ZoError
+{
+public:
+    using ZoError::ZoError;
+    ZoUnderWay(const ZoUnderWay&) = default;
+    ZoUnderWay& operator=(const ZoUnderWay&) = default;
+    ~ZoUnderWay() override;
+};

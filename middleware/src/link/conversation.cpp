@@ -1,60 +1,107 @@
 // SPDX-License-Identifier: MIT
 #include "link/conversation.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zo {
 
-LinkAction::Write Conversation::begin(Time now, std::shared_ptr<const Inquiry> inquiry)
+LinkAction::Write Conversation::begin(Time now, const Outbox::Slice& slice)
 {
-    fReader.expect(inquiry->replies(), inquiry->sink());
-    fTurn = Turn{std::move(inquiry), now, now};
-    return nextSlice();
+    if (!isBusy())
+        fSilentSince = now;
+    fIsFirstSlice = slice.newBytes > 0;
+    if (fIsFirstSlice)
+        await(now, slice);
+    fAwaited.back().isOut = slice.isEnd;
+    endAnswered();
+    fIsWriting = true;
+    return {fConnection, slice.asking->inquiry->bytes(), slice.offset, slice.size};
 }
 
-LinkAction::Write Conversation::nextSlice()
+void Conversation::await(Time now, const Outbox::Slice& slice)
 {
-    const SharedText& bytes = fTurn->inquiry->bytes();
-    const std::size_t size = std::min(fSlice, bytes->size() - fTurn->offset);
-    LinkAction::Write slice{fConnection, bytes, fTurn->offset, size};
-    fTurn->offset += size;
-    return slice;
+    fAwaited.push_back({slice.asking, slice.newReplies, slice.newBytes, now, slice.isEnd});
+    SentSpan& sent = slice.asking->sent;
+    sent.last = ++fSlices;
+    if (sent.first == 0)
+        sent.first = fSlices;
+    if (fAwaited.size() == 1)
+        expectFirst();
 }
 
-std::optional<LinkAction::Write> Conversation::written(Time now)
+void Conversation::expectFirst()
 {
-    if (!fTurn)
-        return {};
-    fTurn->silentSince = now;
-    if (fTurn->offset <= fSlice && !fTurn->isAnswered)
-        fTurn->askedAt = now;
-    fTurn->isWritten = fTurn->offset == fTurn->inquiry->bytes()->size();
-    if (fTurn->isWritten)
-        return {};
-    return nextSlice();
+    const Awaited& first = fAwaited.front();
+    fReader.expect(first.replies, first.asking->inquiry->sink(), first.asking->progress);
+}
+
+// That the network takes more is a sign of life only while nothing else could come.
+void Conversation::written(Time now)
+{
+    if (!std::exchange(fIsWriting, false) || fAwaited.empty())
+        return;
+    if (fAwaited.size() == 1)
+        fSilentSince = now;
+    if (fIsFirstSlice && !fAwaited.back().isAnswered)
+        fAwaited.back().askedAt = now;
 }
 
 ReplyProblem Conversation::received(Time now, std::string_view bytes, RoundTrip& roundTrip)
 {
-    if (fTurn) {
-        if (!std::exchange(fTurn->isAnswered, true))
-            roundTrip.add(now - fTurn->askedAt);
-        fTurn->silentSince = now;
+    fSilentSince = now;
+    for (;;) {
+        const std::string_view rest = fReader.read(bytes);
+        noteAnswer(now, roundTrip);
+        if (fReader.hasProblem())
+            return fReader.problem();
+        endAnswered();
+        if (rest.empty())
+            return {};
+        if (rest.size() == bytes.size())
+            return {"malformed reply: more than was asked for", std::string(rest)};
+        bytes = rest;
     }
-    const std::string_view rest = fReader.read(bytes);
-    if (fReader.hasProblem() || rest.empty())
-        return fReader.problem();
-    return {"malformed reply: more than was asked for", std::string(rest)};
 }
 
-// A server may answer before it has read the whole request; the next one waits for both.
-bool Conversation::finish()
+void Conversation::noteAnswer(Time now, RoundTrip& roundTrip)
 {
-    if (!fTurn || !fTurn->isWritten || !fReader.isComplete())
-        return false;
-    fTurn.reset();
-    return true;
+    if (fAwaited.empty() || fAwaited.front().isAnswered || !fReader.hasBegun())
+        return;
+    fAwaited.front().isAnswered = true;
+    fAwaited.front().asking->isAnswered = true;
+    roundTrip.add(now - fAwaited.front().askedAt);
+}
+
+// A server may answer before it has read the whole command: the next one waits for both.
+void Conversation::endAnswered()
+{
+    if (fAwaited.empty() || !fReader.isComplete() || !fAwaited.front().isOut)
+        return;
+    const Awaited commands = std::move(fAwaited.front());
+    fAwaited.pop_front();
+    Asking& asking = *commands.asking;
+    asking.progress = fReader.progress();
+    asking.unanswered -= commands.bytes;
+    if (asking.isSent() && asking.unanswered == 0)
+        fWhole.push_back(commands.asking);
+    if (!fAwaited.empty())
+        expectFirst();
+}
+
+Conversation::AskingPtr Conversation::takeWhole()
+{
+    if (fWhole.empty())
+        return nullptr;
+    AskingPtr whole = std::move(fWhole.front());
+    fWhole.pop_front();
+    return whole;
+}
+
+std::string Conversation::pending() const
+{
+    if (fAwaited.empty())
+        return "what it has answered is not yet taken by the network";
+    return fAwaited.front().asking->inquiry->name() + " awaits its reply";
 }
 
 } // namespace zo

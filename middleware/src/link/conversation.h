@@ -1,67 +1,93 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/inquiry.h"
 #include "link/link_actions.h"
+#include "link/outbox.h"
 #include "link/round_trip.h"
 #include "wire/reply_reader.h"
 
+#include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace zo {
 
-/// The inquiries on one connection, one after the other: slices of the request out, the replies
-/// in, and how long the other side has been silent.
+/// The inquiries on one connection: slices of them out, in turn, the replies in, in the order in
+/// which the commands went out, and how long the other side has been silent.
 class Conversation
 {
 public:
     using Time = SteadyClock::time_point;
+    using AskingPtr = Outbox::AskingPtr;
 
-    /// What one write carries at most, so that its end is a sign of progress.
-    static constexpr std::size_t fSlice = std::size_t{64} << 10;
-
-    explicit Conversation(ConnectionId connection) : fConnection(connection) {}
+    /// `pushes` takes what the other side sends unasked; null: nobody does. `slices` counts all
+    /// that the link has sent. Both must outlive this.
+    Conversation(ConnectionId connection, ReplySink* pushes, std::uint64_t& slices)
+        : fConnection(connection), fReader(pushes), fSlices(slices)
+    {
+    }
 
     ConnectionId connection() const { return fConnection; }
 
-    /// Begins `inquiry`, and returns the first slice to send. None may be under way.
-    LinkAction::Write begin(Time now, std::shared_ptr<const Inquiry> inquiry);
-    /// The slice is written, if one was: returns the next one to send, if any is left.
-    std::optional<LinkAction::Write> written(Time now);
+    void add(AskingPtr asking) { fOutbox.add(std::move(asking)); }
+    /// Nobody wants it any more. What has gone out is still awaited, and dropped.
+    void cancel(const AskingPtr& asking) { fOutbox.cancel(asking); }
+
+    /// The next slice to send, unless one is being written. `mayBegin` says whether an inquiry may
+    /// be begun.
+    template <class MayBegin>
+    std::optional<LinkAction::Write> nextSlice(Time now, MayBegin mayBegin)
+    {
+        if (fIsWriting)
+            return {};
+        if (const auto slice = fOutbox.next(mayBegin))
+            return begin(now, *slice);
+        return {};
+    }
+    void written(Time now);
     /// What is wrong with the bytes: no reply, too large, or not asked for.
     ReplyProblem received(Time now, std::string_view bytes, RoundTrip& roundTrip);
 
-    /// Whether an inquiry is under way.
-    bool isBusy() const { return fTurn.has_value(); }
-    /// Whether the inquiry is written and answered: it is no longer under way then.
-    bool finish();
+    /// The next inquiry that is sent and answered, if any: it is no longer under way.
+    AskingPtr takeWhole();
 
-    // While an inquiry is under way:
-    const Inquiry& inquiry() const { return *fTurn->inquiry; }
-    /// Whether some of its reply is there.
-    bool isAnswered() const { return fTurn->isAnswered; }
-    /// Since when the other side has given no sign of life.
-    Time silentSince() const { return fTurn->silentSince; }
+    /// Whether anything is being written, or awaited.
+    bool isBusy() const { return fIsWriting || !fAwaited.empty(); }
+    /// What the other side has to do next, for messages, while busy: "GET awaits its reply".
+    std::string pending() const;
+    /// Since when the other side has given no sign of life, while busy.
+    Time silentSince() const { return fSilentSince; }
 
 private:
-    /// An inquiry while it is under way.
-    struct Turn
+    /// Commands that have gone out together, or still go.
+    struct Awaited
     {
-        std::shared_ptr<const Inquiry> inquiry;
-        Time askedAt; ///< when the first slice was on its way
-        Time silentSince;
-        std::size_t offset = 0; ///< behind the last slice
-        bool isWritten = false;
+        AskingPtr asking;
+        int replies;
+        std::size_t bytes;
+        Time askedAt; ///< when their first slice was on its way
+        bool isOut;
         bool isAnswered = false; ///< at least one byte
     };
 
-    LinkAction::Write nextSlice();
+    LinkAction::Write begin(Time now, const Outbox::Slice& slice);
+    void await(Time now, const Outbox::Slice& slice);
+    void expectFirst();
+    void noteAnswer(Time now, RoundTrip& roundTrip);
+    void endAnswered();
 
     const ConnectionId fConnection;
     ReplyReader fReader;
-    std::optional<Turn> fTurn;
+    Outbox fOutbox;
+    std::uint64_t& fSlices;
+    std::deque<Awaited> fAwaited;
+    std::deque<AskingPtr> fWhole;
+    bool fIsWriting = false;    ///< a slice of the last awaited commands, if they still are
+    bool fIsFirstSlice = false; ///< of these
+    Time fSilentSince;
 };
 
 } // namespace zo

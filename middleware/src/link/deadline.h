@@ -18,6 +18,9 @@ struct Deadline
     {
         return {start + allowed, std::chrono::round<std::chrono::milliseconds>(allowed)};
     }
+    /// Of what nobody stands and waits for: it takes as long as the link lives.
+    static Deadline none() { return {SteadyClock::time_point::max(), {}}; }
+    bool isNone() const { return at == SteadyClock::time_point::max(); }
 };
 
 /// "250 ms", for messages.

@@ -1,41 +1,51 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/asking.h"
 #include "link/deadline.h"
 #include "link/inquiry.h"
 
-#include <future>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace zo {
 
-/// An inquiry that somebody waits for, on its way to the robot and back. The caller's thread makes
-/// it and waits; the I/O thread sends it, fills the sink, and ends it. Whoever is late finds it
-/// still whole: both threads own it.
+/// An inquiry that somebody awaits, on its way to the robot and back. Another thread than the I/O
+/// thread may make it; the I/O thread sends it, fills the sink, and ends it. Whoever is late finds
+/// it still whole: both own it.
 class Exchange : public Inquiry
 {
 public:
-    /// It must be over at `deadline`, however slowly the answer comes.
-    Exchange(std::string name, SharedText bytes, int replies, std::shared_ptr<ReplySink> sink,
-             const Deadline& deadline);
+    /// It must be over at `deadline`, however slowly the answer comes. Exchanges of the same
+    /// `flow`, if it is not null, are sent in their order.
+    template <class Commands>
+    Exchange(std::string name, SharedText bytes, Commands commands, std::shared_ptr<ReplySink> sink,
+             const Deadline& deadline, const void* flow = nullptr)
+        : Inquiry(std::move(name), std::move(bytes), std::move(commands), std::move(sink)),
+          fDeadline(deadline),
+          fFlow(flow)
+    {
+    }
+    virtual ~Exchange() = default;
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
 
     const Deadline& deadline() const { return fDeadline; }
+    const void* flow() const { return fFlow; }
     /// What is wrong when it is not over at its deadline.
-    std::string lateness() const;
+    std::string lateness() const
+    {
+        return "no reply to " + name() + " within " + inMilliseconds(fDeadline.allowed);
+    }
 
     /// The end: with a problem, or null when the sink has the whole answer. Called on the I/O
     /// thread, once at most.
-    void end(const SharedText& problem) noexcept;
-
-    /// Waits for the end; false when it has not come at `time`. Throws ZoError when the exchange
-    /// failed.
-    bool waitUntilDone(SteadyClock::time_point time) const;
+    virtual void end(const SharedText& problem, const SentSpan& sent) noexcept = 0;
 
 private:
     const Deadline fDeadline;
-    std::promise<SharedText> fEnd; ///< the problem, or null
-    const std::shared_future<SharedText> fAwaitedEnd = fEnd.get_future();
+    const void* const fFlow;
 };
 
 } // namespace zo

@@ -31,13 +31,15 @@ auto madeFor(const LinkSettings& settings, Make make)
 
 } // namespace
 
-Link::Link(std::shared_ptr<const LinkSettings> settings)
+Link::Link(std::shared_ptr<const LinkSettings> settings, std::shared_ptr<LinkCompanion> companion)
     : fSettings(std::move(settings)),
       fState(sharedText(fSettings->peer.says("no connection within " +
-                                             inMilliseconds(fSettings->options.connectTimeout))))
+                                             inMilliseconds(fSettings->options.connectTimeout)))),
+      fCompanion(std::move(companion))
 {
     fDriver = madeFor(*fSettings, [this] {
-        return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState);
+        return std::make_unique<LinkDriver>(fSettings, makeTlsContext(fSettings->options), fState,
+                                            fPulse, fCompanion.get());
     });
     fThread = startQuietThread([driver = fDriver.get()] { driver->run(); });
     try {
@@ -74,14 +76,19 @@ std::shared_ptr<const LinkSettings> Link::settings() const
     return fSettings;
 }
 
-void Link::run(const std::shared_ptr<Exchange>& exchange)
+void Link::run(const std::shared_ptr<Call>& call)
 {
     fState.throwIfDown();
-    fDriver->submit(exchange);
-    if (exchange->waitUntilDone(exchange->deadline().at + callGrace))
+    fDriver->submit(call);
+    if (call->waitUntilDone(call->deadline().at + callGrace))
         return;
-    fDriver->abandon(exchange);
-    throw error(exchange->lateness());
+    fDriver->abandon(call);
+    throw error(call->lateness());
+}
+
+void Link::nudge()
+{
+    fDriver->nudge();
 }
 
 Deadline Link::deadlineFor(int keys) const

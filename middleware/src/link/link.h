@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/exchange.h"
+#include "link/call.h"
+#include "link/link_pulse.h"
 #include "link/link_settings.h"
 #include "link/link_state.h"
 
@@ -15,6 +16,7 @@
 
 namespace zo {
 
+class LinkCompanion;
 class LinkDriver;
 
 /// The connection to a robot, with its one I/O thread. The broker and the proxies to the robot's
@@ -22,8 +24,10 @@ class LinkDriver;
 class Link
 {
 public:
-    /// Waits for the first connection. Throws ZoError when it fails.
-    explicit Link(std::shared_ptr<const LinkSettings> settings);
+    /// Waits for the first connection. Throws ZoError when it fails. `companion` may be null; it
+    /// lives as long as the link.
+    explicit Link(std::shared_ptr<const LinkSettings> settings,
+                  std::shared_ptr<LinkCompanion> companion = nullptr);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -37,6 +41,10 @@ public:
     /// Counts how often the link has come up.
     int connections() const { return fState.connections(); }
 
+    const LinkPulse& pulse() const { return fPulse; }
+    /// Throws ZoError with the cause and the time of the loss while the link is down.
+    void throwIfDown() const { fState.throwIfDown(); }
+
     /// When an exchange about `keys` keys that begins now must be over.
     Deadline deadlineFor(int keys) const;
 
@@ -44,10 +52,13 @@ public:
     /// What is thrown when the server answers `command` with the error `text`.
     ZoError refusal(const std::string& command, const std::string& text) const;
 
-    /// Sends `exchange` and waits for its end. Throws ZoError when it fails, at its deadline, and
-    /// at once while the link is down. One exchange is under way at a time; others wait their
-    /// turn. One that is given up leaves the link as it is.
-    void run(const std::shared_ptr<Exchange>& exchange);
+    /// Sends `call` and waits for its end. Throws ZoError when it fails, at its deadline, and at
+    /// once while the link is down. Several calls under way take turns. One that is given up leaves
+    /// the link as it is.
+    void run(const std::shared_ptr<Call>& call);
+
+    /// Its companion may have something to send.
+    void nudge();
 
 private:
     void end();
@@ -55,6 +66,8 @@ private:
     mutable std::mutex fMutex; ///< guards fSettings
     std::shared_ptr<const LinkSettings> fSettings;
     LinkState fState;
+    LinkPulse fPulse;
+    const std::shared_ptr<LinkCompanion> fCompanion;
     std::unique_ptr<LinkDriver> fDriver;
     std::thread fThread; // what it does lives in fDriver, which goes after the thread has ended
 };

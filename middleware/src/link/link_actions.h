@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/asking.h"
 #include "link/deadline.h"
 #include "link/exchange.h"
 #include "link/shared_text.h"
@@ -63,6 +64,7 @@ struct LinkAction
     {
         std::shared_ptr<Exchange> exchange;
         SharedText problem;
+        SentSpan sent = {};
     };
     struct Tell ///< whoever asks for the link's state
     {

@@ -7,6 +7,7 @@
 
 #include <boost/asio/post.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <future>
 #include <random>
@@ -25,11 +26,14 @@ constexpr int mostAtOnce = 16;
 } // namespace
 
 LinkDriver::LinkDriver(const std::shared_ptr<const LinkSettings>& settings,
-                       std::shared_ptr<TlsContext> tls, LinkState& state)
+                       std::shared_ptr<TlsContext> tls, LinkState& state, LinkPulse& pulse,
+                       LinkCompanion* companion)
     : fSettings(settings),
       fTls(std::move(tls)),
       fState(state),
-      fMachine(settings, std::random_device()()),
+      fPulse(pulse),
+      fCompanion(companion),
+      fMachine(settings, std::random_device()(), companion ? companion->pushes() : nullptr),
       fContext(std::make_shared<asio::io_context>(1)),
       fKeepRunning(fContext->get_executor())
 {
@@ -53,12 +57,27 @@ void LinkDriver::run()
 void LinkDriver::attend()
 {
     act();
-    const auto wakeAt = fMachine.wakeAt();
-    if (SteadyClock::now() < wakeAt) {
-        fContext->run_one_until(wakeAt);
+    sendDue();
+    fPulse.set(fMachine.lastHeard(), fMachine.roundTrip());
+    const Time due = wakeAt();
+    if (SteadyClock::now() < due) {
+        fContext->run_one_until(due);
     } else {
         poll();
         fMachine.woken(SteadyClock::now());
+    }
+}
+
+LinkDriver::Time LinkDriver::wakeAt() const
+{
+    return fCompanion ? std::min(fMachine.wakeAt(), fCompanion->wakeAt()) : fMachine.wakeAt();
+}
+
+void LinkDriver::sendDue()
+{
+    while (const auto exchange = fCompanion ? fCompanion->due(SteadyClock::now()) : nullptr) {
+        fMachine.call(SteadyClock::now(), exchange);
+        act();
     }
 }
 
@@ -82,6 +101,11 @@ void LinkDriver::stop()
 void LinkDriver::submit(const std::shared_ptr<Exchange>& exchange)
 {
     asio::post(*fContext, [this, exchange] { fMachine.call(SteadyClock::now(), exchange); });
+}
+
+void LinkDriver::nudge()
+{
+    asio::post(*fContext, [] {});
 }
 
 void LinkDriver::abandon(const std::shared_ptr<Exchange>& exchange)
@@ -144,11 +168,13 @@ void LinkDriver::execute(const LinkAction::Close& action)
 
 void LinkDriver::execute(const LinkAction::End& action)
 {
-    action.exchange->end(action.problem);
+    action.exchange->end(action.problem, action.sent);
 }
 
 void LinkDriver::execute(const LinkAction::Tell& action)
 {
+    if (fCompanion) // first: whoever finds the link up may ask it
+        fCompanion->told(action.condition);
     fState.set(action.condition);
 }
 

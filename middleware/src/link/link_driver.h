@@ -2,7 +2,9 @@
 #pragma once
 
 #include "link/connection.h"
+#include "link/link_companion.h"
 #include "link/link_machine.h"
+#include "link/link_pulse.h"
 #include "link/link_settings.h"
 #include "link/link_state.h"
 #include "link/stream.h"
@@ -20,9 +22,12 @@ namespace zo {
 class LinkDriver
 {
 public:
+    using Time = SteadyClock::time_point;
+
     /// Throws what the system throws that allows no further files.
+    /// `companion` may be null.
     LinkDriver(const std::shared_ptr<const LinkSettings>& settings, std::shared_ptr<TlsContext> tls,
-               LinkState& state);
+               LinkState& state, LinkPulse& pulse, LinkCompanion* companion);
 
     /// The body of the I/O thread, until `stop`.
     void run();
@@ -30,6 +35,8 @@ public:
     // From any thread:
     void stop();
     void submit(const std::shared_ptr<Exchange>& exchange);
+    /// Its companion may have something to send.
+    void nudge();
     void abandon(const std::shared_ptr<Exchange>& exchange);
     /// Begins anew. When it returns, the state tells so.
     void reconnect(const std::shared_ptr<const LinkSettings>& settings,
@@ -37,6 +44,8 @@ public:
 
 private:
     void attend();
+    void sendDue();
+    Time wakeAt() const;
     void poll();
     void act();
 
@@ -51,6 +60,8 @@ private:
     std::shared_ptr<const LinkSettings> fSettings;
     std::shared_ptr<TlsContext> fTls;
     LinkState& fState;
+    LinkPulse& fPulse;
+    LinkCompanion* const fCompanion;
     LinkMachine fMachine;
     std::unordered_map<ConnectionId, std::shared_ptr<Connection>> fConnections;
 

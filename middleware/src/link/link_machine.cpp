@@ -18,11 +18,12 @@ std::string told(const Peer& peer, const ReplyProblem& problem)
 
 } // namespace
 
-LinkMachine::LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint32_t seed)
+LinkMachine::LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint32_t seed,
+                         ReplySink* pushes)
     : fSettings(std::move(settings)),
       fOutOfMemory(sharedText(fSettings->peer.says("out of memory"))),
       fEnded(sharedText(fSettings->peer.says("the link is closed"))),
-      fTraffic(fActions),
+      fTraffic(fActions, pushes),
       fBackOff(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax, seed)
 {
     fCondition.cause = sharedText(fSettings->peer.says("not connected yet"));
@@ -162,6 +163,7 @@ void LinkMachine::received(Time now, ConnectionId connection, std::string_view b
     guarded(now, [&] {
         if (!isTalking() || !isCurrent(connection))
             return;
+        fLastHeard = now;
         const ReplyProblem problem = fTraffic.received(now, bytes);
         if (problem.text.empty())
             goOn(now);

@@ -59,8 +59,10 @@ public:
     /// A link that is up so long is no failed attempt: the waits begin anew when it is lost.
     static constexpr std::chrono::milliseconds fSteady{1000};
 
-    /// The random waits follow from `seed`. Throws only this: std::bad_alloc.
-    LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint32_t seed);
+    /// The random waits follow from `seed`. `pushes` takes what the server sends unasked, and must
+    /// outlive this; null: nobody does. Throws only this: std::bad_alloc.
+    LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint32_t seed,
+                ReplySink* pushes = nullptr);
     LinkMachine(const LinkMachine&) = delete;
     LinkMachine& operator=(const LinkMachine&) = delete;
 
@@ -95,7 +97,9 @@ public:
     Time wakeAt() const noexcept;
 
     const LinkCondition& condition() const { return fCondition; }
-    RoundTrip::Duration roundTrip() const { return fTraffic.roundTrip(); }
+    /// When the last byte came.
+    Time lastHeard() const { return fLastHeard; }
+    const RoundTrip& roundTrip() const { return fTraffic.roundTrip(); }
 
 private:
     enum class Stage
@@ -154,6 +158,7 @@ private:
     Time fAttemptEnd;
     Time fRetryAt;
     Time fUpSince;
+    Time fLastHeard = Time::min();
 };
 
 } // namespace zo

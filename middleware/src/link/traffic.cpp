@@ -9,8 +9,8 @@
 
 namespace zo {
 
-Traffic::Traffic(ActionQueue& actions)
-    : fActions(actions), fPing(sharedText(encodeCommand({"PING"})))
+Traffic::Traffic(ActionQueue& actions, ReplySink* pushes)
+    : fActions(actions), fPushes(pushes), fPing(sharedText(encodeCommand({"PING"})))
 {
     fActions.reserve(0);
 }
@@ -19,13 +19,13 @@ void Traffic::open(Time now, ConnectionId connection, std::shared_ptr<const Link
                    std::shared_ptr<const Inquiry> greeting)
 {
     fSettings = std::move(settings);
-    fTalk.emplace(connection);
-    begin(now, std::move(greeting));
+    fTalk.emplace(connection, fPushes, fSlices);
+    askItself(now, std::move(greeting));
 }
 
 bool Traffic::endGreeting(Time now)
 {
-    if (!fTalk->finish())
+    if (!fTalk->takeWhole())
         return false;
     fIdleSince = now;
     return true;
@@ -33,23 +33,22 @@ bool Traffic::endGreeting(Time now)
 
 void Traffic::close(const SharedText& problem) noexcept
 {
-    if (fCall)
-        fActions.push(LinkAction::End{std::exchange(fCall, nullptr), problem});
-    for (auto& call : fWaiting)
-        fActions.push(LinkAction::End{std::move(call), problem});
-    fWaiting.clear();
+    for (Call& call : fCalls)
+        fActions.push(LinkAction::End{std::move(call.exchange), problem, call.asking->sent});
+    fCalls.clear();
     fTalk.reset();
 }
 
-void Traffic::begin(Time now, std::shared_ptr<const Inquiry> inquiry)
+void Traffic::askItself(Time now, std::shared_ptr<const Inquiry> inquiry)
 {
-    fActions.push(fTalk->begin(now, std::move(inquiry)));
+    fTalk->add(std::make_shared<Asking>(std::move(inquiry), nullptr));
+    sendOn(now);
 }
 
 void Traffic::written(Time now)
 {
-    if (const auto slice = fTalk->written(now))
-        fActions.push(*slice);
+    fTalk->written(now);
+    sendOn(now);
 }
 
 ReplyProblem Traffic::received(Time now, std::string_view bytes)
@@ -59,84 +58,120 @@ ReplyProblem Traffic::received(Time now, std::string_view bytes)
 
 void Traffic::enqueue(const std::shared_ptr<Exchange>& call)
 {
-    fActions.reserve(fWaiting.size() + 2); // the waiting ones, this one, and the one under way
-    fWaiting.push_back(call);
+    fActions.reserve(fCalls.size() + 1);
+    const auto asking = std::make_shared<Asking>(call, call->flow());
+    fCalls.push_back({call, asking});
+    try {
+        fTalk->add(asking);
+    } catch (...) {
+        fCalls.pop_back();
+        throw;
+    }
+}
+
+Traffic::Calls::iterator Traffic::find(const std::shared_ptr<Exchange>& exchange)
+{
+    return std::find_if(fCalls.begin(), fCalls.end(),
+                        [&](const Call& call) { return call.exchange == exchange; });
 }
 
 void Traffic::drop(const std::shared_ptr<Exchange>& call)
 {
-    fWaiting.erase(std::remove(fWaiting.begin(), fWaiting.end(), call), fWaiting.end());
-    if (fCall == call)
-        fCall.reset();
+    const auto found = find(call);
+    if (found == fCalls.end())
+        return;
+    fTalk->cancel(found->asking);
+    fCalls.erase(found);
 }
 
 void Traffic::goOn(Time now)
 {
-    if (fTalk->finish()) {
+    while (const auto whole = fTalk->takeWhole()) {
         fIdleSince = now;
-        if (fCall)
-            fActions.push(LinkAction::End{std::exchange(fCall, nullptr), nullptr});
+        endAnswered(whole);
     }
-    sendNext(now);
+    sendOn(now);
 }
 
-// Who is late waits for `attend`: the others behind have the same turn then.
-void Traffic::sendNext(Time now)
+void Traffic::endAnswered(const AskingPtr& asking)
 {
-    if (isBusy() || fWaiting.empty() || sendBy(*fWaiting.front()) <= now)
+    const auto found = std::find_if(fCalls.begin(), fCalls.end(),
+                                    [&](const Call& call) { return call.asking == asking; });
+    if (found == fCalls.end())
         return;
-    fCall = std::move(fWaiting.front());
-    fWaiting.pop_front();
-    begin(now, fCall);
+    fActions.push(LinkAction::End{std::move(found->exchange), nullptr, asking->sent});
+    fCalls.erase(found);
+}
+
+void Traffic::sendOn(Time now)
+{
+    const auto slice =
+        fTalk->nextSlice(now, [&](const Asking& asking) { return mayBegin(now, asking); });
+    if (slice)
+        fActions.push(*slice);
+}
+
+// Who is late waits for `attend`: the others behind have the same turn then. On a link that is
+// silent nothing begins: it would only wait, too.
+bool Traffic::mayBegin(Time now, const Asking& asking) const
+{
+    if (isBusy() && isSilentFor(now, callPatience()))
+        return false;
+    const auto call = std::find_if(fCalls.begin(), fCalls.end(),
+                                   [&](const Call& one) { return one.asking.get() == &asking; });
+    return call == fCalls.end() || sendBy(*call->exchange) > now;
 }
 
 std::optional<std::string> Traffic::attend(Time now)
 {
     endLateCalls(now);
     if (isBusy() && isSilentFor(now, linkPatience()))
-        return "silent for " + inMilliseconds(linkPatience()) + " while " +
-               fTalk->inquiry().name() + " awaits its reply";
-    sendNext(now);
+        return "silent for " + inMilliseconds(linkPatience()) + " while " + fTalk->pending();
+    sendOn(now);
     if (!isBusy() && now >= fIdleSince + fSettings->options.pingInterval)
-        begin(now, std::make_shared<const Inquiry>("PING", fPing, 1,
-                                                   std::make_shared<StatusSink>("PING")));
+        askItself(now, std::make_shared<const Inquiry>("PING", fPing, 1,
+                                                       std::make_shared<StatusSink>("PING")));
     return {};
 }
 
 Traffic::Time Traffic::attentionAt() const
 {
-    Time at = Time::max();
-    for (const auto& call : fWaiting)
-        at = std::min(at, sendBy(*call));
-    if (!isBusy())
-        return std::min(at, fIdleSince + fSettings->options.pingInterval);
-    if (fCall)
-        at = std::min(at, fCall->deadline().at);
-    const bool hasCalls = fCall || !fWaiting.empty();
-    return std::min(at, fTalk->silentSince() + (hasCalls ? callPatience() : linkPatience()));
+    Time at = isBusy() ? fTalk->silentSince() + linkPatience()
+                       : fIdleSince + fSettings->options.pingInterval;
+    for (const Call& call : fCalls) {
+        at = std::min(at, dueAt(call));
+        if (isBusy() && !call.exchange->deadline().isNone())
+            at = std::min(at, fTalk->silentSince() + callPatience());
+    }
+    return at;
 }
 
-// Whoever waits gives up when the link is silent for so long: not only the call under way, and
+// Whoever waits gives up when the link is silent for so long: not only the calls under way, and
 // also one that has come just now. So a robot that hangs costs its callers one such wait.
 void Traffic::endLateCalls(Time now)
 {
-    if (fCall && isOverdue(now, fCall->deadline().at)) {
-        endWith(latenessUnderWay(now), fCall);
-        fCall.reset();
-    }
-    for (auto call = fWaiting.begin(); call != fWaiting.end();) {
-        if (isOverdue(now, sendBy(**call))) {
-            endWith(latenessWaiting(now, **call), *call);
-            call = fWaiting.erase(call);
-        } else {
+    for (auto call = fCalls.begin(); call != fCalls.end();) {
+        if (!isOverdue(now, *call)) {
             ++call;
+            continue;
         }
+        fActions.push(LinkAction::End{call->exchange,
+                                      sharedText(fSettings->peer.says(lateness(now, *call))),
+                                      call->asking->sent});
+        fTalk->cancel(call->asking);
+        call = fCalls.erase(call);
     }
 }
 
-bool Traffic::isOverdue(Time now, Time due) const
+bool Traffic::isOverdue(Time now, const Call& call) const
 {
-    return due <= now || (isBusy() && isSilentFor(now, callPatience()));
+    const bool isWaitedFor = !call.exchange->deadline().isNone();
+    return dueAt(call) <= now || (isWaitedFor && isBusy() && isSilentFor(now, callPatience()));
+}
+
+Traffic::Time Traffic::dueAt(const Call& call) const
+{
+    return call.asking->hasBegun() ? call.exchange->deadline().at : sendBy(*call.exchange);
 }
 
 // Afterwards its answer, a round trip later, would come too late. A way that was slow for a while
@@ -147,27 +182,19 @@ Traffic::Time Traffic::sendBy(const Exchange& call) const
     return deadline.at - std::min<RoundTrip::Duration>(fRoundTrip.value(), deadline.allowed / 2);
 }
 
-std::string Traffic::latenessUnderWay(Time now) const
+std::string Traffic::lateness(Time now, const Call& call) const
 {
-    if (fCall->deadline().at <= now)
-        return fCall->lateness();
+    const Exchange& exchange = *call.exchange;
+    const bool hasBegun = call.asking->hasBegun();
+    if (dueAt(call) <= now)
+        return exchange.lateness() + (hasBegun ? "" : ": it was not sent, others were before it");
+    if (!hasBegun)
+        return exchange.name() + " was not sent: nothing came for " +
+               inMilliseconds(now - fTalk->silentSince());
     const std::string limit = inMilliseconds(fSettings->options.exchangeTimeout);
-    if (fTalk->isAnswered())
-        return "the reply to " + fCall->name() + " broke off, nothing came for " + limit;
-    return "no reply to " + fCall->name() + " within " + limit;
-}
-
-std::string Traffic::latenessWaiting(Time now, const Exchange& call) const
-{
-    if (sendBy(call) <= now)
-        return call.lateness() + ": it was not sent, others were before it";
-    return call.name() + " was not sent: nothing came for " +
-           inMilliseconds(now - fTalk->silentSince());
-}
-
-void Traffic::endWith(const std::string& problem, std::shared_ptr<Exchange> call)
-{
-    fActions.push(LinkAction::End{std::move(call), sharedText(fSettings->peer.says(problem))});
+    if (call.asking->isAnswered)
+        return "the reply to " + exchange.name() + " broke off, nothing came for " + limit;
+    return "no reply to " + exchange.name() + " within " + limit;
 }
 
 bool Traffic::isSilentFor(Time now, RoundTrip::Duration time) const

@@ -6,6 +6,7 @@
 #include "link/link_settings.h"
 #include "link/round_trip.h"
 
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -14,8 +15,8 @@
 
 namespace zo {
 
-/// What goes over a link: the calls, one under way and the others waiting their turn, pings while
-/// there are none, and the limits of all this. A part of LinkMachine.
+/// What goes over a link: the calls, pings while there are none, and the limits of all this. A part
+/// of LinkMachine.
 class Traffic
 {
 public:
@@ -24,12 +25,13 @@ public:
     /// The link is cut after so much silence, and four round trips, while something is awaited.
     static constexpr std::chrono::milliseconds fLongestSilence{2000};
 
-    explicit Traffic(ActionQueue& actions);
+    /// `pushes` takes what the server sends unasked; it may be null.
+    Traffic(ActionQueue& actions, ReplySink* pushes);
 
     /// Begins on a new connection, with `greeting`.
     void open(Time now, ConnectionId connection, std::shared_ptr<const LinkSettings> settings,
               std::shared_ptr<const Inquiry> greeting);
-    /// Whether the greeting is written and answered. The link is up then: calls may come.
+    /// Whether the greeting is sent and answered. The link is up then: calls may come.
     bool endGreeting(Time now);
     /// The end of the connection, and with `problem` of all calls.
     void close(const SharedText& problem) noexcept;
@@ -42,37 +44,50 @@ public:
     void enqueue(const std::shared_ptr<Exchange>& call);
     void drop(const std::shared_ptr<Exchange>& call);
 
-    /// Ends the call that is over, and sends the next.
+    /// Ends the calls that are over, and sends on.
     void goOn(Time now);
     /// Does what time demands. Returns why the link must be cut, if so.
     std::optional<std::string> attend(Time now);
     /// When it does so next.
     Time attentionAt() const;
 
-    RoundTrip::Duration roundTrip() const { return fRoundTrip.value(); }
+    const RoundTrip& roundTrip() const { return fRoundTrip; }
 
 private:
+    using AskingPtr = Conversation::AskingPtr;
+
+    /// One that has not ended.
+    struct Call
+    {
+        std::shared_ptr<Exchange> exchange;
+        AskingPtr asking;
+    };
+    using Calls = std::deque<Call>;
+
     bool isBusy() const { return fTalk->isBusy(); }
-    void begin(Time now, std::shared_ptr<const Inquiry> inquiry);
-    void sendNext(Time now);
+    void askItself(Time now, std::shared_ptr<const Inquiry> inquiry);
+    void sendOn(Time now);
+    bool mayBegin(Time now, const Asking& asking) const;
+    void endAnswered(const AskingPtr& asking);
     void endLateCalls(Time now);
-    bool isOverdue(Time now, Time due) const;
+    bool isOverdue(Time now, const Call& call) const;
+    Time dueAt(const Call& call) const;
     Time sendBy(const Exchange& call) const;
-    std::string latenessUnderWay(Time now) const;
-    std::string latenessWaiting(Time now, const Exchange& call) const;
-    void endWith(const std::string& problem, std::shared_ptr<Exchange> call);
+    std::string lateness(Time now, const Call& call) const;
+    Calls::iterator find(const std::shared_ptr<Exchange>& exchange);
 
     bool isSilentFor(Time now, RoundTrip::Duration time) const;
     RoundTrip::Duration callPatience() const;
     RoundTrip::Duration linkPatience() const;
 
     ActionQueue& fActions;
+    ReplySink* const fPushes;
     const SharedText fPing;
     std::shared_ptr<const LinkSettings> fSettings;
     RoundTrip fRoundTrip;
+    std::uint64_t fSlices = 0;
     std::optional<Conversation> fTalk;
-    std::deque<std::shared_ptr<Exchange>> fWaiting;
-    std::shared_ptr<Exchange> fCall; ///< under way; null: nobody waits for what is under way
+    Calls fCalls; ///< in the order in which they came
     Time fIdleSince;
 };
 

@@ -80,13 +80,16 @@ void ListRequest::encode()
 {
     std::string bytes;
     std::vector<std::string_view> words;
+    std::vector<RequestPart> parts;
     for (int reply = 0; reply < replies(); ++reply) {
         words.assign(1, "MGET");
         for (int i = 0; i < sizeOfReply(reply); ++i)
             words.push_back(key(position(reply, i)));
         appendCommand(words, bytes);
+        parts.push_back({bytes.size(), 1});
     }
     fBytes = sharedText(std::move(bytes));
+    fParts = std::make_shared<const std::vector<RequestPart>>(std::move(parts));
 }
 
 } // namespace zo

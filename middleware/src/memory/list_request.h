@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/shared_text.h"
+#include "link/inquiry.h"
 #include "memory/forbidden_keys.h"
 
 #include <zo/value.h>
@@ -29,6 +29,8 @@ public:
     bool isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const;
 
     const SharedText& bytes() const { return fBytes; }
+    /// Its commands, one by one.
+    const Inquiry::Parts& parts() const { return fParts; }
     int replies() const;
     int sizeOfReply(int reply) const;
     /// Index in the whole request of element `index` of reply number `reply`.
@@ -45,6 +47,7 @@ private:
     std::vector<int> fAsked;
     int fKeysPerReply;
     SharedText fBytes;
+    Inquiry::Parts fParts;
 };
 
 } // namespace zo

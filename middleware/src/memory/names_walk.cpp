@@ -49,7 +49,7 @@ private:
         const std::string count = std::to_string(keysPerCommand);
         auto bytes = encodeCommand({"SCAN", cursor, "COUNT", count, "TYPE", "string"});
         fLink.run(
-            std::make_shared<Exchange>("SCAN", sharedText(std::move(bytes)), 1, sink, deadline()));
+            std::make_shared<Call>("SCAN", sharedText(std::move(bytes)), 1, sink, deadline()));
         if (!sink->refusal().empty())
             throw fLink.refusal("SCAN", sink->refusal());
         for (std::string& name : sink->names())

@@ -13,13 +13,16 @@
 
 namespace zo {
 
-RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden)
-    : fLink(std::move(link)), fForbidden(std::move(forbidden))
+RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden,
+                           std::shared_ptr<Following> following)
+    : fLink(std::move(link)), fForbidden(std::move(forbidden)), fFollowing(std::move(following))
 {
 }
 
 ZoValue RemoteMemory::values(const ZoValue& request)
 {
+    if (fFollowing)
+        return fFollowing->values(*fLink, this, request);
     const int connection = fLink->connections();
     const auto list = encoded(request, connection);
     const Deadline deadline = fLink->deadlineFor(list->count());
@@ -51,8 +54,8 @@ std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const List
 {
     auto sink = std::make_shared<ValuesSink>(request, std::move(values));
     if (request->replies() > 0)
-        fLink->run(std::make_shared<Exchange>("MGET", request->bytes(), request->replies(), sink,
-                                              deadline));
+        fLink->run(
+            std::make_shared<Call>("MGET", request->bytes(), request->parts(), sink, deadline));
     for (const ValuesSink::Refusal& refusal : sink->refusals()) {
         if (!isKeyForbidden(refusal.text))
             throw fLink->refusal("MGET", refusal.text);
@@ -84,14 +87,17 @@ ZoValue RemoteMemory::names()
 void RemoteMemory::store(const std::string& key, const std::string& text)
 {
     checkStorable(key, text);
-    send("SET " + quotedKey(key), sharedText(encodeCommand({"SET", key, text})), 1, 1);
+    const auto bytes = sharedText(encodeCommand({"SET", key, text}));
+    const std::vector<RequestPart> whole = {{bytes->size(), 1}};
+    send("SET " + quotedKey(key),
+         {bytes, std::make_shared<const std::vector<RequestPart>>(whole), {key}});
 }
 
 void RemoteMemory::storeAll(const ZoValue& pairs)
 {
     const StoreRequest request = encodeStoreRequest(pairs);
-    if (request.commands > 0)
-        send("MSET", request.bytes, request.commands, request.pairs);
+    if (!request.keys.empty())
+        send("MSET", request);
 }
 
 ZoError RemoteMemory::error(const std::string& problem) const
@@ -99,11 +105,17 @@ ZoError RemoteMemory::error(const std::string& problem) const
     return fLink->error(std::string(memoryModuleName) + " " + problem);
 }
 
-void RemoteMemory::send(const std::string& what, SharedText commands, int replies, int keys)
+// One whose end nobody knows is never over for those that follow its keys: they ask for them.
+void RemoteMemory::send(const std::string& what, const StoreRequest& request)
 {
     const auto sink = std::make_shared<StatusSink>(what);
-    fLink->run(std::make_shared<Exchange>(what, std::move(commands), replies, sink,
-                                          fLink->deadlineFor(keys)));
+    const auto call =
+        std::make_shared<Call>(what, request.bytes, request.parts, sink,
+                               fLink->deadlineFor(static_cast<int>(request.keys.size())));
+    const std::uint64_t number = fFollowing ? fFollowing->writes(request.keys) : 0;
+    fLink->run(call);
+    if (fFollowing)
+        fFollowing->wrote(request.keys, {number, call->sent().last});
     for (const StatusSink::Answer& answer : sink->answers()) {
         if (answer.isError)
             throw fLink->refusal(what, answer.text);

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "link/link.h"
+#include "memory/following.h"
 #include "memory/forbidden_keys.h"
 #include "memory/list_request.h"
 #include "memory/memory_module.h"
+#include "memory/store_request.h"
 #include "memory/values_sink.h"
 
 #include <memory>
@@ -17,8 +19,10 @@ namespace zo {
 class RemoteMemory : public MemoryModule
 {
 public:
-    /// `forbidden` belongs to all proxies of `link`.
-    RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden);
+    /// `forbidden` belongs to all proxies of `link`, as does `following`, which is null when lists
+    /// are not followed.
+    RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden,
+                 std::shared_ptr<Following> following);
 
 private:
     ZoValue values(const ZoValue& request) override;
@@ -32,11 +36,11 @@ private:
                                       ZoValue::Elements values, const Deadline& deadline);
     ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused, int connection,
                                   const Deadline& deadline);
-    /// Sends `commands` about `keys` keys, which so many one-line `replies` answer.
-    void send(const std::string& what, SharedText commands, int replies, int keys);
+    void send(const std::string& what, const StoreRequest& request);
 
     const std::shared_ptr<Link> fLink;
     const std::shared_ptr<ForbiddenKeys> fForbidden;
+    const std::shared_ptr<Following> fFollowing;
 
     std::mutex fMutex; ///< guards fLast
     std::shared_ptr<const ListRequest> fLast;

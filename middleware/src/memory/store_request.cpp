@@ -37,24 +37,28 @@ void checkStorable(const std::string& key, const std::string& text)
 StoreRequest encodeStoreRequest(const ZoValue& pairs)
 {
     StoreRequest request;
-    request.pairs = pairs.getSize();
+    const int count = pairs.getSize();
+    request.keys.reserve(count);
+    std::vector<RequestPart> parts;
     std::string bytes;
     std::vector<std::string> texts;
     std::vector<std::string_view> words;
-    for (int first = 0; first < request.pairs; first += keysPerCommand) {
-        const int end = std::min(first + keysPerCommand, request.pairs);
+    for (int first = 0; first < count; first += keysPerCommand) {
+        const int end = std::min(first + keysPerCommand, count);
         texts.clear();
         for (int i = first; i < end; ++i)
             texts.push_back(storableText(pairs[i][0].asString(), pairs[i][1]));
         words.assign(1, "MSET");
         for (int i = first; i < end; ++i) {
-            words.push_back(pairs[i][0].asString());
+            request.keys.push_back(pairs[i][0].asString());
+            words.push_back(request.keys.back());
             words.push_back(texts[static_cast<std::size_t>(i - first)]);
         }
         appendCommand(words, bytes);
-        ++request.commands;
+        parts.push_back({bytes.size(), 1});
     }
     request.bytes = sharedText(std::move(bytes));
+    request.parts = std::make_shared<const std::vector<RequestPart>>(std::move(parts));
     return request;
 }
 

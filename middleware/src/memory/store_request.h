@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/shared_text.h"
+#include "link/inquiry.h"
 
 #include <zo/value.h>
 
 #include <string>
+#include <vector>
 
 namespace zo {
 
@@ -18,8 +19,8 @@ void checkStorable(const std::string& key, const std::string& text);
 struct StoreRequest
 {
     SharedText bytes;
-    int commands = 0;
-    int pairs = 0;
+    Inquiry::Parts parts; ///< its commands
+    std::vector<std::string> keys;
 };
 
 /// The pairs of setListData, encoded. Throws ZoError when one of them cannot be stored.

@@ -4,3 +4,5 @@
 ZoError::ZoError(const std::string& text) : fText(text) {}
 
 ZoError::~ZoError() = default;
+
+ZoUnderWay::~ZoUnderWay() = default;

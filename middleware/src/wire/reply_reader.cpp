@@ -74,12 +74,12 @@ WholeElement wholeElement(std::string_view bytes)
 
 } // namespace
 
-void ReplyReader::expect(int replies, ReplySink& sink)
+void ReplyReader::expect(int replies, ReplySink& sink, const ReplyProgress& before)
 {
     fSink = &sink;
-    fReply = 0;
     fMissing = replies;
-    fReplySize = {};
+    fAnswer = before;
+    fBefore = before.replies;
 }
 
 std::string_view ReplyReader::read(std::string_view bytes)
@@ -137,7 +137,7 @@ void ReplyReader::readType(std::string_view& bytes)
     if (fMessage == Message::None) {
         fMessage = fType == '>' ? Message::Push : Message::Reply;
         fElements = 0;
-        fPushSize = {};
+        fPush = {};
     }
     fAwaited = Awaited::Line;
 }
@@ -322,22 +322,22 @@ void ReplyReader::endMessage()
 {
     if (std::exchange(fMessage, Message::None) != Message::Reply)
         return;
-    ++fReply;
+    ++fAnswer.replies;
     --fMissing;
 }
 
 void ReplyReader::spend(std::size_t bytes)
 {
-    sizeSoFar().taken += bytes;
-    if (sizeSoFar().taken > ReplyLimits::fMaxReply)
+    progressOfMessage().taken += bytes;
+    if (progressOfMessage().taken > ReplyLimits::fMaxReply)
         refuse(nameOfMessage() + " is larger than " + inMebibytes(ReplyLimits::fMaxReply));
 }
 
 // Nobody waits for ever for what is thrown away.
 void ReplyReader::spendSkipped(std::size_t bytes)
 {
-    sizeSoFar().skipped += bytes;
-    if (sizeSoFar().skipped > ReplyLimits::fMaxSkipped)
+    progressOfMessage().skipped += bytes;
+    if (progressOfMessage().skipped > ReplyLimits::fMaxSkipped)
         refuse(nameOfMessage() + " has more than " + inMebibytes(ReplyLimits::fMaxSkipped) +
                " of texts too large to be kept");
 }
@@ -351,7 +351,7 @@ ReplySink* ReplyReader::listener() const
 
 ReplyPlace ReplyReader::place() const
 {
-    return {fReply, fDepth, fDepth > 0 ? fLevels[fDepth - 1].index : 0};
+    return {fAnswer.replies, fDepth, fDepth > 0 ? fLevels[fDepth - 1].index : 0};
 }
 
 std::string ReplyReader::nameOfPiece() const

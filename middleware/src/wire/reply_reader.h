@@ -20,6 +20,14 @@ struct ReplyProblem
     std::string sent; ///< what the other side sent, as it came; may be empty
 };
 
+/// How much of an answer, or of a push, has been read.
+struct ReplyProgress
+{
+    int replies = 0;
+    std::size_t taken = 0; ///< bytes
+    std::size_t skipped = 0;
+};
+
 /// Cuts the bytes of a connection into replies and hands their pieces to a sink, without a socket,
 /// a thread or a clock. It keeps no more than the one piece that is still arriving. It reads both
 /// versions of the protocol, but no texts or arrays whose size is not announced: the server never
@@ -35,13 +43,18 @@ public:
     explicit ReplyReader(ReplySink* pushes = nullptr) : fPushes(pushes) {}
 
     /// From now on `replies` replies are awaited, for `sink`, which must outlive the last of them.
+    /// They go on an answer of which `before` is here already; the limits are those of all of it.
     /// Only when the replies awaited before are complete.
-    void expect(int replies, ReplySink& sink);
+    void expect(int replies, ReplySink& sink, const ReplyProgress& before = {});
 
     /// Reads on. Returns what it did not read: what was not asked for, from the first byte behind
     /// the awaited replies that begins no push; and something after a problem.
     std::string_view read(std::string_view bytes);
 
+    /// Of the answer that is, or was, awaited.
+    const ReplyProgress& progress() const { return fAnswer; }
+    /// Whether any byte of the awaited replies is there.
+    bool hasBegun() const { return fAnswer.replies > fBefore || fMessage == Message::Reply; }
     /// Whether all awaited replies are there. Unspecified after a problem.
     bool isComplete() const { return fMissing == 0; }
 
@@ -62,13 +75,6 @@ private:
         Line,
         Text,
         SkippedText
-    };
-
-    /// How large a message, or all awaited ones together, are so far.
-    struct Size
-    {
-        std::size_t taken = 0;
-        std::size_t skipped = 0;
     };
 
     /// What has elements, while they arrive.
@@ -105,7 +111,7 @@ private:
     void spendSkipped(std::size_t bytes);
 
     bool isPush() const { return fMessage == Message::Push; }
-    Size& sizeSoFar() { return isPush() ? fPushSize : fReplySize; }
+    ReplyProgress& progressOfMessage() { return isPush() ? fPush : fAnswer; }
     std::string nameOfMessage() const { return isPush() ? "a push" : "the reply"; }
     bool isSilent() const { return fDepth > 0 && fLevels[fDepth - 1].isSilent; }
     ReplySink* listener() const;
@@ -116,10 +122,10 @@ private:
 
     ReplySink* const fPushes;
     ReplySink* fSink = nullptr;
-    int fReply = 0;
+    int fBefore = 0; ///< replies of the answer that were here already
     int fMissing = 0;
-    Size fReplySize;
-    Size fPushSize;
+    ReplyProgress fAnswer;
+    ReplyProgress fPush;
 
     Gatherer fGatherer;
     Message fMessage = Message::None;

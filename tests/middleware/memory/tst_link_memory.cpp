@@ -95,9 +95,8 @@ private:
     {
         const std::string name = std::to_string(++fCalls);
         auto sink = std::make_shared<StatusSink>(name);
-        const auto call =
-            std::make_shared<Exchange>("GET", sharedText("CALL " + name + ";"), 1, sink,
-                                       Deadline::after(fNow, milliseconds(upTo(500))));
+        const auto call = std::make_shared<Call>("GET", sharedText("CALL " + name + ";"), 1, sink,
+                                                 Deadline::after(fNow, milliseconds(upTo(500))));
         fSinks[call.get()] = sink;
         fAsked.insert(call);
         event([&] { fMachine.call(fNow, call); });

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "link/call.h"
+
+#include <zo/error.h>
+
+namespace zo {
+
+void Call::end(const SharedText& problem, const SentSpan& sent) noexcept
+{
+    fEnd.set_value({problem, sent});
+}
+
+bool Call::waitUntilDone(SteadyClock::time_point time) const
+{
+    if (fAwaitedEnd.wait_until(time) != std::future_status::ready)
+        return false;
+    if (const SharedText& problem = fAwaitedEnd.get().problem)
+        throw ZoError(*problem);
+    return true;
+}
+
+} // namespace zo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "link/deadline.h"
+#include "link/round_trip.h"
+
+#include <atomic>
+
+namespace zo {
+
+/// How a link is doing, as its I/O thread tells and every other thread may read at any time.
+class LinkPulse
+{
+public:
+    using Time = SteadyClock::time_point;
+
+    void set(Time lastHeard, const RoundTrip& roundTrip)
+    {
+        fLastHeard = lastHeard;
+        fRoundTrip = roundTrip.value();
+        fShortestRoundTrip = roundTrip.shortest();
+    }
+
+    /// When the last byte came.
+    Time lastHeard() const { return fLastHeard; }
+    RoundTrip::Duration roundTrip() const { return fRoundTrip; }
+    RoundTrip::Duration shortestRoundTrip() const { return fShortestRoundTrip; }
+
+private:
+    std::atomic<Time> fLastHeard{Time::min()};
+    std::atomic<RoundTrip::Duration> fRoundTrip{RoundTrip::Duration(0)};
+    std::atomic<RoundTrip::Duration> fShortestRoundTrip{RoundTrip::Duration(0)};
+};
+
+} // namespace zo

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "link/deadline.h"
+
+#include <zo/value.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace zo {
+
+/// A place in the stream of what the robot sends on one connection: replies and notices, in the
+/// order in which it did what they tell of. 0: before all of them.
+using Place = std::uint64_t;
+
+/// A key that lists follow, and what the link knows of it.
+struct FollowedValue
+{
+    using Time = SteadyClock::time_point;
+
+    ZoValue value;
+    Place readAt = 0;    ///< the reply that brought the value; 0: not read on this connection
+    Place armedAt = 0;   ///< the newest reply after which the robot tells of changes
+    Place noticedAt = 0; ///< the newest notice of a change
+    Place changedAt = 0; ///< the newest reply that brought another value than the one before
+    bool isForbidden = false;
+    SteadyClock::duration pause{0}; ///< before it is asked for again, when it is too large
+    Time notBefore{};               ///< of a forbidden or too large one
+    int lists = 0;
+    int writes = 0;            ///< of this link's own, under way
+    std::uint64_t version = 0; ///< counts what has become the value of any key
+    std::size_t bytes = 0;     ///< that the value takes
+
+    /// Whether the robot would have told if it had changed since it was read.
+    bool isTold() const { return armedAt > noticedAt; }
+    bool isWrittenSince(Place place) const { return noticedAt > place || changedAt > place; }
+    bool isPaused(Time now) const { return now < notBefore; }
+};
+
+/// The values of a link, one for each key that any list follows. Has no lock of its own.
+class FollowedValues
+{
+public:
+    using Time = FollowedValue::Time;
+    using Entry = std::pair<const std::string, FollowedValue>;
+
+    /// The first pause of a key whose value is too large; it doubles up to the longest one.
+    static constexpr std::chrono::seconds fShortestPause{1};
+    static constexpr std::chrono::seconds fLongestPause{10};
+
+    /// The entry of `key`, for one more list: stays where it is until that list has released it.
+    Entry* acquire(const std::string& key);
+    void release(Entry* entry);
+
+    // The reply at `place` tells of a key. An older one than what is here changes nothing: false.
+    /// It brought `value`.
+    bool read(Entry& entry, ZoValue value, Place place, bool isArmed);
+    /// It had a value that is too large.
+    bool readTooLarge(Entry& entry, Place place, bool isArmed, Time now);
+    /// The robot refuses the key.
+    bool refused(Entry& entry, Place place, Time now);
+
+    void noticed(const std::string& key, Place place);
+    /// Any key may have changed.
+    void noticedAll(Place place);
+    /// A write of this link's own is under way. It ends once, whatever becomes of it, unless the
+    /// connection is gone before: at `place`, which may be before its notices.
+    void beginWrite(const std::vector<std::string>& keys);
+    void endWrite(const std::vector<std::string>& keys, Place place);
+
+    /// The connection is gone, and what is known with it.
+    void forget();
+
+    /// What values and keys take, in bytes.
+    std::size_t memory() const { return fMemory; }
+
+private:
+    bool put(Entry& entry, ZoValue value, Place place, bool isArmed);
+
+    std::unordered_map<std::string, FollowedValue> fEntries;
+    std::size_t fMemory = 0;
+    std::uint64_t fVersion = 0;
+};
+
+} // namespace zo

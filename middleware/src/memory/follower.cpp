@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "memory/follower.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zo {
+
+Follower::Asked Follower::ask(Time now, const FollowingCaller& caller, const ZoValue& request)
+{
+    forgetLeft(now);
+    List list = find(caller, request);
+    list = list ? used(list) : add(caller, request);
+    list->called(now);
+    if (auto values = answer(now, list))
+        return {std::move(values), list, Patience::None};
+    list->hurry(now);
+    if (!list->isFollowed())
+        return {{}, list, list->isShared() ? Patience::OneWay : Patience::Full};
+    const bool isComing = !list->isIdle() || list->beginsAt() <= now;
+    return {{}, list, isComing ? Patience::Brief : Patience::None};
+}
+
+// Who asks for several lists must not see a key go back in time from one to the other.
+std::optional<ZoValue::Elements> Follower::answer(Time now, const List& list)
+{
+    const auto found = std::find_if(fLists.begin(), fLists.end(),
+                                    [&](const Followed& one) { return one.list == list; });
+    if (found == fLists.end())
+        return list->answer(now, fLastWrite);
+    Place& seen = *found->seen;
+    if (seen > list->answeredAt() && list->isOutdated())
+        return {};
+    auto values = list->answer(now, fLastWrite);
+    if (values)
+        seen = std::max(seen, list->answeredAt());
+    return values;
+}
+
+Follower::List Follower::find(const FollowingCaller& caller, const ZoValue& request) const
+{
+    const auto found = std::find_if(fLists.rbegin(), fLists.rend(), [&](const Followed& one) {
+        return one.caller == caller && one.list->isFor(request);
+    });
+    return found == fLists.rend() ? nullptr : found->list;
+}
+
+Follower::List Follower::used(const List& list)
+{
+    const auto found = std::find_if(fLists.begin(), fLists.end(),
+                                    [&](const Followed& one) { return one.list == list; });
+    std::rotate(found, found + 1, fLists.end());
+    return list;
+}
+
+std::shared_ptr<Place> Follower::seenBy(const FollowingCaller& caller) const
+{
+    const auto found = std::find_if(fLists.begin(), fLists.end(),
+                                    [&](const Followed& one) { return one.caller == caller; });
+    return found == fLists.end() ? std::make_shared<Place>(0) : found->seen;
+}
+
+Follower::List Follower::add(const FollowingCaller& caller, const ZoValue& request)
+{
+    auto list = std::make_shared<FollowedList>(request, fValues);
+    fLists.push_back({caller, list, seenBy(caller)});
+    if (fLists.size() > fMostLists)
+        forgetLeastUsed();
+    return list;
+}
+
+void Follower::forgetLeft(Time now)
+{
+    std::vector<Followed> kept;
+    for (Followed& one : fLists) {
+        if (one.list->isLeft(now))
+            leave(one.list);
+        else
+            kept.push_back(std::move(one));
+    }
+    fLists.swap(kept);
+}
+
+void Follower::forgetLeastUsed()
+{
+    leave(fLists.front().list);
+    fLists.erase(fLists.begin());
+}
+
+// What its rounds ask for must stay until they are over.
+void Follower::leave(const List& list)
+{
+    if (list->isIdle())
+        list->leave();
+    else
+        fLeaving.push_back(list);
+}
+
+void Follower::cameUp(bool canTell)
+{
+    fIsUp = true;
+    fCanTell = canTell;
+}
+
+void Follower::wentDown()
+{
+    fIsUp = false;
+    fValues.forget();
+    for (const Followed& one : fLists)
+        one.list->forget();
+    for (const List& list : fLeaving) {
+        list->forget();
+        list->leave();
+    }
+    fLeaving.clear();
+}
+
+std::uint64_t Follower::writes(const std::vector<std::string>& keys)
+{
+    fValues.beginWrite(keys);
+    return ++fWrites;
+}
+
+void Follower::wrote(const std::vector<std::string>& keys, const OwnWrite& write)
+{
+    fValues.endWrite(keys, fPlaces.next());
+    if (write.order == 0)
+        return;
+    fLastWrite.number = std::max(fLastWrite.number, write.number);
+    fLastWrite.order = std::max(fLastWrite.order, write.order);
+}
+
+Follower::Time Follower::wakeAt() const
+{
+    Time at = Time::max();
+    for (const Followed& one : fLists)
+        at = std::min(at, one.list->beginsAt());
+    return fIsUp ? at : Time::max();
+}
+
+std::optional<Follower::Begun> Follower::begin(Time now)
+{
+    if (!fIsUp)
+        return {};
+    for (const Followed& one : fLists) {
+        if (one.list->beginsAt() > now)
+            continue;
+        const bool isMore = one.list->isRefused();
+        return Begun{one.list, one.list->begin(now, fCanTell, fPlaces, fWrites), isMore};
+    }
+    return {};
+}
+
+void Follower::ended(const Begun& begun, bool isAnswered, std::uint64_t order, Time now,
+                     Pace::Duration trip)
+{
+    begun.list->ended(begun.round, isAnswered, order, now, trip, fPlaces.newest());
+    const auto leaving = std::find(fLeaving.begin(), fLeaving.end(), begun.list);
+    if (leaving != fLeaving.end() && begun.list->isIdle()) {
+        begun.list->leave();
+        fLeaving.erase(leaving);
+    }
+    while (fLists.size() > 1 && memory() > fMostMemory)
+        forgetLeastUsed();
+}
+
+} // namespace zo

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "link/shared_text.h"
+#include "wire/reply_sink.h"
+#include "wire/status_sink.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zo {
+
+/// Whether a server of this version, such as "7.0.15", may be asked for notices: from 7.0.5 on.
+/// Before, they may come in the midst of a reply.
+bool canSendNotices(std::string_view version);
+
+/// Takes what a server says of itself in reply to HELLO.
+class HelloSink : public ReplySink
+{
+public:
+    /// Of the server; empty when it has refused.
+    const std::string& version() const { return fVersion; }
+
+    [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
+    std::string nameOf(const ReplyPlace& place) const override;
+
+private:
+    bool fIsVersion = false; ///< what comes next
+    std::string fVersion;
+};
+
+/// Asks the server of a new connection for notices: first whether it knows the protocol that has
+/// them, and its version, then for the notices. It may refuse either, which changes nothing else.
+class NoticesSetUp
+{
+public:
+    struct Question
+    {
+        const char* name;
+        SharedText bytes;
+        std::shared_ptr<ReplySink> sink;
+    };
+
+    /// The link has come up.
+    void begin() { fStage = Stage::Hello; }
+    /// It is down.
+    void end() { fStage = Stage::Over; }
+
+    bool isDue() const { return fStage == Stage::Hello || fStage == Stage::Tracking; }
+    /// What is to be asked next, if anything is.
+    std::optional<Question> next();
+    /// The last question is answered.
+    void answered();
+    /// Whether the server sends notices of what is read from now on.
+    bool isDone() const { return fStage == Stage::Done; }
+
+private:
+    enum class Stage
+    {
+        Hello, ///< to be said
+        HelloSaid,
+        Tracking, ///< to be asked for
+        TrackingAsked,
+        Done,
+        Over
+    };
+
+    Stage fStage = Stage::Over;
+    std::shared_ptr<HelloSink> fHello;
+    std::shared_ptr<StatusSink> fTracking;
+};
+
+} // namespace zo

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "memory/pace.h"
+
+#include <algorithm>
+
+namespace zo {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// What a wake-up and the way between two threads may take.
+constexpr milliseconds hurry{1};
+
+// Calls that are further apart may be by hand: two of them make no rhythm.
+constexpr milliseconds byHand{250};
+
+// Until who calls no more is forgotten: with a rhythm at least, without one at all.
+constexpr milliseconds shortestMemory{1000};
+constexpr std::chrono::seconds longestMemory{30};
+
+// The transfer of fewer keys is too short to be told from the way's own straying.
+constexpr int measurableKeys = 100;
+
+// Less than promised, for calls that stray or are left out.
+constexpr int roundsOfTurn = 18;
+constexpr std::chrono::seconds timeOfTurn{8};
+
+} // namespace
+
+void Pace::called(Time now)
+{
+    if (fHasCalled) {
+        const Duration period = now - fLastCall;
+        const bool isRepeated = std::chrono::abs(period - fLastPeriod) <= period / 4;
+        fIsKnown = period <= byHand || (isRepeated && fLastPeriod > Duration(0));
+        fLastPeriod = period;
+        fPeriod.add(period);
+    }
+    fHasCalled = true;
+    fLastCall = now;
+}
+
+bool Pace::isOver(Time now) const
+{
+    return now > fLastCall + (fIsKnown ? std::max<Duration>(2 * fPeriod.mean(), shortestMemory)
+                                       : longestMemory);
+}
+
+// A round behind another one arrives when the line is free again: the pause between them is what
+// its bytes took. Of one that is alone it is what the way does not explain.
+void Pace::answered(Time begin, Time now, int keys, Duration shortest)
+{
+    const Duration response = now - begin;
+    Duration transfer = std::max(response - shortest, Duration(0));
+    if (fLastAnswer)
+        transfer = std::min<Duration>(transfer, now - *fLastAnswer);
+    fResponse.add(response);
+    fTransfer.add(transfer);
+    if (keys >= measurableKeys)
+        fTransferOfKey.add(transfer / keys);
+    fShortest = shortest;
+    fLastAnswer = now;
+}
+
+// Nearly all answers come within three deviations, and nearly all calls within two: a timer that
+// strays evenly is never further away.
+Pace::Duration Pace::lead() const
+{
+    const Duration margin = 3 * fResponse.deviation() + 2 * fPeriod.deviation() + hurry;
+    return fResponse.mean() + std::min(margin, freshness() / 2);
+}
+
+Pace::Time Pace::beginOfRound() const
+{
+    const Duration ahead = lead();
+    const Duration period = std::max<Duration>(fPeriod.mean(), hurry);
+    const auto calls = std::max<Duration::rep>((ahead + period - Duration(1)) / period, 1);
+    return fLastCall + calls * period - ahead;
+}
+
+int Pace::mostUnderWay() const
+{
+    const Duration transfer = std::max<Duration>(fTransfer.mean(), hurry);
+    return static_cast<int>(
+        std::min<Duration::rep>(1 + fShortest / transfer, Duration::rep{fMostUnderWay}));
+}
+
+int Pace::turnOf(int keys) const
+{
+    const auto period = std::max<Duration>(fPeriod.mean(), hurry);
+    const auto rounds = std::max<Duration::rep>(timeOfTurn / period, roundsOfTurn);
+    const auto due = (keys + rounds - 1) / rounds;
+    const Duration ofKey = fTransferOfKey.mean();
+    const auto carried = ofKey > Duration(0) ? period / 4 / ofKey : due;
+    return static_cast<int>(std::clamp<Duration::rep>(carried, std::min(keys, 1), due));
+}
+
+Pace::Duration Pace::freshness() const
+{
+    return milliseconds(100) + fPeriod.mean() / 4;
+}
+
+} // namespace zo

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "simulation/following_network.h"
+
+#include <utility>
+
+FollowingNetwork::FollowingNetwork(FollowingWorld& world)
+    : fWorld(world), fUp(world.random), fDown(fUp)
+{
+}
+
+void FollowingNetwork::connect()
+{
+    fIsUp = true;
+    fUpSince = fWorld.now();
+    fUp.clear(fWorld.now());
+    fDown.clear(fWorld.now());
+}
+
+void FollowingNetwork::cut()
+{
+    fIsUp = false;
+    ++fConnection;
+}
+
+void FollowingNetwork::pause(Duration up, Duration down)
+{
+    fUp.pause(fWorld.now(), up);
+    fDown.pause(fWorld.now(), down);
+}
+
+void FollowingNetwork::up(std::size_t bytes, Task task)
+{
+    at(fUp.arrival(fWorld.now(), bytes, fWorld.random), std::move(task));
+}
+
+void FollowingNetwork::down(std::size_t bytes, Task task)
+{
+    at(fDown.arrival(fWorld.now(), bytes, fWorld.random), std::move(task));
+}
+
+void FollowingNetwork::in(Duration wait, Task task)
+{
+    at(fWorld.now() + wait, std::move(task));
+}
+
+void FollowingNetwork::at(Time time, Task task)
+{
+    fWorld.agenda.at(time, [this, task = std::move(task), connection = fConnection] {
+        if (fIsUp && connection == fConnection)
+            task();
+    });
+}
