@@ -34,6 +34,7 @@ void tell(const std::string& message)
 void watch(ZoCommand& command, kit::Output& output)
 {
     kit::endWellOnStopSignals();
+    command.connection.options.follow = !command.isPlain;
     const auto broker = connect(command.connection);
     WatchedRobot robot{memoryOf(*broker), [broker] { return broker->linkStatus(); }};
     watchValues(robot, {command.operands, command.period, command.count}, output, tell);

@@ -86,6 +86,8 @@ void watchValues(WatchedRobot& robot, const Watch& watch, kit::Output& output,
                            recordOf(watch.keys[static_cast<std::size_t>(i)], values[i]));
             output.flush();
             ++polls;
+        } catch (const ZoUnderWay&) {
+            // It is there at the next time.
         } catch (const ZoError& error) {
             kit::throwIfRefused(robot.link());
             presence.lost(error);

@@ -21,7 +21,14 @@ kit::Options aboutOptions(ZoCommand& command)
 
 kit::Options generalOptions(ZoCommand& command)
 {
-    return kit::joined(kit::connectionOptions(command.connection), aboutOptions(command));
+    kit::Options own = {
+        kit::flag("--plain",
+                  "let watch read every value from the robot each time, whether it was written "
+                  "or not",
+                  command.isPlain),
+    };
+    return kit::joined(kit::joined(kit::connectionOptions(command.connection), std::move(own)),
+                       aboutOptions(command));
 }
 
 kit::Options watchOptions(ZoCommand& command)

@@ -23,6 +23,7 @@ struct ZoCommand
 
     Action action = Action::None;
     kit::Connection connection;
+    bool isPlain = false;                   ///< each poll of watch reads the robot itself
     std::vector<std::string> operands;      ///< what stands behind the command and its options
     std::chrono::milliseconds period{1000}; ///< of watch
     int count = 0;                          ///< polls of watch that print; 0: no end

@@ -20,6 +20,7 @@ struct ConnectionSettings
     std::string password; ///< of any bytes, UTF-8 when typed; empty: none; never stored
     bool tls = false;
     QString caFile;        ///< PEM file of authorities for TLS; empty: those of the system
+    bool follow = true;    ///< panels wait for no answer: they take the newest that is there
     ZoBrokerOptions other; ///< what only the command line says: certificate to show, time-outs
 
     QString addressText() const { return QString::fromStdString(address.toText()); }
