@@ -33,7 +33,7 @@ private:
     {
         std::shared_ptr<zo::Round> round; ///< null: more of it is to come
         Time begin;
-        int begun; ///< which of all beginnings and ends
+        int begun;           ///< which of all beginnings and ends
         bool isMore = false; ///< it was refused, and goes on key by key
         bool isOver = false;
         Time end = Time::max(); ///< when it was shown
