@@ -28,6 +28,13 @@ inline std::optional<ZoValue> tried(ZoMemoryProxy& memory, const ZoValue& reques
     }
 }
 
+/// Lets pass what lies between two calls of a panel: the rhythm by which a list is known to be
+/// followed.
+inline void pauseAsAPanelDoes()
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
 /// Polls like a panel until `isIt` holds for what comes.
 template <class Condition>
 bool polls(ZoMemoryProxy& memory, const ZoValue& request, Condition isIt)
@@ -37,7 +44,7 @@ bool polls(ZoMemoryProxy& memory, const ZoValue& request, Condition isIt)
         const auto values = tried(memory, request);
         if (values && isIt(*values))
             return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // as a panel does
+        pauseAsAPanelDoes();
     }
     return false;
 }

@@ -43,9 +43,10 @@ void watchMessages(QtMsgType type, const QMessageLogContext& context, const QStr
 #ifdef __SANITIZE_ADDRESS__
 // The offscreen platform never frees the screen that it makes. The toolkit's widgets, compiled
 // without exceptions, leave the 16-byte mark of a guarded pointer behind when one passes through;
-// the object itself, if it leaked, would still be told. The thread of the test framework's
-// watchdog, the only one of the toolkit's kind, may still be giving its data back when the process
-// ends. NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the checks look for
+// the object itself, if it leaked, would still be told. The watchdog thread of the test framework,
+// the only one of the toolkit's kind, may still be giving its data back when the process ends.
+//
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the checks look for
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
 {
     return "leak:libqoffscreen.so\n"

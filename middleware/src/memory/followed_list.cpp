@@ -75,9 +75,9 @@ void FollowedList::called(Time now)
     fBeginAt = isFollowed() ? fPace.beginOfRound() : Time::max();
 }
 
-void FollowedList::hurry(Time now)
+void FollowedList::hurry()
 {
-    const bool servesNext = now + fPace.freshness() >= now + fPace.period();
+    const bool servesNext = fPace.freshness() >= fPace.period();
     if (fCredit == mostCredit || servesNext)
         fIsUrgent = true;
 }

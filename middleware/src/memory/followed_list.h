@@ -74,15 +74,15 @@ public:
     /// Whether the link has got another value of any of the keys since.
     bool isOutdated() const;
     /// There was none: a round may begin at once, if its answer would serve this call or the next.
-    void hurry(Time now);
+    void hurry();
 
     /// Whether the robot has refused keys together, so that each must be asked by itself.
     bool isRefused() const { return !fRefused.empty(); }
 
     /// When the next round begins; Time::max(): not before something else happens.
     Time beginsAt() const;
-    /// A round that begins now. `canTell`: the server can send notices. `newest`: the place of the
-    /// newest thing that has come from it.
+    /// A round that begins now. `canTell`: the server can send notices. `places` are those of the
+    /// link, `writes` counts its own writes that have begun.
     std::shared_ptr<Round> begin(Time now, bool canTell, Places& places, std::uint64_t writes);
     /// It is over; without an answer when the link was lost. Its first slice was number `order` of
     /// all that was sent.

@@ -14,7 +14,7 @@ Follower::Asked Follower::ask(Time now, const FollowingCaller& caller, const ZoV
     list->called(now);
     if (auto values = answer(now, list))
         return {std::move(values), list, Patience::None};
-    list->hurry(now);
+    list->hurry();
     if (!list->isFollowed())
         return {{}, list, list->isShared() ? Patience::OneWay : Patience::Full};
     const bool isComing = !list->isIdle() || list->beginsAt() <= now;

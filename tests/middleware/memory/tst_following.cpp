@@ -58,7 +58,7 @@ void TestFollowing::itAsksNoMoreOftenThanItIsAsked()
     int answers = 0;
     for (int calls = 1; calls <= 50; ++calls) {
         answers += tried(memory, request) ? 1 : 0;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5)); // as a panel does
+        pauseAsAPanelDoes();
         const int asked = answeredCommands(server, "mget");
         QVERIFY2(asked <= calls, std::to_string(asked).c_str());
     }
@@ -189,7 +189,7 @@ void TestFollowing::noCallWaitsForARobotThatHangs()
     while (unanswered < 10) {
         if (!tried(memory, request))
             ++unanswered;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        pauseAsAPanelDoes();
     }
     isOver.set_value();
 }
