@@ -39,8 +39,9 @@ struct Desk
 struct Worker
 {
     pid_t pid;
-    std::uint64_t seen = none;                     ///< at this schedule ...
-    std::chrono::steady_clock::time_point since{}; ///< ... since then
+    std::uint64_t seen = none; ///< at this schedule ...
+    std::chrono::steady_clock::time_point since =
+        std::chrono::steady_clock::now(); ///< ... from then
 };
 
 /// Lives in memory that all processes share.
