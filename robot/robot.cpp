@@ -65,6 +65,7 @@ public:
     void doTick()
     {
         try {
+            startOverAfterALoss();
             fPublisher.publish(tickTime(fTick, fRate));
             report("");
         } catch (const ZoError& error) {
@@ -80,6 +81,15 @@ private:
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - fStart).count();
     }
 
+    /// The server that the link came back to may be another one, or have been emptied.
+    void startOverAfterALoss()
+    {
+        const auto upSince = fBroker.linkStatus().since;
+        if (upSince != fUpSince)
+            fPublisher.startOver();
+        fUpSince = upSince;
+    }
+
     void report(const std::string& trouble)
     {
         if (trouble.empty() == !fInTrouble)
@@ -92,6 +102,7 @@ private:
     const ZoBroker& fBroker;
     double fRate;
     std::chrono::steady_clock::time_point fStart = std::chrono::steady_clock::now();
+    std::chrono::system_clock::time_point fUpSince = fBroker.linkStatus().since;
     long long fTick = 1;
     bool fInTrouble = false;
 };
