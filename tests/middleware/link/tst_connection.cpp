@@ -87,6 +87,9 @@ private slots:
     void whatTheServerSentIsQuotedWithoutThePassword();
     void anErrorForOneChunkKeepsTheLink();
     void aKeyListThatNeverEndsIsGivenUpInTime();
+    void aKeyListWaitsWhilePagesComeWithNewNames();
+    void aKeyListThatDripsForEverIsGivenUpInTime();
+    void theKeyListsPagesGrow();
     void aKeyListMayTakeAtLeastAsLongAsOneAnswer();
     void aKeyListThatGrowsForEverIsGivenUp();
     void aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes();
@@ -294,6 +297,56 @@ void TestConnection::aKeyListThatNeverEndsIsGivenUpInTime()
     ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(300))));
     const std::string error = errorOf([&] { memory.getDataListName(); });
     QVERIFY2(contains(error, "no reply to SCAN within 320 ms"), error.c_str());
+}
+
+void TestConnection::aKeyListWaitsWhilePagesComeWithNewNames()
+{
+    QStringList counts;
+    const FakeRobot robot([&counts](FakeConnection& connection) {
+        connection.greet();
+        for (int page = 0; page < 3; ++page) {
+            counts += QString::fromStdString(connection.readCommand()[3]);
+            connection.sendSlowly(pageOf(page < 2 ? 1 : 0, numberedNames(1, 140, page)));
+        }
+        connection.waitForEnd();
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(3000))));
+    QCOMPARE(memory.getDataListName().size(), std::size_t(3));
+    // Each took more than half of what a page may.
+    QCOMPARE(counts, QStringList({"1000", "1000", "1000"}));
+}
+
+void TestConnection::aKeyListThatDripsForEverIsGivenUpInTime()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        for (int page = 0; page < 1000; ++page) {
+            connection.readCommand();
+            connection.sendSlowly(pageOf(1, numberedNames(1, 4, page)));
+        }
+        answering(pageOf(0, {}))(connection);
+    });
+    ZoBrokerOptions options = quietOptions(milliseconds(600));
+    options.timeoutPerKey = std::chrono::microseconds(0);
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), options));
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "no reply to SCAN within 9000 ms"), error.c_str());
+}
+
+void TestConnection::theKeyListsPagesGrow()
+{
+    QStringList counts;
+    const FakeRobot robot([&counts](FakeConnection& connection) {
+        connection.greet();
+        for (int page = 0; page < 6; ++page) {
+            counts += QString::fromStdString(connection.readCommand()[3]);
+            connection.send(pageOf(page < 5 ? 1 : 0, numberedNames(1, 10, page)));
+        }
+        connection.waitForEnd();
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
+    QCOMPARE(memory.getDataListName().size(), std::size_t(6));
+    QCOMPARE(counts, QStringList({"1000", "2000", "4000", "8000", "10000", "10000"}));
 }
 
 void TestConnection::aKeyListMayTakeAtLeastAsLongAsOneAnswer()
