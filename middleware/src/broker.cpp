@@ -3,12 +3,10 @@
 #include <zo/error.h>
 #include <zo/proxy.h>
 
-#include "link/link.h"
-#include "memory/following.h"
-#include "memory/forbidden_keys.h"
 #include "memory/local_memory.h"
 #include "memory/memory_methods.h"
 #include "memory/remote_memory.h"
+#include "memory/robot_link.h"
 
 #include <boost/make_shared.hpp>
 
@@ -19,9 +17,7 @@
 struct ZoBroker::Parts
 {
     std::string name;
-    std::shared_ptr<zo::Following> following; ///< null: lists are not followed
-    std::shared_ptr<zo::Link> link;           ///< null without a robot
-    std::shared_ptr<zo::ForbiddenKeys> forbidden = std::make_shared<zo::ForbiddenKeys>();
+    std::shared_ptr<zo::RobotLink> robot; ///< null without one
     boost::shared_ptr<ZoProxy> memory = boost::make_shared<zo::LocalMemory>();
     std::chrono::system_clock::time_point since = std::chrono::system_clock::now();
 
@@ -36,9 +32,9 @@ struct ZoBroker::Parts
     }
     boost::shared_ptr<ZoProxy> makeMemory() const
     {
-        if (!link)
+        if (!robot)
             return memory;
-        return boost::make_shared<zo::RemoteMemory>(link, forbidden, following);
+        return boost::make_shared<zo::RemoteMemory>(robot);
     }
 };
 
@@ -57,10 +53,7 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std:
                                              int port, const ZoBrokerOptions& options)
 {
     auto broker = create(name);
-    if (options.follow)
-        broker->fParts->following = std::make_shared<zo::Following>(options.notices);
-    broker->fParts->link = std::make_shared<zo::Link>(zo::makeLinkSettings(ip, port, options, name),
-                                                      broker->fParts->following);
+    broker->fParts->robot = zo::openRobotLink(zo::makeLinkSettings(ip, port, options, name));
     return broker;
 }
 
@@ -105,15 +98,16 @@ bool ZoBroker::isConnected() const
 
 ZoLinkStatus ZoBroker::linkStatus() const
 {
-    if (fParts->link)
-        return fParts->link->status();
+    if (fParts->robot)
+        return fParts->robot->link.status();
     return {false, fParts->since, "broker '" + fParts->name + "' has no robot"};
 }
 
 void ZoBroker::reconnect(const ZoBrokerOptions& options)
 {
-    if (!fParts->link)
+    if (!fParts->robot)
         throw ZoError("broker '" + fParts->name + "' has no robot");
-    const zo::Peer peer = fParts->link->settings()->peer;
-    fParts->link->reconnect(zo::makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
+    zo::Link& link = fParts->robot->link;
+    const zo::Peer peer = link.settings()->peer;
+    link.reconnect(zo::makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
 }

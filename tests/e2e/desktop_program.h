@@ -37,12 +37,25 @@ public:
         return lines.join('\n');
     }
 
+    /// Waits until it shows a dialog with that panel loaded: the panel's own, which asks at the
+    /// start. Of each dialog the platform complains.
+    bool waitForDialogOf(const QByteArray& panel)
+    {
+        return waitUntil([&] { return errors().contains("This plugin") && hasLoaded(panel); });
+    }
+
     static QStringList wordsFor(const RedisServer& robot)
     {
         return {"--connect", QString("127.0.0.1:%1").arg(robot.port())};
     }
 
 private:
+    bool hasLoaded(const QByteArray& library) const
+    {
+        QFile maps(QString("/proc/%1/maps").arg(processId()));
+        return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
+    }
+
     /// For leak checks of the program: the offscreen platform never frees the screen it makes.
     void forgiveThePlatform(QProcessEnvironment& environment) const
     {

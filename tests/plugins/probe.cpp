@@ -52,6 +52,8 @@ public:
                             const std::string& imageDir) override
     {
         fParent = parent;
+        if (parent->property("ownLink").toBool())
+            fBrokerOptions.pingInterval *= 2; // other options than the window's
         initBroker(fBroker, "Probe", ip, port, imageDir);
         auto* panel = new ProbePanel(parent);
         fPanel = panel;

@@ -22,8 +22,9 @@ bool isText(const SharedText& text, const SharedText& part)
 
 bool isCondition(const LinkCondition& is, const LinkCondition& expected)
 {
-    return is.isUp == expected.isUp && is.isRefused == expected.isRefused &&
-           is.since == expected.since && isText(is.cause, expected.cause);
+    return is.isUp == expected.isUp && is.isOpening == expected.isOpening &&
+           is.isRefused == expected.isRefused && is.since == expected.since &&
+           isText(is.cause, expected.cause);
 }
 
 bool isSame(const LinkAction::LookUp& is, const LinkAction::LookUp& expected)

@@ -175,9 +175,11 @@ void ExpectedLink::reconnect(Settings settings)
         return;
     fSettings = std::move(settings);
     fBound = firstBound(fSettings->options);
-    goDown(Stage::Waiting, fHasFailed ? "out of memory" : "connecting anew");
-    if (fHasFailed)
+    if (fHasFailed) {
+        goDown(Stage::Waiting, "out of memory");
         return;
+    }
+    goDown(Stage::LookingUp, "connecting anew");
     fBound = firstBound(fSettings->options);
     beginAttempt();
 }
@@ -225,6 +227,7 @@ void ExpectedLink::tell(bool isUp, const SharedText& cause)
     if (fCondition.isUp != isUp)
         fCondition.since = fNow;
     fCondition.isUp = isUp;
+    fCondition.isOpening = fStage == Stage::LookingUp;
     fCondition.isRefused = fStage == Stage::Refused;
     fCondition.cause = cause;
     fActions.push_back(LinkAction::Tell{fCondition});

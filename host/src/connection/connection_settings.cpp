@@ -23,5 +23,6 @@ ZoBrokerOptions ConnectionSettings::brokerOptions() const
     options.password = password;
     options.tls = tls;
     options.tlsCaFile = QFile::encodeName(caFile).toStdString();
+    options.follow = follow;
     return options;
 }

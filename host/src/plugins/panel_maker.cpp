@@ -68,7 +68,6 @@ MadePanel makePanel(PanelPlugin& plugin, QWidget* window, const ConnectionSettin
     const BusyGuard busy(plugin);
     WidgetInterface& panels = *plugin.panels;
     panels.fBrokerOptions = settings.brokerOptions();
-    panels.fBrokerOptions.follow = settings.follow;
     MadePanel made;
     try {
         made.panel =

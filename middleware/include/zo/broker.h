@@ -15,9 +15,11 @@ class ZoProxy;
 
 /// The middleware's hub in this process: the way to the robot's modules and to local ones.
 ///
-/// With a robot it owns one link: a connection that one I/O thread looks up, opens, authenticates,
-/// watches and, when lost, opens again by itself. The thread ends with the last of the broker and
-/// the proxies it gave out. Every operation may be called from any thread.
+/// With a robot it has a link: a connection that one I/O thread looks up, opens, authenticates,
+/// watches and, when lost, opens again by itself. Brokers of one process with the same robot and
+/// the same options share one, which the server lists by the name of the broker that came first.
+/// It ends with the last of these brokers and the proxies they gave out. Every operation may be
+/// called from any thread.
 ///
 /// The link does not try again when the robot refuses the login, or either side the other's
 /// certificate: that would not help, and might lock the account. `reconnect` begins anew.
@@ -26,7 +28,8 @@ class ZO_EXPORT ZoBroker : public boost::enable_shared_from_this<ZoBroker>
 public:
     /// A broker called `name`, connected to the robot's memory at `ip` (address or host name)
     /// and `port`. Waits for the connection and throws ZoError, naming address and cause, when
-    /// there is none within `options.connectTimeout`.
+    /// there is none within `options.connectTimeout`. A shared link that is down is tried anew at
+    /// once.
     static boost::shared_ptr<ZoBroker> create(const std::string& name, const std::string& ip,
                                               int port, const ZoBrokerOptions& options = {});
     /// A broker without a robot: local modules only.
@@ -57,7 +60,8 @@ public:
     bool isConnected() const;
     ZoLinkStatus linkStatus() const;
 
-    /// Drops the link to the robot, if it is up, and opens it with other `options`. Does not wait
+    /// Drops the link to the robot, if it is up, and opens it with other `options`, for all brokers
+    /// that share it; `follow` and `notices` stay as they were. Does not wait
     /// for the outcome, which linkStatus tells; `refused` is false when this returns. Calls under
     /// way fail. Throws ZoError, and leaves the link as it is, when a file that the options name
     /// is no good, and without a robot.

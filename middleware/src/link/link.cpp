@@ -42,30 +42,29 @@ Link::Link(std::shared_ptr<const LinkSettings> settings, std::shared_ptr<LinkCom
                                             fPulse, fCompanion.get());
     });
     fThread = startQuietThread([driver = fDriver.get()] { driver->run(); });
-    try {
-        fState.waitForFirstAttempt(SteadyClock::now() + fSettings->options.connectTimeout +
-                                   attemptGrace);
-    } catch (...) {
-        end();
-        throw;
-    }
 }
 
 Link::~Link()
 {
-    end();
-}
-
-void Link::end()
-{
     fDriver->stop();
     fThread.join();
+}
+
+void Link::open()
+{
+    const auto current = settings();
+    if (fState.hasFailed())
+        reconnect(current);
+    fState.waitForFirstAttempt(SteadyClock::now() + current->options.connectTimeout + attemptGrace);
 }
 
 void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
 {
     const auto tls = madeFor(*settings, [&] { return makeTlsContext(settings->options); });
     const std::lock_guard<std::mutex> lock(fMutex);
+    // Each of those that share it may ask: a login that is refused once is enough.
+    if (fState.isOpening() && isSameWay(*settings, *fSettings))
+        return;
     fDriver->reconnect(settings, tls);
     fSettings = settings;
 }

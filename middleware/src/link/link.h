@@ -24,16 +24,21 @@ class LinkDriver;
 class Link
 {
 public:
-    /// Waits for the first connection. Throws ZoError when it fails. `companion` may be null; it
-    /// lives as long as the link.
+    /// Begins to connect. Throws ZoError when `settings` cannot be used. `companion` may be null;
+    /// it lives as long as the link.
     explicit Link(std::shared_ptr<const LinkSettings> settings,
                   std::shared_ptr<LinkCompanion> companion = nullptr);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    /// Begins anew with other settings of the same robot, and does not wait for the result. Throws
-    /// ZoError, and changes nothing, when these cannot be used.
+    /// Waits for the connection, and begins anew when it is down and no first attempt is under way.
+    /// Throws ZoError when that attempt fails.
+    void open();
+
+    /// Begins anew with other settings of the same robot, and does not wait for the result; nothing
+    /// happens when that is under way already. Throws ZoError, and changes nothing, when these
+    /// cannot be used.
     void reconnect(const std::shared_ptr<const LinkSettings>& settings);
 
     std::shared_ptr<const LinkSettings> settings() const;
@@ -61,8 +66,6 @@ public:
     void nudge();
 
 private:
-    void end();
-
     mutable std::mutex fMutex; ///< guards fSettings
     std::shared_ptr<const LinkSettings> fSettings;
     LinkState fState;

@@ -26,6 +26,7 @@ using LinkAddress = boost::asio::ip::tcp::endpoint;
 struct LinkCondition
 {
     bool isUp = false;
+    bool isOpening = true;         ///< the first attempt with these settings is under way
     bool isRefused = false;        ///< the robot wants us not: there are no further attempts
     SharedText cause;              ///< why it is down; null while it is up
     SteadyClock::time_point since; ///< of the last change of `isUp`

@@ -290,6 +290,7 @@ void LinkMachine::setCondition(Time now, bool isUp, const SharedText& cause) noe
     if (fCondition.isUp != isUp)
         fCondition.since = now;
     fCondition.isUp = isUp;
+    fCondition.isOpening = fStage == Stage::LookingUp;
     fCondition.isRefused = fStage == Stage::Refused;
     fCondition.cause = cause;
     fActions.push(LinkAction::Tell{fCondition});
@@ -320,7 +321,7 @@ void LinkMachine::reconnect(Time now, std::shared_ptr<const LinkSettings> settin
     guarded(now, [&] {
         fSettings = std::move(settings);
         fBackOff.setBounds(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax);
-        goDown(now, Stage::Waiting, sharedText(fSettings->peer.says("connecting anew")));
+        goDown(now, Stage::LookingUp, sharedText(fSettings->peer.says("connecting anew")));
         fBackOff.startOver();
         beginAttempt(now);
     });

@@ -4,6 +4,7 @@
 #include "link/secret_text.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace zo {
 
@@ -36,6 +37,20 @@ std::string clientNameOf(const std::string& name)
     return result;
 }
 
+/// All that decides how the robot is reached.
+auto wayOf(const ZoBrokerOptions& options)
+{
+    // As bindings, so that none can be forgotten that is new.
+    const auto& [user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile, follow,
+                 notices, connectTimeout, exchangeTimeout, callTimeout, keyListTimeout,
+                 timeoutPerKey, pingInterval, reconnectWait, reconnectWaitMax] = options;
+    (void)follow;
+    (void)notices;
+    return std::tie(user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile,
+                    connectTimeout, exchangeTimeout, callTimeout, keyListTimeout, timeoutPerKey,
+                    pingInterval, reconnectWait, reconnectWaitMax);
+}
+
 } // namespace
 
 LinkSettings::LinkSettings(const std::string& host, int port, const ZoBrokerOptions& wanted,
@@ -55,6 +70,12 @@ std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, in
                                                      const std::string& name)
 {
     return std::make_shared<const LinkSettings>(host, port, options, name);
+}
+
+bool isSameWay(const LinkSettings& one, const LinkSettings& other)
+{
+    return one.peer.host() == other.peer.host() && one.peer.port() == other.peer.port() &&
+           wayOf(one.options) == wayOf(other.options);
 }
 
 } // namespace zo

@@ -30,4 +30,8 @@ std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, in
                                                      const ZoBrokerOptions& options,
                                                      const std::string& name);
 
+/// Whether they lead to the same robot in the same way, whatever is done there and under which
+/// name.
+bool isSameWay(const LinkSettings& one, const LinkSettings& other);
+
 } // namespace zo

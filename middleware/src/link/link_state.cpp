@@ -35,7 +35,6 @@ void LinkState::set(const LinkCondition& condition) noexcept
     if (condition.isUp)
         ++fConnections;
     fCondition = condition;
-    fTried = true;
     fChanged.notify_all();
 }
 
@@ -59,10 +58,22 @@ void LinkState::throwIfDown() const
         throw ZoError(*fCondition.cause + " (no link since " + clockText(fSince) + ")");
 }
 
+bool LinkState::isOpening() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return fCondition.isOpening;
+}
+
+bool LinkState::hasFailed() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return !fCondition.isOpening && !fCondition.isUp;
+}
+
 void LinkState::waitForFirstAttempt(SteadyClock::time_point deadline)
 {
     std::unique_lock<std::mutex> lock(fMutex);
-    fChanged.wait_until(lock, deadline, [this] { return fTried; });
+    fChanged.wait_until(lock, deadline, [this] { return !fCondition.isOpening; });
     if (!fCondition.isUp)
         throw ZoError(*fCondition.cause);
 }

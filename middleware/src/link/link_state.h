@@ -24,6 +24,10 @@ public:
     int connections() const;
     /// Throws ZoError with the cause and the time of the loss while the link is down.
     void throwIfDown() const;
+    /// Whether its first attempt is under way.
+    bool isOpening() const;
+    /// Whether the link is down, and its first attempt over.
+    bool hasFailed() const;
     /// Waits until the first attempt has ended. Throws ZoError when it failed, and at `deadline`.
     void waitForFirstAttempt(SteadyClock::time_point deadline);
 
@@ -33,7 +37,6 @@ private:
     LinkCondition fCondition;
     std::chrono::system_clock::time_point fSince = std::chrono::system_clock::now();
     int fConnections = 0;
-    bool fTried = false;
 };
 
 } // namespace zo

@@ -13,19 +13,18 @@
 
 namespace zo {
 
-RemoteMemory::RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden,
-                           std::shared_ptr<Following> following)
-    : fLink(std::move(link)), fForbidden(std::move(forbidden)), fFollowing(std::move(following))
+RemoteMemory::RemoteMemory(std::shared_ptr<RobotLink> robot)
+    : fRobot(std::move(robot)), fLink(fRobot->link), fFollowing(fRobot->following.get())
 {
 }
 
 ZoValue RemoteMemory::values(const ZoValue& request)
 {
     if (fFollowing)
-        return fFollowing->values(*fLink, this, request);
-    const int connection = fLink->connections();
+        return fFollowing->values(fLink, this, request);
+    const int connection = fLink.connections();
     const auto list = encoded(request, connection);
-    const Deadline deadline = fLink->deadlineFor(list->count());
+    const Deadline deadline = fLink.deadlineFor(list->count());
     const auto sink = fetch(list, ZoValue::Elements(list->count()), deadline);
     if (sink->refusals().empty())
         return ZoValue::fromElements(sink->takeValues());
@@ -35,7 +34,7 @@ ZoValue RemoteMemory::values(const ZoValue& request)
 // Polls ask for the same keys again and again: one comparing pass spares the encoding.
 std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request, int connection)
 {
-    const auto forbidden = fForbidden->known(connection, SteadyClock::now());
+    const auto forbidden = fRobot->forbidden.known(connection, SteadyClock::now());
     std::shared_ptr<const ListRequest> last;
     {
         const std::lock_guard<std::mutex> lock(fMutex);
@@ -54,11 +53,11 @@ std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const List
 {
     auto sink = std::make_shared<ValuesSink>(request, std::move(values));
     if (request->replies() > 0)
-        fLink->run(
+        fLink.run(
             std::make_shared<Call>("MGET", request->bytes(), request->parts(), sink, deadline));
     for (const ValuesSink::Refusal& refusal : sink->refusals()) {
         if (!isKeyForbidden(refusal.text))
-            throw fLink->refusal("MGET", refusal.text);
+            throw fLink.refusal("MGET", refusal.text);
     }
     return sink;
 }
@@ -75,13 +74,13 @@ ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSi
     std::vector<std::string> forbidden;
     for (const ValuesSink::Refusal& refusal : sink->refusals())
         forbidden.push_back(single->key(single->position(refusal.reply, 0)));
-    fForbidden->add(forbidden, connection, SteadyClock::now());
+    fRobot->forbidden.add(forbidden, connection, SteadyClock::now());
     return sink->takeValues();
 }
 
 ZoValue RemoteMemory::names()
 {
-    return namesOf(*fLink);
+    return namesOf(fLink);
 }
 
 void RemoteMemory::store(const std::string& key, const std::string& text)
@@ -102,7 +101,7 @@ void RemoteMemory::storeAll(const ZoValue& pairs)
 
 ZoError RemoteMemory::error(const std::string& problem) const
 {
-    return fLink->error(std::string(memoryModuleName) + " " + problem);
+    return fLink.error(std::string(memoryModuleName) + " " + problem);
 }
 
 // One whose end nobody knows is never over for those that follow its keys: they ask for them.
@@ -111,14 +110,14 @@ void RemoteMemory::send(const std::string& what, const StoreRequest& request)
     const auto sink = std::make_shared<StatusSink>(what);
     const auto call =
         std::make_shared<Call>(what, request.bytes, request.parts, sink,
-                               fLink->deadlineFor(static_cast<int>(request.keys.size())));
+                               fLink.deadlineFor(static_cast<int>(request.keys.size())));
     const std::uint64_t number = fFollowing ? fFollowing->writes(request.keys) : 0;
-    fLink->run(call);
+    fLink.run(call);
     if (fFollowing)
         fFollowing->wrote(request.keys, {number, call->sent().last});
     for (const StatusSink::Answer& answer : sink->answers()) {
         if (answer.isError)
-            throw fLink->refusal(what, answer.text);
+            throw fLink.refusal(what, answer.text);
     }
 }
 

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "link/link.h"
-#include "memory/following.h"
-#include "memory/forbidden_keys.h"
 #include "memory/list_request.h"
 #include "memory/memory_module.h"
+#include "memory/robot_link.h"
 #include "memory/store_request.h"
 #include "memory/values_sink.h"
 
@@ -19,10 +17,7 @@ namespace zo {
 class RemoteMemory : public MemoryModule
 {
 public:
-    /// `forbidden` belongs to all proxies of `link`, as does `following`, which is null when lists
-    /// are not followed.
-    RemoteMemory(std::shared_ptr<Link> link, std::shared_ptr<ForbiddenKeys> forbidden,
-                 std::shared_ptr<Following> following);
+    explicit RemoteMemory(std::shared_ptr<RobotLink> robot);
 
 private:
     ZoValue values(const ZoValue& request) override;
@@ -38,9 +33,9 @@ private:
                                   const Deadline& deadline);
     void send(const std::string& what, const StoreRequest& request);
 
-    const std::shared_ptr<Link> fLink;
-    const std::shared_ptr<ForbiddenKeys> fForbidden;
-    const std::shared_ptr<Following> fFollowing;
+    const std::shared_ptr<RobotLink> fRobot;
+    Link& fLink;                 ///< of fRobot
+    Following* const fFollowing; ///< of fRobot
 
     std::mutex fMutex; ///< guards fLast
     std::shared_ptr<const ListRequest> fLast;

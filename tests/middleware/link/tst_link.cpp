@@ -348,8 +348,9 @@ void TestLink::optionsThatCannotBeUsedLeaveTheLinkAsItIs()
 void TestLink::theServerListsItByItsBrokersName()
 {
     const RedisServer server;
-    const auto plain = linkTo(server.port(), quietOptions());
+    auto plain = linkTo(server.port(), quietOptions());
     QVERIFY(contains(server.command({"CLIENT", "LIST"}), " name=TestBroker "));
+    plain.reset(); // with it, the next one would share its link and name
     const auto odd =
         ZoBroker::create("an \xC3\xA9norme\n", "127.0.0.1", server.port(), quietOptions());
     QVERIFY(contains(server.command({"CLIENT", "LIST"}), " name=an---norme- "));

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "link/link.h"
+#include "memory/following.h"
+#include "memory/forbidden_keys.h"
+
+#include <memory>
+
+namespace zo {
+
+/// A link to a robot, with what its brokers and proxies know of that robot. It is opened once for
+/// all of a process that want the same one, and ends with the last of them.
+struct RobotLink
+{
+    /// Begins to connect. Throws ZoError when `settings` cannot be used.
+    explicit RobotLink(const std::shared_ptr<const LinkSettings>& settings);
+
+    /// Whether a broker with these `settings` can share it. May be called from any thread.
+    bool isFor(const LinkSettings& settings) const;
+
+    const bool isTold; ///< what was written, by a server that can
+    ForbiddenKeys forbidden;
+    const std::shared_ptr<Following> following; ///< null: lists are not followed
+    Link link;
+};
+
+/// The link of this process to that robot with these options; a new one when there is none. Waits
+/// until it is up. Throws ZoError when it does not come up. May be called from any thread.
+std::shared_ptr<RobotLink> openRobotLink(const std::shared_ptr<const LinkSettings>& settings);
+
+} // namespace zo
