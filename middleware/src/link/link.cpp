@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "link/link.h"
 
+#include "link/link_companion.h"
 #include "link/link_driver.h"
 #include "link/quiet_thread.h"
 
@@ -73,6 +74,25 @@ std::shared_ptr<const LinkSettings> Link::settings() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);
     return fSettings;
+}
+
+ZoLinkStatus Link::status() const
+{
+    ZoLinkStatus status = fState.status();
+    const RecentTraffic traffic = fPulse.traffic();
+    const auto now = SteadyClock::now();
+    const TrafficRates rates = traffic.rates(now);
+    status.answersPerSecond = rates.answers;
+    status.bytesReceivedPerSecond = rates.received;
+    status.bytesSentPerSecond = rates.sent;
+    if (traffic.tally().answers > 0)
+        status.answerAge =
+            std::chrono::round<std::chrono::milliseconds>(now - traffic.tally().newestAnswer);
+    if (fPulse.roundTrip().count() > 0)
+        status.roundTrip = fPulse.roundTrip();
+    if (fCompanion)
+        status.following = fCompanion->following(now);
+    return status;
 }
 
 void Link::run(const std::shared_ptr<Call>& call)

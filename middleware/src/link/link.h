@@ -42,7 +42,7 @@ public:
     void reconnect(const std::shared_ptr<const LinkSettings>& settings);
 
     std::shared_ptr<const LinkSettings> settings() const;
-    ZoLinkStatus status() const { return fState.status(); }
+    ZoLinkStatus status() const;
     /// Counts how often the link has come up.
     int connections() const { return fState.connections(); }
 

@@ -4,12 +4,14 @@
 #include "link/exchange.h"
 #include "link/link_actions.h"
 
+#include <zo/link_status.h>
+
 #include <memory>
 
 namespace zo {
 
 /// Who decides what else a link sends, beside the calls of other threads. It is asked on the I/O
-/// thread only, and told what happens.
+/// thread only, but for `following`, and told what happens.
 class LinkCompanion
 {
 public:
@@ -27,6 +29,8 @@ public:
     virtual Time wakeAt() = 0;
     /// What is to be sent now, one at a time; null: nothing more. Only while the link is up.
     virtual std::shared_ptr<Exchange> due(Time now) = 0;
+    /// How it keeps its lists up to date. From any thread.
+    virtual ZoLinkStatus::Following following(Time now) const = 0;
     /// Takes what the server sends unasked, as long as this lives.
     virtual ReplySink* pushes() = 0;
 };

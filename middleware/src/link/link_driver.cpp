@@ -58,7 +58,6 @@ void LinkDriver::attend()
 {
     act();
     sendDue();
-    fPulse.set(fMachine.lastHeard(), fMachine.roundTrip());
     const Time due = wakeAt();
     if (SteadyClock::now() < due) {
         fContext->run_one_until(due);
@@ -89,6 +88,9 @@ void LinkDriver::poll()
 
 void LinkDriver::act()
 {
+    // First: whoever is told of an answer finds it counted.
+    fPulse.set(fMachine.lastHeard(), fMachine.roundTrip());
+    fPulse.note(SteadyClock::now(), fMachine.tally());
     while (const auto action = fMachine.nextAction())
         std::visit([this](const auto& what) { execute(what); }, *action);
 }

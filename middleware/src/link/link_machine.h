@@ -100,6 +100,7 @@ public:
     /// When the last byte came.
     Time lastHeard() const { return fLastHeard; }
     const RoundTrip& roundTrip() const { return fTraffic.roundTrip(); }
+    const TrafficTally& tally() const { return fTraffic.tally(); }
 
 private:
     enum class Stage

@@ -53,6 +53,7 @@ void Traffic::written(Time now)
 
 ReplyProblem Traffic::received(Time now, std::string_view bytes)
 {
+    fTally.received += bytes.size();
     return fTalk->received(now, bytes, fRoundTrip);
 }
 
@@ -88,17 +89,19 @@ void Traffic::goOn(Time now)
 {
     while (const auto whole = fTalk->takeWhole()) {
         fIdleSince = now;
-        endAnswered(whole);
+        endAnswered(now, whole);
     }
     sendOn(now);
 }
 
-void Traffic::endAnswered(const AskingPtr& asking)
+void Traffic::endAnswered(Time now, const AskingPtr& asking)
 {
     const auto found = std::find_if(fCalls.begin(), fCalls.end(),
                                     [&](const Call& call) { return call.asking == asking; });
     if (found == fCalls.end())
         return;
+    ++fTally.answers;
+    fTally.newestAnswer = now;
     fActions.push(LinkAction::End{std::move(found->exchange), nullptr, asking->sent});
     fCalls.erase(found);
 }
@@ -107,8 +110,10 @@ void Traffic::sendOn(Time now)
 {
     const auto slice =
         fTalk->nextSlice(now, [&](const Asking& asking) { return mayBegin(now, asking); });
-    if (slice)
-        fActions.push(*slice);
+    if (!slice)
+        return;
+    fTally.sent += slice->size;
+    fActions.push(*slice);
 }
 
 // Who is late waits for `attend`: the others behind have the same turn then. On a link that is

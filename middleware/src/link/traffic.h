@@ -4,6 +4,7 @@
 #include "link/action_queue.h"
 #include "link/conversation.h"
 #include "link/link_settings.h"
+#include "link/recent_traffic.h"
 #include "link/round_trip.h"
 
 #include <cstdint>
@@ -52,6 +53,8 @@ public:
     Time attentionAt() const;
 
     const RoundTrip& roundTrip() const { return fRoundTrip; }
+    /// Of all connections.
+    const TrafficTally& tally() const { return fTally; }
 
 private:
     using AskingPtr = Conversation::AskingPtr;
@@ -68,7 +71,7 @@ private:
     void askItself(Time now, std::shared_ptr<const Inquiry> inquiry);
     void sendOn(Time now);
     bool mayBegin(Time now, const Asking& asking) const;
-    void endAnswered(const AskingPtr& asking);
+    void endAnswered(Time now, const AskingPtr& asking);
     void endLateCalls(Time now);
     bool isOverdue(Time now, const Call& call) const;
     Time dueAt(const Call& call) const;
@@ -85,6 +88,7 @@ private:
     const SharedText fPing;
     std::shared_ptr<const LinkSettings> fSettings;
     RoundTrip fRoundTrip;
+    TrafficTally fTally;
     std::uint64_t fSlices = 0;
     std::optional<Conversation> fTalk;
     Calls fCalls; ///< in the order in which they came

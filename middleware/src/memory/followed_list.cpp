@@ -136,16 +136,16 @@ std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Plac
 {
     fKeys.clear();
     fSingles = std::exchange(fRefused, {});
-    const bool isTold = canTell && isFollowed() && fNotices.pays(now);
+    const bool isToldNow = canTell && isTold(now);
     const int written = countWritten();
-    if (isTold && fSingles.empty())
+    if (isToldNow && fSingles.empty())
         fNotices.told(written, static_cast<int>(fSlots.size()), now);
     if (fSingles.empty())
-        chooseKeys(now, isTold, canTell && !isFollowed());
+        chooseKeys(now, isToldNow, canTell && !isFollowed());
     fPlannedAt = newest;
-    const Telling telling = !canTell ? Telling::Unknown
-                            : isTold ? Telling::Wanted
-                                     : Telling::Refused;
+    const Telling telling = !canTell    ? Telling::Unknown
+                            : isToldNow ? Telling::Wanted
+                                        : Telling::Refused;
     const bool isSame = fPlan && fPlan->telling() == telling && fPlan->keys() == fKeys;
     if (isSame && fSingles.empty())
         return fPlan;

@@ -65,6 +65,8 @@ public:
     bool isShared() const;
     /// Whether it has not been asked for so long that it is forgotten.
     bool isLeft(Time now) const { return fPace.isOver(now); }
+    /// Whether only what was written is read, if the server can tell.
+    bool isTold(Time now) const { return isFollowed() && fNotices.pays(now); }
     bool isIdle() const { return fUnderWay.empty(); }
     /// The newest answer, unless it is too old, or was asked for before the link's own `lastWrite`.
     /// Throws ServerRefusal.

@@ -164,4 +164,18 @@ void Follower::ended(const Begun& begun, bool isAnswered, std::uint64_t order, T
         forgetLeastUsed();
 }
 
+ZoLinkStatus::Following Follower::following(Time now) const
+{
+    using Mode = ZoLinkStatus::Following;
+    Mode mode = Mode::None;
+    for (const Followed& one : fLists) {
+        if (!fIsUp || !one.list->isFollowed() || one.list->isLeft(now))
+            continue;
+        if (!fCanTell || !one.list->isTold(now))
+            return Mode::Everything;
+        mode = Mode::Changes;
+    }
+    return mode;
+}
+
 } // namespace zo

@@ -3,6 +3,8 @@
 
 #include "memory/followed_list.h"
 
+#include <zo/link_status.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -88,6 +90,8 @@ public:
     /// asked for before is not returned any more.
     void wrote(const std::vector<std::string>& keys, const OwnWrite& write);
 
+    /// How the lists are kept up to date that are followed now.
+    ZoLinkStatus::Following following(Time now) const;
     std::size_t memory() const { return fValues.memory(); }
     std::size_t lists() const { return fLists.size(); }
 

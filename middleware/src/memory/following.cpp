@@ -150,6 +150,12 @@ void Following::wrote(const std::vector<std::string>& keys, const OwnWrite& writ
     fFollower.wrote(keys, write);
 }
 
+ZoLinkStatus::Following Following::following(Time now) const
+{
+    const Lock lock(fMutex);
+    return fFollower.following(now);
+}
+
 void Following::told(const LinkCondition& condition)
 {
     const Lock lock(fMutex);

@@ -33,6 +33,8 @@ public:
     std::uint64_t writes(const std::vector<std::string>& keys);
     void wrote(const std::vector<std::string>& keys, const OwnWrite& write);
 
+    ZoLinkStatus::Following following(Time now) const override;
+
     // On the I/O thread:
     void told(const LinkCondition& condition) override;
     Time wakeAt() override;
@@ -53,7 +55,7 @@ private:
     const bool fWantsNotices;
     NoticeSink fNoticeSink;
 
-    std::mutex fMutex; ///< guards all below
+    mutable std::mutex fMutex; ///< guards all below
     std::condition_variable fChanged;
     Follower fFollower;
     NoticesSetUp fSetUp;

@@ -67,6 +67,8 @@ private slots:
     void optionsThatCannotBeUsedLeaveTheLinkAsItIs();
     void theServerListsItByItsBrokersName();
     void noProgramThatIsStartedInheritsASocket();
+    void itTellsHowItIsDoing();
+    void nobodyIsHeldUpByWhoAsksHowItIsDoing();
 };
 
 void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
@@ -373,6 +375,60 @@ void TestLink::noProgramThatIsStartedInheritsASocket()
         QVERIFY2(flags.trimmed().toUInt(nullptr, 8) & closedInPrograms, qPrintable(name));
     }
     QVERIFY(sockets >= 1);
+}
+
+void TestLink::itTellsHowItIsDoing()
+{
+    FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        while (connection.readCommand().at(0) == "MGET")
+            connection.send("*1\r\n$1000\r\n" + std::string(1000, '7') + "\r\n");
+        connection.waitForEnd();
+    });
+    const auto broker = linkTo(robot.port(), quietOptions());
+    const ZoLinkStatus before = broker->linkStatus();
+    QVERIFY(before.roundTrip && before.roundTrip->count() > 0); // of the greeting
+    QVERIFY(!before.answerAge);
+    QCOMPARE(before.answersPerSecond, 0.0);
+    QVERIFY(before.following == ZoLinkStatus::Following::None);
+
+    ZoMemoryProxy memory = memoryOf(broker);
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 10; ++i)
+        memory.getListData(requestFor({"Arm"}));
+    const ZoLinkStatus status = broker->linkStatus();
+    const auto time = std::chrono::steady_clock::now() - start;
+    QVERIFY(status.answerAge && *status.answerAge <= std::chrono::ceil<milliseconds>(time));
+    if (time < milliseconds(2000)) { // else some of it may be forgotten already
+        QVERIFY(status.answersPerSecond >= 10 / 2.25 && status.answersPerSecond <= 10 / 2.0);
+        QVERIFY(status.bytesReceivedPerSecond >= 10 * 1000 / 2.25);
+        QVERIFY(status.bytesSentPerSecond >= 10 * 20 / 2.25);
+        QVERIFY(status.bytesSentPerSecond < 1000);
+    }
+    TRY_COMPARE(broker->linkStatus().bytesReceivedPerSecond, 0.0);
+    QCOMPARE(broker->linkStatus().answersPerSecond, 0.0);
+    QVERIFY(*broker->linkStatus().answerAge >= milliseconds(2000));
+}
+
+void TestLink::nobodyIsHeldUpByWhoAsksHowItIsDoing()
+{
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), patientOptions());
+    std::atomic<bool> isOver{false};
+    auto asking = std::async(std::launch::async, [&] {
+        bool isWhole = true;
+        while (!isOver) {
+            const ZoLinkStatus status = broker->linkStatus();
+            isWhole = isWhole && status.connected && status.answersPerSecond >= 0 &&
+                      (!status.answerAge || status.answerAge->count() >= 0);
+        }
+        return isWhole;
+    });
+    ZoMemoryProxy memory = memoryOf(broker);
+    for (int i = 0; i < 500; ++i)
+        QCOMPARE(memory.getListData(requestFor({"Arm"})).getSize(), 1);
+    isOver = true;
+    QVERIFY(asking.get());
 }
 
 REGISTER_TEST(TestLink, QCoreApplication)

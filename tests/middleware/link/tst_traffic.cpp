@@ -43,6 +43,8 @@ private slots:
     void aViolationCutsTheLink();
     void aLossEndsAllCalls();
     void theRoundTripIsSmoothedAndBounded();
+    void everyByteIsCounted();
+    void onlyWholeAnswersToCallsCount();
 };
 
 void TestTraffic::callsAreSentInTheirOrder()
@@ -319,6 +321,52 @@ void TestTraffic::theRoundTripIsSmoothedAndBounded()
         exchange(milliseconds(1900));
     QVERIFY(link.isUp());
     QVERIFY(link.machine.roundTrip().value() <= seconds(1));
+}
+
+void TestTraffic::everyByteIsCounted()
+{
+    LinkBench link(ZoBrokerOptions{});
+    const TrafficTally& tally = link.machine.tally();
+    QCOMPARE(tally.sent, link.written(1).size());
+    QCOMPARE(tally.received, sizeof "+PONG\r\n+OK\r\n" - 1);
+    link.call("MGET", seconds(2), std::string(100000, 'x'));
+    QCOMPARE(tally.sent, link.written(1).size()); // a slice of it
+    link.finishWrite();
+    link.answerCall("+1\r\n");
+    link.pass(seconds(1));
+    link.answerCall("+PONG\r\n>1\r\n+news\r\n");
+    QCOMPARE(tally.sent, link.written(1).size());
+    QCOMPARE(tally.received, sizeof "+PONG\r\n+OK\r\n+1\r\n+PONG\r\n>1\r\n+news\r\n" - 1);
+    link.close("gone");
+    link.passToNextAttempt();
+    link.goUp();
+    QCOMPARE(tally.sent, link.written(1).size() + link.written(2).size());
+}
+
+void TestTraffic::onlyWholeAnswersToCallsCount()
+{
+    LinkBench link(ZoBrokerOptions{});
+    const TrafficTally& tally = link.machine.tally();
+    link.pass(seconds(1));
+    link.answerCall("+PONG\r\n");
+    QCOMPARE(tally.answers, 0U);
+    QVERIFY(tally.newestAnswer == MachineBench::Time::min());
+    link.callInParts("L", 2, 10);
+    link.finishWrite();
+    link.answerCall("+1\r\n");
+    link.pass(milliseconds(10));
+    QCOMPARE(tally.answers, 0U);
+    link.receive("+2\r\n");
+    QCOMPARE(tally.answers, 1U);
+    QVERIFY(tally.newestAnswer == link.now);
+    const auto then = link.now;
+    const auto givenUp = link.call("GET");
+    link.finishWrite();
+    link.machine.givenUp(link.now, givenUp);
+    link.pass(milliseconds(10));
+    link.receive("+3\r\n");
+    QCOMPARE(tally.answers, 1U);
+    QVERIFY(tally.newestAnswer == then);
 }
 
 REGISTER_TEST(TestTraffic, QCoreApplication)

@@ -63,6 +63,8 @@ private slots:
     void whoMayNotBeToldFollowsAllTheSame_data();
     void whoMayNotBeToldFollowsAllTheSame();
     void aNewConnectionIsToldAgain();
+    void theLinkTellsHowItFollows();
+    void whatIsAllWrittenIsReadAsAWhole();
 };
 
 void TestNotices::onlyWhatIsWrittenIsReadAgain()
@@ -148,6 +150,43 @@ void TestNotices::aNewConnectionIsToldAgain()
         QVERIFY(polls(memory, request,
                       [&](const ZoValue& values) { return values[0] == ZoValue(value); }));
     }
+}
+
+void TestNotices::theLinkTellsHowItFollows()
+{
+    using Mode = ZoLinkStatus::Following;
+    const RedisServer server;
+    server.command({"SET", "Arm/A", "1"});
+    ZoBrokerOptions withoutNotices = following();
+    withoutNotices.notices = false;
+    for (const auto& [options, mode] :
+         {std::pair(following(), Mode::Changes), std::pair(withoutNotices, Mode::Everything),
+          std::pair(patientOptions(), Mode::None)}) {
+        const auto broker = linkTo(server.port(), options);
+        ZoMemoryProxy memory = memoryOf(broker);
+        const ZoValue request = requestFor({"Arm/A", "Arm/B", "Arm/C", "Arm/D"});
+        memory.getListData(request); // once is not yet again and again
+        QVERIFY(broker->linkStatus().following == Mode::None);
+        int answers = 0;
+        QVERIFY(polls(memory, request, [&, wanted = mode](const ZoValue&) {
+            return broker->linkStatus().following == wanted && ++answers == 10;
+        }));
+        TRY_VERIFY(broker->linkStatus().following == Mode::None); // nobody asks any more
+    }
+}
+
+void TestNotices::whatIsAllWrittenIsReadAsAWhole()
+{
+    using Mode = ZoLinkStatus::Following;
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), following());
+    ZoMemoryProxy memory = memoryOf(broker);
+    int value = 0;
+    QVERIFY(polls(memory, requestFor({"Arm/A", "Arm/B"}), [&](const ZoValue&) {
+        const std::string text = std::to_string(++value);
+        server.command({"MSET", "Arm/A", text, "Arm/B", text});
+        return value > 20 && broker->linkStatus().following == Mode::Everything;
+    }));
 }
 
 REGISTER_TEST(TestNotices, NoApplication)
