@@ -4,7 +4,10 @@
 #include <zo/memory_proxy.h>
 #include <zo/proxy.h>
 
+#include "memory/last_answers.h"
 #include "memory/memory_methods.h"
+
+#include <boost/make_shared.hpp>
 
 #include <utility>
 
@@ -28,10 +31,13 @@ ZoValue pairOf(const std::string& key, const ZoValue& value)
 
 } // namespace
 
-ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy) : fProxy(std::move(proxy)) {}
+ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy)
+    : fProxy(std::move(proxy)), fLastAnswers(boost::make_shared<zo::LastAnswers>(fMostRemembered))
+{
+}
 
 ZoMemoryProxy::ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker)
-    : fProxy(broker ? broker->getLocalMemory() : nullptr)
+    : ZoMemoryProxy(broker ? broker->getLocalMemory() : nullptr)
 {
 }
 
@@ -50,6 +56,20 @@ std::vector<std::string> ZoMemoryProxy::getDataListName()
 ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
 {
     return call(fProxy, zo::getListDataMethod, request);
+}
+
+ZoListAnswer ZoMemoryProxy::getListAnswer(const ZoValue& request)
+{
+    ZoValue reply = call(fProxy, zo::getListAnswerMethod, request);
+    const std::int64_t* arrived =
+        reply.getSize() == 2 ? std::get_if<std::int64_t>(&reply[1].data()) : nullptr;
+    if (!arrived || reply[0].getType() != ZoValue::Array)
+        throw ZoError(std::string(zo::getListAnswerMethod) + ": the reply is not [values, time]");
+    ZoListAnswer answer;
+    answer.arrived += std::chrono::nanoseconds(*arrived);
+    answer.values = std::move(reply[0]);
+    answer.changed = fLastAnswers->changed(request, answer.values);
+    return answer;
 }
 
 void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)

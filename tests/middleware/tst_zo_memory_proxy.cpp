@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/fake_memory.h"
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 #include "support/robot.h"
@@ -29,6 +30,12 @@ private slots:
     void aProxyWithoutAModuleThrows();
     void aKeyListThatIsNoneThrows();
     void threadsMayShareIt();
+    void anAnswerTellsWhatHasChangedSinceTheLastOne();
+    void eachRequestHasALastAnswerOfItsOwn();
+    void aCopyGoesOnWithTheSameLastAnswers();
+    void aCallThatFailedIsNoAnswer();
+    void anAnswerTellsWhenItCame();
+    void anAnswerThatIsNoneThrows();
 };
 
 namespace {
@@ -214,6 +221,101 @@ void TestZoMemoryProxy::threadsMayShareIt()
     });
     QCOMPARE(memory.getListData(requestFor({"a", "b"})).toString(ZoWhole),
              std::string("[999,999]"));
+}
+
+void TestZoMemoryProxy::anAnswerTellsWhatHasChangedSinceTheLastOne()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    memory.setListData(pairsOf({{"a", 1}, {"b", std::nan("")}, {"c", "text"}}));
+    const ZoValue request = requestFor({"a", "b", "c", "a", "missing"});
+    const auto changed = [&] { return memory.getListAnswer(request).changed; };
+    QCOMPARE(changed(), (std::vector<int>{0, 1, 2, 3, 4}));
+    QCOMPARE(changed(), std::vector<int>());
+    memory.setData("a", 2);
+    QCOMPARE(changed(), (std::vector<int>{0, 3}));
+    memory.setData("b", std::nan("")); // equal values are no change
+    memory.setData("c", "other");
+    memory.setData("c", "text");
+    QCOMPARE(changed(), std::vector<int>());
+    memory.setData("a", 2.0); // of another type
+    memory.setData("missing", 0);
+    QCOMPARE(changed(), (std::vector<int>{0, 3, 4}));
+    memory.setData("missing", ZoValue());
+    const ZoListAnswer answer = memory.getListAnswer(request);
+    QCOMPARE(answer.changed, std::vector<int>{4});
+    QCOMPARE(answer.values, memory.getListData(request));
+    QCOMPARE(changed(), std::vector<int>());
+}
+
+void TestZoMemoryProxy::eachRequestHasALastAnswerOfItsOwn()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    const auto changed = [&](const std::vector<std::string>& keys) {
+        return static_cast<int>(memory.getListAnswer(requestFor(keys)).changed.size());
+    };
+    QCOMPARE(changed({"a"}), 1);
+    QCOMPARE(changed({"b"}), 1);
+    QCOMPARE(changed({"a", "b"}), 2);
+    QCOMPARE(changed({}), 0);
+    memory.setData("a", 1);
+    QCOMPARE(changed({"a"}), 1);
+    QCOMPARE(changed({"b"}), 0);
+    QCOMPARE(changed({"a", "b"}), 1);
+    // The one that was asked for longest ago is forgotten.
+    for (int i = 0; i < ZoMemoryProxy::fMostRemembered - 1; ++i)
+        QCOMPARE(changed({"other " + std::to_string(i)}), 1);
+    QCOMPARE(changed({"a", "b"}), 0);
+    QCOMPARE(changed({"a"}), 1);
+}
+
+void TestZoMemoryProxy::aCopyGoesOnWithTheSameLastAnswers()
+{
+    const auto broker = ZoBroker::create("test");
+    ZoMemoryProxy memory(broker);
+    ZoMemoryProxy copy = memory;
+    ZoMemoryProxy other(broker);
+    const ZoValue request = requestFor({"a"});
+    QCOMPARE(memory.getListAnswer(request).changed.size(), std::size_t{1});
+    QCOMPARE(copy.getListAnswer(request).changed.size(), std::size_t{0});
+    QCOMPARE(other.getListAnswer(request).changed.size(), std::size_t{1});
+}
+
+void TestZoMemoryProxy::aCallThatFailedIsNoAnswer()
+{
+    FakeMemory module;
+    const auto memory = module.proxy();
+    const ZoValue request = requestFor({"a"});
+    const auto answer = [](int value) {
+        return [value](const ZoValue&) {
+            return ZoValue::fromElements({ZoValue::fromElements({value}), 0});
+        };
+    };
+    module.answer = answer(1);
+    QCOMPARE(memory->getListAnswer(request).changed.size(), std::size_t{1});
+    module.answer = [](const ZoValue&) -> ZoValue { throw ZoError("gone"); };
+    QCOMPARE(errorOf([&] { memory->getListAnswer(request); }), std::string("gone"));
+    module.answer = answer(1);
+    QCOMPARE(memory->getListAnswer(request).changed.size(), std::size_t{0});
+}
+
+void TestZoMemoryProxy::anAnswerTellsWhenItCame()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    const auto before = std::chrono::steady_clock::now();
+    const ZoListAnswer answer = memory.getListAnswer(requestFor({"a"}));
+    QVERIFY(answer.arrived >= before && answer.arrived <= std::chrono::steady_clock::now());
+}
+
+void TestZoMemoryProxy::anAnswerThatIsNoneThrows()
+{
+    const ZoValue values = requestFor({"a"});
+    for (const ZoValue& reply :
+         {ZoValue(), ZoValue(3), values, ZoValue::fromElements({values, "now"}),
+          ZoValue::fromElements({values, 0, 0}), ZoValue::fromElements({3, 0})}) {
+        ZoMemoryProxy memory(boost::make_shared<FixedAnswer>(reply));
+        const std::string error = errorOf([&] { memory.getListAnswer(requestFor({"a"})); });
+        QCOMPARE(error, std::string("getListAnswer: the reply is not [values, time]"));
+    }
 }
 
 REGISTER_TEST(TestZoMemoryProxy, NoApplication)

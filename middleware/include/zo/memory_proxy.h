@@ -2,6 +2,7 @@
 #pragma once
 
 #include <zo/export.h>
+#include <zo/list_answer.h>
 #include <zo/value.h>
 
 #include <boost/shared_ptr.hpp>
@@ -11,6 +12,9 @@
 
 class ZoBroker;
 class ZoProxy;
+namespace zo {
+class LastAnswers;
+}
 
 /// The operations of a memory module, "ZoMemory". Every operation throws ZoError when its call
 /// fails or when there is no module behind the proxy, and may be called from any thread.
@@ -29,6 +33,12 @@ public:
     /// and the integer 0. A key that does not exist has an invalid value.
     ZoValue getListData(const ZoValue& request);
 
+    /// The same, and when it came from the robot, and what has changed since the last answer that
+    /// this object, or a copy of it, was given here. It keeps the answers to the
+    /// `fMostRemembered` requests that came last, to compare with.
+    ZoListAnswer getListAnswer(const ZoValue& request);
+    static constexpr int fMostRemembered = 16;
+
     /// Stores `value` under `key`, so that it reads back with its type.
     void setData(const std::string& key, const ZoValue& value);
 
@@ -43,4 +53,5 @@ public:
 
 private:
     boost::shared_ptr<ZoProxy> fProxy;
+    boost::shared_ptr<zo::LastAnswers> fLastAnswers;
 };

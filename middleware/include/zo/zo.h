@@ -8,6 +8,7 @@
 #include <zo/broker_options.h>
 #include <zo/error.h>
 #include <zo/link_status.h>
+#include <zo/list_answer.h>
 #include <zo/memory_proxy.h>
 #include <zo/mutex.h>
 #include <zo/proxy.h>

@@ -7,7 +7,7 @@ namespace zo {
 
 void Call::end(const SharedText& problem, const SentSpan& sent) noexcept
 {
-    fEnd.set_value({problem, sent});
+    fEnd.set_value({problem, sent, SteadyClock::now()});
 }
 
 bool Call::waitUntilDone(SteadyClock::time_point time) const

@@ -20,12 +20,14 @@ public:
     bool waitUntilDone(SteadyClock::time_point time) const;
     /// When it has ended.
     const SentSpan& sent() const { return fAwaitedEnd.get().sent; }
+    SteadyClock::time_point endedAt() const { return fAwaitedEnd.get().at; }
 
 private:
     struct End
     {
         SharedText problem;
         SentSpan sent;
+        SteadyClock::time_point at;
     };
 
     std::promise<End> fEnd;

@@ -73,6 +73,7 @@ public:
     std::optional<ZoValue::Elements> answer(Time now, const OwnWrite& lastWrite);
     /// The newest thing that had come from the robot when the answer was made.
     Place answeredAt() const { return fAnsweredAt; }
+    Time arrived() const { return fArrived; }
     /// Whether the link has got another value of any of the keys since.
     bool isOutdated() const;
     /// There was none: a round may begin at once, if its answer would serve this call or the next.

@@ -71,7 +71,7 @@ Following::Following(bool wantsNotices)
 {
 }
 
-ZoValue Following::values(Link& link, const void* proxy, const ZoValue& request)
+ZoListAnswer Following::values(Link& link, const void* proxy, const ZoValue& request)
 {
     link.throwIfDown();
     const Time now = SteadyClock::now();
@@ -83,7 +83,7 @@ ZoValue Following::values(Link& link, const void* proxy, const ZoValue& request)
         if (!asked.values)
             asked.values = await(lock, link, asked, now);
         if (asked.values)
-            return ZoValue::fromElements(std::move(*asked.values));
+            return {ZoValue::fromElements(std::move(*asked.values)), asked.list->arrived(), {}};
     } catch (const ServerRefusal& refusal) {
         throw link.refusal("MGET", refusal.text);
     }

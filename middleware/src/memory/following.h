@@ -6,6 +6,8 @@
 #include "memory/notice_sink.h"
 #include "memory/notices_set_up.h"
 
+#include <zo/list_answer.h>
+
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -24,10 +26,10 @@ public:
     /// `wantsNotices`: servers that can tell what was written are asked to.
     explicit Following(bool wantsNotices);
 
-    /// The values that `request`, the argument of getListData, asks for, for the caller that the
-    /// proxy and the calling thread are. Throws ZoError when the request is malformed, the robot
-    /// refuses, the link is down, or the answer is still under way.
-    ZoValue values(Link& link, const void* proxy, const ZoValue& request);
+    /// The values that `request`, the argument of getListData, asks for, and when they came, for
+    /// the caller that the proxy and the calling thread are. Throws ZoError when the request is
+    /// malformed, the robot refuses, the link is down, or the answer is still under way.
+    ZoListAnswer values(Link& link, const void* proxy, const ZoValue& request);
 
     /// A write of `keys` over the link begins, which returns its number, and ends.
     std::uint64_t writes(const std::vector<std::string>& keys);

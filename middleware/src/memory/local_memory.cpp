@@ -5,11 +5,13 @@
 #include "memory/memory_methods.h"
 #include "value/json.h"
 
+#include <chrono>
 #include <mutex>
+#include <utility>
 
 namespace zo {
 
-ZoValue LocalMemory::values(const ZoValue& request)
+ZoListAnswer LocalMemory::values(const ZoValue& request)
 {
     ZoValue found;
     found.arraySetSize(requestedCount(request));
@@ -19,7 +21,7 @@ ZoValue LocalMemory::values(const ZoValue& request)
         if (entry != fValues.end())
             found[i] = entry->second;
     }
-    return found;
+    return {std::move(found), std::chrono::steady_clock::now(), {}};
 }
 
 ZoValue LocalMemory::names()

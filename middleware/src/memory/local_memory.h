@@ -15,7 +15,7 @@ namespace zo {
 class LocalMemory : public MemoryModule
 {
 private:
-    ZoValue values(const ZoValue& request) override;
+    ZoListAnswer values(const ZoValue& request) override;
     ZoValue names() override;
     void store(const std::string& key, const std::string& text) override;
     void storeAll(const ZoValue& pairs) override;

@@ -5,7 +5,9 @@ namespace zo {
 
 /// The module that holds a robot's memory, and the methods it answers.
 constexpr char memoryModuleName[] = "ZoMemory";
-constexpr char getListDataMethod[] = "getListData";         ///< array of arrays [key, 0]
+constexpr char getListDataMethod[] = "getListData"; ///< array of arrays [key, 0]
+/// The same; returns an array [values, when they came in ns of the steady clock].
+constexpr char getListAnswerMethod[] = "getListAnswer";
 constexpr char getDataListNameMethod[] = "getDataListName"; ///< nothing
 constexpr char setDataMethod[] = "setData";                 ///< array [key, value]
 constexpr char setListDataMethod[] = "setListData";         ///< array of arrays [key, value]

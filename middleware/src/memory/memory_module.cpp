@@ -4,12 +4,28 @@
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
 
+#include <cstdint>
+#include <utility>
+
 namespace zo {
+
+namespace {
+
+/// As `getListAnswer` returns it.
+ZoValue packed(ZoListAnswer answer)
+{
+    const std::chrono::nanoseconds arrived = answer.arrived.time_since_epoch();
+    return ZoValue::fromElements({std::move(answer.values), std::int64_t{arrived.count()}});
+}
+
+} // namespace
 
 ZoValue MemoryModule::call(const std::string& method, const ZoValue& arguments)
 {
     if (method == getListDataMethod)
-        return values(arguments);
+        return values(arguments).values;
+    if (method == getListAnswerMethod)
+        return packed(values(arguments));
     if (method == getDataListNameMethod)
         return names();
     if (method == setDataMethod) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <zo/error.h>
+#include <zo/list_answer.h>
 #include <zo/proxy.h>
 
 #include <string>
@@ -16,8 +17,9 @@ public:
     ZoValue call(const std::string& method, const ZoValue& arguments) final;
 
 private:
-    /// The values of the keys in `request`, which is read with `requestedCount` and `requestedKey`.
-    virtual ZoValue values(const ZoValue& request) = 0;
+    /// The values of the keys in `request`, which is read with `requestedCount` and `requestedKey`,
+    /// and when they came; without what has changed.
+    virtual ZoListAnswer values(const ZoValue& request) = 0;
     /// The names of all keys, each once.
     virtual ZoValue names() = 0;
     virtual void store(const std::string& key, const std::string& text) = 0;

@@ -18,17 +18,17 @@ RemoteMemory::RemoteMemory(std::shared_ptr<RobotLink> robot)
 {
 }
 
-ZoValue RemoteMemory::values(const ZoValue& request)
+ZoListAnswer RemoteMemory::values(const ZoValue& request)
 {
     if (fFollowing)
         return fFollowing->values(fLink, this, request);
     const int connection = fLink.connections();
     const auto list = encoded(request, connection);
     const Deadline deadline = fLink.deadlineFor(list->count());
-    const auto sink = fetch(list, ZoValue::Elements(list->count()), deadline);
-    if (sink->refusals().empty())
-        return ZoValue::fromElements(sink->takeValues());
-    return ZoValue::fromElements(askKeyByKey(*list, *sink, connection, deadline));
+    Fetched fetched = fetch(list, ZoValue::Elements(list->count()), deadline);
+    if (!fetched.sink->refusals().empty())
+        fetched = askKeyByKey(*list, *fetched.sink, connection, deadline);
+    return {ZoValue::fromElements(fetched.sink->takeValues()), fetched.arrived, {}};
 }
 
 // Polls ask for the same keys again and again: one comparing pass spares the encoding.
@@ -48,34 +48,36 @@ std::shared_ptr<const ListRequest> RemoteMemory::encoded(const ZoValue& request,
     return fresh;
 }
 
-std::shared_ptr<ValuesSink> RemoteMemory::fetch(const std::shared_ptr<const ListRequest>& request,
-                                                ZoValue::Elements values, const Deadline& deadline)
+RemoteMemory::Fetched RemoteMemory::fetch(const std::shared_ptr<const ListRequest>& request,
+                                          ZoValue::Elements values, const Deadline& deadline)
 {
     auto sink = std::make_shared<ValuesSink>(request, std::move(values));
-    if (request->replies() > 0)
-        fLink.run(
-            std::make_shared<Call>("MGET", request->bytes(), request->parts(), sink, deadline));
+    if (request->replies() == 0)
+        return {sink, SteadyClock::now()};
+    const auto call =
+        std::make_shared<Call>("MGET", request->bytes(), request->parts(), sink, deadline);
+    fLink.run(call);
     for (const ValuesSink::Refusal& refusal : sink->refusals()) {
         if (!isKeyForbidden(refusal.text))
             throw fLink.refusal("MGET", refusal.text);
     }
-    return sink;
+    return {sink, call->endedAt()};
 }
 
 // One forbidden key refuses its whole chunk: each of that chunk's keys is asked alone, once.
-ZoValue::Elements RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSink& refused,
-                                            int connection, const Deadline& deadline)
+RemoteMemory::Fetched RemoteMemory::askKeyByKey(const ListRequest& request, ValuesSink& refused,
+                                                int connection, const Deadline& deadline)
 {
     std::vector<int> chunks;
     for (const ValuesSink::Refusal& refusal : refused.refusals())
         chunks.push_back(refusal.reply);
     const auto single = std::make_shared<const ListRequest>(request, chunks);
-    const auto sink = fetch(single, refused.takeValues(), deadline);
+    Fetched fetched = fetch(single, refused.takeValues(), deadline);
     std::vector<std::string> forbidden;
-    for (const ValuesSink::Refusal& refusal : sink->refusals())
+    for (const ValuesSink::Refusal& refusal : fetched.sink->refusals())
         forbidden.push_back(single->key(single->position(refusal.reply, 0)));
     fRobot->forbidden.add(forbidden, connection, SteadyClock::now());
-    return sink->takeValues();
+    return fetched;
 }
 
 ZoValue RemoteMemory::names()

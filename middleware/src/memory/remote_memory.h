@@ -20,17 +20,23 @@ public:
     explicit RemoteMemory(std::shared_ptr<RobotLink> robot);
 
 private:
-    ZoValue values(const ZoValue& request) override;
+    ZoListAnswer values(const ZoValue& request) override;
     ZoValue names() override;
     void store(const std::string& key, const std::string& text) override;
     void storeAll(const ZoValue& pairs) override;
     ZoError error(const std::string& problem) const override;
 
+    struct Fetched
+    {
+        std::shared_ptr<ValuesSink> sink;
+        SteadyClock::time_point arrived;
+    };
+
     std::shared_ptr<const ListRequest> encoded(const ZoValue& request, int connection);
-    std::shared_ptr<ValuesSink> fetch(const std::shared_ptr<const ListRequest>& request,
-                                      ZoValue::Elements values, const Deadline& deadline);
-    ZoValue::Elements askKeyByKey(const ListRequest& request, ValuesSink& refused, int connection,
-                                  const Deadline& deadline);
+    Fetched fetch(const std::shared_ptr<const ListRequest>& request, ZoValue::Elements values,
+                  const Deadline& deadline);
+    Fetched askKeyByKey(const ListRequest& request, ValuesSink& refused, int connection,
+                        const Deadline& deadline);
     void send(const std::string& what, const StoreRequest& request);
 
     const std::shared_ptr<RobotLink> fRobot;

@@ -32,7 +32,37 @@ private slots:
     void itGoesOnAfterALoss();
     void manyThreadsShareOneProxy();
     void withoutItEachCallReadsTheRobot();
+    void anAnswerTellsWhenItCameAndWhatHasChanged_data();
+    void anAnswerTellsWhenItCameAndWhatHasChanged();
+    void theSameAnswerKeepsItsTime();
+    void anAnswerAfterALossIsComparedWithTheOneBefore();
 };
+
+namespace {
+
+/// Asks like a panel until `isIt` holds for what is told.
+template <class Condition>
+bool answers(ZoMemoryProxy& memory, const ZoValue& request, Condition isIt)
+{
+    std::optional<ZoListAnswer> answer;
+    const auto ask = [&] {
+        try {
+            answer = memory.getListAnswer(request);
+        } catch (const ZoUnderWay&) {
+            answer.reset();
+        }
+        return answer && isIt(*answer);
+    };
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patience);
+    while (!ask()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        pauseAsAPanelDoes();
+    }
+    return true;
+}
+
+} // namespace
 
 void TestFollowing::itShowsWhatIsWritten()
 {
@@ -235,6 +265,97 @@ void TestFollowing::withoutItEachCallReadsTheRobot()
         QVERIFY(memory.getListData(requestFor({"Arm/A"}))[0] == ZoValue(value));
     }
     QCOMPARE(answeredCommands(server, "mget"), 20);
+}
+
+void TestFollowing::anAnswerTellsWhenItCameAndWhatHasChanged_data()
+{
+    QTest::addColumn<bool>("isFollowed");
+    QTest::newRow("followed") << true;
+    QTest::newRow("not followed") << false;
+}
+
+void TestFollowing::anAnswerTellsWhenItCameAndWhatHasChanged()
+{
+    QFETCH(bool, isFollowed);
+    const RedisServer server(withAlice("~Arm/* +@all"));
+    server.command({"MSET", "Arm/A", "0", "Arm/B", "true", "Leg/A", "1"});
+    const auto options = isFollowed ? following() : patientOptions();
+    ZoMemoryProxy memory = memoryOf(linkTo(server.port(), asAlice(options)));
+    const ZoValue request = requestFor({"Arm/A", "Arm/B", "Leg/A", "Arm/A"});
+    auto last = std::chrono::steady_clock::now();
+    QCOMPARE(memory.getListAnswer(request).changed, (std::vector<int>{0, 1, 2, 3}));
+    for (int value = 1; value < 20; ++value) {
+        const auto written = std::chrono::steady_clock::now();
+        server.command({"SET", "Arm/A", std::to_string(value)});
+        QVERIFY(answers(memory, request, [&](const ZoListAnswer& answer) {
+            const bool isNew = answer.values[0] == ZoValue(value);
+            const bool isInTime =
+                answer.arrived >= last && answer.arrived <= std::chrono::steady_clock::now();
+            last = answer.arrived;
+            return isInTime &&
+                   answer.changed == (isNew ? std::vector<int>{0, 3} : std::vector<int>{}) && isNew;
+        }));
+        QVERIFY(last >= written);
+    }
+}
+
+void TestFollowing::theSameAnswerKeepsItsTime()
+{
+    // The robot answers three times, and hangs then.
+    std::promise<void> isOver;
+    FakeRobot robot([over = isOver.get_future().share()](FakeConnection& connection) {
+        connection.greet();
+        for (int round = 0; round < 3; ++round) {
+            while (connection.readCommand().at(0) != "MGET")
+                connection.send("+PONG\r\n");
+            connection.send("*1\r\n$1\r\n" + std::to_string(round) + "\r\n");
+        }
+        over.wait();
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), following(quietOptions())));
+    const ZoValue request = requestFor({"Arm/A"});
+    std::optional<ZoListAnswer> newest;
+    int same = 0;
+    QVERIFY(answers(memory, request, [&](const ZoListAnswer& answer) {
+        const bool isSame = newest && newest->values == answer.values;
+        if (isSame && newest->arrived != answer.arrived)
+            return false;
+        same += isSame ? 1 : 0;
+        newest = answer;
+        return newest->values[0] == ZoValue(2);
+    }));
+    for (int i = 0; i < 20; ++i) {
+        try {
+            const ZoListAnswer answer = memory.getListAnswer(request);
+            QVERIFY(answer.arrived == newest->arrived && answer.changed.empty());
+            ++same;
+        } catch (const ZoUnderWay&) {
+            // It has become too old.
+        }
+    }
+    QVERIFY(same > 0);
+    isOver.set_value();
+}
+
+void TestFollowing::anAnswerAfterALossIsComparedWithTheOneBefore()
+{
+    const RedisServer server;
+    server.command({"MSET", "Arm/A", "1", "Arm/B", "1"});
+    const auto broker = linkTo(server.port(), following());
+    ZoMemoryProxy memory = memoryOf(broker);
+    const ZoValue request = requestFor({"Arm/A", "Arm/B"});
+    const auto any = [](const ZoListAnswer&) { return true; };
+    QVERIFY(answers(memory, request, any));
+    const auto since = broker->linkStatus().since;
+    server.command({"CLIENT", "KILL", "TYPE", "normal", "SKIPME", "yes"});
+    server.command({"SET", "Arm/B", "2"});
+    TRY_VERIFY(broker->isConnected() && broker->linkStatus().since != since);
+    std::vector<int> changed;
+    QVERIFY(answers(memory, request, [&](const ZoListAnswer& answer) {
+        changed = answer.changed;
+        return true;
+    }));
+    QCOMPARE(changed, std::vector<int>{1});
 }
 
 REGISTER_TEST(TestFollowing, NoApplication)
