@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_bar.h"
 
+#include "connection/traffic_text.h"
+
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -60,6 +62,7 @@ ConnectionBar::ConnectionBar(const QString& address, const Times& times, QWidget
     : QWidget(parent),
       fAddress(address),
       fDetailLabel(new QLabel(this)),
+      fTrafficLabel(new QLabel(this)),
       fIconLabel(new QLabel(this)),
       fBriefLabel(new QLabel(this)),
       fAgainButton(new QPushButton(tr("Connect &again..."), this))
@@ -67,6 +70,7 @@ ConnectionBar::ConnectionBar(const QString& address, const Times& times, QWidget
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);
     layout->addWidget(fDetailLabel, 1);
+    layout->addWidget(fTrafficLabel);
     layout->addWidget(fIconLabel);
     layout->addWidget(fBriefLabel);
     layout->addWidget(fAgainButton);
@@ -74,6 +78,9 @@ ConnectionBar::ConnectionBar(const QString& address, const Times& times, QWidget
     fDetailLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     fDetailLabel->setTextFormat(Qt::PlainText);
     fDetailLabel->setObjectName("connectionDetail");
+    fTrafficLabel->setTextFormat(Qt::PlainText);
+    fTrafficLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    fTrafficLabel->setObjectName("connectionTraffic");
     fBriefLabel->setObjectName("connectionState");
     fAgainButton->setObjectName("connectAgain");
     fAgainButton->setToolTip(tr("Give the user, password or certificates that the robot wants"));
@@ -92,6 +99,19 @@ void ConnectionBar::showState(const ConnectionState& state)
     fNoteTimer.stop();
     fAgainButton->setVisible(fState.refused);
     xRefresh();
+}
+
+void ConnectionBar::showTraffic(const ZoLinkStatus& link)
+{
+    const QString detail = trafficDetail(link);
+    if (detail != fTrafficLabel->toolTip())
+        fTrafficLabel->setToolTip(detail);
+    fTrafficLabel->setText(trafficBrief(link));
+    fTrafficLabel->setVisible(!detail.isEmpty());
+    // It has the room of the longest text so far: what stands beside it does not jump about.
+    const int width = fTrafficLabel->sizeHint().width();
+    if (width > fTrafficLabel->minimumWidth())
+        fTrafficLabel->setMinimumWidth(width);
 }
 
 void ConnectionBar::note(const QString& text)

@@ -14,7 +14,8 @@ QString connectionBrief(const ConnectionState& state, const QDateTime& now);
 /// What it says in a sentence: where, why not, and what to do. `address` is the robot's.
 QString connectionDetail(const ConnectionState& state, const QString& address);
 
-/// The part of a window's status bar that always shows the state of its connection.
+/// The part of a window's status bar that always shows the state of its connection, and what goes
+/// over it.
 class ConnectionBar : public QWidget
 {
     Q_OBJECT
@@ -31,6 +32,8 @@ public:
     ConnectionBar(const QString& address, const Times& times, QWidget* parent);
 
     void showState(const ConnectionState& state);
+    /// Shows what goes over the link: when nothing of it has changed, without painting.
+    void showTraffic(const ZoLinkStatus& link);
     /// Shows `text` in place of the sentence about the connection for some seconds.
     void note(const QString& text);
 
@@ -48,6 +51,7 @@ private:
     QString fAddress;
     ConnectionState fState;
     QLabel* fDetailLabel;
+    QLabel* fTrafficLabel;
     QLabel* fIconLabel;
     QLabel* fBriefLabel;
     QPushButton* fAgainButton; ///< there as long as nothing else would bring the robot back

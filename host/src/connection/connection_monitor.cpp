@@ -21,6 +21,9 @@ ConnectionMonitor::ConnectionMonitor(QObject* parent) : QObject(parent)
     fTimer.setInterval(fPollInterval);
     connect(&fTimer, &QTimer::timeout, this, &ConnectionMonitor::xPoll);
     fTimer.start();
+    fMeasureTimer.setInterval(fMeasureInterval);
+    connect(&fMeasureTimer, &QTimer::timeout, this, &ConnectionMonitor::xMeasure);
+    fMeasureTimer.start();
 }
 
 int ConnectionMonitor::watch(Link link)
@@ -64,6 +67,23 @@ ZoLinkStatus ConnectionMonitor::worst() const
             result = std::move(status);
     }
     return result;
+}
+
+ZoLinkStatus ConnectionMonitor::busiest() const
+{
+    ZoLinkStatus result;
+    for (const auto& link : fLinks) {
+        ZoLinkStatus status = link.second.status();
+        if (status.connected &&
+            (!result.connected || status.answersPerSecond > result.answersPerSecond))
+            result = std::move(status);
+    }
+    return result;
+}
+
+void ConnectionMonitor::xMeasure()
+{
+    emit measured(busiest());
 }
 
 void ConnectionMonitor::xPoll()

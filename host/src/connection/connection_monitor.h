@@ -32,8 +32,9 @@ class ConnectionMonitor : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int fPollInterval = 100; ///< ms
-    static constexpr int fGrace = 300;        ///< ms
+    static constexpr int fPollInterval = 100;     ///< ms
+    static constexpr int fGrace = 300;            ///< ms
+    static constexpr int fMeasureInterval = 1000; ///< ms
 
     /// A link, as a broker has it.
     struct Link
@@ -54,15 +55,21 @@ public:
     void reconnect(const ConnectionSettings& settings);
 
     const ConnectionState& state() const { return fState; }
+    /// Of the links that are up, the one over which most answers come; one that is down when none
+    /// is up. Panels with the same options share a link: to add them up would count it twice.
+    ZoLinkStatus busiest() const;
 
 signals:
     /// The robot is lost: once per outage.
     void lost();
     /// `state()` is another one.
     void changed();
+    /// Once a second: `link` is the busiest one.
+    void measured(const ZoLinkStatus& link);
 
 private slots:
     void xPoll();
+    void xMeasure();
 
 private:
     ZoLinkStatus worst() const;
@@ -73,6 +80,7 @@ private:
     std::map<int, Link> fLinks;
     int fLastNumber = 0;
     QTimer fTimer;
+    QTimer fMeasureTimer;
     QElapsedTimer fDownFor; ///< invalid while all links are up
     ConnectionState fState;
 };

@@ -84,6 +84,7 @@ void MainWindow::setUpStatus(const boost::shared_ptr<ZoBroker>& broker)
     connect(fBar, &ConnectionBar::connectAgainRequested, this, &MainWindow::connectAgainRequested);
     connect(&fMonitor, &ConnectionMonitor::changed, this, &MainWindow::xOnChanged);
     connect(&fMonitor, &ConnectionMonitor::lost, this, &MainWindow::xOnLost);
+    connect(&fMonitor, &ConnectionMonitor::measured, fBar, &ConnectionBar::showTraffic);
     fMonitor.watch(broker);
 }
 

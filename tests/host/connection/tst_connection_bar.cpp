@@ -30,6 +30,9 @@ private slots:
     void aLongReasonDoesNotWidenTheWindow();
     void aRefusalIsToldAsFinal();
     void offersToConnectAgainOnlyWhenRefused();
+    void showsWhatGoesOverTheLink();
+    void numbersDoNotMakeItJump();
+    void paintsNothingWhenNothingHasChanged();
 };
 
 namespace {
@@ -56,6 +59,33 @@ QLabel* stateLabel(const ConnectionBar& bar)
 {
     return bar.findChild<QLabel*>("connectionState");
 }
+
+QLabel* trafficLabel(const ConnectionBar& bar)
+{
+    return bar.findChild<QLabel*>("connectionTraffic");
+}
+
+ZoLinkStatus busyLink(double answersPerSecond)
+{
+    ZoLinkStatus link;
+    link.connected = true;
+    link.answersPerSecond = answersPerSecond;
+    return link;
+}
+
+/// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+};
 
 QLabel* detailLabel(const ConnectionBar& bar)
 {
@@ -212,6 +242,55 @@ void TestConnectionBar::offersToConnectAgainOnlyWhenRefused()
     QCOMPARE(again.size(), 1);
     bar.showState(up());
     QVERIFY(!button->isVisible());
+}
+
+void TestConnectionBar::showsWhatGoesOverTheLink()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    QCOMPARE(trafficLabel(bar)->text(), QString());
+    bar.showTraffic(busyLink(10));
+    QCOMPARE(trafficLabel(bar)->text(), QString("10 answers/s"));
+    QVERIFY(trafficLabel(bar)->toolTip().contains("Newest answer: "));
+    bar.showTraffic({});
+    QCOMPARE(trafficLabel(bar)->text(), QString());
+    QCOMPARE(trafficLabel(bar)->toolTip(), QString());
+}
+
+void TestConnectionBar::numbersDoNotMakeItJump()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.resize(1200, bar.sizeHint().height());
+    bar.show();
+    bar.showState(up());
+    bar.showTraffic(busyLink(1000));
+    QCoreApplication::processEvents();
+    const QRect detail = detailLabel(bar)->geometry();
+    const QRect traffic = trafficLabel(bar)->geometry();
+    for (const double rate : {0.0, 0.1, 9.9, 123.0}) {
+        bar.showTraffic(busyLink(rate));
+        QCoreApplication::processEvents();
+        QCOMPARE(detailLabel(bar)->geometry(), detail);
+        QCOMPARE(trafficLabel(bar)->geometry(), traffic);
+    }
+}
+
+void TestConnectionBar::paintsNothingWhenNothingHasChanged()
+{
+    ConnectionBar bar("robot:1", nullptr);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    PaintCounter paints(trafficLabel(bar));
+    bar.showTraffic(busyLink(10));
+    TRY_VERIFY(paints.count > 0);
+    QCoreApplication::processEvents();
+    const int before = paints.count;
+    for (int i = 0; i < 5; ++i) {
+        bar.showTraffic(busyLink(10));
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(paints.count, before);
+    bar.showTraffic(busyLink(20));
+    TRY_VERIFY(paints.count > before);
 }
 
 REGISTER_TEST(TestConnectionBar, QApplication)

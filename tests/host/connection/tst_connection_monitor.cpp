@@ -70,6 +70,8 @@ private slots:
     void aRefusalAfterALossIsToldButIsNoOtherLoss();
     void aRefusedLinkCountsMoreThanOneThatTriesAgain();
     void opensEveryLinkAnew();
+    void tellsOfTheBusiestLinkOnceASecond();
+    void aLinkThatIsDownIsNotBusy();
 };
 
 void TestConnectionMonitor::isConnectedAsSoonAsItWatchesALinkThatIsUp()
@@ -246,6 +248,35 @@ void TestConnectionMonitor::opensEveryLinkAnew()
     QCOMPARE(links.second.users, alice); // its login will be refused next time
     QVERIFY(!links.state().refused);
     QCOMPARE(links.state().cause, QString("connecting anew"));
+}
+
+void TestConnectionMonitor::tellsOfTheBusiestLinkOnceASecond()
+{
+    TwoLinks links;
+    links.first.status.answersPerSecond = 10;
+    links.second.status.answersPerSecond = 20;
+    std::vector<double> told;
+    QElapsedTimer time;
+    time.start();
+    connect(&links.monitor, &ConnectionMonitor::measured,
+            [&](const ZoLinkStatus& link) { told.push_back(link.answersPerSecond); });
+    TRY_VERIFY(told.size() == 2);
+    QVERIFY(time.elapsed() > ConnectionMonitor::fMeasureInterval);
+    QCOMPARE(told, (std::vector<double>{20, 20}));
+    links.second.status.answersPerSecond = 0;
+    TRY_VERIFY(told.size() == 3);
+    QCOMPARE(told.back(), 10.0);
+}
+
+void TestConnectionMonitor::aLinkThatIsDownIsNotBusy()
+{
+    TwoLinks links;
+    links.first.status.answersPerSecond = 10;
+    links.second.status.answersPerSecond = 20;
+    links.second.status.connected = false;
+    QCOMPARE(links.monitor.busiest().answersPerSecond, 10.0);
+    links.first.status.connected = false;
+    QVERIFY(!links.monitor.busiest().connected);
 }
 
 REGISTER_TEST(TestConnectionMonitor, QCoreApplication)

@@ -50,6 +50,7 @@ private slots:
     void aPanelThatFailsToTakeTheNewsDoesNotKeepItFromTheNext();
     void saysThatTheRobotIsBackAndTellsTheNextLoss();
     void aPanelMadeWhileTheRobotWentAwayIsTold();
+    void tellsWhatGoesOverTheLink();
     void panelsCannotBeOpenedWithoutTheRobot();
     void savesAPictureOfThePanel();
     void aPictureThatCannotBeSavedIsAnError();
@@ -329,6 +330,14 @@ void TestMainWindow::aPanelMadeWhileTheRobotWentAwayIsTold()
     action("Probe")->trigger();
     QVERIFY(probe() && probe()->isVisible());
     TRY_COMPARE(probe()->property("disconnections").toInt(), 1);
+}
+
+void TestMainWindow::tellsWhatGoesOverTheLink()
+{
+    const auto* label = fWindow->findChild<QLabel*>("connectionTraffic");
+    TRY_VERIFY(label->text().endsWith(" ms, 0 answers/s"));
+    fRobot->kill();
+    TRY_COMPARE(label->text(), QString());
 }
 
 void TestMainWindow::panelsCannotBeOpenedWithoutTheRobot()
