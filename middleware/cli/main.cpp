@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "check.h"
 #include "commands.h"
 #include "watch.h"
 #include "zo_command.h"
@@ -51,9 +52,18 @@ void askOnce(ZoCommand& command, kit::Output& output)
         memory.setText(command.operands[0], command.operands[1]);
 }
 
+int check(ZoCommand& command, kit::Output& output)
+{
+    const kit::WipedAtEnd wiped(command.connection.options.password);
+    kit::tellWarning("zo", command.connection.warning);
+    return checkRobot(command.connection, output) ? kit::exitDone : kit::exitFailed;
+}
+
 int run(ZoCommand command)
 {
     kit::Output output(kit::standardOutput);
+    if (command.action == ZoCommand::Action::Check)
+        return check(command, output);
     if (command.action == ZoCommand::Action::Help)
         output.add(zoHelp());
     else if (command.action == ZoCommand::Action::Version)

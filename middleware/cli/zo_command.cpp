@@ -56,6 +56,7 @@ struct CommandRule
 constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
 const std::unordered_map<std::string, CommandRule> commandRules = {
+    {"check", {Action::Check, aboutOptions, 0, 0, "check"}},
     {"list", {Action::List, aboutOptions, 0, 1, "list [SUBSTRING]"}},
     {"get", {Action::Get, aboutOptions, 1, anyNumber, "get KEY..."}},
     {"set", {Action::Set, aboutOptions, 2, 2, "set KEY VALUE"}},
@@ -131,6 +132,10 @@ Commands:
                      N times, or on Ctrl-C. While the robot is lost it prints no lines,
                      and goes on when the robot is back. It ends when the robot
                      refuses user, password or certificate.
+  check              find out step by step what works with the robot and what does not:
+                     print a line for each step, with ok, failed or skipped, what was
+                     found, and what to do; end where no other step can work. Done when
+                     nothing failed
 
 A TYPE is invalid, array, bool, int, float, string or unknown; a key that does not exist
 is invalid and has no value. Control characters and backslashes in keys and values are
@@ -141,7 +146,7 @@ Options:
            R"(
 -- ends the options before a key that begins with -.
 
-Exit status: 0 done; 1 the robot or the connection failed, or the output cannot be
-written; 2 wrong use.
+Exit status: 0 done; 1 the robot or the connection failed, or a step of check, or the
+output cannot be written; 2 wrong use.
 )";
 }

@@ -18,7 +18,8 @@ struct ZoCommand
         List,
         Get,
         Set,
-        Watch
+        Watch,
+        Check
     };
 
     Action action = Action::None;

@@ -6,6 +6,7 @@
 #include <zo/address.h>
 #include <zo/broker.h>
 #include <zo/broker_options.h>
+#include <zo/check.h>
 #include <zo/error.h>
 #include <zo/link_status.h>
 #include <zo/list_answer.h>

@@ -12,7 +12,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <iterator>
+#include <memory>
+#include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
@@ -74,6 +77,26 @@ private:
     ssl::host_name_verification fCheck;
 };
 
+std::string subjectOf(const X509& certificate)
+{
+    const std::unique_ptr<BIO, decltype(&::BIO_free)> text(BIO_new(BIO_s_mem()), &::BIO_free);
+    if (!text || X509_NAME_print_ex(text.get(), X509_get_subject_name(&certificate), 0,
+                                    XN_FLAG_ONELINE & ~XN_FLAG_SPC_EQ) < 0)
+        return {};
+    char* bytes = nullptr;
+    const long size = BIO_get_mem_data(text.get(), &bytes);
+    return {bytes, static_cast<std::size_t>(size)};
+}
+
+std::string endOf(const X509& certificate)
+{
+    std::tm time{};
+    char text[32] = "";
+    if (ASN1_TIME_to_tm(X509_get0_notAfter(&certificate), &time) == 1)
+        std::strftime(text, sizeof text, "%Y-%m-%d", &time);
+    return text;
+}
+
 } // namespace
 
 std::shared_ptr<TlsContext> makeTlsContext(const ZoBrokerOptions& options)
@@ -126,6 +149,19 @@ Stream::ErrorCode Stream::open(const Endpoint& endpoint)
     ErrorCode ignored;
     fSocket.set_option(boost::asio::ip::tcp::no_delay(true), ignored);
     return {};
+}
+
+TlsFacts Stream::tlsFacts()
+{
+    SSL* const tls = fTls->native_handle();
+    TlsFacts facts;
+    facts.version = SSL_get_version(tls);
+    facts.isChecked = SSL_get_verify_mode(tls) != SSL_VERIFY_NONE;
+    if (const X509* const certificate = SSL_get0_peer_certificate(tls)) {
+        facts.subject = subjectOf(*certificate);
+        facts.validUntil = endOf(*certificate);
+    }
+    return facts;
 }
 
 void Stream::shutDown()

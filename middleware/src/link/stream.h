@@ -26,6 +26,15 @@ std::shared_ptr<TlsContext> makeTlsContext(const ZoBrokerOptions& options);
 /// interface that leads there, "fe80::1" and not "fe80::1%eth0".
 std::string certifiedName(const std::string& host);
 
+/// What both sides of an encrypted connection agreed upon.
+struct TlsFacts
+{
+    std::string version;    ///< of the protocol: "TLSv1.3"
+    std::string subject;    ///< whom the server's certificate names: "CN=arm-7"; as it came
+    std::string validUntil; ///< "2027-01-31"
+    bool isChecked = false; ///< whether the certificate is
+};
+
 /// A TCP connection, with TLS over it or not.
 class Stream
 {
@@ -69,6 +78,9 @@ public:
         else
             boost::asio::async_write(fSocket, buffer, std::move(handler));
     }
+
+    /// Once TLS is started.
+    TlsFacts tlsFacts();
 
     /// Ends the talk. What has arrived can still be read, and then the end.
     void shutDown();

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace zo {
 
@@ -25,12 +26,21 @@ bool canSendNotices(std::string_view version)
 
 bool HelloSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
+    if (place.depth == 0 && piece.kind == ReplyKind::Error)
+        fRefusal = piece.text;
     if (place.depth != 1)
         return true;
-    const bool isName = place.index % 2 == 0;
-    if (!isName && fIsVersion && piece.kind == ReplyKind::Text)
-        fVersion = piece.text;
-    fIsVersion = isName && piece.kind == ReplyKind::Text && piece.text == "version";
+    std::string* const wanted = std::exchange(fNext, nullptr);
+    if (piece.kind != ReplyKind::Text)
+        return true;
+    if (place.index % 2 == 1) {
+        if (wanted)
+            *wanted = piece.text;
+    } else if (piece.text == "server") {
+        fNext = &fServer;
+    } else if (piece.text == "version") {
+        fNext = &fVersion;
+    }
     return true;
 }
 

@@ -20,15 +20,20 @@ bool canSendNotices(std::string_view version);
 class HelloSink : public ReplySink
 {
 public:
-    /// Of the server; empty when it has refused.
+    /// Of the server; both are empty when it has refused.
+    const std::string& server() const { return fServer; }
     const std::string& version() const { return fVersion; }
+    /// The server's error; empty when it has answered.
+    const std::string& refusal() const { return fRefusal; }
 
     [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
 
 private:
-    bool fIsVersion = false; ///< what comes next
+    std::string* fNext = nullptr; ///< what comes next; null: nothing of interest
+    std::string fServer;
     std::string fVersion;
+    std::string fRefusal;
 };
 
 /// Asks the server of a new connection for notices: first whether it knows the protocol that has

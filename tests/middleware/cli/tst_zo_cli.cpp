@@ -2,10 +2,9 @@
 #include "support/guarded_test.h"
 #include "support/password_file.h"
 #include "support/patience.h"
-#include "support/program.h"
-#include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/tls_login.h"
+#include "support/zo_program.h"
 
 #include <QtTest>
 
@@ -46,54 +45,11 @@ private slots:
 
 namespace {
 
-struct Ended
-{
-    int status; ///< -1: ended by a signal
-    QByteArray output;
-    QByteArray errors;
-};
-
-Ended endOf(Program& program)
-{
-    program.closeWriteChannel();
-    const int status = program.waitForExit();
-    return {status, program.output(), program.errors().toLocal8Bit()};
-}
-
-/// The running program.
-class ZoProgram : public Program
-{
-public:
-    explicit ZoProgram(const QStringList& words) : Program(ZO_PROGRAM, words) { start(); }
-};
-
-QString addressOf(const RedisServer& server)
-{
-    return "127.0.0.1:" + QString::number(server.port());
-}
-
-/// Connected to `server`, with deadlines that a slow machine keeps.
-QStringList at(const RedisServer& server, const QStringList& words)
-{
-    return QStringList{"--connect", addressOf(server), "--timeout", "20000"} + words;
-}
-
-Ended run(const QStringList& words)
-{
-    ZoProgram zo(words);
-    return endOf(zo);
-}
-
 Ended runInShell(const QString& script)
 {
     Program shell("bash", {"-c", script});
     shell.start();
     return endOf(shell);
-}
-
-int linesIn(const QByteArray& text)
-{
-    return text.count('\n');
 }
 
 } // namespace
@@ -467,8 +423,8 @@ void TestZoCli::helpAndVersionArePrinted()
     QCOMPARE(help.status, 0);
     QCOMPARE(help.errors, QByteArray());
     for (const char* word :
-         {"list", "get", "set", "watch", "--connect", "--user", "--password-file", "--tls", "--ca",
-          "--cert", "--key", "--timeout", "--period", "--count", "--help", "--version"})
+         {"list", "get", "set", "watch", "check", "--connect", "--user", "--password-file", "--tls",
+          "--ca", "--cert", "--key", "--timeout", "--period", "--count", "--help", "--version"})
         QVERIFY2(help.output.contains(word), word);
     const Ended version = run({"--version"});
     QCOMPARE(version.status, 0);

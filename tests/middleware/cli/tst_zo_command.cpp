@@ -52,6 +52,7 @@ void TestZoCommand::commandsHaveTheirOperands()
     const ZoCommand set = readZoCommand({"set", "a", ""});
     QVERIFY(set.action == Action::Set);
     QCOMPARE(set.operands, (Words{"a", ""}));
+    QVERIFY(readZoCommand({"check"}).action == Action::Check);
 }
 
 void TestZoCommand::watchHasOptionsOfItsOwn()
@@ -121,6 +122,8 @@ void TestZoCommand::mistakesAreNamed_data()
     row({"--timeout", "0", "list"}, "--timeout must be a whole number from 1 to 3600000, not '0'");
     row({"list", "a", "b"}, "zo list [SUBSTRING]");
     row({"get"}, "zo get KEY...");
+    row({"check", "a"}, "zo check");
+    row({"check", "--count", "3"}, "'--count'");
     row({"get", "a", "--count"}, "'--count'");
     row({"set", "a"}, "zo set KEY VALUE");
     row({"set", "a", "b", "c"}, "zo set KEY VALUE");

@@ -302,15 +302,14 @@ void TestFollowing::anAnswerTellsWhenItCameAndWhatHasChanged()
 void TestFollowing::theSameAnswerKeepsItsTime()
 {
     // The robot answers three times, and hangs then.
-    std::promise<void> isOver;
-    FakeRobot robot([over = isOver.get_future().share()](FakeConnection& connection) {
+    FakeRobot robot([](FakeConnection& connection) {
         connection.greet();
         for (int round = 0; round < 3; ++round) {
             while (connection.readCommand().at(0) != "MGET")
                 connection.send("+PONG\r\n");
             connection.send("*1\r\n$1\r\n" + std::to_string(round) + "\r\n");
         }
-        over.wait();
+        connection.waitForEnd();
     });
     ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), following(quietOptions())));
     const ZoValue request = requestFor({"Arm/A"});
@@ -334,7 +333,6 @@ void TestFollowing::theSameAnswerKeepsItsTime()
         }
     }
     QVERIFY(same > 0);
-    isOver.set_value();
 }
 
 void TestFollowing::anAnswerAfterALossIsComparedWithTheOneBefore()
