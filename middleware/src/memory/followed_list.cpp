@@ -104,7 +104,7 @@ std::optional<ZoValue::Elements> FollowedList::answer(Time now, const OwnWrite& 
 bool FollowedList::isOutdated() const
 {
     return std::any_of(fSlots.begin(), fSlots.end(), [this](const Slot& slot) {
-        return slot.entry->second.changedAt > fAnsweredAt;
+        return slot.entry->second.version > fAnsweredAt;
     });
 }
 
@@ -157,22 +157,23 @@ std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Plac
 void FollowedList::chooseKeys(Time now, bool isTold, bool isOnce)
 {
     if (isTold)
-        chooseChanged(now, nextTurn());
+        chooseChanged(now, nextTurn(now));
     else if (isOnce)
-        chooseMissing(now, nextTurn());
+        chooseMissing(now, nextTurn(now));
     else
         std::for_each(fSlots.begin(), fSlots.end(), [&](const Slot& slot) { choose(slot, now); });
 }
 
-void FollowedList::choose(const Slot& slot, Time now)
+// Whether it may be asked for now.
+bool FollowedList::choose(const Slot& slot, Time now)
 {
     const FollowedValue& followed = slot.entry->second;
-    if (followed.isPaused(now))
-        return;
-    if (!followed.isForbidden)
-        fKeys.push_back(slot.entry);
-    else if (static_cast<int>(fSingles.size()) < fMostSingles)
-        fSingles.push_back(slot.entry);
+    RoundPlan::Keys& keys = followed.isForbidden ? fSingles : fKeys;
+    if (followed.isPaused(now) ||
+        (followed.isForbidden && keys.size() >= std::size_t{fMostSingles}))
+        return false;
+    keys.push_back(slot.entry);
+    return true;
 }
 
 // Whoever asks once reads what the link does not have, and one key at least, to hear from the
@@ -183,7 +184,7 @@ void FollowedList::chooseMissing(Time now, const Turn& turn)
         const Slot& slot = fSlots[i];
         const FollowedValue& followed = slot.entry->second;
         const bool isMissing = !followed.isTold() || followed.writes > 0 || slot.isRegular;
-        if (isMissing || i == 0 || turn.has(i))
+        if (isMissing || i == 0 || turn.has(i) || turn.isLate(slot))
             choose(slot, now);
     }
 }
@@ -215,36 +216,26 @@ void FollowedList::chooseChanged(Time now, const Turn& turn)
     for (int i = 0; i < static_cast<int>(fSlots.size()); ++i) {
         Slot& slot = fSlots[i];
         const FollowedValue& followed = slot.entry->second;
-        const bool isStale = !followed.isTold() && slot.askedBy <= fEnded;
+        const bool isStale = (!followed.isTold() || turn.isLate(slot)) && slot.askedBy <= fEnded;
         if (!isStale && followed.writes == 0 && !slot.isRegular && !turn.has(i))
             continue;
-        choose(slot, now);
-        slot.askedBy = fBegun;
+        if (choose(slot, now))
+            slot.askedBy = fBegun;
     }
 }
 
-// Another list, before this one, may have come just so far with its turn.
-int FollowedList::oldest() const
-{
-    const auto isOlder = [](const Slot& one, const Slot& other) {
-        return one.entry->second.readAt < other.entry->second.readAt;
-    };
-    const auto found = std::min_element(fSlots.begin(), fSlots.end(), isOlder);
-    return static_cast<int>(found - fSlots.begin());
-}
-
-FollowedList::Turn FollowedList::nextTurn()
+// The turn begins anew with each list, in the midst of that of another one before it: what that
+// would have read by now is late.
+FollowedList::Turn FollowedList::nextTurn(Time now)
 {
     const int all = static_cast<int>(fSlots.size());
-    if (fTurn < 0)
-        fTurn = oldest();
-    const Turn turn{fTurn, fPace.turnOf(all), all};
+    const Turn turn{fTurn, fPace.turnOf(all), all, now - fPace.longestTurn(all)};
     fTurn = all > 0 ? (fTurn + turn.count) % all : 0;
     return turn;
 }
 
 void FollowedList::ended(const std::shared_ptr<Round>& round, bool isAnswered, std::uint64_t order,
-                         Time now, Pace::Duration trip, Place newest)
+                         Time now, Pace::Duration trip)
 {
     const auto found = std::find_if(fUnderWay.begin(), fUnderWay.end(),
                                     [&](const UnderWay& one) { return one.round == round; });
@@ -261,11 +252,11 @@ void FollowedList::ended(const std::shared_ptr<Round>& round, bool isAnswered, s
     while (!fUnderWay.empty() && fUnderWay.front().isWhole) {
         const UnderWay whole = std::move(fUnderWay.front());
         fUnderWay.pop_front();
-        take(whole, now, newest);
+        take(whole, now);
     }
 }
 
-void FollowedList::take(const UnderWay& whole, Time now, Place newest)
+void FollowedList::take(const UnderWay& whole, Time now)
 {
     fEnded = whole.number;
     const Round::Given given = whole.round->giveTo(fValues, now);
@@ -280,7 +271,7 @@ void FollowedList::take(const UnderWay& whole, Time now, Place newest)
     if (given.isOvertaken && static_cast<int>(fSlots.size()) <= keysPerCommand)
         withdraw();
     else
-        publish(now, newest);
+        publish(now);
 }
 
 // What one command has read together would be shown beside a part of it that is newer.
@@ -290,21 +281,18 @@ void FollowedList::withdraw()
     fIsUrgent = true;
 }
 
-void FollowedList::publish(Time now, Place newest)
+void FollowedList::publish(Time now)
 {
-    std::uint64_t shown = fShown;
     for (std::size_t i = 0; i < fSlotOf.size(); ++i) {
         if (fSlotOf[i] < 0)
             continue;
         const FollowedValue& followed = fSlots[fSlotOf[i]].entry->second;
-        if (followed.version > fShown)
+        if (followed.version > fAnsweredAt)
             fAnswer[i] = followed.value;
-        shown = std::max(shown, followed.version);
     }
-    fShown = shown;
     fHasAnswer = true;
     fArrived = now;
-    fAnsweredAt = newest;
+    fAnsweredAt = fValues.version();
     fBehind = fNext;
 }
 

@@ -71,8 +71,8 @@ public:
     /// The newest answer, unless it is too old, or was asked for before the link's own `lastWrite`.
     /// Throws ServerRefusal.
     std::optional<ZoValue::Elements> answer(Time now, const OwnWrite& lastWrite);
-    /// The newest thing that had come from the robot when the answer was made.
-    Place answeredAt() const { return fAnsweredAt; }
+    /// The newest value of the link when the answer was made.
+    Version answeredAt() const { return fAnsweredAt; }
     Time arrived() const { return fArrived; }
     /// Whether the link has got another value of any of the keys since.
     bool isOutdated() const;
@@ -90,7 +90,7 @@ public:
     /// It is over; without an answer when the link was lost. Its first slice was number `order` of
     /// all that was sent.
     void ended(const std::shared_ptr<Round>& round, bool isAnswered, std::uint64_t order, Time now,
-               Pace::Duration trip, Place newest);
+               Pace::Duration trip);
     /// The connection is gone, and all values with it.
     void forget();
 
@@ -117,20 +117,21 @@ private:
         int first;
         int count;
         int all;
+        Time oldest; ///< those that were last asked for before it are late
 
         bool has(int slot) const { return (slot - first + all) % all < count; }
+        bool isLate(const Slot& slot) const { return slot.entry->second.askedAt < oldest; }
     };
 
     std::shared_ptr<const RoundPlan> plan(Time now, bool canTell, Place newest);
     void chooseKeys(Time now, bool isTold, bool isOnce);
     void chooseMissing(Time now, const Turn& turn);
     void chooseChanged(Time now, const Turn& turn);
-    void choose(const Slot& slot, Time now);
+    bool choose(const Slot& slot, Time now);
     int countWritten();
-    int oldest() const;
-    Turn nextTurn();
-    void take(const UnderWay& whole, Time now, Place newest);
-    void publish(Time now, Place newest);
+    Turn nextTurn(Time now);
+    void take(const UnderWay& whole, Time now);
+    void publish(Time now);
     void withdraw();
 
     FollowedValues& fValues;
@@ -147,18 +148,17 @@ private:
     int fEnded = 0;
     int fEndedAtPlan = 0;  ///< when the last round was made
     Place fPlannedAt = 0;  ///< the newest thing when the last round was made
-    int fTurn = -1;        ///< the first slot of the next round's turn; -1: there was none yet
+    int fTurn = 0;         ///< the first slot of the next round's turn
     RoundPlan::Keys fKeys; ///< of the round that is made
     RoundPlan::Keys fSingles;
     RoundPlan::Keys fRefused; ///< to be asked one by one before there is an answer
     std::shared_ptr<const RoundPlan> fPlan;
 
     ZoValue::Elements fAnswer;
-    std::uint64_t fShown = 0; ///< the newest version in the answer
     bool fHasAnswer = false;
     std::string fFailure;
     Time fArrived;
-    Place fAnsweredAt = 0;
+    Version fAnsweredAt = 0;
     OwnWrite::Behind fBehind; ///< of the answer
     OwnWrite::Behind fNext;   ///< of the next one
 };

@@ -48,17 +48,22 @@ void FollowedValues::release(Entry* entry)
     fEntries.erase(fEntries.find(entry->first));
 }
 
-bool FollowedValues::put(Entry& entry, ZoValue value, Place place, bool isArmed)
+bool FollowedValues::put(Entry& entry, ZoValue value, const Reading& reading)
 {
     FollowedValue& followed = entry.second;
+    const auto& [place, isArmed, askedAt] = reading;
     if (isArmed)
         followed.armedAt = std::max(followed.armedAt, place);
     if (place < followed.readAt)
         return false;
-    if (followed.readAt > 0 && followed.value != value)
+    const bool isFirst = followed.readAt == 0;
+    followed.readAt = place;
+    followed.askedAt = askedAt;
+    if (!isFirst && followed.value == value)
+        return true;
+    if (!isFirst)
         followed.changedAt = place;
     followed.value = std::move(value);
-    followed.readAt = place;
     followed.version = ++fVersion;
     const std::size_t bytes = bytesOf(followed.value);
     fMemory += bytes - followed.bytes;
@@ -66,9 +71,9 @@ bool FollowedValues::put(Entry& entry, ZoValue value, Place place, bool isArmed)
     return true;
 }
 
-bool FollowedValues::read(Entry& entry, ZoValue value, Place place, bool isArmed)
+bool FollowedValues::read(Entry& entry, ZoValue value, const Reading& reading)
 {
-    if (!put(entry, std::move(value), place, isArmed))
+    if (!put(entry, std::move(value), reading))
         return false;
     entry.second.isForbidden = false;
     entry.second.pause = {};
@@ -76,9 +81,9 @@ bool FollowedValues::read(Entry& entry, ZoValue value, Place place, bool isArmed
     return true;
 }
 
-bool FollowedValues::readTooLarge(Entry& entry, Place place, bool isArmed, Time now)
+bool FollowedValues::readTooLarge(Entry& entry, const Reading& reading, Time now)
 {
-    if (!put(entry, {}, place, isArmed))
+    if (!put(entry, {}, reading))
         return false;
     FollowedValue& followed = entry.second;
     followed.isForbidden = false;
@@ -88,10 +93,11 @@ bool FollowedValues::readTooLarge(Entry& entry, Place place, bool isArmed, Time 
     return true;
 }
 
-bool FollowedValues::refused(Entry& entry, Place place, Time now)
+bool FollowedValues::refused(Entry& entry, const Reading& reading, Time now)
 {
-    if (!put(entry, {}, place, false))
+    if (!put(entry, {}, reading))
         return false;
+    entry.second.armedAt = 0; // nobody tells that it may be read again
     entry.second.isForbidden = true;
     entry.second.notBefore = now + pauseOfForbidden;
     return true;
@@ -127,6 +133,7 @@ void FollowedValues::endWrite(const std::vector<std::string>& keys, Place place)
         if (found == fEntries.end())
             continue;
         found->second.noticedAt = place;
+        found->second.writtenAt = place;
         if (found->second.writes > 0)
             --found->second.writes;
     }

@@ -18,6 +18,10 @@ namespace zo {
 /// order in which it did what they tell of. 0: before all of them.
 using Place = std::uint64_t;
 
+/// Counts what has become the value of any key, in that order: a reply is here before its values
+/// are known.
+using Version = std::uint64_t;
+
 /// A key that lists follow, and what the link knows of it.
 struct FollowedValue
 {
@@ -25,6 +29,7 @@ struct FollowedValue
 
     ZoValue value;
     Place readAt = 0;    ///< the reply that brought the value; 0: not read on this connection
+    Time askedAt{};      ///< when the round that brought it began
     Place armedAt = 0;   ///< the newest reply after which the robot tells of changes
     Place noticedAt = 0; ///< the newest notice of a change
     Place changedAt = 0; ///< the newest reply that brought another value than the one before
@@ -32,14 +37,16 @@ struct FollowedValue
     SteadyClock::duration pause{0}; ///< before it is asked for again, when it is too large
     Time notBefore{};               ///< of a forbidden or too large one
     int lists = 0;
-    int writes = 0;            ///< of this link's own, under way
-    std::uint64_t version = 0; ///< counts what has become the value of any key
-    std::size_t bytes = 0;     ///< that the value takes
+    int writes = 0;        ///< of this link's own, under way
+    Place writtenAt = 0;   ///< the end of the last one
+    Version version = 0;   ///< of the value
+    std::size_t bytes = 0; ///< that it takes
 
     /// Whether the robot would have told if it had changed since it was read.
     bool isTold() const { return armedAt > noticedAt; }
     bool isWrittenSince(Place place) const { return noticedAt > place || changedAt > place; }
-    bool isPaused(Time now) const { return now < notBefore; }
+    /// Whether it is left alone; not when the link itself has written it since it was read.
+    bool isPaused(Time now) const { return writes == 0 && readAt > writtenAt && now < notBefore; }
 };
 
 /// The values of a link, one for each key that any list follows. Has no lock of its own.
@@ -57,13 +64,21 @@ public:
     Entry* acquire(const std::string& key);
     void release(Entry* entry);
 
-    // The reply at `place` tells of a key. An older one than what is here changes nothing: false.
+    /// A reply that tells of a key.
+    struct Reading
+    {
+        Place place;
+        bool isArmed; ///< the robot tells of changes from then on
+        Time askedAt;
+    };
+
+    // A reading that is older than what is here changes nothing: false.
     /// It brought `value`.
-    bool read(Entry& entry, ZoValue value, Place place, bool isArmed);
+    bool read(Entry& entry, ZoValue value, const Reading& reading);
     /// It had a value that is too large.
-    bool readTooLarge(Entry& entry, Place place, bool isArmed, Time now);
+    bool readTooLarge(Entry& entry, const Reading& reading, Time now);
     /// The robot refuses the key.
-    bool refused(Entry& entry, Place place, Time now);
+    bool refused(Entry& entry, const Reading& reading, Time now);
 
     void noticed(const std::string& key, Place place);
     /// Any key may have changed.
@@ -76,15 +91,17 @@ public:
     /// The connection is gone, and what is known with it.
     void forget();
 
+    /// Of the newest value of all.
+    Version version() const { return fVersion; }
     /// What values and keys take, in bytes.
     std::size_t memory() const { return fMemory; }
 
 private:
-    bool put(Entry& entry, ZoValue value, Place place, bool isArmed);
+    bool put(Entry& entry, ZoValue value, const Reading& reading);
 
     std::unordered_map<std::string, FollowedValue> fEntries;
     std::size_t fMemory = 0;
-    std::uint64_t fVersion = 0;
+    Version fVersion = 0;
 };
 
 } // namespace zo

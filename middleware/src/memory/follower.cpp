@@ -28,7 +28,7 @@ std::optional<ZoValue::Elements> Follower::answer(Time now, const List& list)
                                     [&](const Followed& one) { return one.list == list; });
     if (found == fLists.end())
         return list->answer(now, fLastWrite);
-    Place& seen = *found->seen;
+    Version& seen = *found->seen;
     if (seen > list->answeredAt() && list->isOutdated())
         return {};
     auto values = list->answer(now, fLastWrite);
@@ -53,11 +53,11 @@ Follower::List Follower::used(const List& list)
     return list;
 }
 
-std::shared_ptr<Place> Follower::seenBy(const FollowingCaller& caller) const
+std::shared_ptr<Version> Follower::seenBy(const FollowingCaller& caller) const
 {
     const auto found = std::find_if(fLists.begin(), fLists.end(),
                                     [&](const Followed& one) { return one.caller == caller; });
-    return found == fLists.end() ? std::make_shared<Place>(0) : found->seen;
+    return found == fLists.end() ? std::make_shared<Version>(0) : found->seen;
 }
 
 Follower::List Follower::add(const FollowingCaller& caller, const ZoValue& request)
@@ -71,14 +71,11 @@ Follower::List Follower::add(const FollowingCaller& caller, const ZoValue& reque
 
 void Follower::forgetLeft(Time now)
 {
-    std::vector<Followed> kept;
-    for (Followed& one : fLists) {
-        if (one.list->isLeft(now))
-            leave(one.list);
-        else
-            kept.push_back(std::move(one));
-    }
-    fLists.swap(kept);
+    const auto left =
+        std::stable_partition(fLists.begin(), fLists.end(),
+                              [now](const Followed& one) { return !one.list->isLeft(now); });
+    std::for_each(left, fLists.end(), [this](const Followed& one) { leave(one.list); });
+    fLists.erase(left, fLists.end());
 }
 
 void Follower::forgetLeastUsed()
@@ -142,6 +139,7 @@ std::optional<Follower::Begun> Follower::begin(Time now)
 {
     if (!fIsUp)
         return {};
+    forgetLeft(now);
     for (const Followed& one : fLists) {
         if (one.list->beginsAt() > now)
             continue;
@@ -154,7 +152,7 @@ std::optional<Follower::Begun> Follower::begin(Time now)
 void Follower::ended(const Begun& begun, bool isAnswered, std::uint64_t order, Time now,
                      Pace::Duration trip)
 {
-    begun.list->ended(begun.round, isAnswered, order, now, trip, fPlaces.newest());
+    begun.list->ended(begun.round, isAnswered, order, now, trip);
     const auto leaving = std::find(fLeaving.begin(), fLeaving.end(), begun.list);
     if (leaving != fLeaving.end() && begun.list->isIdle()) {
         begun.list->leave();

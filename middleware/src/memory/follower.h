@@ -100,12 +100,12 @@ private:
     {
         FollowingCaller caller;
         List list;
-        std::shared_ptr<Place> seen; ///< of the caller's newest answer, whichever list's it was
+        std::shared_ptr<Version> seen; ///< of the caller's newest answer, whichever list's it was
     };
 
     List find(const FollowingCaller& caller, const ZoValue& request) const;
     List used(const List& list);
-    std::shared_ptr<Place> seenBy(const FollowingCaller& caller) const;
+    std::shared_ptr<Version> seenBy(const FollowingCaller& caller) const;
     List add(const FollowingCaller& caller, const ZoValue& request);
     void forgetLeft(Time now);
     void forgetLeastUsed();

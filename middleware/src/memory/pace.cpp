@@ -25,6 +25,7 @@ constexpr int measurableKeys = 100;
 // Less than promised, for calls that stray or are left out.
 constexpr int roundsOfTurn = 18;
 constexpr std::chrono::seconds timeOfTurn{8};
+constexpr std::chrono::seconds timeUntilLate{9};
 
 } // namespace
 
@@ -94,6 +95,13 @@ int Pace::turnOf(int keys) const
     const Duration ofKey = fTransferOfKey.mean();
     const auto carried = ofKey > Duration(0) ? period / 4 / ofKey : due;
     return static_cast<int>(std::clamp<Duration::rep>(carried, std::min(keys, 1), due));
+}
+
+Pace::Duration Pace::longestTurn(int keys) const
+{
+    const int turn = std::max(turnOf(keys), 1);
+    const Duration::rep rounds = (keys + turn - 1) / turn;
+    return std::max<Duration>(timeUntilLate, (rounds + 1) * fPeriod.mean());
 }
 
 Pace::Duration Pace::freshness() const

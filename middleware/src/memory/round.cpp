@@ -98,12 +98,13 @@ bool Round::give(int command, int key, FollowedValues& values, Time now)
 {
     FollowedValues::Entry& entry = *fPlan->keys()[key];
     const auto& [place, refusal] = fReplies[command];
-    const bool isArmed = fPlan->telling() == Telling::Wanted;
+    const bool isArmed = refusal.empty() && fPlan->telling() == Telling::Wanted;
+    const FollowedValues::Reading reading{place, isArmed, fBegin};
     if (!refusal.empty())
-        return values.refused(entry, place, now);
+        return values.refused(entry, reading, now);
     if (std::binary_search(fTooLarge.begin(), fTooLarge.end(), key))
-        return values.readTooLarge(entry, place, isArmed, now);
-    return values.read(entry, std::move(fValues[key]), place, isArmed);
+        return values.readTooLarge(entry, reading, now);
+    return values.read(entry, std::move(fValues[key]), reading);
 }
 
 } // namespace zo

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "support/guarded_test.h"
+#include "support/register_test.h"
+
+#include <memory/pace.h>
+
+#include <QtTest>
+
+using namespace zo;
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+const Pace::Time start{std::chrono::hours(1)};
+
+// After so many, what is learned has settled.
+constexpr int enough = 100;
+
+/// Of a list that is asked for every `period`; its last call was at `start`.
+Pace paceOf(Pace::Duration period)
+{
+    Pace pace;
+    for (int i = enough; i >= 0; --i)
+        pace.called(start - i * period);
+    return pace;
+}
+
+/// Each of its rounds about `keys` took `response` over a way of `trip`.
+void answer(Pace& pace, milliseconds response, milliseconds trip, int keys = 1)
+{
+    for (int i = enough; i >= 0; --i) {
+        const Pace::Time begin = start - i * seconds(10);
+        pace.answered(begin, begin + response, keys, trip);
+    }
+}
+
+} // namespace
+
+/// What is learned about a list that is asked for again and again.
+class TestPace : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void oneCallMakesNoRhythm();
+    void twoCallsByATimerMakeOne();
+    void callsByHandMakeOneWhenTheyRepeat();
+    void whoMissesTwoPeriodsIsOver();
+    void aRoundIsAnsweredJustBeforeTheNextCall();
+    void overALongWayItIsMeantForACallBehindTheNext();
+    void straysOfTheWayAreAllowedForWithinLimits();
+    void moreRoundsThanTheWayHoldsWouldWait();
+    void theTurnReadsAllInTime_data();
+    void theTurnReadsAllInTime();
+    void theTurnTakesAQuarterOfTheLinkAtMost();
+    void nothingIsLateWhileItsTurnIsToCome();
+    void anAnswerStaysFreshForAQuarterOfThePeriod();
+};
+
+void TestPace::oneCallMakesNoRhythm()
+{
+    Pace pace;
+    QVERIFY(!pace.isKnown());
+    pace.called(start);
+    QVERIFY(!pace.isKnown());
+    QVERIFY(pace.lastCall() == start);
+}
+
+void TestPace::twoCallsByATimerMakeOne()
+{
+    Pace pace;
+    pace.called(start);
+    pace.called(start + milliseconds(250));
+    QVERIFY(pace.isKnown());
+    QVERIFY(pace.period() == milliseconds(250));
+}
+
+void TestPace::callsByHandMakeOneWhenTheyRepeat()
+{
+    Pace pace;
+    pace.called(start);
+    pace.called(start + seconds(1));
+    QVERIFY(!pace.isKnown());
+    pace.called(start + seconds(3));
+    QVERIFY(!pace.isKnown());
+    pace.called(start + seconds(5));
+    QVERIFY(pace.isKnown());
+    pace.called(start + seconds(12));
+    QVERIFY(!pace.isKnown());
+}
+
+void TestPace::whoMissesTwoPeriodsIsOver()
+{
+    const Pace slow = paceOf(seconds(2));
+    QVERIFY(!slow.isOver(start + seconds(4)));
+    QVERIFY(slow.isOver(start + seconds(4) + milliseconds(1)));
+    const Pace fast = paceOf(milliseconds(100));
+    QVERIFY(!fast.isOver(start + seconds(1)));
+    QVERIFY(fast.isOver(start + seconds(1) + milliseconds(1)));
+    Pace none;
+    none.called(start);
+    QVERIFY(!none.isOver(start + seconds(30)));
+    QVERIFY(none.isOver(start + seconds(31)));
+}
+
+void TestPace::aRoundIsAnsweredJustBeforeTheNextCall()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(20), milliseconds(20));
+    const auto answered = pace.beginOfRound() + milliseconds(20);
+    QVERIFY(answered <= start + milliseconds(100));
+    QVERIFY(answered >= start + milliseconds(98));
+}
+
+void TestPace::overALongWayItIsMeantForACallBehindTheNext()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(250), milliseconds(250));
+    QVERIFY(pace.beginOfRound() >= start);
+    const auto answered = pace.beginOfRound() + milliseconds(250);
+    QVERIFY(answered <= start + milliseconds(300));
+    QVERIFY(answered >= start + milliseconds(298));
+}
+
+void TestPace::straysOfTheWayAreAllowedForWithinLimits()
+{
+    Pace pace = paceOf(seconds(1));
+    for (int i = 0; i < enough; ++i) { // 200 ms, and 100 more or less
+        const Pace::Time begin = start + i * seconds(1);
+        pace.answered(begin, begin + milliseconds(i % 2 == 0 ? 100 : 300), 1, milliseconds(100));
+    }
+    // Half of the time that the answer stays fresh, in place of three deviations.
+    const auto answered = pace.beginOfRound() + milliseconds(200);
+    QVERIFY(answered <= start + milliseconds(1000 - 150));
+    QVERIFY(answered >= start + milliseconds(1000 - 200));
+}
+
+void TestPace::moreRoundsThanTheWayHoldsWouldWait()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(200), milliseconds(200)); // there is nothing but the way
+    QCOMPARE(pace.mostUnderWay(), 8);
+    Pace slow = paceOf(milliseconds(100));
+    answer(slow, milliseconds(200), milliseconds(120)); // 80 ms for the bytes
+    QCOMPARE(slow.mostUnderWay(), 2);
+    Pace slower = paceOf(milliseconds(100));
+    answer(slower, milliseconds(400), milliseconds(120));
+    QCOMPARE(slower.mostUnderWay(), 1);
+}
+
+void TestPace::theTurnReadsAllInTime_data()
+{
+    QTest::addColumn<int>("period");
+    QTest::addColumn<int>("keys");
+    QTest::addColumn<int>("turn");
+    QTest::newRow("none") << 100 << 0 << 0;
+    QTest::newRow("few") << 100 << 3 << 1;
+    QTest::newRow("in 8 s") << 100 << 800 << 10;
+    QTest::newRow("in 18 rounds") << 2000 << 180 << 10;
+    QTest::newRow("one more") << 2000 << 181 << 11;
+}
+
+void TestPace::theTurnReadsAllInTime()
+{
+    QFETCH(int, period);
+    QFETCH(int, keys);
+    QTEST(paceOf(milliseconds(period)).turnOf(keys), "turn");
+}
+
+void TestPace::theTurnTakesAQuarterOfTheLinkAtMost()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(1000), milliseconds(0), 1000); // 1 ms for each
+    QCOMPARE(pace.turnOf(1000), 13);
+    QCOMPARE(pace.turnOf(10000), 25);
+    Pace few = paceOf(milliseconds(100)); // too few to be told from the way's straying
+    answer(few, milliseconds(1000), milliseconds(0), 99);
+    QCOMPARE(few.turnOf(10000), 125);
+}
+
+void TestPace::nothingIsLateWhileItsTurnIsToCome()
+{
+    QVERIFY(paceOf(milliseconds(100)).longestTurn(800) == seconds(9));
+    QVERIFY(paceOf(milliseconds(100)).longestTurn(0) == seconds(9));
+    QVERIFY(paceOf(seconds(2)).longestTurn(180) == seconds(2 * 19));
+    Pace slow = paceOf(milliseconds(100));
+    answer(slow, milliseconds(1000), milliseconds(0), 1000);
+    QVERIFY(slow.longestTurn(10000) == milliseconds(100 * (400 + 1)));
+}
+
+void TestPace::anAnswerStaysFreshForAQuarterOfThePeriod()
+{
+    QVERIFY(paceOf(seconds(2)).freshness() == milliseconds(600));
+}
+
+REGISTER_TEST(TestPace, NoApplication)
+
+#include "tst_pace.moc"
