@@ -20,7 +20,7 @@ constexpr milliseconds shortestMemory{1000};
 constexpr std::chrono::seconds longestMemory{30};
 
 // The transfer of fewer keys is too short to be told from the way's own straying.
-constexpr int measurableKeys = 100;
+constexpr int measurableKeys = 1000;
 
 // Less than promised, for calls that stray or are left out.
 constexpr int roundsOfTurn = 18;
@@ -59,7 +59,7 @@ void Pace::answered(Time begin, Time now, int keys, Duration shortest)
     fResponse.add(response);
     fTransfer.add(transfer);
     if (keys >= measurableKeys)
-        fTransferOfKey.add(transfer / keys);
+        fTransferOfKey = std::min(fTransferOfKey.value_or(transfer), transfer / keys);
     fShortest = shortest;
     fLastAnswer = now;
 }
@@ -92,7 +92,7 @@ int Pace::turnOf(int keys) const
     const auto period = std::max<Duration>(fPeriod.mean(), hurry);
     const auto rounds = std::max<Duration::rep>(timeOfTurn / period, roundsOfTurn);
     const auto due = (keys + rounds - 1) / rounds;
-    const Duration ofKey = fTransferOfKey.mean();
+    const Duration ofKey = fTransferOfKey.value_or(Duration(0));
     const auto carried = ofKey > Duration(0) ? period / 4 / ofKey : due;
     return static_cast<int>(std::clamp<Duration::rep>(carried, std::min(keys, 1), due));
 }

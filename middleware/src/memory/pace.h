@@ -55,7 +55,7 @@ private:
     SmoothedTime fPeriod;
     SmoothedTime fResponse;
     SmoothedTime fTransfer; ///< what of the response is no way, but waiting for bytes
-    SmoothedTime fTransferOfKey;
+    std::optional<Duration> fTransferOfKey; ///< the shortest: pauses and strays only add to it
     Duration fShortest{0};
     Time fLastCall;
     std::optional<Time> fLastAnswer;

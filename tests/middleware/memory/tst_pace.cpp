@@ -176,8 +176,10 @@ void TestPace::theTurnTakesAQuarterOfTheLinkAtMost()
     QCOMPARE(pace.turnOf(1000), 13);
     QCOMPARE(pace.turnOf(10000), 25);
     Pace few = paceOf(milliseconds(100)); // too few to be told from the way's straying
-    answer(few, milliseconds(1000), milliseconds(0), 99);
+    answer(few, milliseconds(1000), milliseconds(0), 999);
     QCOMPARE(few.turnOf(10000), 125);
+    pace.answered(start + seconds(100), start + seconds(109), 1000, {}); // a pause is no measure
+    QCOMPARE(pace.turnOf(10000), 25);
 }
 
 void TestPace::nothingIsLateWhileItsTurnIsToCome()
