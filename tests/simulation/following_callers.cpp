@@ -19,17 +19,25 @@ constexpr seconds beginningOfLink{5};
 // Of that many keys a list may have some twice; more of them would only take time.
 constexpr int fewKeys = 50;
 
-milliseconds somePeriod(Random& random)
+constexpr milliseconds longestPeriod{10000};
+
+// What one thread waits for a list, another one of its lists waits, too.
+constexpr milliseconds otherWait{1};
+
+milliseconds somePeriod(FollowingWorld& world)
 {
-    return milliseconds(random.chance(70) ? random.between(60, 300) : random.between(300, 10000));
+    const int most = world.random.chance(70) ? 300 : world.random.chance(70) ? 1000 : 10000;
+    return std::min(world.slowness * milliseconds(world.random.between(60, most)), longestPeriod);
 }
 
 } // namespace
 
-ListCaller::ListCaller(const World& world, int number)
+ListCaller::ListCaller(const World& world, int number, int who)
     : fWorld(world),
       fNumber(number),
-      fPeriod(somePeriod(world.common.random)),
+      fWho(who),
+      fThread(world.threads[who]),
+      fPeriod(somePeriod(world.common)),
       fStray(world.common.random.chance(80) ? fPeriod / 20 : Duration(0))
 {
     chooseKeys();
@@ -54,6 +62,9 @@ void ListCaller::chooseKeys()
     }
     if (random.chance(5))
         fKeys.push_back(-1);
+    // Those on one thread ask for lists of their own.
+    if (fNumber != fWho)
+        fKeys.insert(fKeys.end(), fNumber, fKeys.empty() ? 0 : fKeys.front());
     makeRequest();
     fCalls = 0;
 }
@@ -75,20 +86,23 @@ void ListCaller::call()
 {
     if (!fWorld.link.isUp())
         return callAgain();
-    const auto asked = fWorld.link.ask({this, {}}, fRequest);
+    if (fThread.isWaiting())
+        return fWorld.common.agenda.in(otherWait, [this] { call(); });
+    const auto asked = fWorld.link.ask({&fThread, {}}, fRequest);
     fCalls = asked.list == fList ? fCalls + 1 : 1;
     fList = asked.list;
     if (asked.values)
-        end(asked.values);
-    else
-        await(fWorld.common.now() + lengthOf(asked.patience));
+        return end(asked.values);
+    fThread.beginWait(fWorld.common.now());
+    await(fWorld.common.now() + lengthOf(asked.patience),
+          asked.patience == Follower::Patience::Brief);
 }
 
-ListCaller::Duration ListCaller::lengthOf(Follower::Patience patience) const
+ListCaller::Duration ListCaller::lengthOf(Follower::Patience patience)
 {
     switch (patience) {
     case Follower::Patience::Brief:
-        return milliseconds(5);
+        return fThread.left(fWorld.common.now(), milliseconds(5));
     case Follower::Patience::OneWay:
         return fWorld.link.roundTrip() + milliseconds(50);
     case Follower::Patience::Full:
@@ -98,16 +112,20 @@ ListCaller::Duration ListCaller::lengthOf(Follower::Patience patience) const
     }
 }
 
-void ListCaller::await(Time until)
+void ListCaller::await(Time until, bool isBrief)
 {
-    if (!fWorld.link.isUp())
-        return callAgain();
-    const Duration left = until - fWorld.common.now();
-    const auto values = fWorld.link.answer(fList);
-    if (values || left <= Duration(0))
-        return end(values);
-    fWorld.common.agenda.in(std::max<Duration>(left / 8, microseconds(200)),
-                            [this, until] { await(until); });
+    const Time now = fWorld.common.now();
+    const bool isUp = fWorld.link.isUp();
+    const auto values = isUp ? fWorld.link.answer(fList) : Values();
+    if (isUp && !values && now < until)
+        return fWorld.common.agenda.at(
+            std::min(until, now + std::max<Duration>((until - now) / 8, microseconds(200))),
+            [this, until, isBrief] { await(until, isBrief); });
+    fThread.endWait(now, isBrief);
+    if (isUp)
+        end(values);
+    else
+        callAgain();
 }
 
 void ListCaller::end(const Values& values)
@@ -117,10 +135,11 @@ void ListCaller::end(const Values& values)
                " by " + fWorld.common.nameOf(fList);
     });
     if (values)
-        fWorld.rules.check({fNumber, fList, fKeys, *values, fPeriod});
+        fWorld.rules.check({fWho, fList, fKeys, *values});
     if (isSteady()) {
-        ++fWorld.tally.steadyCalls;
-        fWorld.tally.steadyAnswered += values ? 1 : 0;
+        Tally::Steady& steady = fWorld.tally.steadyOf(fWorld.common.network);
+        ++steady.calls;
+        steady.answered += values ? 1 : 0;
     }
     callAgain();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulation/following_link.h"
+#include "simulation/following_thread.h"
 #include "simulation/tally.h"
 
 #include <vector>
@@ -18,10 +19,11 @@ public:
         FollowingLink& link;
         FollowingRules& rules;
         Tally& tally;
+        std::vector<FollowingThread>& threads;
     };
 
-    /// `number` counts from 0.
-    ListCaller(const World& world, int number);
+    /// `number` counts from 0. Number `who` is the first one on its thread.
+    ListCaller(const World& world, int number, int who);
     ListCaller(const ListCaller&) = delete;
     ListCaller& operator=(const ListCaller&) = delete;
 
@@ -35,15 +37,17 @@ private:
     void chooseKeys();
     void makeRequest();
     void call();
-    void await(Time until);
+    void await(Time until, bool isBrief);
     void end(const Values& values);
     void callAgain();
     Duration pause();
-    Duration lengthOf(zo::Follower::Patience patience) const;
+    Duration lengthOf(zo::Follower::Patience patience);
     bool isSteady() const;
 
     const World fWorld;
     const int fNumber;
+    const int fWho;
+    FollowingThread& fThread;
     const Duration fPeriod;
     const Duration fStray;  ///< how far its calls come from their time
     std::vector<int> fKeys; ///< of the robot; -1: no key at all

@@ -26,7 +26,7 @@ void FollowingDisturbances::start()
 void FollowingDisturbances::strikeAgain()
 {
     strike();
-    fWorld.agenda.in(fWorld.random.upTo(seconds(1)), [this] { strikeAgain(); });
+    fWorld.agenda.in(fWorld.slowness * fWorld.random.upTo(seconds(1)), [this] { strikeAgain(); });
 }
 
 void FollowingDisturbances::strike()
@@ -37,7 +37,7 @@ void FollowingDisturbances::strike()
     case 1:
         return strikeLink();
     case 2:
-        return writeAll();
+        return fWorld.isLively ? writeAll() : strikeKey(key);
     case 3:
         if (fLink.isUp())
             fLink.write(key);
@@ -66,13 +66,21 @@ void FollowingDisturbances::strikeKey(int key)
     case 2:
         return fRobot.write(key, FollowingRobot::fTooLarge);
     case 3:
-        return fWorld.random.chance(50) ? fRobot.forbid(key) : fRobot.allowAll();
+        return fWorld.random.chance(50) ? forbid(key) : fRobot.allowAll();
     case 4:
         return fWorld.random.chance(20) ? fRobot.flush() : fRobot.allowAll();
     default:
         if (fLink.isUp())
             fLink.write(key);
     }
+}
+
+/// Now and then those behind it, too, so many that they are tried again in several rounds.
+void FollowingDisturbances::forbid(int key)
+{
+    int count = fWorld.random.chance(10) ? fWorld.random.between(2, 120) : 1;
+    for (; count > 0 && key < fRobot.count(); --count)
+        fRobot.forbid(key++);
 }
 
 void FollowingDisturbances::writeAll()

@@ -17,6 +17,7 @@ private:
     void strike();
     void strikeLink();
     void strikeKey(int key);
+    void forbid(int key);
     void writeAll();
 
     FollowingWorld& fWorld;

@@ -72,19 +72,28 @@ void FollowingLink::write(int key)
 {
     const std::vector<std::string> names{fRobot.keys()[key].name};
     fWorld.trace.line([&] { return "the link writes " + names.front(); });
-    const OwnWrite own{fFollower.writes(names), ++fOrder};
+    // Others have their turn before it is sent.
+    const std::uint64_t number = fFollower.writes(names);
+    fNetwork.in(fWorld.random.upTo(longestTurn), [this, key, names, number] {
+        sendWrite(key, names, {number, ++fOrder});
+    });
+}
+
+void FollowingLink::sendWrite(int key, const std::vector<std::string>& names, const OwnWrite& own)
+{
     fNetwork.up(bytesOfWrite, [this, key, names, own] {
         // Servers tell the writer itself before they reply, or behind it.
         const bool isToldFirst = fWorld.random.chance(50);
+        const bool isRefused = fRobot.keys()[key].isForbidden;
         const auto past = static_cast<std::ptrdiff_t>(fRobot.keys()[key].past.size());
-        if (isToldFirst)
+        if (isToldFirst && !isRefused)
             fRobot.write(key, fRobot.fresh());
-        fNetwork.down(bytesOfReply, [this, key, names, own, past] {
+        fNetwork.down(bytesOfReply, [this, key, names, own, past = isRefused ? 0 : past] {
             fWorld.trace.line([&] { return names.front() + " is written"; });
-            fRules.wrote(key, past);
+            fRules.wrote(key, past, own.order);
             fFollower.wrote(names, own);
         });
-        if (!isToldFirst)
+        if (!isToldFirst && !isRefused)
             fRobot.write(key, fRobot.fresh());
     });
 }
@@ -160,11 +169,7 @@ void FollowingLink::sendPart(const SendingPtr& sending, int command)
 void FollowingLink::arrive(const SendingPtr& sending, int command)
 {
     const RoundPlan& plan = *sending->begun.round->plan();
-    const auto& [first, count, end] = plan.commands()[command];
-    std::vector<int> keys;
-    for (int i = first; i < first + count; ++i)
-        keys.push_back(fRobot.numberOf(plan.keys()[i]->first));
-    const Values values = fRobot.read(keys, plan.telling());
+    const Values values = fRobot.read(keysOf(plan, command), plan.telling());
     fNetwork.down(bytesOfReply + bytesOfValue * values.size(),
                   [this, sending, command, values] { receive(sending, command, values); });
 }
@@ -175,6 +180,7 @@ void FollowingLink::receive(const SendingPtr& sending, int command, const Values
     fWorld.trace.line(
         [&] { return fWorld.nameOf(sending->begun.list) + " gets a reply: " + textOf(values); });
     giveReply(round, command, values);
+    noteOdd(*sending, command, values);
     if (command + 1 == static_cast<int>(round.plan()->commands().size()))
         end(*sending);
 }
@@ -182,6 +188,27 @@ void FollowingLink::receive(const SendingPtr& sending, int command, const Values
 void FollowingLink::end(const Sending& sending)
 {
     fFollower.ended(sending.begun, true, sending.order, fWorld.now(), roundTrip());
-    fRules.ended(sending.begun);
+    fRules.ended(sending.begun, sending.order, sending.odd);
     beginRounds();
+}
+
+/// What is refused together is asked for again, each by itself.
+void FollowingLink::noteOdd(Sending& sending, int command, const Values& values) const
+{
+    const auto& [first, count, end] = sending.begun.round->plan()->commands()[command];
+    const auto& keys = sending.begun.round->plan()->keys();
+    for (int i = 0; i < count; ++i) {
+        if (values.empty() ? count == 1 : values[i] == FollowingRobot::fTooLarge)
+            sending.odd.push_back(fRobot.numberOf(keys[first + i]->first));
+    }
+}
+
+std::vector<int> FollowingLink::keysOf(const RoundPlan& plan, int command) const
+{
+    const auto& [first, count, end] = plan.commands()[command];
+    std::vector<int> keys;
+    keys.reserve(count);
+    for (int i = first; i < first + count; ++i)
+        keys.push_back(fRobot.numberOf(plan.keys()[i]->first));
+    return keys;
 }

@@ -42,9 +42,11 @@ private:
     {
         Begun begun;
         std::uint64_t order = 0; ///< among all that is sent, of its first part; 0: not yet
+        std::vector<int> odd{};  ///< keys that it could not read
     };
     using SendingPtr = std::shared_ptr<Sending>;
 
+    void sendWrite(int key, const std::vector<std::string>& names, const zo::OwnWrite& own);
     void beginRounds();
     void wakeLater();
     void send(const Begun& begun);
@@ -53,6 +55,8 @@ private:
     void arrive(const SendingPtr& sending, int command);
     void receive(const SendingPtr& sending, int command, const Values& values);
     void end(const Sending& sending);
+    void noteOdd(Sending& sending, int command, const Values& values) const;
+    std::vector<int> keysOf(const zo::RoundPlan& plan, int command) const;
 
     FollowingWorld& fWorld;
     FollowingNetwork& fNetwork;

@@ -3,9 +3,24 @@
 
 #include <utility>
 
+namespace {
+
+constexpr std::chrono::milliseconds pauseOfPoor{500};
+constexpr std::chrono::seconds betweenPauses{10};
+
+} // namespace
+
 FollowingNetwork::FollowingNetwork(FollowingWorld& world)
-    : fWorld(world), fUp(world.random), fDown(fUp)
+    : fWorld(world), fUp(world.network, world.random), fDown(fUp)
 {
+    if (fWorld.network == NetworkKind::Poor)
+        fWorld.agenda.in(fWorld.random.upTo(betweenPauses), [this] { pauseAgain(); });
+}
+
+void FollowingNetwork::pauseAgain()
+{
+    pause(pauseOfPoor, pauseOfPoor);
+    fWorld.agenda.in(betweenPauses, [this] { pauseAgain(); });
 }
 
 void FollowingNetwork::connect()

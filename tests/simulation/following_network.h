@@ -26,7 +26,6 @@ public:
 
     /// Of one direction.
     Duration delay() const { return fUp.delay(); }
-    Duration longestDelay() const { return fUp.longestDelay(); }
 
     /// `task` happens where the bytes arrive: at the robot ...
     void up(std::size_t bytes, Task task);
@@ -36,6 +35,7 @@ public:
 
 private:
     void at(Time time, Task task);
+    void pauseAgain();
 
     FollowingWorld& fWorld;
     FollowingWay fUp;

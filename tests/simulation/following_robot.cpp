@@ -8,19 +8,23 @@ FollowingRobot::FollowingRobot(const Agenda& agenda, int count, Notify notify)
     : fAgenda(agenda), fNotify(std::move(notify))
 {
     for (int number = 0; number < count; ++number) {
-        fKeys.push_back({"Key/" + std::to_string(number), {}});
+        fKeys.push_back({"Key/" + std::to_string(number), fresh(), {}});
         fNumbers[fKeys.back().name] = number;
-        fKeys.back().past.push_back({fresh(), fAgenda.now()});
+        fKeys.back().past.push_back({fKeys.back().value, fAgenda.now()});
     }
 }
 
-void FollowingRobot::put(int key, std::int64_t value)
+void FollowingRobot::put(int key, std::int64_t value, bool isQuiet)
 {
-    auto& past = fKeys[key].past;
-    if (past.back().value == fTooLarge)
-        fKeys[key].oddUntil = fAgenda.now();
-    past.back().until = fAgenda.now();
-    past.push_back({value, fAgenda.now()});
+    fKeys[key].value = value;
+    if (!fKeys[key].isForbidden)
+        become(fKeys[key], value, isQuiet);
+}
+
+void FollowingRobot::become(Key& key, std::int64_t value, bool isQuiet)
+{
+    key.past.back().until = fAgenda.now();
+    key.past.push_back({value, fAgenda.now(), isQuiet});
 }
 
 void FollowingRobot::write(int key, std::int64_t value)
@@ -41,8 +45,7 @@ void FollowingRobot::tick()
 
 void FollowingRobot::writeQuietly(int key, std::int64_t value)
 {
-    put(key, value);
-    fKeys[key].quietSince = fAgenda.now();
+    put(key, value, true);
 }
 
 void FollowingRobot::flush()
@@ -55,16 +58,19 @@ void FollowingRobot::flush()
 
 void FollowingRobot::forbid(int key)
 {
-    fKeys[key].isForbidden = true;
+    if (std::exchange(fKeys[key].isForbidden, true))
+        return;
+    become(fKeys[key], fForbidden, true);
+    fMostForbidden = std::max(fMostForbidden, ++fForbiddenKeys);
 }
 
 void FollowingRobot::allowAll()
 {
     for (Key& key : fKeys) {
-        if (key.isForbidden)
-            key.oddUntil = fAgenda.now();
-        key.isForbidden = false;
+        if (std::exchange(key.isForbidden, false))
+            become(key, key.value, true);
     }
+    fForbiddenKeys = 0;
 }
 
 std::vector<std::int64_t> FollowingRobot::read(const std::vector<int>& keys, zo::Telling telling)

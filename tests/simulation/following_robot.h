@@ -23,24 +23,25 @@ public:
     /// What a key may be, beside the numbers that it has.
     static constexpr std::int64_t fNone = -1; ///< there is none
     static constexpr std::int64_t fTooLarge = -2;
+    static constexpr std::int64_t fForbidden = -3;
 
+    /// What whoever asks for a key is told.
     struct Past
     {
         std::int64_t value;
         Time from;
+        bool isQuiet = false; ///< nobody was told that it became so
         Time until = Time::max();
+
+        std::int64_t shown() const { return value < 0 ? fNone : value; }
     };
     struct Key
     {
         std::string name;
+        std::int64_t value; ///< whether it may be read or not
         std::vector<Past> past;
         bool isTogether = false; ///< one command writes it with the others that are
         bool isForbidden = false;
-        Time quietSince{}; ///< of a change that nobody was told of
-        Time oddUntil{};   ///< it was odd until then
-
-        /// Whether its value cannot be read.
-        bool isOdd() const { return isForbidden || past.back().value == fTooLarge; }
     };
     /// Called for each key that was written while it was told about; null: for all of them.
     using Notify = std::function<void(const Key*)>;
@@ -59,9 +60,11 @@ public:
     /// As when rights or databases change: nobody is told.
     void writeQuietly(int key, std::int64_t value);
     void flush();
-    /// Nobody may read it, until everybody may read everything.
+    /// Nobody may read it, until everybody may read everything. Nobody is told.
     void forbid(int key);
     void allowAll();
+    /// Keys, at any time.
+    int mostForbidden() const { return fMostForbidden; }
     std::int64_t fresh() { return ++fNewest; }
 
     /// Of all `keys` at one moment; nothing when one of them is forbidden.
@@ -69,7 +72,8 @@ public:
     void forgetClient() { fTold.clear(); }
 
 private:
-    void put(int key, std::int64_t value);
+    void put(int key, std::int64_t value, bool isQuiet = false);
+    void become(Key& key, std::int64_t value, bool isQuiet);
 
     const Agenda& fAgenda;
     std::vector<Key> fKeys;
@@ -77,4 +81,6 @@ private:
     std::unordered_set<int> fTold; ///< keys whose change is told, once
     Notify fNotify;
     std::int64_t fNewest = 0;
+    int fForbiddenKeys = 0;
+    int fMostForbidden = 0;
 };

@@ -4,36 +4,91 @@
 #include "simulation/violation.h"
 
 #include <algorithm>
+#include <string>
+
+using namespace zo;
 
 namespace {
 
-constexpr std::size_t mostRemembered = 40;
+using std::chrono::seconds;
+
+constexpr std::size_t mostRemembered = 80;
+constexpr int mostUnderWay = 8;
+
+// That many keys at most are tried again one by one; one more may be all that is asked for
+// together.
+constexpr int mostSingles = 50 + 1;
+
+// Until a list is left alone for which nobody asks: at least, and while it has no rhythm.
+constexpr seconds shortestMemory{1};
+constexpr seconds memoryWithoutRhythm{30};
+
+int singles(const RoundPlan& plan)
+{
+    const auto isSingle = [](const RoundPlan::Command& command) { return command.keys == 1; };
+    return static_cast<int>(
+        std::count_if(plan.commands().begin(), plan.commands().end(), isSingle));
+}
 
 } // namespace
 
-void FollowingRounds::began(const zo::Follower::Begun& begun, Time now)
+void FollowingRounds::called(Time now)
 {
-    if (begun.isMore) {
-        fWhole = 0; // key by key is not together
-        const auto found =
-            std::find_if(fSent.begin(), fSent.end(), [](const Sent& one) { return !one.round; });
-        if (found != fSent.end())
-            found->round = begun.round;
-        return;
-    }
+    ++fCredit;
+    fLastCall = now;
+}
+
+void FollowingRounds::began(const Follower::Begun& begun, Time now)
+{
+    checkCalls(*begun.list, now);
+    const RoundPlan& plan = *begun.round->plan();
+    if (begun.isMore)
+        return goOn(begun);
     --fCredit;
     require(fCredit >= 0, "no more rounds than calls", [] { return "one more begins"; });
-    fSent.push_back({begun.round, now, ++fNewest});
+    require(singles(plan) <= mostSingles, "few keys are asked for one by one",
+            [&] { return std::to_string(singles(plan)) + " are"; });
+    fSent.push_back({begun.round, now, ++fTurns});
+    checkUnderWay(*begun.list);
     if (fSent.size() > mostRemembered)
         fSent.pop_front();
 }
 
-void FollowingRounds::ended(const zo::Follower::Begun& begun, Time now)
+/// What was refused is asked for key by key.
+void FollowingRounds::goOn(const Follower::Begun& begun)
+{
+    const auto found =
+        std::find_if(fSent.begin(), fSent.end(), [](const Sent& one) { return !one.round; });
+    if (found != fSent.end())
+        found->round = begun.round;
+}
+
+void FollowingRounds::checkCalls(const FollowedList& list, Time now) const
+{
+    const auto memory = list.isFollowed()
+                            ? std::max<Agenda::Duration>(2 * list.pace().period(), shortestMemory)
+                            : memoryWithoutRhythm;
+    require(now <= fLastCall + memory, "a list that is left is left alone", [&] {
+        return std::to_string(std::chrono::duration<double>(now - fLastCall).count()) + " s";
+    });
+}
+
+void FollowingRounds::checkUnderWay(const FollowedList& list) const
+{
+    const auto count =
+        std::count_if(fSent.begin(), fSent.end(), [](const Sent& one) { return !one.isOver; });
+    require(count <= std::min(mostUnderWay, list.pace().mostUnderWay()), "few rounds are under way",
+            [&] { return std::to_string(count) + " are"; });
+}
+
+void FollowingRounds::ended(const Follower::Begun& begun, std::uint64_t order, Time now)
 {
     const auto found = std::find_if(fSent.begin(), fSent.end(),
                                     [&](const Sent& one) { return one.round == begun.round; });
     if (found == fSent.end())
         return;
+    if (found->order == 0)
+        found->order = order;
     if (begun.list->isRefused()) {
         found->round.reset();
         found->isMore = true;
@@ -46,43 +101,53 @@ void FollowingRounds::ended(const zo::Follower::Begun& begun, Time now)
         return;
     for (Sent& one : fSent) {
         if (one.isOver && one.ended == 0)
-            end(one, now);
+            show(one, now);
     }
 }
 
-void FollowingRounds::end(Sent& sent, Time now)
+void FollowingRounds::show(Sent& sent, Time now)
 {
-    ++fWhole;
     sent.end = now;
-    sent.ended = ++fNewest;
+    sent.ended = ++fTurns;
+    fNewest = &sent;
+    fValidAfter = validAfterBegin(sent);
+    sent.isTrip = sent.begun > fTripEnded;
+    if (sent.isTrip)
+        fTripEnded = fTurns;
+    if (sent.isMore)
+        fApartEnded = fTurns;
 }
 
 void FollowingRounds::forget()
 {
     fSent.clear();
-    fWhole = 0;
-}
-
-FollowingRounds::Sent FollowingRounds::newest() const
-{
-    Sent newest{nullptr, Time::min(), 0};
-    newest.end = Time::min();
-    for (const Sent& one : fSent) {
-        if (one.ended > newest.ended)
-            newest = one;
-    }
-    return newest;
+    fNewest = nullptr;
 }
 
 // A round may leave out what is known; what a notice tells while it is on its way is read by the
 // next one. So a value is as old as the one that was answered before the newest began.
-FollowingRounds::Time FollowingRounds::validAfter() const
+FollowingRounds::Time FollowingRounds::validAfterBegin(const Sent& sent) const
 {
-    const int begun = newest().begun;
     Time after = Time::min();
     for (const Sent& one : fSent) {
-        if (one.ended > 0 && one.ended < begun)
+        if (one.ended > 0 && one.ended < sent.begun)
             after = std::max(after, one.begin);
     }
     return after;
+}
+
+int FollowingRounds::tripsSince(Time time) const
+{
+    const auto isSince = [&](const Sent& one) {
+        return one.isTrip && one.begin >= time && one.begun > fApartEnded;
+    };
+    return static_cast<int>(std::count_if(fSent.begin(), fSent.end(), isSince));
+}
+
+int FollowingRounds::roundsSince(Time time) const
+{
+    const auto isSince = [&](const Sent& one) {
+        return one.begin >= time && one.ended > 0 && one.ended <= fNewest->ended;
+    };
+    return static_cast<int>(std::count_if(fSent.begin(), fSent.end(), isSince));
 }

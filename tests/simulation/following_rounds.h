@@ -5,28 +5,36 @@
 
 #include <memory/follower.h>
 
+#include <cstdint>
 #include <deque>
 #include <memory>
 
-/// What happened to the rounds of one list, seen from outside. Counts its calls, too.
+/// What happened to the rounds of one list, seen from outside. Counts its calls, too. Throws
+/// Violation when a round begins that must not.
 class FollowingRounds
 {
 public:
     using Time = Agenda::Time;
 
-    void called() { ++fCredit; }
-    /// Throws Violation when there are more rounds than calls.
+    void called(Time now);
     void began(const zo::Follower::Begun& begun, Time now);
-    void ended(const zo::Follower::Begun& begun, Time now);
+    /// `order`: among all that was sent.
+    void ended(const zo::Follower::Begun& begun, std::uint64_t order, Time now);
     /// The connection is gone.
     void forget();
 
-    /// When the newest answer came; Time::min(): there is none.
-    Time arrivedAt() const { return newest().end; }
-    /// No value of the newest answer may be one that was written over before.
-    Time validAfter() const;
-    /// Rounds in a row that were answered, none of them key by key.
-    int whole() const { return fWhole; }
+    /// Whether there is an answer. Then, of the newest one:
+    bool isAnswered() const { return fNewest != nullptr; }
+    Time arrivedAt() const { return fNewest->end; }
+    Time begunAt() const { return fNewest->begin; }
+    std::uint64_t order() const { return fNewest->order; }
+    /// None of its values may be one that was written over before.
+    Time validAfter() const { return fValidAfter; }
+    /// How many rounds from `time` on led to it; of very many, not all.
+    int roundsSince(Time time) const;
+    /// So many of them, each begun when the one before was answered, since the last that read key
+    /// by key what is read together else.
+    int tripsSince(Time time) const;
 
 private:
     struct Sent
@@ -36,15 +44,24 @@ private:
         int begun;           ///< which of all beginnings and ends
         bool isMore = false; ///< it was refused, and goes on key by key
         bool isOver = false;
+        std::uint64_t order = 0;
         Time end = Time::max(); ///< when it was shown
         int ended = 0;          ///< 0: not yet
+        bool isTrip = false;    ///< begun when the last such one had ended
     };
 
-    void end(Sent& sent, Time now);
-    Sent newest() const;
+    void goOn(const zo::Follower::Begun& begun);
+    void checkCalls(const zo::FollowedList& list, Time now) const;
+    void checkUnderWay(const zo::FollowedList& list) const;
+    void show(Sent& sent, Time now);
+    Time validAfterBegin(const Sent& sent) const;
 
     std::deque<Sent> fSent;
-    int fNewest = 0; ///< beginning or end: many are at the same time
+    const Sent* fNewest = nullptr; ///< that is shown; elements of a deque stay where they are
+    Time fValidAfter = Time::min();
+    int fTurns = 0; ///< beginnings and ends: many are at the same time
     int fCredit = 0;
-    int fWhole = 0;
+    int fTripEnded = 0;
+    int fApartEnded = 0; ///< when the last one ended that read key by key
+    Time fLastCall{};
 };

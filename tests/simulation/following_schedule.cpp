@@ -15,7 +15,7 @@ using std::chrono::seconds;
 /// Some have more than a command can ask for.
 int someKeys(Random& random)
 {
-    return random.chance(3) ? 2200 : random.between(1, 40);
+    return random.chance(3) ? 2200 : random.between(1, random.chance(5) ? 200 : 40);
 }
 
 class FollowingSchedule
@@ -37,6 +37,7 @@ private:
     FollowingRules fRules;
     FollowingLink fLink;
     FollowingDisturbances fDisturbances;
+    std::vector<FollowingThread> fThreads;
     std::vector<std::unique_ptr<ListCaller>> fCallers;
     const milliseconds fTick;
     std::uint64_t fEvents = 0;
@@ -48,16 +49,19 @@ FollowingSchedule::FollowingSchedule(std::uint64_t seed, Tally& tally, bool isTr
       fRobot(fWorld.agenda, someKeys(fWorld.random),
              [this](const FollowingRobot::Key* key) { fLink.notify(key); }),
       fCount(fWorld.random.between(1, 4)),
-      fRules(fWorld.agenda, fRobot, fCount, fNetwork.longestDelay()),
+      fRules(fWorld.agenda, fRobot, fCount),
       fLink(fWorld, fNetwork, fRobot, fRules),
       fDisturbances(fWorld, fNetwork, fRobot, fLink),
-      fTick(fWorld.random.between(5, 25))
+      fThreads(fCount),
+      fTick(fWorld.slowness * fWorld.random.between(5, 25))
 {
     for (int i = fWorld.random.between(0, std::min(6, fRobot.count())); i > 0; --i)
         fRobot.writeTogether(static_cast<int>(fWorld.random.below(fRobot.keys().size())));
-    const ListCaller::World world{fWorld, fRobot, fLink, fRules, tally};
-    for (int number = 0; number < fCount; ++number)
-        fCallers.push_back(std::make_unique<ListCaller>(world, number));
+    const ListCaller::World world{fWorld, fRobot, fLink, fRules, tally, fThreads};
+    for (int number = 0; number < fCount; ++number) {
+        const int who = fWorld.random.chance(25) ? 0 : number;
+        fCallers.push_back(std::make_unique<ListCaller>(world, number, who));
+    }
 }
 
 void FollowingSchedule::run()
@@ -66,17 +70,21 @@ void FollowingSchedule::run()
     tick();
     for (const auto& caller : fCallers)
         caller->start();
-    runFor(seconds(fWorld.random.between(5, 20)));
+    runFor(fWorld.slowness * seconds(fWorld.random.between(5, 20)));
     fDisturbances.start();
-    runFor(seconds(fWorld.random.between(5, 25)));
+    runFor(fWorld.slowness * seconds(fWorld.random.between(5, 25)));
 }
 
 /// The robot's programs write.
 void FollowingSchedule::tick()
 {
+    Random& random = fWorld.random;
     fRobot.tick();
-    for (int i = fWorld.random.between(0, 2); i > 0; --i)
-        fRobot.write(static_cast<int>(fWorld.random.below(fRobot.keys().size())), fRobot.fresh());
+    const auto someKey = [&] { return static_cast<int>(random.below(fRobot.keys().size())); };
+    for (int i = fWorld.isLively ? random.between(0, 2) : 0; i > 0; --i)
+        fRobot.write(someKey(), fRobot.fresh());
+    if (random.chance(1))
+        fRobot.writeQuietly(someKey(), fRobot.fresh());
     fWorld.agenda.in(fTick, [this] { tick(); });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulation/agenda.h"
+#include "simulation/network_kind.h"
 #include "simulation/random.h"
 
 #include <algorithm>
@@ -14,16 +15,29 @@ public:
     using Time = Agenda::Time;
     using Duration = Agenda::Duration;
 
-    /// Most are short, even and broad.
-    explicit FollowingWay(Random& random)
-        : fDelay(random.upTo(std::chrono::milliseconds(random.chance(60) ? 5 : 150))),
-          fJitter(random.upTo(std::chrono::milliseconds(random.chance(60) ? 2 : 40))),
-          fPerByte(random.chance(60) ? 0 : random.between(8, 8000))
+    FollowingWay(NetworkKind kind, Random& random)
     {
+        using std::chrono::milliseconds;
+        switch (kind) {
+        case NetworkKind::Near:
+            fDelay = random.upTo(milliseconds(random.chance(50) ? 1 : 10));
+            fJitter = random.upTo(milliseconds(random.chance(50) ? 1 : 5));
+            fPerByte = Duration(random.chance(50) ? 8 : random.between(8, 400));
+            break;
+        case NetworkKind::Far:
+            fDelay = random.upTo(milliseconds(150));
+            fJitter = random.upTo(milliseconds(40));
+            fPerByte = Duration(random.between(8, 8000));
+            break;
+        case NetworkKind::Poor: // a round trip of 80 ms that strays by 40, and 2 Mbit/s
+            fDelay = milliseconds(20);
+            fJitter = milliseconds(40);
+            fPerByte = Duration(4000);
+            break;
+        }
     }
 
     Duration delay() const { return fDelay; }
-    Duration longestDelay() const { return fDelay + fJitter; }
 
     /// When that arrives which is sent now.
     Time arrival(Time now, std::size_t bytes, Random& random)
@@ -38,9 +52,9 @@ public:
     void clear(Time now) { fFreeAt = fLastArrival = now; }
 
 private:
-    Duration fDelay;
-    Duration fJitter;
-    Duration fPerByte;
+    Duration fDelay{};
+    Duration fJitter{};
+    Duration fPerByte{};
     Time fFreeAt{};
     Time fLastArrival{};
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulation/agenda.h"
+#include "simulation/network_kind.h"
 #include "simulation/random.h"
 #include "simulation/trace.h"
 
@@ -17,7 +18,16 @@ struct FollowingWorld
     using Time = Agenda::Time;
     using Duration = Agenda::Duration;
 
-    FollowingWorld(std::uint64_t seed, bool isTraced) : random(seed), trace(agenda, isTraced) {}
+    FollowingWorld(std::uint64_t seed, bool isTraced)
+        : random(seed),
+          network(random.chance(50)   ? NetworkKind::Near
+                  : random.chance(50) ? NetworkKind::Far
+                                      : NetworkKind::Poor),
+          slowness(random.chance(10) ? 10 : 1),
+          isLively(random.chance(60)),
+          trace(agenda, isTraced)
+    {
+    }
 
     Time now() const { return agenda.now(); }
     /// For the trace.
@@ -27,6 +37,9 @@ struct FollowingWorld
     }
 
     Random random;
+    const NetworkKind network;
+    const int slowness;  ///< of callers and robot: so many times the usual rhythms
+    const bool isLively; ///< most keys change all the time
     Agenda agenda;
     const Trace trace;
     bool isCalm = true; ///< nothing has gone wrong yet

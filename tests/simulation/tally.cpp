@@ -39,8 +39,10 @@ void Tally::add(const Tally& other)
         events[i] += other.events[i];
     for (std::size_t i = 0; i < waits.size(); ++i)
         waits[i] += other.waits[i];
-    steadyCalls += other.steadyCalls;
-    steadyAnswered += other.steadyAnswered;
+    for (std::size_t i = 0; i < steady.size(); ++i) {
+        steady[i].calls += other.steady[i].calls;
+        steady[i].answered += other.steady[i].answered;
+    }
 }
 
 std::uint64_t Tally::medianEvents() const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulation/fault.h"
+#include "simulation/network_kind.h"
 
 #include <algorithm>
 #include <array>
@@ -20,13 +21,20 @@ struct Tally
     std::array<std::array<std::uint64_t, linkDoings>, faults> met{}; ///< fault by doing
     std::array<std::uint64_t, fMostCounted + 1> events{}; ///< schedules with so many events
     std::array<std::uint64_t, fTenths> waits{};           ///< where in their bounds they lay
-    std::uint64_t steadyCalls = 0; ///< of followers, while nothing goes wrong
-    std::uint64_t steadyAnswered = 0;
+
+    /// Calls of followers while nothing goes wrong.
+    struct Steady
+    {
+        std::uint64_t calls = 0;
+        std::uint64_t answered = 0;
+    };
+    std::array<Steady, networkKinds> steady{};
 
     void meet(Fault fault, LinkDoing doing)
     {
         ++met[static_cast<std::size_t>(fault)][static_cast<std::size_t>(doing)];
     }
+    Steady& steadyOf(NetworkKind kind) { return steady[static_cast<std::size_t>(kind)]; }
     /// A schedule had so many events.
     void count(std::uint64_t eventsOfIt)
     {
