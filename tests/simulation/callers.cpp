@@ -20,12 +20,18 @@ using std::chrono::milliseconds;
 constexpr std::int64_t bytesPerCall = 4096;
 constexpr std::int64_t bytesPerKey = 256;
 
+/// Of a key that the robot has, or, below 0, of one so long that it has not.
+std::string nameOf(int key)
+{
+    return key < 0 ? std::string(static_cast<std::size_t>(-key), 'n') : keyName(key);
+}
+
 ZoValue requestOf(const std::vector<int>& keys)
 {
     ZoValue::Elements request;
     request.reserve(keys.size());
     for (const int key : keys)
-        request.push_back(ZoValue::fromElements({ZoValue(keyName(key)), ZoValue(0)}));
+        request.push_back(ZoValue::fromElements({ZoValue(nameOf(key)), ZoValue(0)}));
     return ZoValue::fromElements(std::move(request));
 }
 
@@ -54,12 +60,15 @@ std::shared_ptr<zo::Call> Callers::make(const LinkSettings& settings, bool isLat
     Call call;
     call.begin = fAgenda.now();
     const int kind = fRandom.between(1, 100);
-    if (kind <= 72)
+    if (fWantsMuch && kind <= 50)
+        storeValues(call);
+    else if (fWantsMuch || kind <= 72)
         askForValues(call);
     else if (kind <= 80)
         askForNames(call);
     else
         storeValues(call);
+    fWantsMuch = false;
     require(told(*call.exchange) == "nothing", "a caller is told nothing before the end",
             [&] { return call.exchange->name(); });
     fCalls.push_back(call);
@@ -83,12 +92,8 @@ void Callers::make(Call& call, const char* name, SharedText bytes, Inquiry::Part
 
 void Callers::askForValues(Call& call)
 {
-    if (!fLast || fRandom.chance(20)) {
-        const int count = fRandom.chance(2) ? fRandom.between(990, 2100) : fRandom.between(1, 6);
-        std::vector<int> keys;
-        keys.reserve(count);
-        for (int i = 0; i < count; ++i)
-            keys.push_back(static_cast<int>(fRandom.below(fMemory.keys())));
+    if (!fLast || fWantsMuch || fRandom.chance(20)) {
+        const auto keys = someKeys(fWantsMuch || fRandom.chance(2));
         fLast = std::make_shared<const ListRequest>(requestOf(keys), noneForbidden());
     }
     call.list = fLast;
@@ -99,6 +104,21 @@ void Callers::askForValues(Call& call)
     }
     call.values = std::make_shared<ValuesSink>(call.list, ZoValue::Elements(call.list->count()));
     make(call, "MGET", call.list->bytes(), call.list->parts(), call.values, call.list->count());
+}
+
+/// Many of them may take more than a slice, and more than may go out unanswered.
+std::vector<int> Callers::someKeys(bool areMany)
+{
+    const int count = areMany ? fRandom.between(990, 2100) : fRandom.between(1, 6);
+    const bool areLong = fWantsMuch || (areMany && fRandom.chance(30));
+    std::vector<int> keys;
+    keys.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const bool isLong = areLong && fRandom.chance(30);
+        keys.push_back(isLong ? -fRandom.between(100, 1000)
+                              : static_cast<int>(fRandom.below(fMemory.keys())));
+    }
+    return keys;
 }
 
 void Callers::askForNames(Call& call)
@@ -121,7 +141,7 @@ void Callers::storeValues(Call& call)
             ZoValue::fromElements({ZoValue(keyName(key)), robotValue(call.store.back())}));
     }
     // A large text, which takes several slices, beside them.
-    if (fRandom.chance(4))
+    if (fWantsMuch || fRandom.chance(4))
         pairs.push_back(ZoValue::fromElements(
             {ZoValue("Camera/Picture"),
              ZoValue(std::string(static_cast<std::size_t>(fRandom.between(64000, 200000)), 'p'))}));
@@ -174,8 +194,8 @@ void Callers::checkValues(const Call& call) const
     for (int i = 0; i < call.list->count(); ++i) {
         const int key = keyNumber(call.list->key(i));
         const ValueId id = valueIdOf(values[static_cast<std::size_t>(i)]);
-        require(fMemory.hasHeld(key, id, call.begin), "a value was the robot's during the call",
-                [&] {
+        require(key < 0 ? id == noValue : fMemory.hasHeld(key, id, call.begin),
+                "a value was the robot's during the call", [&] {
                     return call.list->key(i) + " is said to be " +
                            values[static_cast<std::size_t>(i)].toString(ZoBrief);
                 });

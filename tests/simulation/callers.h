@@ -40,6 +40,8 @@ public:
     int answered() const { return fAnswered; }
     /// All have ended, and nothing keeps them.
     void checkEnd();
+    /// The next call's request is long.
+    void wantMuch() { fWantsMuch = true; }
     /// From now on no call is in a greater hurry than those of the memory module.
     void calmDown() { fIsInHurry = false; }
     /// Bytes that the link may use for what is under way.
@@ -58,6 +60,7 @@ private:
     };
 
     void askForValues(Call& call);
+    std::vector<int> someKeys(bool areMany);
     void askForNames(Call& call);
     void storeValues(Call& call);
     void checkAnswer(const Call& call) const;
@@ -73,6 +76,7 @@ private:
     const zo::LinkSettings* fSettings = nullptr; ///< while a call is made
     bool fIsLate = false;
     bool fIsInHurry = true;
+    bool fWantsMuch = false;
     std::shared_ptr<const zo::ListRequest> fLast; ///< polls ask for the same again
     std::vector<Call> fCalls;
     std::vector<std::weak_ptr<zo::Call>> fAll;

@@ -41,6 +41,7 @@ const char* nameOf(Fault fault)
                                             "push",
                                             "push inside a reply",
                                             "reply breaks off",
+                                            "reply comes early",
                                             "death inside a reply",
                                             "clock jumps",
                                             "woken late",
@@ -97,6 +98,8 @@ const char* whyImpossible(Fault fault, LinkDoing doing)
     case Fault::TooFewElements:
     case Fault::PushInsideReply:
         return unless(doing == LinkDoing::Busy, "nobody asks for values");
+    case Fault::ReplyComesEarly:
+        return unless(doing == LinkDoing::Busy, "no request is long");
     case Fault::WokenLate:
         return unless(!isOver, "nothing is due");
     case Fault::MemoryRunsOut:

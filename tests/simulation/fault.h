@@ -53,6 +53,7 @@ enum class Fault
     Push,
     PushInsideReply,
     ReplyBreaksOff,
+    ReplyComesEarly,
     DeathInsideReply,
     // of the machine's own side
     ClockJumps,

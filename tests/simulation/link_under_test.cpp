@@ -172,6 +172,12 @@ void LinkUnderTest::call(bool isLate)
     report([&](Time now) { fMachine.call(now, exchange); }, [&] { fExpected.call(exchange); });
 }
 
+void LinkUnderTest::callForMuch()
+{
+    fWorld.callers.wantMuch();
+    call(false);
+}
+
 void LinkUnderTest::giveUpCall()
 {
     auto exchange = fWorld.callers.giveUp();

@@ -44,6 +44,7 @@ public:
 
     void start();
     void call(bool isLate);
+    void callForMuch();
     /// One that is under way, or else one that has ended.
     void giveUpCall();
     void wake();

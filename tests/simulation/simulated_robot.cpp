@@ -12,6 +12,9 @@ using namespace zo;
 
 namespace {
 
+// Of one that takes several slices, so much is there before the rest.
+constexpr std::size_t longCommand = 60000;
+
 std::string lowered(std::string_view text)
 {
     std::string result(text);
@@ -87,9 +90,24 @@ void SimulatedRobot::receive(RobotSession& session, std::string_view bytes)
     session.input.append(bytes);
     std::string_view rest = session.input;
     Words words;
-    while (!session.isMute && !rest.empty() && takeCommand(rest, words))
-        execute(session, words);
+    while (!session.isMute && !rest.empty() && takeCommand(rest, words)) {
+        if (!std::exchange(session.isAhead, false))
+            execute(session, words);
+    }
+    answerEarly(session, rest.size());
     session.input.erase(0, session.input.size() - rest.size());
+}
+
+/// Refuses a command that is long, when no more than so much of it is there.
+void SimulatedRobot::answerEarly(RobotSession& session, std::size_t arrived)
+{
+    const bool isLong = arrived >= longCommand && !session.isMute && !session.isAhead;
+    if (nextReply != Fault::ReplyComesEarly || !isLong)
+        return;
+    nextReply = Fault::None;
+    session.isAhead = true;
+    session.answers.say("-ERR Protocol error: invalid bulk length\r\n", Word::Refusal,
+                        Fault::ReplyComesEarly);
 }
 
 void SimulatedRobot::push(RobotSession& session)

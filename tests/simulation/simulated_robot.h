@@ -16,6 +16,7 @@ struct RobotSession
     bool isLoggedIn = false;
     bool hangsUp = false; ///< when all that was said has arrived
     bool isMute = false;  ///< the robot neither reads nor says anything any more
+    bool isAhead = false; ///< what comes first has its reply already
     std::string input;    ///< not yet a whole command
     AnswerStream answers;
 };
@@ -57,6 +58,7 @@ public:
 private:
     void execute(RobotSession& session, const Words& words);
     void answer(RobotSession& session, const Words& words, std::string_view name);
+    void answerEarly(RobotSession& session, std::size_t arrived);
     void logIn(RobotSession& session, const Words& words);
     void values(RobotSession& session, const Words& words);
     void listValues(const Words& words, std::size_t announced, std::string_view inside = {});

@@ -213,6 +213,8 @@ bool Strikes::strikeRobot(Fault fault)
             fWorld.network.push();
         else
             fWorld.robot.nextReply = fault;
+        if (fault == Fault::ReplyComesEarly)
+            fWorld.link.callForMuch();
     }
     return true;
 }
