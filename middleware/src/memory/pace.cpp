@@ -31,15 +31,22 @@ constexpr std::chrono::seconds timeUntilLate{9};
 
 void Pace::called(Time now)
 {
-    if (fHasCalled) {
-        const Duration period = now - fLastCall;
-        const bool isRepeated = std::chrono::abs(period - fLastPeriod) <= period / 4;
-        fIsKnown = period <= byHand || (isRepeated && fLastPeriod > Duration(0));
-        fLastPeriod = period;
-        fPeriod.add(period);
-    }
+    if (fHasCalled)
+        learn(now - fLastCall);
     fHasCalled = true;
     fLastCall = now;
+}
+
+// Two periods that are alike tell of the rhythm, whatever came before them: the first call waits
+// for the robot, and much may be in the way of others.
+void Pace::learn(Duration period)
+{
+    const bool isRepeated = std::chrono::abs(period - fLastPeriod) <= period / 4;
+    fIsKnown = period <= byHand || (isRepeated && fLastPeriod > Duration(0));
+    fLastPeriod = period;
+    if (isRepeated && std::chrono::abs(period - fPeriod.mean()) > period / 4)
+        fPeriod = {};
+    fPeriod.add(period);
 }
 
 bool Pace::isOver(Time now) const

@@ -50,6 +50,7 @@ public:
     Duration freshness() const;
 
 private:
+    void learn(Duration period);
     Duration lead() const;
 
     SmoothedTime fPeriod;

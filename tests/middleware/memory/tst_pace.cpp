@@ -47,6 +47,7 @@ private slots:
     void oneCallMakesNoRhythm();
     void twoCallsByATimerMakeOne();
     void callsByHandMakeOneWhenTheyRepeat();
+    void whatRepeatsIsTheRhythmWhateverCameBefore();
     void whoMissesTwoPeriodsIsOver();
     void aRoundIsAnsweredJustBeforeTheNextCall();
     void overALongWayItIsMeantForACallBehindTheNext();
@@ -89,6 +90,17 @@ void TestPace::callsByHandMakeOneWhenTheyRepeat()
     QVERIFY(pace.isKnown());
     pace.called(start + seconds(12));
     QVERIFY(!pace.isKnown());
+}
+
+void TestPace::whatRepeatsIsTheRhythmWhateverCameBefore()
+{
+    Pace pace = paceOf(seconds(5));
+    pace.called(start + milliseconds(600));
+    QVERIFY(pace.period() > seconds(4)); // once is by chance
+    pace.called(start + milliseconds(1220));
+    QVERIFY(pace.period() == milliseconds(620));
+    pace.called(start + milliseconds(1820));
+    QVERIFY(pace.period() > milliseconds(600) && pace.period() < milliseconds(620));
 }
 
 void TestPace::whoMissesTwoPeriodsIsOver()
