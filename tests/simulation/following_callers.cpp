@@ -137,7 +137,8 @@ void ListCaller::end(const Values& values)
     if (values)
         fWorld.rules.check({fWho, fList, fKeys, *values});
     if (isSteady()) {
-        Tally::Steady& steady = fWorld.tally.steadyOf(fWorld.common.network);
+        Tally::Steady& steady = fWorld.tally.steadyOf(
+            fWorld.common.network, std::chrono::duration_cast<milliseconds>(fPeriod));
         ++steady.calls;
         steady.answered += values ? 1 : 0;
     }

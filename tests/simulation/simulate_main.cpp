@@ -14,8 +14,9 @@ namespace {
 constexpr std::uint64_t enoughForTable = 100000;
 constexpr std::uint64_t leastOfCell = 100;
 
-// Of the steady calls over each kind of network: where nothing is promised, 0 %.
-constexpr std::uint64_t enoughForShare = 100000;
+// Of the steady calls over each kind of network, in each kind of rhythm: where nothing is promised,
+// 0 %.
+constexpr std::uint64_t enoughForShare = 20000;
 constexpr std::uint64_t leastPercentAnswered[networkKinds] = {95, 0, 80};
 
 /// Whether there were no violations.
@@ -50,25 +51,31 @@ int judgeLink(const Tally& tally)
 }
 
 /// Whether enough of the steady calls found an answer.
-bool judgeSteady(NetworkKind kind, const Tally::Steady& steady)
+bool judgeSteady(NetworkKind kind, std::size_t rhythm, const Tally::Steady& steady)
 {
     const double percent = 100.0 * static_cast<double>(steady.answered) /
                            static_cast<double>(std::max<std::uint64_t>(steady.calls, 1));
-    std::printf("network %s: %llu steady calls, %.1f %% of them found an answer\n", nameOf(kind),
-                static_cast<unsigned long long>(steady.calls), percent);
     const std::uint64_t least = leastPercentAnswered[static_cast<int>(kind)];
-    if (steady.calls < enoughForShare || steady.answered * 100 >= steady.calls * least)
-        return true;
-    std::printf("  which is less than %llu %%\n", static_cast<unsigned long long>(least));
-    return false;
+    const bool isGood =
+        steady.calls < enoughForShare || steady.answered * 100 >= steady.calls * least;
+    const int bound = rhythm < Tally::fRhythms.size() ? Tally::fRhythms[rhythm] : 10000;
+    std::printf("%-8s%8d ms%12llu%12.1f %%", nameOf(kind), bound,
+                static_cast<unsigned long long>(steady.calls), percent);
+    if (!isGood)
+        std::printf("  less than %llu %%", static_cast<unsigned long long>(least));
+    std::printf("\n");
+    return isGood;
 }
 
 int judgeFollowers(const Tally& tally)
 {
     bool isGood = judgeSchedules(tally);
+    std::printf("%-8s%11s%12s%14s\n", "network", "period to", "steady", "answered");
     for (int kind = 0; kind < networkKinds; ++kind) {
-        if (!judgeSteady(static_cast<NetworkKind>(kind), tally.steady[kind]))
-            isGood = false;
+        for (std::size_t rhythm = 0; rhythm < Tally::fRhythmCount; ++rhythm) {
+            if (!judgeSteady(static_cast<NetworkKind>(kind), rhythm, tally.steady[kind][rhythm]))
+                isGood = false;
+        }
     }
     return isGood ? kit::exitDone : kit::exitFailed;
 }

@@ -40,8 +40,10 @@ void Tally::add(const Tally& other)
     for (std::size_t i = 0; i < waits.size(); ++i)
         waits[i] += other.waits[i];
     for (std::size_t i = 0; i < steady.size(); ++i) {
-        steady[i].calls += other.steady[i].calls;
-        steady[i].answered += other.steady[i].answered;
+        for (std::size_t j = 0; j < steady[i].size(); ++j) {
+            steady[i][j].calls += other.steady[i][j].calls;
+            steady[i][j].answered += other.steady[i][j].answered;
+        }
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 
 /// What is counted over many schedules. A plain record, so that several processes can each fill
@@ -28,13 +29,21 @@ struct Tally
         std::uint64_t calls = 0;
         std::uint64_t answered = 0;
     };
-    std::array<Steady, networkKinds> steady{};
+    static constexpr std::array<int, 3> fRhythms{100, 300, 1000}; ///< their bounds, in ms
+    static constexpr std::size_t fRhythmCount = fRhythms.size() + 1;
+    std::array<std::array<Steady, fRhythmCount>, networkKinds> steady{};
 
     void meet(Fault fault, LinkDoing doing)
     {
         ++met[static_cast<std::size_t>(fault)][static_cast<std::size_t>(doing)];
     }
-    Steady& steadyOf(NetworkKind kind) { return steady[static_cast<std::size_t>(kind)]; }
+    /// Of those with such a period.
+    Steady& steadyOf(NetworkKind kind, std::chrono::milliseconds period)
+    {
+        const auto* const bound =
+            std::upper_bound(fRhythms.begin(), fRhythms.end(), period.count());
+        return steady[static_cast<std::size_t>(kind)][bound - fRhythms.begin()];
+    }
     /// A schedule had so many events.
     void count(std::uint64_t eventsOfIt)
     {
