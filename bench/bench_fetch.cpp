@@ -3,6 +3,7 @@
 // and reading numbers back. Prints the ratios that matter and the memory that a model takes.
 
 #include "ratios.h"
+#include "raw_fetch.h"
 
 #include "gc_interface.h"
 #include "module.h"
@@ -14,7 +15,6 @@
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
-#include <hiredis/hiredis.h>
 #include <malloc.h>
 
 #include <algorithm>
@@ -154,68 +154,17 @@ void fetchCold(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-/// The peer's connection, and the requests that read a list in chunks as large as ours.
-class RawFetch
+std::vector<std::string> keyNames(int keys)
 {
-public:
-    explicit RawFetch(int keys) : fContext(redisConnect("127.0.0.1", robot().port()), &redisFree)
-    {
-        for (int i = 0; i < keys; ++i)
-            fNames.push_back(keyName(i));
-    }
-
-    /// The bytes of all requests.
-    void format()
-    {
-        fRequests.clear();
-        for (std::size_t begin = 0; begin < fNames.size(); begin += fChunk)
-            fRequests.push_back(formatted(begin, std::min(fNames.size(), begin + fChunk)));
-    }
-
-    /// All requests at once, and then the replies; whether all came.
-    bool fetch()
-    {
-        for (const std::string& request : fRequests)
-            redisAppendFormattedCommand(fContext.get(), request.data(), request.size());
-        bool isWhole = true;
-        for (std::size_t i = 0; i < fRequests.size(); ++i) {
-            void* reply = nullptr;
-            isWhole = redisGetReply(fContext.get(), &reply) == REDIS_OK && isWhole &&
-                      static_cast<redisReply*>(reply)->type == REDIS_REPLY_ARRAY;
-            freeReplyObject(reply);
-        }
-        return isWhole;
-    }
-
-private:
-    static constexpr std::size_t fChunk = 1000;
-
-    std::string formatted(std::size_t begin, std::size_t end) const
-    {
-        std::vector<const char*> texts{"MGET"};
-        std::vector<std::size_t> sizes{4};
-        for (std::size_t i = begin; i < end; ++i) {
-            texts.push_back(fNames[i].data());
-            sizes.push_back(fNames[i].size());
-        }
-        char* bytes = nullptr;
-        const auto size = redisFormatCommandArgv(&bytes, static_cast<int>(texts.size()),
-                                                 texts.data(), sizes.data());
-        if (size < 0)
-            throw std::runtime_error("the request for the peer cannot be made");
-        std::string request(bytes, static_cast<std::size_t>(size));
-        redisFreeCommand(bytes);
-        return request;
-    }
-
-    std::unique_ptr<redisContext, decltype(&redisFree)> fContext;
-    std::vector<std::string> fNames;
-    std::vector<std::string> fRequests;
-};
+    std::vector<std::string> names;
+    for (int i = 0; i < keys; ++i)
+        names.push_back(keyName(i));
+    return names;
+}
 
 void fetchRawMget(benchmark::State& state)
 {
-    RawFetch raw(static_cast<int>(state.range(0)));
+    RawFetch raw(robot().port(), keyNames(static_cast<int>(state.range(0))));
     raw.format();
     for (auto _ : state) {
         if (!raw.fetch())
@@ -226,7 +175,7 @@ void fetchRawMget(benchmark::State& state)
 
 void fetchRawCold(benchmark::State& state)
 {
-    RawFetch raw(static_cast<int>(state.range(0)));
+    RawFetch raw(robot().port(), keyNames(static_cast<int>(state.range(0))));
     for (auto _ : state) {
         raw.format();
         if (!raw.fetch())

@@ -18,13 +18,16 @@
 
 #include <memory>
 
-/// A panel on a robot's memory that the test controls, and its parts as a user knows them.
+/// A panel on a robot's memory that the test controls, or on another, and its parts as a user knows
+/// them.
 class Panel
 {
 public:
-    Panel()
+    Panel() : Panel(nullptr) {}
+    /// On `proxy`; null: on `memory`.
+    explicit Panel(const boost::shared_ptr<ZoMemoryProxy>& proxy)
     {
-        module = boost::make_shared<Module>(memory.proxy());
+        module = boost::make_shared<Module>(proxy ? proxy : memory.proxy());
         widget = std::make_unique<Widget>(module, QString(), nullptr);
         module->fGCInterface = widget.get();
     }
