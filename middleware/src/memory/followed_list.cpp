@@ -301,6 +301,8 @@ void FollowedList::forget()
     fUnderWay.clear();
     fRefused.clear();
     fEnded = fBegun;
+    fCredit = 0; // the first call on the next connection begins a round, and at once
+    fIsUrgent = true;
     fHasAnswer = false;
     fFailure.clear();
     fPlannedAt = 0;

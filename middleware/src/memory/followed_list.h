@@ -59,6 +59,8 @@ public:
 
     /// The caller asks.
     void called(Time now);
+    /// The same while the link is down: it allows no round.
+    void calledInVain(Time now) { fPace.called(now); }
     /// Whether it asks again and again.
     bool isFollowed() const { return fPace.isKnown(); }
     /// Whether the link has any of its values for another list as well.

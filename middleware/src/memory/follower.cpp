@@ -21,6 +21,12 @@ Follower::Asked Follower::ask(Time now, const FollowingCaller& caller, const ZoV
     return {{}, list, isComing ? Patience::Brief : Patience::None};
 }
 
+void Follower::askedInVain(Time now, const FollowingCaller& caller, const ZoValue& request)
+{
+    if (const List list = find(caller, request))
+        list->calledInVain(now);
+}
+
 // Who asks for several lists must not see a key go back in time from one to the other.
 std::optional<ZoValue::Elements> Follower::answer(Time now, const List& list)
 {

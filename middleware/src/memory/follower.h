@@ -61,6 +61,8 @@ public:
 
     /// A call of getListData. Throws ZoError when `request` is malformed, and ServerRefusal.
     Asked ask(Time now, const FollowingCaller& caller, const ZoValue& request);
+    /// A call that fails, as the link is down: its caller goes on, and keeps his list.
+    void askedInVain(Time now, const FollowingCaller& caller, const ZoValue& request);
     /// Looks again, for a call that waits.
     std::optional<ZoValue::Elements> answer(Time now, const List& list);
 

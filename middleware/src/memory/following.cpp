@@ -73,12 +73,15 @@ Following::Following(bool wantsNotices)
 
 ZoListAnswer Following::values(Link& link, const void* proxy, const ZoValue& request)
 {
-    link.throwIfDown();
     const Time now = SteadyClock::now();
+    const FollowingCaller caller{proxy, std::this_thread::get_id()};
     Lock lock(fMutex);
+    if (!fIsUp)
+        fFollower.askedInVain(now, caller, request);
+    link.throwIfDown();
     fTrip = link.pulse().shortestRoundTrip();
     try {
-        auto asked = fFollower.ask(now, {proxy, std::this_thread::get_id()}, request);
+        auto asked = fFollower.ask(now, caller, request);
         link.nudge();
         if (!asked.values)
             asked.values = await(lock, link, asked, now);

@@ -30,6 +30,7 @@ private slots:
     void aListLongerThanACommandIsWhole();
     void noCallWaitsForARobotThatHangs();
     void itGoesOnAfterALoss();
+    void noCallWaitsForARobotThatIsBack();
     void manyThreadsShareOneProxy();
     void withoutItEachCallReadsTheRobot();
     void anAnswerTellsWhenItCameAndWhatHasChanged_data();
@@ -237,6 +238,45 @@ void TestFollowing::itGoesOnAfterALoss()
     server.command({"SET", "Arm/A", "2"});
     TRY_VERIFY(broker->isConnected() && broker->linkStatus().since != since);
     QVERIFY(polls(memory, request, [](const ZoValue& values) { return values[0] == ZoValue(2); }));
+}
+
+// Who stops to ask is forgotten after a second, but not who asks while the robot is away.
+void TestFollowing::noCallWaitsForARobotThatIsBack()
+{
+    using Clock = std::chrono::steady_clock;
+    std::promise<void> isBack;
+    std::promise<void> isOver;
+    FakeRobot robot([back = isBack.get_future().share(),
+                     over = isOver.get_future().share()](FakeConnection& connection) {
+        if (connection.number() > 0)
+            back.wait();
+        connection.greet();
+        for (int round = 0; connection.number() == 0 && round < 5; ++round) {
+            while (connection.readCommand().at(0) != "MGET")
+                connection.send("+PONG\r\n");
+            connection.send("*1\r\n$1\r\n1\r\n");
+        }
+        if (connection.number() > 0)
+            over.wait(); // and answers nothing
+    });
+    const auto broker = linkTo(robot.port(), following(quietOptions()));
+    ZoMemoryProxy memory = memoryOf(broker);
+    const ZoValue request = requestFor({"Arm/A"});
+    const auto call = [&] {
+        errorOf([&] { memory.getListData(request); });
+        pauseAsAPanelDoes();
+        return true;
+    };
+    while (broker->isConnected())
+        call();
+    for (const auto end = Clock::now() + std::chrono::milliseconds(1500); Clock::now() < end;)
+        call();
+    isBack.set_value();
+    TRY_VERIFY(call() && broker->isConnected());
+    // Calls of the other kind wait for minutes here.
+    for (int calls = 0; calls < 10; ++calls)
+        call();
+    isOver.set_value();
 }
 
 void TestFollowing::manyThreadsShareOneProxy()
