@@ -70,8 +70,9 @@ void FollowedList::called(Time now)
 {
     fPace.called(now);
     fCredit = std::min(fCredit + 1, mostCredit);
-    // A round that should have begun by now is late.
-    fIsUrgent = fIsUrgent || fBeginAt <= now || !isFollowed();
+    // A round that should have begun by now is late, and one that was just about to begin is not
+    // left out because this call comes early.
+    fIsUrgent = fIsUrgent || fBeginAt <= now + fPace.period() / 4 || !isFollowed();
     fBeginAt = isFollowed() ? fPace.beginOfRound() : Time::max();
 }
 
@@ -127,7 +128,9 @@ std::shared_ptr<Round> FollowedList::begin(Time now, bool canTell, Places& place
     if (isMore)
         return round;
     --fCredit;
-    if (!std::exchange(fIsUrgent, false))
+    // An urgent one is for the last call. Without another to spend it is also the one that was to
+    // begin later: that is not late when the next call comes.
+    if (!std::exchange(fIsUrgent, false) || fCredit == 0)
         fBeginAt = Time::max();
     return round;
 }

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "memory/follower.h"
+#include "support/guarded_test.h"
+#include "support/register_test.h"
+#include "support/request_for.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <deque>
+#include <string>
+
+using namespace zo;
+using namespace std::chrono_literals;
+
+/// When rounds begin and what they ask for, on a network and with a caller of the test's own, in
+/// its own time.
+class TestRoundTimes : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aRoundIsAnsweredJustBeforeACall();
+    void aCallThatComesEarlyCostsNoRound();
+    void whatIsAllWrittenIsReadWithoutNotices();
+};
+
+namespace {
+
+using Time = Follower::Time;
+
+/// One caller, one list, and a robot whose answers take always the same time.
+class Bench
+{
+public:
+    Bench(int keys, bool canTell, Pace::Duration way)
+        : fRequest(requestFor(namesOf(keys))), fWay(way)
+    {
+        follower.cameUp(canTell);
+    }
+
+    static std::vector<std::string> namesOf(int keys)
+    {
+        std::vector<std::string> names;
+        for (int i = 0; i < keys; ++i)
+            names.push_back("Key/" + std::to_string(i));
+        return names;
+    }
+
+    void passUntil(Time until)
+    {
+        for (Time next = nextEvent(); next <= until; next = nextEvent()) {
+            fNow = std::max(fNow, next);
+            if (!fUnderWay.empty() && fUnderWay.front().round->begin() + fWay <= fNow)
+                answer();
+            begin();
+        }
+        fNow = until;
+    }
+
+    /// How long ago the values were asked for that the call gets; the longest time, if none.
+    Pace::Duration call()
+    {
+        const auto asked = follower.ask(fNow, {this, {}}, fRequest);
+        begin();
+        if (!asked.values)
+            return Pace::Duration::max();
+        return fNow - Time(Pace::Duration(std::get<std::int64_t>(asked.values->front().data())));
+    }
+
+    /// Some keys from the first one on are written, as the link hears.
+    void hearOf(int keys)
+    {
+        for (const std::string& name : namesOf(keys))
+            follower.noticed(name);
+    }
+
+    Follower follower;
+    std::deque<Follower::Begun> begun; ///< all rounds
+
+private:
+    Time nextEvent() const
+    {
+        const Time arrival =
+            fUnderWay.empty() ? Time::max() : fUnderWay.front().round->begin() + fWay;
+        return std::min(arrival, follower.wakeAt());
+    }
+
+    void begin()
+    {
+        while (const auto round = follower.begin(fNow)) {
+            begun.push_back(*round);
+            fUnderWay.push_back(*round);
+        }
+    }
+
+    void answer()
+    {
+        const Follower::Begun round = fUnderWay.front();
+        fUnderWay.pop_front();
+        const RoundPlan& plan = *round.round->plan();
+        const std::string value = std::to_string(round.round->begin().time_since_epoch().count());
+        const int reply = plan.repliesPerCommand() - 1;
+        const int keys = static_cast<int>(plan.keys().size());
+        bool isTaken = round.round->take({reply, 0, 0}, {ReplyKind::Array, {}, keys});
+        for (int key = 0; key < keys; ++key)
+            isTaken = round.round->take({reply, 1, key}, {ReplyKind::Text, value}) && isTaken;
+        QVERIFY(isTaken);
+        follower.ended(round, true, ++fOrder, fNow, fWay);
+    }
+
+    const ZoValue fRequest;
+    const Pace::Duration fWay;
+    Time fNow{1h};
+    std::deque<Follower::Begun> fUnderWay;
+    std::uint64_t fOrder = 0;
+};
+
+constexpr auto period = 100ms;
+
+/// When the call of this number comes, of one that is never more than 2 ms off.
+Time timeOf(int call)
+{
+    constexpr std::chrono::milliseconds strays[] = {0ms, 1ms, -2ms, 2ms, -1ms, 0ms, -2ms};
+    return Time(2h) + call * period + strays[call % 7];
+}
+
+} // namespace
+
+void TestRoundTimes::aRoundIsAnsweredJustBeforeACall()
+{
+    for (const auto way : {1ms, 98ms, 130ms, 301ms, 399ms}) {
+        Bench bench(1, false, way);
+        for (int call = 0; call < 200; ++call) {
+            bench.passUntil(timeOf(call));
+            const auto age = bench.call();
+            if (call > 60)
+                QVERIFY2(age < way + 20ms, std::to_string(age.count()).c_str());
+        }
+    }
+}
+
+void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
+{
+    for (const auto way : {1ms, 95ms, 99ms, 195ms, 301ms, 395ms}) {
+        Bench bench(1, false, way);
+        for (int call = 0; call < 200; ++call) {
+            bench.passUntil(timeOf(call));
+            bench.call();
+        }
+        QVERIFY2(bench.begun.size() > 190, std::to_string(bench.begun.size()).c_str());
+    }
+}
+
+void TestRoundTimes::whatIsAllWrittenIsReadWithoutNotices()
+{
+    Bench bench(100, true, 10ms);
+    int told = 0;
+    for (int call = 0; call < 200; ++call) {
+        bench.passUntil(timeOf(call));
+        bench.hearOf(100);
+        bench.call();
+        told += bench.begun.back().round->plan()->telling() == Telling::Wanted ? 1 : 0;
+    }
+    QVERIFY(told > 0 && told < 20);
+}
+
+REGISTER_TEST(TestRoundTimes, NoApplication)
+#include "tst_round_times.moc"
