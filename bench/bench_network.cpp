@@ -20,7 +20,8 @@
 #include <cstdio>
 #include <exception>
 
-using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
 
 namespace {
 
@@ -73,12 +74,12 @@ Choice choiceOf(const QStringList& words)
     Choice choice;
     choice.isSmoke = parser.isSet("smoke");
     if (choice.isSmoke) {
-        choice.time = 200ms;
+        choice.time = milliseconds(200);
         choice.keys = {20};
         choice.profiles = {choice.profiles[0], choice.profiles[2]};
     }
     if (parser.isSet("seconds"))
-        choice.time = std::max(1, parser.value("seconds").toInt()) * 1000ms;
+        choice.time = std::max(1, parser.value("seconds").toInt()) * milliseconds(1000);
     if (parser.isSet("keys")) {
         choice.keys = {std::clamp(parser.value("keys").toInt(), 1, 99999)};
         choice.hasScenes = false;
@@ -109,8 +110,8 @@ int run(const Choice& choice, LoopWatch& loop)
         if (choice.hasCells)
             reportCells(choice, profile, loop, report);
         if (choice.hasScenes)
-            reportScenes(profile, std::min<std::chrono::milliseconds>(choice.time, 3s), loop,
-                         report);
+            reportScenes(profile, std::min<std::chrono::milliseconds>(choice.time, seconds(3)),
+                         loop, report);
     }
     return report.end() ? 0 : 1;
 }

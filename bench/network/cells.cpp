@@ -10,7 +10,8 @@
 #include <algorithm>
 #include <optional>
 
-using namespace std::chrono_literals;
+using std::chrono::microseconds;
+using std::chrono::seconds;
 
 namespace {
 
@@ -60,8 +61,8 @@ private:
     /// Until the link knows the panel's rhythm and the network's, if it comes to that.
     void settle(milliseconds time)
     {
-        const auto most = Clock::now() + std::min<milliseconds>(3 * time, 6s);
-        const int enough = time < 1s ? 2 : 15;
+        const auto most = Clock::now() + std::min<milliseconds>(3 * time, seconds(6));
+        const int enough = time < seconds(1) ? 2 : 15;
         while (fPanel.memory->answered < enough && Clock::now() < most)
             WatchedPanel::pass(period);
     }
@@ -83,7 +84,7 @@ private:
         figures.bytes = {static_cast<double>(fNetwork.bytesUp() - fUp),
                          static_cast<double>(fNetwork.bytesDown() - fDown)};
         figures.ticks = static_cast<double>(fRobot.ticks() - fTicks) / seconds;
-        fLoop.begin(Clock::now() + 1s); // the end of the last stretch
+        fLoop.begin(Clock::now() + std::chrono::seconds(1)); // the end of the last stretch
         figures.stretches = fLoop.stretches;
         figures.own = fLoop.own;
         fLoop.clear();
@@ -131,7 +132,7 @@ std::optional<double> bareMget(const RedisServer& server, const Load& load, mill
         if (!raw.fetch())
             return {};
         times.add(Clock::now() - begin);
-        WatchedPanel::pass(10ms);
+        WatchedPanel::pass(milliseconds(10));
     }
     return times.quantile(0.5);
 }
@@ -159,7 +160,7 @@ public:
         : fProfile(profile), fLoad(load), fReport(report)
     {
         const FetchBytes least = leastBytes(load, static_cast<int>(period / Load::fTick));
-        const double aSecond = 1s / period;
+        const double aSecond = seconds(1) / period;
         fFits = profile.carries(least.up * aSecond, least.down * aSecond);
     }
 
@@ -231,8 +232,8 @@ void reportCell(const NetworkProfile& profile, const Load& load, milliseconds ti
                 Report& report)
 {
     const milliseconds every = profile.way.pauseEvery;
-    if (every > 0ms && time >= 1s)
-        time = (time + every - 1ms) / every * every;
+    if (every > milliseconds(0) && time >= seconds(1))
+        time = (time + every - milliseconds(1)) / every * every;
     const RedisServer server;
     const auto figures = [&](Reading reading) {
         return Measurement(profile, load, server, loop, reading).run(time);
@@ -241,9 +242,9 @@ void reportCell(const NetworkProfile& profile, const Load& load, milliseconds ti
     const Figures plain = figures(Reading::Plain);
     CellReport(profile, load, report).print(followed, plain);
     const bool isCompared = load.keys >= 10000 && load.changing != Load::Changing::All;
-    if (profile.roundTrip() > 0us || !isCompared)
+    if (profile.roundTrip() > microseconds(0) || !isCompared)
         return;
-    const auto bare = bareMget(server, load, std::min<milliseconds>(time, 2s));
+    const auto bare = bareMget(server, load, std::min<milliseconds>(time, seconds(2)));
     report.line("a bare MGET, ms", {}, bare);
     const auto call = followed.calls.quantile(0.5);
     const auto ratio = bare && call ? Report::Figure(*call / *bare) : std::nullopt;

@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
 
 namespace {
 
@@ -31,10 +32,10 @@ NetworkProfile poorWifi()
     auto made = limited(profile("poor",
                                 "poor Wi-Fi: round trip 80 ms, jitter up to 40 ms each way, "
                                 "2 Mbit/s, a pause of 500 ms every 10 s",
-                                80ms, 7.5),
-                        40ms, 2000000);
-    made.way.pause = 500ms;
-    made.way.pauseEvery = 10s;
+                                milliseconds(80), 7.5),
+                        milliseconds(40), 2000000);
+    made.way.pause = milliseconds(500);
+    made.way.pauseEvery = seconds(10);
     return made;
 }
 
@@ -48,12 +49,13 @@ bool NetworkProfile::carries(double bytesUp, double bytesDown) const
 const std::vector<NetworkProfile>& networkProfiles()
 {
     static const std::vector<NetworkProfile> all{
-        profile("loopback", "loopback", 0ms, 9), profile("lan", "LAN: round trip 1 ms", 1ms, 9),
+        profile("loopback", "loopback", milliseconds(0), 9),
+        profile("lan", "LAN: round trip 1 ms", milliseconds(1), 9),
         limited(profile("wifi", "Wi-Fi: round trip 5 ms, jitter up to 5 ms each way, 20 Mbit/s",
-                        5ms, 9),
-                5ms, 20000000),
+                        milliseconds(5), 9),
+                milliseconds(5), 20000000),
         poorWifi(),
-        limited(profile("cellular", "cellular: round trip 300 ms, 1 Mbit/s", 300ms, 9), 0ms,
-                1000000)};
+        limited(profile("cellular", "cellular: round trip 300 ms, 1 Mbit/s", milliseconds(300), 9),
+                milliseconds(0), 1000000)};
     return all;
 }

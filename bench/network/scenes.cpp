@@ -8,8 +8,6 @@
 
 #include <algorithm>
 
-using namespace std::chrono_literals;
-
 namespace {
 
 using Reading = WatchedPanel::Reading;
@@ -90,7 +88,7 @@ private:
     {
         double longest = 0;
         for (int i = 0; i < 3; ++i) {
-            longest = std::max(longest, fPanel.longestCallIn(0ms, [this] {
+            longest = std::max(longest, fPanel.longestCallIn(milliseconds(0), [this] {
                 fPanel.panel.button("Refresh All")->click();
             }));
             WatchedPanel::pass(fPause);
@@ -114,7 +112,8 @@ void reportScenes(const NetworkProfile& profile, milliseconds time, LoopWatch& l
     const Waits followed = Scenes(profile, time, loop, Reading::Followed).play();
     const Waits plain = Scenes(profile, time, loop, Reading::Plain).play();
     const auto trip = profile.roundTrip() + 2 * profile.way.jitter;
-    const double change = std::chrono::duration<double, std::milli>(trip + 50ms).count();
+    const double change =
+        std::chrono::duration<double, std::milli>(trip + milliseconds(50)).count();
     report.begin(profile.text + "; longest call of getListData, " + std::to_string(watched) +
                  " of " + load.text());
     const auto line = [&](const char* what, double Waits::*wait, std::optional<Target> target) {

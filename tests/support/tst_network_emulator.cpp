@@ -16,7 +16,7 @@
 #include <string>
 #include <sys/socket.h>
 
-using namespace std::chrono_literals;
+using std::chrono::milliseconds;
 
 /// The network that tests and benchmarks put between a client and a server.
 class TestNetworkEmulator : public GuardedTest
@@ -106,7 +106,7 @@ void TestNetworkEmulator::bytesArriveAsTheyWereSent()
 {
     const FakeRobot server(echo);
     NetworkWay way;
-    way.jitter = 2ms;
+    way.jitter = milliseconds(2);
     way.rate = 400000000;
     const NetworkEmulator network(server.port(), way);
     const std::string sent = manyBytes(1000000);
@@ -122,16 +122,16 @@ void TestNetworkEmulator::bytesTakeTheirTime()
 {
     const FakeRobot server(echo);
     NetworkWay up;
-    up.delay = 20ms;
+    up.delay = milliseconds(20);
     NetworkWay down;
-    down.delay = 30ms;
+    down.delay = milliseconds(30);
     const NetworkEmulator network(server.port(), up, down);
     Client client(network);
     for (int i = 0; i < 3; ++i) {
         const auto before = Clock::now();
         client.bytes.send(manyBytes(1000));
         client.bytes.readBytes(1000);
-        QVERIFY(Clock::now() - before >= 50ms);
+        QVERIFY(Clock::now() - before >= milliseconds(50));
     }
 }
 
@@ -145,7 +145,7 @@ void TestNetworkEmulator::theRateIsNotExceeded()
     const auto before = Clock::now();
     client.bytes.send(manyBytes(100000));
     client.bytes.readBytes(100000);
-    QVERIFY(Clock::now() - before >= 100ms);
+    QVERIFY(Clock::now() - before >= milliseconds(100));
 }
 
 void TestNetworkEmulator::nothingPassesWhileItIsStopped()
@@ -158,7 +158,7 @@ void TestNetworkEmulator::nothingPassesWhileItIsStopped()
     NetworkWay stopped;
     stopped.isStopped = true;
     NetworkWay slow;
-    slow.delay = 50ms;
+    slow.delay = milliseconds(50);
     NetworkEmulator network(server.port(), stopped, slow);
     Client client(network);
     client.bytes.send("b");
@@ -211,7 +211,7 @@ void TestNetworkEmulator::theEndComesBehindAllBytes()
         connection.send(connection.readBytes(100000)); // and hangs up
     });
     NetworkWay way;
-    way.delay = 5ms;
+    way.delay = milliseconds(5);
     way.rate = 80000000;
     const NetworkEmulator network(server.port(), way);
     Client client(network);
@@ -238,12 +238,15 @@ void TestNetworkEmulator::carriesManyConnections()
     const RedisServer server;
     server.command({"SET", "Arm/Angle", "1"});
     NetworkWay way;
-    way.delay = 1ms;
+    way.delay = milliseconds(1);
     const NetworkEmulator network(server.port(), way);
     for (int i = 0; i < 3; ++i) {
         std::vector<boost::shared_ptr<ZoBroker>> brokers;
-        for (int j = 0; j < 3; ++j)
-            brokers.push_back(linkTo(network.port(), patientOptions()));
+        ZoBrokerOptions options = patientOptions();
+        for (int j = 0; j < 3; ++j) {
+            options.connectTimeout += milliseconds(1); // with the same ones they would share a link
+            brokers.push_back(linkTo(network.port(), options));
+        }
         for (const auto& broker : brokers)
             QVERIFY(memoryOf(broker).getListData(requestFor({"Arm/Angle"}))[0] == ZoValue(1));
         QCOMPARE(server.clients(), 3);

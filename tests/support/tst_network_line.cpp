@@ -9,7 +9,12 @@
 #include <string>
 #include <vector>
 
-using namespace std::chrono_literals;
+using std::chrono::hours;
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::nanoseconds;
+using std::chrono::seconds;
 
 /// What decides when bytes arrive on the other side of a slow network.
 class TestNetworkLine : public GuardedTest
@@ -33,7 +38,7 @@ namespace {
 
 using Line = NetworkLine;
 
-const Line::Time start{1h};
+const Line::Time start{hours(1)};
 
 struct Arrival
 {
@@ -45,7 +50,8 @@ struct Arrival
 std::vector<Arrival> arrivals(Line& line)
 {
     std::vector<Arrival> all;
-    for (Line::Time at = line.dueAt(); at < start + 1min && !line.isOver(at); at = line.dueAt())
+    for (Line::Time at = line.dueAt(); at < start + minutes(1) && !line.isOver(at);
+         at = line.dueAt())
         all.push_back({at, line.take(at)});
     return all;
 }
@@ -64,45 +70,45 @@ void TestNetworkLine::anOpenLineDelaysNothing()
 {
     Line line(NetworkWay(), start, 1);
     QVERIFY(line.dueAt() == Line::Time::max());
-    line.put(start + 1s, "abc");
-    QVERIFY(line.dueAt() == start + 1s);
-    QCOMPARE(line.take(start + 1s), std::string("abc"));
+    line.put(start + seconds(1), "abc");
+    QVERIFY(line.dueAt() == start + seconds(1));
+    QCOMPARE(line.take(start + seconds(1)), std::string("abc"));
     QVERIFY(line.dueAt() == Line::Time::max());
 }
 
 void TestNetworkLine::eachByteComesAfterItsDelay()
 {
     NetworkWay way;
-    way.delay = 40ms;
+    way.delay = milliseconds(40);
     Line line(way, start, 1);
     line.put(start, "a");
-    line.put(start + 10ms, "b");
-    QCOMPARE(line.take(start + 40ms - 1ns), std::string());
-    QCOMPARE(line.take(start + 40ms), std::string("a"));
-    QVERIFY(line.dueAt() == start + 50ms);
-    QCOMPARE(line.take(start + 50ms), std::string("b"));
+    line.put(start + milliseconds(10), "b");
+    QCOMPARE(line.take(start + milliseconds(40) - nanoseconds(1)), std::string());
+    QCOMPARE(line.take(start + milliseconds(40)), std::string("a"));
+    QVERIFY(line.dueAt() == start + milliseconds(50));
+    QCOMPARE(line.take(start + milliseconds(50)), std::string("b"));
 }
 
 void TestNetworkLine::jitterVariesTheDelayAndKeepsTheOrder()
 {
     NetworkWay way;
-    way.delay = 40ms;
-    way.jitter = 40ms;
+    way.delay = milliseconds(40);
+    way.jitter = milliseconds(40);
     Line line(way, start, 1);
     std::string sent;
     for (int i = 0; i < 100; ++i) {
         sent += char(i);
-        line.put(start + i * 100ms, sent.substr(i));
+        line.put(start + i * milliseconds(100), sent.substr(i));
     }
     const std::vector<Arrival> all = arrivals(line);
     QCOMPARE(textOf(all), sent);
     QCOMPARE(all.size(), std::size_t(100));
-    std::vector<Line::Duration> delays;
+    std::vector<Line::Duration> delays(100);
     for (int i = 0; i < 100; ++i)
-        delays.push_back(all[i].at - start - i * 100ms);
+        delays[i] = all[i].at - start - i * milliseconds(100);
     const auto [least, most] = std::minmax_element(delays.begin(), delays.end());
-    QVERIFY(*least >= 40ms && *least < 44ms);
-    QVERIFY(*most > 76ms && *most <= 80ms);
+    QVERIFY(*least >= milliseconds(40) && *least < milliseconds(44));
+    QVERIFY(*most > milliseconds(76) && *most <= milliseconds(80));
 }
 
 void TestNetworkLine::theRateIsKeptTo()
@@ -115,7 +121,7 @@ void TestNetworkLine::theRateIsKeptTo()
     std::size_t passed = 0;
     for (const Arrival& one : arrivals(line)) {
         passed += one.bytes.size();
-        QVERIFY(one.at - start >= std::chrono::microseconds(passed * 8) - 1us);
+        QVERIFY(one.at - start >= std::chrono::microseconds(passed * 8) - microseconds(1));
         QVERIFY(one.at - start <= std::chrono::microseconds(passed * 8));
     }
     QCOMPARE(passed, std::size_t(100000));
@@ -127,26 +133,26 @@ void TestNetworkLine::bytesWaitForThoseBeforeThem()
     way.rate = 8000;
     Line line(way, start, 1);
     line.put(start, std::string(1000, 'a'));
-    line.put(start + 100ms, std::string(1000, 'b'));
-    line.put(start + 10s, "c");
-    QCOMPARE(line.take(start + 2s), std::string(1000, 'a') + std::string(1000, 'b'));
-    QVERIFY(line.dueAt() == start + 10s + 1ms);
+    line.put(start + milliseconds(100), std::string(1000, 'b'));
+    line.put(start + seconds(10), "c");
+    QCOMPARE(line.take(start + seconds(2)), std::string(1000, 'a') + std::string(1000, 'b'));
+    QVERIFY(line.dueAt() == start + seconds(10) + milliseconds(1));
 }
 
 void TestNetworkLine::aPauseHoldsEverythingBack()
 {
     NetworkWay way;
-    way.pause = 500ms;
-    way.pauseEvery = 10s;
+    way.pause = milliseconds(500);
+    way.pauseEvery = seconds(10);
     Line line(way, start, 1);
-    line.put(start + 9499ms, "a");
-    QVERIFY(line.dueAt() == start + 9499ms);
-    QCOMPARE(line.take(start + 9499ms), std::string("a"));
-    line.put(start + 9500ms, "b");
-    line.put(start + 9999ms, "c");
-    QCOMPARE(line.take(start + 9999ms), std::string());
-    QVERIFY(line.dueAt() == start + 10s);
-    QCOMPARE(line.take(start + 10s), std::string("bc"));
+    line.put(start + milliseconds(9499), "a");
+    QVERIFY(line.dueAt() == start + milliseconds(9499));
+    QCOMPARE(line.take(start + milliseconds(9499)), std::string("a"));
+    line.put(start + milliseconds(9500), "b");
+    line.put(start + milliseconds(9999), "c");
+    QCOMPARE(line.take(start + milliseconds(9999)), std::string());
+    QVERIFY(line.dueAt() == start + seconds(10));
+    QCOMPARE(line.take(start + seconds(10)), std::string("bc"));
 }
 
 void TestNetworkLine::aDripLetsAFewBytesPassAtATime()
@@ -156,10 +162,10 @@ void TestNetworkLine::aDripLetsAFewBytesPassAtATime()
     Line line(way, start, 1);
     line.put(start, "abcde");
     QCOMPARE(line.take(start), std::string("ab"));
-    QCOMPARE(line.take(start + 5ms), std::string());
-    QVERIFY(line.dueAt() == start + 10ms);
-    QCOMPARE(line.take(start + 10ms), std::string("cd"));
-    QCOMPARE(line.take(start + 20ms), std::string("e"));
+    QCOMPARE(line.take(start + milliseconds(5)), std::string());
+    QVERIFY(line.dueAt() == start + milliseconds(10));
+    QCOMPARE(line.take(start + milliseconds(10)), std::string("cd"));
+    QCOMPARE(line.take(start + milliseconds(20)), std::string("e"));
 }
 
 void TestNetworkLine::nothingPassesAStoppedLine()
@@ -169,9 +175,9 @@ void TestNetworkLine::nothingPassesAStoppedLine()
     Line line(way, start, 1);
     line.put(start, "a");
     QVERIFY(line.dueAt() == Line::Time::max());
-    QCOMPARE(line.take(start + 1h), std::string());
+    QCOMPARE(line.take(start + hours(1)), std::string());
     line.change(NetworkWay());
-    QCOMPARE(line.take(start + 1h), std::string("a"));
+    QCOMPARE(line.take(start + hours(1)), std::string("a"));
 }
 
 void TestNetworkLine::aFullLineHasNoRoom()
@@ -179,28 +185,28 @@ void TestNetworkLine::aFullLineHasNoRoom()
     NetworkWay way;
     way.queue = 1000;
     way.rate = 8000;
-    way.delay = 1s; // 1,000 bytes are in the air
+    way.delay = seconds(1); // 1,000 bytes are in the air
     Line line(way, start, 1);
     QCOMPARE(line.room(), std::size_t(2000));
     line.put(start, std::string(500, 'x'));
     QCOMPARE(line.room(), std::size_t(1500));
     line.put(start, std::string(1500, 'x'));
     QCOMPARE(line.room(), std::size_t(0));
-    QCOMPARE(line.take(start + 1min).size(), std::size_t(2000));
+    QCOMPARE(line.take(start + minutes(1)).size(), std::size_t(2000));
     QCOMPARE(line.room(), std::size_t(2000));
 }
 
 void TestNetworkLine::theEndComesBehindAllBytes()
 {
     NetworkWay way;
-    way.delay = 40ms;
+    way.delay = milliseconds(40);
     Line line(way, start, 1);
     line.put(start, "a");
     line.end(start);
-    QVERIFY(!line.isOver(start + 1s));
-    QCOMPARE(line.take(start + 1s), std::string("a"));
+    QVERIFY(!line.isOver(start + seconds(1)));
+    QCOMPARE(line.take(start + seconds(1)), std::string("a"));
     QVERIFY(!line.isOver(start));
-    QVERIFY(line.isOver(start + 1s));
+    QVERIFY(line.isOver(start + seconds(1)));
 }
 
 REGISTER_TEST(TestNetworkLine, NoApplication)

@@ -11,7 +11,8 @@
 #include <string>
 
 using namespace zo;
-using namespace std::chrono_literals;
+using std::chrono::hours;
+using std::chrono::milliseconds;
 
 /// When rounds begin and what they ask for, on a network and with a caller of the test's own, in
 /// its own time.
@@ -41,9 +42,9 @@ public:
 
     static std::vector<std::string> namesOf(int keys)
     {
-        std::vector<std::string> names;
+        std::vector<std::string> names(keys);
         for (int i = 0; i < keys; ++i)
-            names.push_back("Key/" + std::to_string(i));
+            names[i] = "Key/" + std::to_string(i);
         return names;
     }
 
@@ -111,38 +112,42 @@ private:
 
     const ZoValue fRequest;
     const Pace::Duration fWay;
-    Time fNow{1h};
+    Time fNow{hours(1)};
     std::deque<Follower::Begun> fUnderWay;
     std::uint64_t fOrder = 0;
 };
 
-constexpr auto period = 100ms;
+constexpr auto period = milliseconds(100);
 
 /// When the call of this number comes, of one that is never more than 2 ms off.
 Time timeOf(int call)
 {
-    constexpr std::chrono::milliseconds strays[] = {0ms, 1ms, -2ms, 2ms, -1ms, 0ms, -2ms};
-    return Time(2h) + call * period + strays[call % 7];
+    constexpr std::chrono::milliseconds strays[] = {
+        milliseconds(0),  milliseconds(1), -milliseconds(2), milliseconds(2),
+        -milliseconds(1), milliseconds(0), -milliseconds(2)};
+    return Time(hours(2)) + call * period + strays[call % 7];
 }
 
 } // namespace
 
 void TestRoundTimes::aRoundIsAnsweredJustBeforeACall()
 {
-    for (const auto way : {1ms, 98ms, 130ms, 301ms, 399ms}) {
+    for (const auto way : {milliseconds(1), milliseconds(98), milliseconds(130), milliseconds(301),
+                           milliseconds(399)}) {
         Bench bench(1, false, way);
         for (int call = 0; call < 200; ++call) {
             bench.passUntil(timeOf(call));
             const auto age = bench.call();
             if (call > 60)
-                QVERIFY2(age < way + 20ms, std::to_string(age.count()).c_str());
+                QVERIFY2(age < way + milliseconds(20), std::to_string(age.count()).c_str());
         }
     }
 }
 
 void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
 {
-    for (const auto way : {1ms, 95ms, 99ms, 195ms, 301ms, 395ms}) {
+    for (const auto way : {milliseconds(1), milliseconds(95), milliseconds(99), milliseconds(195),
+                           milliseconds(301), milliseconds(395)}) {
         Bench bench(1, false, way);
         for (int call = 0; call < 200; ++call) {
             bench.passUntil(timeOf(call));
@@ -154,7 +159,7 @@ void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
 
 void TestRoundTimes::whatIsAllWrittenIsReadWithoutNotices()
 {
-    Bench bench(100, true, 10ms);
+    Bench bench(100, true, milliseconds(10));
     int told = 0;
     for (int call = 0; call < 200; ++call) {
         bench.passUntil(timeOf(call));
