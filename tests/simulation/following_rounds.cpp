@@ -99,8 +99,11 @@ void FollowingRounds::ended(const Follower::Begun& begun, std::uint64_t order, T
     if (std::any_of(fSent.begin(), fSent.end(),
                     [](const Sent& one) { return one.isMore && !one.isOver; }))
         return;
+    // One that asks for nothing is over at once, and waits for those before it.
     for (Sent& one : fSent) {
-        if (one.isOver && one.ended == 0)
+        if (!one.isOver)
+            break;
+        if (one.ended == 0)
             show(one, now);
     }
 }

@@ -178,8 +178,9 @@ void FollowingRules::checkTogether(const Answer& answer, const FollowingRounds& 
         if (number < 0 || !fRobot.keys()[number].isTogether || !isRegular(number, rounds))
             continue;
         const FollowingRobot::Past& past = fRobot.keys()[number].past[fSeen[answer.who][number]];
-        if (past.shown() == FollowingRobot::fNone)
-            continue; // it may be none again, and nobody knows which this is
+        // It may be none again, and nobody knows which this is; or it was there for no time at all.
+        if (past.shown() == FollowingRobot::fNone || past.from == past.until)
+            continue;
         from = std::max(from, past.from);
         until = std::min(until, past.until);
     }

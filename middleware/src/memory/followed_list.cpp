@@ -164,11 +164,11 @@ void FollowedList::chooseKeys(Time now, bool isTold, bool isOnce)
     else if (isOnce)
         chooseMissing(now, nextTurn(now));
     else
-        std::for_each(fSlots.begin(), fSlots.end(), [&](const Slot& slot) { choose(slot, now); });
+        std::for_each(fSlots.begin(), fSlots.end(), [&](Slot& slot) { choose(slot, now); });
 }
 
 // Whether it may be asked for now.
-bool FollowedList::choose(const Slot& slot, Time now)
+bool FollowedList::choose(Slot& slot, Time now)
 {
     const FollowedValue& followed = slot.entry->second;
     RoundPlan::Keys& keys = followed.isForbidden ? fSingles : fKeys;
@@ -176,6 +176,7 @@ bool FollowedList::choose(const Slot& slot, Time now)
         (followed.isForbidden && keys.size() >= std::size_t{fMostSingles}))
         return false;
     keys.push_back(slot.entry);
+    slot.readBy = fBegun;
     return true;
 }
 
@@ -184,7 +185,7 @@ bool FollowedList::choose(const Slot& slot, Time now)
 void FollowedList::chooseMissing(Time now, const Turn& turn)
 {
     for (int i = 0; i < static_cast<int>(fSlots.size()); ++i) {
-        const Slot& slot = fSlots[i];
+        Slot& slot = fSlots[i];
         const FollowedValue& followed = slot.entry->second;
         const bool isMissing = !followed.isTold() || followed.writes > 0 || slot.isRegular;
         if (isMissing || i == 0 || turn.has(i) || turn.isLate(slot))
@@ -232,7 +233,8 @@ void FollowedList::chooseChanged(Time now, const Turn& turn)
 FollowedList::Turn FollowedList::nextTurn(Time now)
 {
     const int all = static_cast<int>(fSlots.size());
-    const Turn turn{fTurn, fPace.turnOf(all), all, now - fPace.longestTurn(all)};
+    const Turn turn{fTurn, fPace.turnOf(all), all, now - Pace::fTimeUntilLate,
+                    fBegun - fPace.roundsUntilLate(all)};
     fTurn = all > 0 ? (fTurn + turn.count) % all : 0;
     return turn;
 }

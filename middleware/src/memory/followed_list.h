@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -99,8 +100,11 @@ public:
 private:
     struct Slot
     {
+        static constexpr int fNever = std::numeric_limits<int>::min();
+
         FollowedValues::Entry* entry;
-        int askedBy = 0;        ///< the newest round that asks for notices of it, too
+        int readBy = fNever;    ///< the newest round that asks for it ...
+        int askedBy = 0;        ///< ... and for notices of it, too
         int score = 0;          ///< for having been written before each of the last rounds
         bool isRegular = false; ///< it is read in each round, written or not
     };
@@ -119,17 +123,21 @@ private:
         int first;
         int count;
         int all;
-        Time oldest; ///< those that were last asked for before it are late
+        Time lateTime; ///< those that were last asked for before it ...
+        int lateRound; ///< ... and before this round are late
 
         bool has(int slot) const { return (slot - first + all) % all < count; }
-        bool isLate(const Slot& slot) const { return slot.entry->second.askedAt < oldest; }
+        bool isLate(const Slot& slot) const
+        {
+            return slot.entry->second.askedAt < lateTime && slot.readBy < lateRound;
+        }
     };
 
     std::shared_ptr<const RoundPlan> plan(Time now, bool canTell, Place newest);
     void chooseKeys(Time now, bool isTold, bool isOnce);
     void chooseMissing(Time now, const Turn& turn);
     void chooseChanged(Time now, const Turn& turn);
-    bool choose(const Slot& slot, Time now);
+    bool choose(Slot& slot, Time now);
     int countWritten();
     Turn nextTurn(Time now);
     void take(const UnderWay& whole, Time now);

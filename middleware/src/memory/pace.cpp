@@ -25,7 +25,6 @@ constexpr int measurableKeys = 1000;
 // Less than promised, for calls that stray or are left out.
 constexpr int roundsOfTurn = 18;
 constexpr std::chrono::seconds timeOfTurn{8};
-constexpr std::chrono::seconds timeUntilLate{9};
 
 } // namespace
 
@@ -96,19 +95,25 @@ int Pace::mostUnderWay() const
 
 int Pace::turnOf(int keys) const
 {
-    const auto period = std::max<Duration>(fPeriod.mean(), hurry);
-    const auto rounds = std::max<Duration::rep>(timeOfTurn / period, roundsOfTurn);
-    const auto due = (keys + rounds - 1) / rounds;
+    const auto due = dueInTurn(keys);
     const Duration ofKey = fTransferOfKey.value_or(Duration(0));
-    const auto carried = ofKey > Duration(0) ? period / 4 / ofKey : due;
+    const auto carried = ofKey > Duration(0) ? fPeriod.mean() / 4 / ofKey : due;
     return static_cast<int>(std::clamp<Duration::rep>(carried, std::min(keys, 1), due));
 }
 
-Pace::Duration Pace::longestTurn(int keys) const
+/// That many have to be read anew in each round, whatever the link carries.
+Pace::Duration::rep Pace::dueInTurn(int keys) const
 {
-    const int turn = std::max(turnOf(keys), 1);
-    const Duration::rep rounds = (keys + turn - 1) / turn;
-    return std::max<Duration>(timeUntilLate, (rounds + 1) * fPeriod.mean());
+    const auto period = std::max<Duration>(fPeriod.mean(), hurry);
+    const auto rounds = std::max<Duration::rep>(timeOfTurn / period, roundsOfTurn);
+    return (keys + rounds - 1) / rounds;
+}
+
+// Where the link carries less than is due, a turn takes as long as it takes.
+int Pace::roundsUntilLate(int keys) const
+{
+    const int turn = turnOf(keys);
+    return turn < dueInTurn(keys) ? (keys + turn - 1) / turn + 1 : roundsOfTurn + 1;
 }
 
 Pace::Duration Pace::freshness() const

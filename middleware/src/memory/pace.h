@@ -43,14 +43,16 @@ public:
     /// How many keys may be read anew in each round beside what was written: all of `keys` within
     /// 20 rounds or 10 s, whichever is more, and a quarter of what the link carries.
     int turnOf(int keys) const;
-    /// Whatever was asked for before that is late: it is read at once, turn or not. Longer than the
-    /// turn of all `keys` takes.
-    Duration longestTurn(int keys) const;
+    /// What was asked for so long ago, and so many rounds, is late: it is read at once, turn or
+    /// not.
+    static constexpr std::chrono::seconds fTimeUntilLate{9};
+    int roundsUntilLate(int keys) const;
     /// How old an answer may be that is returned.
     Duration freshness() const;
 
 private:
     void learn(Duration period);
+    Duration::rep dueInTurn(int keys) const;
     Duration lead() const;
 
     SmoothedTime fPeriod;

@@ -260,8 +260,11 @@ void TestFollower::whoComesAnewReadsWhatIsLate()
     QVERIFY(keysOf(link.begin()).size() < 5);
     link.follower.ask(link.now, {&link, {}}, requestOf(0, 60)); // keeps its values
     link.now += seconds(9);
-    link.ask(requestOf(0, 58), 2);
-    QVERIFY(keysOf(link.begin()).size() > 50);
+    const auto asked = link.ask(requestOf(0, 58), 2);
+    QVERIFY(link.begin().list != asked.list); // who was there already has few rounds behind him
+    const auto begun = link.begin();
+    QVERIFY(begun.list == asked.list);
+    QVERIFY(keysOf(begun).size() > 50);
 }
 
 void TestFollower::keysRefusedTogetherAreAskedForOneByOne()

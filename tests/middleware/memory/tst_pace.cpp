@@ -196,12 +196,12 @@ void TestPace::theTurnTakesAQuarterOfTheLinkAtMost()
 
 void TestPace::nothingIsLateWhileItsTurnIsToCome()
 {
-    QVERIFY(paceOf(milliseconds(100)).longestTurn(800) == seconds(9));
-    QVERIFY(paceOf(milliseconds(100)).longestTurn(0) == seconds(9));
-    QVERIFY(paceOf(seconds(2)).longestTurn(180) == seconds(2 * 19));
+    QCOMPARE(paceOf(milliseconds(100)).roundsUntilLate(800), 19);
+    QCOMPARE(paceOf(milliseconds(100)).roundsUntilLate(0), 19);
+    QCOMPARE(paceOf(seconds(2)).roundsUntilLate(180), 19);
     Pace slow = paceOf(milliseconds(100));
     answer(slow, milliseconds(1000), milliseconds(0), 1000);
-    QVERIFY(slow.longestTurn(10000) == milliseconds(100 * (400 + 1)));
+    QCOMPARE(slow.roundsUntilLate(10000), 400 + 1);
 }
 
 void TestPace::anAnswerStaysFreshForAQuarterOfThePeriod()
