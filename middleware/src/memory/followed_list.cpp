@@ -140,9 +140,9 @@ std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Plac
     fKeys.clear();
     fSingles = std::exchange(fRefused, {});
     const bool isToldNow = canTell && isTold(now);
-    const int written = countWritten();
+    const int noticed = countWritten();
     if (isToldNow && fSingles.empty())
-        fNotices.told(written, static_cast<int>(fSlots.size()), now);
+        fNotices.told(noticed, static_cast<int>(fSlots.size()), now);
     if (fSingles.empty())
         chooseKeys(now, isToldNow, canTell && !isFollowed());
     fPlannedAt = newest;
@@ -193,12 +193,13 @@ void FollowedList::chooseMissing(Time now, const Turn& turn)
     }
 }
 
-// That a key was not written is known only when it was read anew, or a round has come back and it
-// is told of.
+// Returns of how many there was a notice since the round before: the new value that comes of it
+// later is no second write. That a key was not written is known only when it was read anew, or a
+// round has come back and it is told of.
 int FollowedList::countWritten()
 {
     const bool isNewsHere = std::exchange(fEndedAtPlan, fEnded) < fEnded;
-    int written = 0;
+    int noticed = 0;
     for (Slot& slot : fSlots) {
         const FollowedValue& followed = slot.entry->second;
         const bool isWritten = followed.isWrittenSince(fPlannedAt);
@@ -208,9 +209,9 @@ int FollowedList::countWritten()
         else if (isKnown)
             slot.score = std::max(slot.score - 1, 0);
         slot.isRegular = slot.score >= scoreOfRegular || (slot.isRegular && slot.score > 0);
-        written += isWritten ? 1 : 0;
+        noticed += followed.noticedAt > fPlannedAt ? 1 : 0;
     }
-    return written;
+    return noticed;
 }
 
 // What is asked for already needs not be asked again: a notice that comes before the reply was sent

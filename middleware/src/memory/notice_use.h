@@ -4,12 +4,14 @@
 #include "link/deadline.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zo {
 
 /// Whether it pays for a list to be told of changes. A key that is written costs a notice, and the
-/// question for it again: when more than a third of them are, everything is read without notices
-/// instead. They are tried again after a pause, which doubles each time that it was in vain.
+/// question for it again: when again more than a third of them are, everything is read without
+/// notices instead. They are tried again after a pause, which doubles each time that it was in
+/// vain.
 class NoticeUse
 {
 public:
@@ -20,15 +22,19 @@ public:
 
     bool pays(Time now) const { return now >= fPausedUntil; }
 
-    /// Of `keys` keys the robot has told that `written` were written since the round before.
+    /// Of `keys` keys the robot has told that `written` were written since the round before. Unless
+    /// that is most of them, one such round says little: it may be behind a pause of the network,
+    /// or behind a round that took long because it read everything.
     void told(int written, int keys, Time now)
     {
         if (now < fPausedUntil)
             return;
         if (now >= fPausedUntil + fPause)
             fPause = fShortestPause;
-        if (3 * written <= keys)
+        const bool isDoubtful = std::exchange(fIsDoubtful, 3 * written > keys);
+        if (!fIsDoubtful || (!isDoubtful && 3 * written <= 2 * keys))
             return;
+        fIsDoubtful = false;
         fPausedUntil = now + fPause;
         fPause = std::min<SteadyClock::duration>(2 * fPause, fLongestPause);
     }
@@ -36,6 +42,7 @@ public:
 private:
     SteadyClock::duration fPause = fShortestPause;
     Time fPausedUntil{};
+    bool fIsDoubtful = false; ///< the last round was such a one
 };
 
 } // namespace zo

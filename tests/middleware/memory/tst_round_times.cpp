@@ -23,6 +23,7 @@ class TestRoundTimes : public GuardedTest
 private slots:
     void aRoundIsAnsweredJustBeforeACall();
     void aCallThatComesEarlyCostsNoRound();
+    void aPauseOfTheNetworkIsNoReasonToReadEverything();
     void whatIsAllWrittenIsReadWithoutNotices();
 };
 
@@ -154,6 +155,18 @@ void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
             bench.call();
         }
         QVERIFY2(bench.begun.size() > 190, std::to_string(bench.begun.size()).c_str());
+    }
+}
+
+void TestRoundTimes::aPauseOfTheNetworkIsNoReasonToReadEverything()
+{
+    Bench bench(100, true, milliseconds(10));
+    for (int call = 0; call < 100; ++call) {
+        bench.passUntil(timeOf(call));
+        bench.hearOf(call % 20 == 19 ? 50 : 5); // what was written in the pause comes at once
+        bench.call();
+        if (call > 20)
+            QVERIFY(bench.begun.back().round->plan()->telling() == Telling::Wanted);
     }
 }
 
