@@ -157,6 +157,7 @@ void fetchCold(benchmark::State& state)
 std::vector<std::string> keyNames(int keys)
 {
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(keys));
     for (int i = 0; i < keys; ++i)
         names.push_back(keyName(i));
     return names;
