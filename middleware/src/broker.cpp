@@ -93,7 +93,7 @@ void ZoBroker::registerModule(const std::string& moduleName, boost::shared_ptr<Z
 
 bool ZoBroker::isConnected() const
 {
-    return linkStatus().connected;
+    return fParts->robot && fParts->robot->link.isUp();
 }
 
 ZoLinkStatus ZoBroker::linkStatus() const
@@ -108,6 +108,7 @@ void ZoBroker::reconnect(const ZoBrokerOptions& options)
     if (!fParts->robot)
         throw ZoError("broker '" + fParts->name + "' has no robot");
     zo::Link& link = fParts->robot->link;
-    const zo::Peer peer = link.settings()->peer;
-    link.reconnect(zo::makeLinkSettings(peer.host(), peer.port(), options, fParts->name));
+    const auto last = link.settings();
+    link.reconnect(
+        zo::makeLinkSettings(last->peer.host(), last->peer.port(), options, last->clientName));
 }

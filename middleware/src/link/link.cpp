@@ -53,19 +53,27 @@ Link::~Link()
 
 void Link::open()
 {
-    const auto current = settings();
-    if (fState.hasFailed())
-        reconnect(current);
+    std::shared_ptr<const LinkSettings> current;
+    {
+        const std::lock_guard<std::mutex> lock(fMutex);
+        current = fSettings;
+        if (fState.hasFailed())
+            begin(current);
+    }
     fState.waitForFirstAttempt(SteadyClock::now() + current->options.connectTimeout + attemptGrace);
 }
 
 void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
 {
-    const auto tls = madeFor(*settings, [&] { return makeTlsContext(settings->options); });
     const std::lock_guard<std::mutex> lock(fMutex);
     // Each of those that share it may ask: a login that is refused once is enough.
-    if (fState.isOpening() && isSameWay(*settings, *fSettings))
-        return;
+    if (!fState.isOpening() || !isSameWay(*settings, *fSettings))
+        begin(settings);
+}
+
+void Link::begin(const std::shared_ptr<const LinkSettings>& settings)
+{
+    const auto tls = madeFor(*settings, [&] { return makeTlsContext(settings->options); });
     fDriver->reconnect(settings, tls);
     fSettings = settings;
 }

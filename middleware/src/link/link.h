@@ -42,6 +42,7 @@ public:
     void reconnect(const std::shared_ptr<const LinkSettings>& settings);
 
     std::shared_ptr<const LinkSettings> settings() const;
+    bool isUp() const { return fState.isUp(); }
     ZoLinkStatus status() const;
     /// Counts how often the link has come up.
     int connections() const { return fState.connections(); }
@@ -66,6 +67,8 @@ public:
     void nudge();
 
 private:
+    void begin(const std::shared_ptr<const LinkSettings>& settings);
+
     mutable std::mutex fMutex; ///< guards fSettings
     std::shared_ptr<const LinkSettings> fSettings;
     LinkState fState;

@@ -58,6 +58,12 @@ void LinkState::throwIfDown() const
         throw ZoError(*fCondition.cause + " (no link since " + clockText(fSince) + ")");
 }
 
+bool LinkState::isUp() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return fCondition.isUp;
+}
+
 bool LinkState::isOpening() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);

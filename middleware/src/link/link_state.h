@@ -24,6 +24,7 @@ public:
     int connections() const;
     /// Throws ZoError with the cause and the time of the loss while the link is down.
     void throwIfDown() const;
+    bool isUp() const;
     /// Whether its first attempt is under way.
     bool isOpening() const;
     /// Whether the link is down, and its first attempt over.

@@ -76,9 +76,12 @@ ZoListAnswer Following::values(Link& link, const void* proxy, const ZoValue& req
     const Time now = SteadyClock::now();
     const FollowingCaller caller{proxy, std::this_thread::get_id()};
     Lock lock(fMutex);
-    if (!fIsUp)
+    try {
+        link.throwIfDown();
+    } catch (const ZoError&) {
         fFollower.askedInVain(now, caller, request);
-    link.throwIfDown();
+        throw;
+    }
     fTrip = link.pulse().shortestRoundTrip();
     try {
         auto asked = fFollower.ask(now, caller, request);

@@ -109,6 +109,7 @@ ZoError RemoteMemory::error(const std::string& problem) const
 // One whose end nobody knows is never over for those that follow its keys: they ask for them.
 void RemoteMemory::send(const std::string& what, const StoreRequest& request)
 {
+    fLink.throwIfDown(); // before those who follow the keys are told of a write
     const auto sink = std::make_shared<StatusSink>(what);
     const auto call =
         std::make_shared<Call>(what, request.bytes, request.parts, sink,

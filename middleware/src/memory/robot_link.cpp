@@ -16,14 +16,16 @@ public:
     /// The one with `settings`, or a new one. Does not wait for it.
     std::shared_ptr<RobotLink> with(const std::shared_ptr<const LinkSettings>& settings)
     {
+        // They outlive the lock: the last reference to one may be here, and its end takes time.
+        std::vector<std::shared_ptr<RobotLink>> present;
         const std::lock_guard<std::mutex> lock(fMutex);
         fLinks.erase(std::remove_if(fLinks.begin(), fLinks.end(),
                                     [](const auto& link) { return link.expired(); }),
                      fLinks.end());
         for (const auto& known : fLinks) {
-            auto link = known.lock();
-            if (link && link->isFor(*settings))
-                return link;
+            present.push_back(known.lock());
+            if (present.back() && present.back()->isFor(*settings))
+                return present.back();
         }
         auto made = std::make_shared<RobotLink>(settings);
         fLinks.push_back(made);
@@ -50,7 +52,7 @@ std::shared_ptr<Following> followingFor(const ZoBrokerOptions& options)
 } // namespace
 
 RobotLink::RobotLink(const std::shared_ptr<const LinkSettings>& settings)
-    : isTold(settings->options.notices),
+    : wantsNotices(settings->options.notices),
       following(followingFor(settings->options)),
       link(settings, following)
 {
@@ -60,7 +62,7 @@ bool RobotLink::isFor(const LinkSettings& settings) const
 {
     const ZoBrokerOptions& options = settings.options;
     // The settings as they are now: it may have been reconnected with others.
-    return isSameWay(*link.settings(), settings) && isTold == options.notices &&
+    return isSameWay(*link.settings(), settings) && wantsNotices == options.notices &&
            (following != nullptr) == options.follow;
 }
 

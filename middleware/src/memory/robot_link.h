@@ -19,7 +19,7 @@ struct RobotLink
     /// Whether a broker with these `settings` can share it. May be called from any thread.
     bool isFor(const LinkSettings& settings) const;
 
-    const bool isTold; ///< what was written, by a server that can
+    const bool wantsNotices; ///< of what was written, from a server that can
     ForbiddenKeys forbidden;
     const std::shared_ptr<Following> following; ///< null: lists are not followed
     Link link;

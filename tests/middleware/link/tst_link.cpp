@@ -68,7 +68,7 @@ private slots:
     void theServerListsItByItsBrokersName();
     void noProgramThatIsStartedInheritsASocket();
     void itTellsHowItIsDoing();
-    void nobodyIsHeldUpByWhoAsksHowItIsDoing();
+    void itsStatusMayBeAskedForFromAnyThread();
 };
 
 void TestLink::aKilledServerFailsCallsAtOnceUntilItIsBack()
@@ -410,7 +410,7 @@ void TestLink::itTellsHowItIsDoing()
     QVERIFY(*broker->linkStatus().answerAge >= milliseconds(2000));
 }
 
-void TestLink::nobodyIsHeldUpByWhoAsksHowItIsDoing()
+void TestLink::itsStatusMayBeAskedForFromAnyThread()
 {
     const RedisServer server;
     const auto broker = linkTo(server.port(), patientOptions());
