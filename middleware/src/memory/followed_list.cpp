@@ -167,7 +167,7 @@ void FollowedList::chooseKeys(Time now, bool isTold, bool isOnce)
         std::for_each(fSlots.begin(), fSlots.end(), [&](Slot& slot) { choose(slot, now); });
 }
 
-// Whether it may be asked for now.
+// Adds it to what is asked for, if that may be now; returns whether it may.
 bool FollowedList::choose(Slot& slot, Time now)
 {
     const FollowedValue& followed = slot.entry->second;

@@ -37,11 +37,11 @@ void Pace::called(Time now)
 }
 
 // Two periods that are alike tell of the rhythm, whatever came before them: the first call waits
-// for the robot, and much may be in the way of others.
+// for the robot, and much may be in the way of others. One call that is late takes no rhythm away.
 void Pace::learn(Duration period)
 {
     const bool isRepeated = std::chrono::abs(period - fLastPeriod) <= period / 4;
-    fIsKnown = period <= byHand || (isRepeated && fLastPeriod > Duration(0));
+    fIsKnown = fIsKnown || period <= byHand || (isRepeated && fLastPeriod > Duration(0));
     fLastPeriod = period;
     if (isRepeated && std::chrono::abs(period - fPeriod.mean()) > period / 4)
         fPeriod = {};
