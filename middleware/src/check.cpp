@@ -208,7 +208,13 @@ Finding Steps::encrypt()
 
 Finding Steps::greet()
 {
-    fProbe.ask(*fGreeting.inquiry());
+    try {
+        fProbe.ask(*fGreeting.inquiry());
+    } catch (const ZoError&) {
+        // One that has no place, or serves its own machine only, says so and hangs up.
+        if (fGreeting.verdict() == zo::Greeting::Verdict::Pending)
+            throw;
+    }
     return ok("it speaks the protocol of a robot's memory");
 }
 

@@ -43,8 +43,9 @@ public:
     using Tell = std::function<void(const Step& step)>;
 
     /// Tries to reach the memory at `robot` in the way that `options` say, and tells each step when
-    /// it is over. Whether none of them failed. Takes `connectTimeout` for each of the robot's
-    /// addresses, and as long for each of the next steps, at most. Throws ZoError when `robot` can
-    /// be no address or a file that `options` name is no good, and what `tell` throws.
+    /// it is over. Whether none of them failed. Takes `connectTimeout` at most for each of the
+    /// robot's addresses and each answer behind that, of which most steps need one, and as long as
+    /// the system's look-up and the list of keys take. Throws ZoError when `robot` can be no
+    /// address or a file that `options` name is no good, and what `tell` throws.
     static bool run(const ZoAddress& robot, const ZoBrokerOptions& options, const Tell& tell);
 };

@@ -30,6 +30,7 @@ private slots:
     void aRobotThatHangsEndsIt();
     void aRobotThatHangsLaterEndsItThere();
     void aRobotThatIsNotReadyIsToldApart();
+    void aRobotThatHangsUpWithAReasonIsQuoted();
     void whatIsNoRobotIsToldApart();
     void anOldServerSendsNoNotices_data();
     void anOldServerSendsNoNotices();
@@ -283,6 +284,16 @@ void TestZoCheck::aRobotThatIsNotReadyIsToldApart()
         connection.waitForEnd();
     });
     VERIFY_ENDS_AT(checkBriefly(robot), "readiness", "not ready: LOADING the dataset (try again");
+}
+
+void TestZoCheck::aRobotThatHangsUpWithAReasonIsQuoted()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.readCommand();
+        connection.readCommand(); // with anything unread its words would be lost
+        connection.send("-ERR max number of clients reached\r\n");
+    });
+    VERIFY_ENDS_AT(checkBriefly(robot), "readiness", "max number of clients reached");
 }
 
 void TestZoCheck::whatIsNoRobotIsToldApart()
