@@ -32,7 +32,7 @@ void Report::begin(const std::string& title)
 void Report::line(const std::string& what, const Figure& followed, const Figure& plain,
                   const std::optional<Target>& target)
 {
-    const bool isMissed = target && fIsJudging && (!followed || !target->isMet(*followed));
+    const bool isMissed = target && (!followed || (fIsJudging && !target->isMet(*followed)));
     const std::string wanted = target ? "   " + target->text() : "";
     const std::string all = what + ": " + shown(followed) + wanted;
     std::printf("  %-42s %10s %10s%s%s\n", what.c_str(), shown(followed).c_str(),
@@ -40,11 +40,6 @@ void Report::line(const std::string& what, const Figure& followed, const Figure&
     std::fflush(stdout);
     if (isMissed)
         fMissed.push_back(fTitle + ": " + all);
-}
-
-void Report::note(const std::string& text) const
-{
-    std::printf("  %s\n", text.c_str());
 }
 
 bool Report::end() const

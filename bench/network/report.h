@@ -39,7 +39,7 @@ class Report
 public:
     using Figure = std::optional<double>; ///< none: there was nothing to measure
 
-    /// `isJudging`: else no figure misses anything.
+    /// `isJudging`: else a figure with a target must only be there.
     explicit Report(bool isJudging) : fIsJudging(isJudging) {}
 
     /// Of the lines that follow.
@@ -47,7 +47,6 @@ public:
     /// A figure with lists that are followed, which is judged, and beside it another one.
     void line(const std::string& what, const Figure& followed, const Figure& plain,
               const std::optional<Target>& target = {});
-    void note(const std::string& text) const;
 
     /// Prints what was missed; whether nothing was.
     bool end() const;

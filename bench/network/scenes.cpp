@@ -18,14 +18,14 @@ constexpr int watched = 500;
 
 struct Waits
 {
-    double opening;
-    double changedList;
-    double refreshAll;
-    double stopped;
-    double resumed;
-    double dripping;
-    double killed;
-    double restarted;
+    Report::Figure opening;
+    Report::Figure changedList;
+    Report::Figure refreshAll;
+    Report::Figure stopped;
+    Report::Figure resumed;
+    Report::Figure dripping;
+    Report::Figure killed;
+    Report::Figure restarted;
 };
 
 /// One panel's scenes, one after the other.
@@ -66,15 +66,15 @@ public:
 
 private:
     template <class Action>
-    double after(Action action)
+    Report::Figure after(Action action)
     {
         return fPanel.longestCallIn(fTime, action);
     }
 
     /// One more key each time.
-    double changeLists()
+    Report::Figure changeLists()
     {
-        double longest = 0;
+        Report::Figure longest;
         for (int key = watched; key < watched + 5; ++key) {
             const QString alias = QString::fromStdString(Load::alias(key));
             longest = std::max(longest, fPanel.longestCallIn(fPause, [&] {
@@ -84,9 +84,9 @@ private:
         return longest;
     }
 
-    double refreshAll()
+    Report::Figure refreshAll()
     {
-        double longest = 0;
+        Report::Figure longest;
         for (int i = 0; i < 3; ++i) {
             longest = std::max(longest, fPanel.longestCallIn(milliseconds(0), [this] {
                 fPanel.panel.button("Refresh All")->click();
@@ -116,7 +116,8 @@ void reportScenes(const NetworkProfile& profile, milliseconds time, LoopWatch& l
         std::chrono::duration<double, std::milli>(trip + milliseconds(50)).count();
     report.begin(profile.text + "; longest call of getListData, " + std::to_string(watched) +
                  " of " + load.text());
-    const auto line = [&](const char* what, double Waits::*wait, std::optional<Target> target) {
+    const auto line = [&](const char* what, Report::Figure Waits::*wait,
+                          std::optional<Target> target) {
         report.line(what, followed.*wait, plain.*wait, target);
     };
     line("the opening fetch, ms", &Waits::opening, {});

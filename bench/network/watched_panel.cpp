@@ -14,7 +14,7 @@ ZoBrokerOptions optionsFor(WatchedPanel::Reading reading)
 {
     const ConnectionSettings settings;
     ZoBrokerOptions options = settings.brokerOptions();
-    options.follow = settings.follow && reading == WatchedPanel::Reading::Followed;
+    options.follow = reading == WatchedPanel::Reading::Followed;
     return options;
 }
 
@@ -62,7 +62,7 @@ WatchedPanel::WatchedPanel(int port, Reading reading, int keys, int watched, Loo
     panel.show();
 }
 
-double WatchedPanel::open()
+std::optional<double> WatchedPanel::open()
 {
     return longestCallIn(std::chrono::milliseconds(0), [this] { panel.module->getDatas(true); });
 }

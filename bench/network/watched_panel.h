@@ -43,18 +43,19 @@ public:
     WatchedPanel(int port, Reading reading, int keys, int watched, LoopWatch& loop);
 
     /// The opening fetch, of all keys. Returns what of it was spent in getListData.
-    double open();
+    std::optional<double> open();
     /// From here on the panel fetches what is watched, at its period.
     void start() const { panel.dataTimer()->start(); }
 
-    /// How long getListData takes in what `action` does and the time after it, at most.
+    /// How long getListData takes in what `action` does and the time after it, at most; none when
+    /// it is not called.
     template <class Action>
-    double longestCallIn(std::chrono::milliseconds time, Action action)
+    std::optional<double> longestCallIn(std::chrono::milliseconds time, Action action)
     {
         memory->calls.clear();
         action();
         pass(time);
-        return memory->calls.longest().value_or(0);
+        return memory->calls.longest();
     }
     /// Lets the window's events come.
     static void pass(std::chrono::milliseconds time);
