@@ -60,11 +60,10 @@ std::shared_ptr<zo::Call> Callers::make(const LinkSettings& settings, bool isLat
     Call call;
     call.begin = fAgenda.now();
     const int kind = fRandom.between(1, 100);
-    if (fWantsMuch && kind <= 50)
-        storeValues(call);
-    else if (fWantsMuch || kind <= 72)
+    const int lastOfValues = fWantsMuch ? 50 : 72;
+    if (kind <= lastOfValues)
         askForValues(call);
-    else if (kind <= 80)
+    else if (kind <= 80 && !fWantsMuch)
         askForNames(call);
     else
         storeValues(call);

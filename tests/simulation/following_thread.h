@@ -34,20 +34,20 @@ public:
         if (!std::exchange(fIsWaiting, false) || !isBrief)
             return;
         fBudget.spend(fSince, now);
-        while (!fWaits.empty() && fWaits.front().first <= now - span)
+        while (!fWaits.empty() && fWaits.front().first <= now - fSpan)
             fWaits.pop_front();
         fWaits.emplace_back(now, now - fSince);
         const auto sum =
             std::accumulate(fWaits.begin(), fWaits.end(), Duration(0),
                             [](Duration all, const auto& one) { return all + one.second; });
-        require(sum <= most, "a thread waits for a tenth of its time", [&] {
+        require(sum <= fMost, "a thread waits for a tenth of its time", [&] {
             return std::to_string(std::chrono::duration<double, std::milli>(sum).count()) + " ms";
         });
     }
 
 private:
-    static constexpr std::chrono::milliseconds most{10}; ///< in ...
-    static constexpr std::chrono::milliseconds span{100};
+    static constexpr std::chrono::milliseconds fMost{10}; ///< in ...
+    static constexpr std::chrono::milliseconds fSpan{100};
 
     zo::WaitBudget fBudget;
     std::deque<std::pair<Time, Duration>> fWaits; ///< ends and lengths
