@@ -15,7 +15,8 @@
 ///
 /// One thread of its own does all the carrying. Every operation may be called from any other
 /// thread, and waits for that one where it changes something. The destructor cuts all connections.
-/// A socket that cannot be had throws boost::system::system_error.
+/// When no socket can be had the constructor throws boost::system::system_error; later that ends
+/// the program, which is a test's or a benchmark's.
 class NetworkEmulator
 {
 public:

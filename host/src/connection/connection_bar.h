@@ -32,7 +32,7 @@ public:
     ConnectionBar(const QString& address, const Times& times, QWidget* parent);
 
     void showState(const ConnectionState& state);
-    /// Shows what goes over the link: when nothing of it has changed, without painting.
+    /// Shows what goes over the link. Paints nothing when the texts are the same as before.
     void showTraffic(const ZoLinkStatus& link);
     /// Shows `text` in place of the sentence about the connection for some seconds.
     void note(const QString& text);

@@ -39,8 +39,8 @@ QString ageText(std::chrono::milliseconds age)
     if (seconds < 120)
         return tr("%1 s ago").arg(numberText(seconds));
     if (seconds < 120 * 60)
-        return tr("%1 min ago").arg(numberText(std::floor(seconds / 60)));
-    return tr("%1 h ago").arg(numberText(std::floor(seconds / 3600)));
+        return tr("%1 min ago").arg(static_cast<int>(seconds / 60));
+    return tr("%1 h ago").arg(static_cast<int>(seconds / 3600));
 }
 
 QString bytesText(double bytes)

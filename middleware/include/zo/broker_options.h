@@ -30,7 +30,8 @@ struct ZoBrokerOptions
     std::chrono::milliseconds exchangeTimeout{250};
     /// How long a call waits in all, however slowly it is answered (or exchangeTimeout, if longer).
     std::chrono::milliseconds callTimeout{2000};
-    std::chrono::milliseconds keyListTimeout{2000};   ///< the same to the next name of a key list
+    /// How long a list of keys waits for one that is new. In all it takes 15 times as long at most.
+    std::chrono::milliseconds keyListTimeout{2000};
     std::chrono::microseconds timeoutPerKey{20};      ///< added to the last two for each key
     std::chrono::milliseconds pingInterval{1000};     ///< how often an idle link is tried
     std::chrono::milliseconds reconnectWait{100};     ///< bound of the first random wait ...
