@@ -125,3 +125,14 @@ void FakeRobot::serveOne(int socket, int number)
     const std::lock_guard<std::mutex> lock(fMutex);
     fCurrent = -1;
 }
+
+FakeRobot::Script answering(const std::string& reply)
+{
+    return [reply](FakeConnection& connection) {
+        connection.greet();
+        while (true) {
+            connection.readCommand();
+            connection.send(reply);
+        }
+    };
+}

@@ -70,6 +70,9 @@ private:
     std::thread fThread;
 };
 
+/// Greets, and answers each further command with `reply`.
+FakeRobot::Script answering(const std::string& reply);
+
 /// A loopback port on which nobody listens, kept so for as long as this lives.
 class DeafPort
 {
