@@ -53,28 +53,29 @@ Link::~Link()
 
 void Link::open()
 {
-    std::shared_ptr<const LinkSettings> current;
     {
-        const std::lock_guard<std::mutex> lock(fMutex);
-        current = fSettings;
+        const std::lock_guard<std::mutex> lock(fBeginning);
         if (fState.hasFailed())
-            begin(current);
+            begin(settings());
     }
-    fState.waitForFirstAttempt(SteadyClock::now() + current->options.connectTimeout + attemptGrace);
+    fState.waitForFirstAttempt(SteadyClock::now() + settings()->options.connectTimeout +
+                               attemptGrace);
 }
 
 void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
 {
-    const std::lock_guard<std::mutex> lock(fMutex);
+    const std::lock_guard<std::mutex> lock(fBeginning);
     // Each of those that share it may ask: a login that is refused once is enough.
-    if (!fState.isOpening() || !isSameWay(*settings, *fSettings))
+    if (!fState.isOpening() || !isSameWay(*settings, *this->settings()))
         begin(settings);
 }
 
+// The driver waits for its thread, which may wait for whoever asks for the settings.
 void Link::begin(const std::shared_ptr<const LinkSettings>& settings)
 {
     const auto tls = madeFor(*settings, [&] { return makeTlsContext(settings->options); });
     fDriver->reconnect(settings, tls);
+    const std::lock_guard<std::mutex> lock(fMutex);
     fSettings = settings;
 }
 

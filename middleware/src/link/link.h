@@ -69,6 +69,7 @@ public:
 private:
     void begin(const std::shared_ptr<const LinkSettings>& settings);
 
+    std::mutex fBeginning;     ///< one begins at a time
     mutable std::mutex fMutex; ///< guards fSettings
     std::shared_ptr<const LinkSettings> fSettings;
     LinkState fState;

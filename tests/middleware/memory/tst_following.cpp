@@ -6,9 +6,11 @@
 #include "support/redis_server.h"
 #include "support/register_test.h"
 #include "support/together.h"
+#include "support/watched_thread.h"
 
 #include <QtTest>
 
+#include <atomic>
 #include <optional>
 #include <thread>
 
@@ -32,6 +34,7 @@ private slots:
     void itGoesOnAfterALoss();
     void noCallWaitsForARobotThatIsBack();
     void manyThreadsShareOneProxy();
+    void oneMayCallWhileAnotherReconnects();
     void withoutItEachCallReadsTheRobot();
     void anAnswerTellsWhenItCameAndWhatHasChanged_data();
     void anAnswerTellsWhenItCameAndWhatHasChanged();
@@ -294,6 +297,29 @@ void TestFollowing::manyThreadsShareOneProxy()
         });
     });
     QCOMPARE(good.load(), 6);
+}
+
+void TestFollowing::oneMayCallWhileAnotherReconnects()
+{
+    const RedisServer server;
+    const auto broker = linkTo(server.port(), following());
+    std::atomic<bool> isOver{false};
+    WatchedThread caller([&] {
+        ZoMemoryProxy memory = memoryOf(broker);
+        for (int list = 0; !isOver; ++list) // each is a first call, which waits for the robot
+            errorOf([&] { memory.getListData(requestFor({std::to_string(list)})); });
+    });
+    WatchedThread user([&] {
+        for (int i = 0; i < 300; ++i) {
+            broker->reconnect(following());
+            while (!broker->isConnected())
+                std::this_thread::yield();
+        }
+    });
+    const bool ends = user.ends();
+    isOver = true;
+    QVERIFY(ends);
+    caller.join();
 }
 
 void TestFollowing::withoutItEachCallReadsTheRobot()
