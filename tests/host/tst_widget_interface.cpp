@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
@@ -82,6 +83,7 @@ void TestWidgetInterface::keepsTheOldBrokerWhenTheRobotCannotBeReached()
     plugin.initBroker(plugin.fBroker, "first", "127.0.0.1", robot.port(), "");
     const boost::shared_ptr<ZoBroker> first = plugin.fBroker;
     robot.kill();
+    TRY_VERIFY(!first->isConnected()); // or the second one would share its link
     QVERIFY_EXCEPTION_THROWN(
         plugin.initBroker(plugin.fBroker, "second", "127.0.0.1", robot.port(), ""), ZoError);
     QCOMPARE(plugin.fBroker, first);
