@@ -136,3 +136,12 @@ FakeRobot::Script answering(const std::string& reply)
         }
     };
 }
+
+FakeRobot::Script answeringOneLink(const std::string& reply)
+{
+    return [reply](FakeConnection& connection) {
+        if (connection.number() > 0)
+            connection.waitForEnd();
+        answering(reply)(connection);
+    };
+}

@@ -72,6 +72,8 @@ private:
 
 /// Greets, and answers each further command with `reply`.
 FakeRobot::Script answering(const std::string& reply);
+/// The same on the first connection; those behind it wait in vain.
+FakeRobot::Script answeringOneLink(const std::string& reply);
 
 /// A loopback port on which nobody listens, kept so for as long as this lives.
 class DeafPort

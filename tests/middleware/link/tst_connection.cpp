@@ -81,11 +81,7 @@ void TestConnection::aBadReplyEndsTheLink()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, message);
-    const FakeRobot robot([&](FakeConnection& connection) {
-        if (connection.number() > 0)
-            connection.waitForEnd();
-        answering(reply.toStdString())(connection);
-    });
+    const FakeRobot robot(answeringOneLink(reply.toStdString()));
     const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm", "Leg"})); });
@@ -167,11 +163,7 @@ void TestConnection::aLateReplyReachesNobody()
 
 void TestConnection::aReplyTooManyEndsTheLink()
 {
-    const FakeRobot robot([](FakeConnection& connection) {
-        if (connection.number() > 0)
-            connection.waitForEnd();
-        answering("*1\r\n$1\r\n1\r\n*1\r\n$1\r\n2\r\n")(connection);
-    });
+    const FakeRobot robot(answeringOneLink("*1\r\n$1\r\n1\r\n*1\r\n$1\r\n2\r\n"));
     const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     errorOf([&] { memory.getListData(requestFor({"Arm"})); });

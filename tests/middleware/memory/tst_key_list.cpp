@@ -199,11 +199,7 @@ void TestKeyList::aBadKeyListEndsTheLink_data()
 void TestKeyList::aBadKeyListEndsTheLink()
 {
     QFETCH(QByteArray, reply);
-    const FakeRobot robot([&](FakeConnection& connection) {
-        if (connection.number() > 0)
-            connection.waitForEnd();
-        answering(reply.toStdString())(connection);
-    });
+    const FakeRobot robot(answeringOneLink(reply.toStdString()));
     const auto broker = linkTo(robot.port(), quietOptions());
     ZoMemoryProxy memory = memoryOf(broker);
     const std::string error = errorOf([&] { memory.getDataListName(); });
