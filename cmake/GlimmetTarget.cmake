@@ -16,3 +16,13 @@ function(glimmet_target target)
     -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
     $<$<BOOL:${GLIMMET_WERROR}>:-Werror>)
 endfunction()
+
+#
+#   glimmet_exports(TARGET SCRIPT)
+#
+# The library shows its users only what the linker's version script SCRIPT names.
+function(glimmet_exports target script)
+  set(path ${CMAKE_CURRENT_SOURCE_DIR}/${script})
+  target_link_options(${target} PRIVATE LINKER:--version-script=${path})
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${path})
+endfunction()

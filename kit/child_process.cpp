@@ -8,13 +8,14 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace kit {
 
 namespace {
 
 /// What runs between fork and exec: nothing here may allocate.
-[[noreturn]] void become(char* const* words, pid_t parent, int output)
+[[noreturn]] void become(char* const* words, pid_t parent, const ChildProcess::Streams& streams)
 {
     for (int number = 1; number < NSIG; ++number)
         ::signal(number, SIG_DFL);
@@ -25,15 +26,19 @@ namespace {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent)
         ::_exit(1); // the parent ended before the line above
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(STDOUT_FILENO, STDERR_FILENO);
-    ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    const int input = streams.input < 0 ? ::open("/dev/null", O_RDONLY | O_CLOEXEC) : streams.input;
+    // Past the three first: one of them may be among those that another is to become.
+    const int kept[] = {::fcntl(input, F_DUPFD_CLOEXEC, STDERR_FILENO + 1),
+                        ::fcntl(streams.output, F_DUPFD_CLOEXEC, STDERR_FILENO + 1),
+                        ::fcntl(streams.errors, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number)
+        ::dup2(kept[number], number);
     ::close_range(STDERR_FILENO + 1, ~0U, 0);
     ::execvp(words[0], words);
     ::_exit(ChildProcess::fProgramMissing);
 }
 
-pid_t spawn(std::vector<std::string>& words, int output)
+pid_t spawn(std::vector<std::string>& words, const ChildProcess::Streams& streams)
 {
     std::vector<char*> pointers;
     pointers.reserve(words.size() + 1);
@@ -48,23 +53,31 @@ pid_t spawn(std::vector<std::string>& words, int output)
     ::pthread_sigmask(SIG_SETMASK, &all, &before);
     const pid_t pid = ::fork();
     if (pid == 0)
-        become(pointers.data(), parent, output);
+        become(pointers.data(), parent, streams);
     const int error = errno;
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (pid < 0)
         throw std::system_error(error, std::generic_category(), "cannot start " + words[0]);
+    ::setpgid(pid, pid); // whoever of the two comes first: the group may be ended at once
     return pid;
 }
 
 } // namespace
 
-ChildProcess::ChildProcess(std::vector<std::string> words, int output) : fPid(spawn(words, output))
+ChildProcess::ChildProcess(std::vector<std::string> words, int output)
+    : ChildProcess(std::move(words), {-1, output, output})
+{
+}
+
+ChildProcess::ChildProcess(std::vector<std::string> words, const Streams& streams)
+    : fPid(spawn(words, streams))
 {
 }
 
 ChildProcess::~ChildProcess()
 {
-    signal(SIGKILL);
+    if (!fHasEnded)
+        ::kill(-fPid, SIGKILL);
     wait();
 }
 

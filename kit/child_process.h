@@ -7,8 +7,9 @@
 
 namespace kit {
 
-/// A program that this process started. It ends with this object, and also when the process ends
-/// in any other way.
+/// A program that this process started. It ends with this object, and what it has started itself
+/// with it, but for what has left its process group. It also ends when the process ends in any
+/// other way.
 ///
 /// The kernel ties its life to the thread that starts it: do so in the main thread, before any
 /// other thread, or in one that lives as long.
@@ -17,11 +18,21 @@ class ChildProcess
 public:
     static constexpr int fProgramMissing = 127; ///< the exit status when there is no such program
 
+    /// What the program has for its standard streams.
+    struct Streams
+    {
+        int input; ///< -1: nothing to read
+        int output;
+        int errors;
+    };
+
     /// Starts the program words[0], which is looked for in PATH, with the other words. It writes
     /// both its outputs to the descriptor `output`, reads nothing, and inherits nothing else that
     /// is open here. Signals reach it whatever is blocked or ignored here, but for a Ctrl-C, which
     /// is for this process alone. Throws std::system_error.
     ChildProcess(std::vector<std::string> words, int output);
+    /// The same, with these streams.
+    ChildProcess(std::vector<std::string> words, const Streams& streams);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;

@@ -13,35 +13,6 @@ namespace kit {
 
 namespace {
 
-const Option& optionCalled(const std::string& name, const Options& options)
-{
-    for (const Option& option : options)
-        if (std::find(option.names.begin(), option.names.end(), name) != option.names.end())
-            return option;
-    throw UsageError("there is no option '" + name + "' here");
-}
-
-/// Whether the option settles.
-bool readOption(Words& words, const Options& options)
-{
-    const std::string word = words.take();
-    const std::size_t equals = word.find('=');
-    const std::string name = word.substr(0, equals);
-    const Option& option = optionCalled(name, options);
-    const bool hasValue = !option.value.empty();
-    std::string value;
-    if (equals != std::string::npos)
-        value = word.substr(equals + 1);
-    else if (hasValue && !words.empty())
-        value = words.take();
-    if (hasValue && value.empty())
-        throw UsageError(name + " needs a value");
-    if (!hasValue && equals != std::string::npos)
-        throw UsageError(name + " has no value");
-    option.store(name, value);
-    return option.settles;
-}
-
 /// The shortest text that reads back as `number`.
 template <typename Number>
 std::string textOf(Number number)
@@ -95,6 +66,34 @@ Options joined(Options first, Options second)
 {
     std::move(second.begin(), second.end(), std::back_inserter(first));
     return first;
+}
+
+const Option& optionCalled(const std::string& name, const Options& options)
+{
+    for (const Option& option : options)
+        if (std::find(option.names.begin(), option.names.end(), name) != option.names.end())
+            return option;
+    throw UsageError("there is no option '" + name + "' here");
+}
+
+bool readOption(Words& words, const Options& options)
+{
+    const std::string word = words.take();
+    const std::size_t equals = word.find('=');
+    const std::string name = word.substr(0, equals);
+    const Option& option = optionCalled(name, options);
+    const bool hasValue = !option.value.empty();
+    std::string value;
+    if (equals != std::string::npos)
+        value = word.substr(equals + 1);
+    else if (hasValue && !words.empty())
+        value = words.take();
+    if (hasValue && value.empty())
+        throw UsageError(name + " needs a value");
+    if (!hasValue && equals != std::string::npos)
+        throw UsageError(name + " has no value");
+    option.store(name, value);
+    return option.settles;
 }
 
 OptionsEnd readOptions(Words& words, const Options& options)

@@ -17,6 +17,7 @@ public:
     bool empty() const { return fNext == fWords.size(); }
     /// Whether the next word looks like an option.
     bool startsOption() const;
+    std::size_t left() const { return fWords.size() - fNext; }
     /// The next word, which must be there; take goes on behind it.
     const std::string& next() const { return fWords[fNext]; }
     std::string take() { return fWords[fNext++]; }
@@ -66,6 +67,11 @@ enum class OptionsEnd
 /// word behind an option that has a value is that value, whatever it begins with. Throws
 /// UsageError for an option that is not in `options`, lacks its value or has one too many.
 OptionsEnd readOptions(Words& words, const Options& options);
+
+/// Takes the next word, which starts an option, and its value. Whether it settles. Throws as above.
+bool readOption(Words& words, const Options& options);
+/// Throws UsageError when there is none.
+const Option& optionCalled(const std::string& name, const Options& options);
 
 /// For programs without operands: throws UsageError that names the next word, if there is one.
 void refuseOperands(const Words& words);

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <kit/output.h>
+#include <kit/rest_of_time.h>
+#include <kit/system_text.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <ctime>
 #include <poll.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace kit {
@@ -25,13 +24,7 @@ void waitForRoom(int descriptor)
 {
     if (error == EPIPE)
         throw OutputClosed();
-    throw OutputError("cannot write the output: " + std::generic_category().message(error));
-}
-
-timespec asTimespec(std::chrono::nanoseconds time)
-{
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
-    return {seconds.count(), (time - seconds).count()};
+    throw OutputError("cannot write the output: " + messageOf(error));
 }
 
 } // namespace
@@ -65,8 +58,7 @@ void Output::flush()
 void Output::waitUntil(std::chrono::steady_clock::time_point then) const
 {
     while (true) {
-        const auto rest = then - std::chrono::steady_clock::now();
-        const timespec time = asTimespec(std::max<std::chrono::nanoseconds>(rest, {}));
+        const timespec time = restUntil(then);
         pollfd output{fDescriptor, 0, 0};
         const int events = ::ppoll(&output, 1, &time, nullptr);
         if (events > 0)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <kit/descriptor.h>
 #include <kit/password_file.h>
+#include <kit/system_text.h>
 #include <kit/usage_error.h>
 
 #include <algorithm>
@@ -11,7 +12,6 @@
 #include <poll.h>
 #include <string_view>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace kit {
 
@@ -59,7 +59,7 @@ private:
 
 [[noreturn]] void throwErrno(const std::string& path)
 {
-    throwWrong(path, std::generic_category().message(errno));
+    throwWrong(path, messageOf(errno));
 }
 
 /// Reads one password file.
@@ -146,6 +146,15 @@ void wipe(std::string& secret)
     secret.resize(secret.capacity()); // what was moved from keeps its bytes behind its end
     ::explicit_bzero(secret.data(), secret.size());
     secret.clear();
+}
+
+Secret& Secret::operator=(std::string_view text)
+{
+    if (text.data() != data()) {
+        wipe(*this);
+        assign(text);
+    }
+    return *this;
 }
 
 } // namespace kit

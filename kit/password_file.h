@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 namespace kit {
 
@@ -20,6 +21,20 @@ Password readPassword(const std::string& path,
 
 /// Overwrites what `secret` holds, and empties it.
 void wipe(std::string& secret);
+
+/// A text that is overwritten when it goes, and before it becomes another one. What is done to it
+/// otherwise may leave copies behind.
+class Secret : public std::string
+{
+public:
+    Secret() = default;
+    Secret(std::string_view text) : std::string(text) {}
+    Secret(const Secret&) = default;
+    Secret(Secret&&) = default;
+    ~Secret() { wipe(*this); }
+    Secret& operator=(const Secret& other) { return *this = std::string_view(other); }
+    Secret& operator=(std::string_view text);
+};
 
 /// Wipes `secret`, which outlives it, when it goes, even by an exception.
 class WipedAtEnd

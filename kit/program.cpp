@@ -8,6 +8,9 @@
 #include <exception>
 #include <fcntl.h>
 #include <iostream>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace kit {
@@ -34,24 +37,41 @@ void prepareProcess()
         ::close(descriptor);
 }
 
-int runProgram(const std::string& program, const std::function<int()>& run)
+void endWithParent()
 {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    pollfd output{standardOutput, 0, 0}; // closed by a parent that ended before the line above
+    ::poll(&output, 1, 0);
+    if ((output.revents & POLLERR) != 0)
+        ::_exit(exitFailed);
+}
+
+int runProgram(const std::string& program, const std::function<int()>& run, const Tell& tellWhy)
+{
+    const auto say = [&](const std::string& message) {
+        tellWhy ? tellWhy(message) : tell(program, message);
+    };
     try {
         return run();
     } catch (const UsageError& error) {
-        tell(program, std::string(error.what()) + " (see " + program + " --help)");
+        say(std::string(error.what()) + " (see " + program + " --help)");
         return exitWrongUse;
     } catch (const OutputClosed&) {
         return exitFailed;
     } catch (const std::exception& error) {
-        tell(program, error.what());
+        say(error.what());
         return exitFailed;
     }
 }
 
+std::string lineOf(const std::string& program, const std::string& message)
+{
+    return program + ": " + escaped(message) + "\n";
+}
+
 void tell(const std::string& program, const std::string& message)
 {
-    std::cerr << program + ": " + escaped(message) + "\n" << std::flush;
+    std::cerr << lineOf(program, message) << std::flush;
 }
 
 void tellWarning(const std::string& program, const std::string& warning)
@@ -65,6 +85,13 @@ void print(const std::string& text)
     Output output(standardOutput);
     output.add(text);
     output.flush();
+}
+
+void endWellAfter(int time)
+{
+    std::signal(SIGALRM, endWell);
+    const itimerval once{{}, {time / 1000000, time % 1000000}};
+    ::setitimer(ITIMER_REAL, &once, nullptr);
 }
 
 void endWellOnStopSignals()

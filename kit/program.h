@@ -18,12 +18,22 @@ constexpr int exitWrongUse = 2;
 /// opens can get the number of a standard stream that the caller left closed.
 void prepareProcess();
 
-/// Runs `run`, and returns the exit status that it does. When it throws, tells why in the name of
-/// `program` and returns exitWrongUse for a UsageError and exitFailed for all else. Says nothing of
-/// OutputClosed: whoever read the output has what they wanted.
-int runProgram(const std::string& program, const std::function<int()>& run);
+/// For a program whose answer only its parent wants: it ends with its parent, and at once when
+/// nobody reads standard output any more.
+void endWithParent();
 
-/// Writes "PROGRAM: MESSAGE" as one line to standard error, in one piece.
+using Tell = std::function<void(const std::string& message)>;
+
+/// Runs `run`, and returns the exit status that it does. When it throws, tells why in the name of
+/// `program`, or by `tellWhy`, and returns exitWrongUse for a UsageError and exitFailed for all
+/// else. Says nothing of OutputClosed: whoever read the output has what they wanted.
+int runProgram(const std::string& program, const std::function<int()>& run,
+               const Tell& tellWhy = {});
+
+/// "PROGRAM: MESSAGE" as one line.
+std::string lineOf(const std::string& program, const std::string& message);
+
+/// Writes that to standard error, in one piece.
 void tell(const std::string& program, const std::string& message);
 
 /// The same, when there is a warning to tell.
@@ -31,6 +41,10 @@ void tellWarning(const std::string& program, const std::string& warning);
 
 /// Writes `text` to standard output. Throws what Output does.
 void print(const std::string& text);
+
+/// The process ends after so many microseconds, at once and with exit status 0, whatever it waits
+/// for and whatever is not written yet.
+void endWellAfter(int time);
 
 /// From now on SIGINT and SIGTERM end the process at once with exit status 0, whatever it waits
 /// for; what is not yet written is not wanted any more.

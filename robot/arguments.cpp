@@ -3,7 +3,10 @@
 
 #include <kit/options_text.h>
 #include <kit/usage_error.h>
+#include <kit/version_text.h>
 #include <zo/address.h>
+
+#include <csv.h>
 
 #include <limits>
 #include <utility>
@@ -16,13 +19,46 @@ using kit::UsageError;
 constexpr double lowestRate = 0.1;
 constexpr double highestRate = 1000;
 
-kit::Options robotOptions(RobotArguments& arguments)
+kit::Options serverOptions(RobotArguments& arguments)
 {
-    kit::Options own = {
+    return {
         kit::numberOption("--port", "PORT", "port of the private server (a free one)", 1,
                           ZoAddress::fHighestPort, arguments.port),
         kit::flag("--open", "let everybody on this machine read it, without a password",
                   arguments.open),
+    };
+}
+
+void storeFrom(ReplayArguments& replay, const std::string& name, const std::string& text)
+{
+    replay.from = kit::jumpFrom(text);
+    if (!replay.from)
+        throw UsageError(name +
+                         " must be a time from the start with its unit (ms, s, min, h, d), as "
+                         "in 90s, or seconds since 1970, not '" +
+                         text + "'");
+}
+
+kit::Options replayOptions(ReplayArguments& replay)
+{
+    return {
+        kit::textOption("--replay", "FILE", "play the recording FILE of zo record", replay.path),
+        kit::numberOption("--speed", "X", "so many times as fast, 0.001 to 1000 (1)",
+                          kit::lowestReplaySpeed, kit::highestReplaySpeed, replay.speed),
+        kit::flag("--loop", "begin again at the end", replay.loops),
+        {{"--from"},
+         "TIME",
+         "begin there: so far from the start, as in 90s or 1.5h, or at so many seconds since 1970",
+         [&replay](const std::string& name, const std::string& text) {
+             storeFrom(replay, name, text);
+         }},
+        kit::flag("--paused", "begin when it is told to play", replay.isPaused),
+    };
+}
+
+kit::Options robotOptions(RobotArguments& arguments)
+{
+    return {
         kit::numberOption("--rate", "HZ",
                           "times per second that all keys are written, 0.1 to 1000 (50); a machine "
                           "too slow for it skips some",
@@ -33,14 +69,24 @@ kit::Options robotOptions(RobotArguments& arguments)
                                          "another seed, a slightly different robot (1)", 0,
                                          std::numeric_limits<std::uint32_t>::max(), arguments.seed),
     };
-    return kit::joined(std::move(own),
-                       kit::aboutOptions([&arguments] { arguments.action = Action::Help; },
-                                         [&arguments] { arguments.action = Action::Version; }));
+}
+
+kit::Options aboutOptions(RobotArguments& arguments)
+{
+    return kit::aboutOptions([&arguments] { arguments.action = Action::Help; },
+                             [&arguments] { arguments.action = Action::Version; });
+}
+
+kit::Options generalOptions(RobotArguments& arguments)
+{
+    return kit::joined(kit::joined(serverOptions(arguments), robotOptions(arguments)),
+                       aboutOptions(arguments));
 }
 
 kit::Options allOptions(RobotArguments& arguments)
 {
-    return kit::joined(robotOptions(arguments), kit::connectionOptions(arguments.connection));
+    return kit::joined(kit::joined(generalOptions(arguments), replayOptions(arguments.replay)),
+                       kit::connectionOptions(arguments.connection));
 }
 
 void checkServer(const RobotArguments& arguments)
@@ -55,6 +101,20 @@ void checkServer(const RobotArguments& arguments)
                          "--password-file");
 }
 
+void checkReplay(const RobotArguments& arguments)
+{
+    const ReplayArguments& replay = arguments.replay;
+    const bool isMeant = replay.loops || replay.isPaused || replay.from || replay.speed != 1;
+    if (replay.path.empty() && isMeant)
+        throw UsageError("--speed, --loop, --from and --paused are for --replay FILE");
+    const RobotArguments usual;
+    const bool isSimulated = arguments.rate != usual.rate || arguments.keys != usual.keys ||
+                             arguments.seed != usual.seed;
+    if (!replay.path.empty() && isSimulated)
+        throw UsageError("--rate, --keys and --seed are for the simulated robot: --replay plays "
+                         "what was recorded");
+}
+
 } // namespace
 
 RobotArguments parseArguments(const std::vector<std::string>& words)
@@ -66,8 +126,16 @@ RobotArguments parseArguments(const std::vector<std::string>& words)
         return arguments;
     kit::refuseOperands(rest);
     checkServer(arguments);
+    checkReplay(arguments);
     kit::completeConnection(arguments.connection);
     return arguments;
+}
+
+kit::Completion completeRobotOptions(const std::vector<std::string>& words)
+{
+    RobotArguments any;
+    kit::Words rest(words);
+    return kit::completeOptions(rest, allOptions(any)).value_or(kit::Completion{});
 }
 
 std::string robotHelp()
@@ -82,7 +150,19 @@ std::string robotHelp()
            "one that the robot makes up and keeps, as long as it runs, in a file that only your\n"
            "user can read: it prints \"password in FILE\" before.\n"
            "\n" +
-           kit::optionsText(robotOptions(any)) +
+           kit::optionsText(generalOptions(any)) +
+           "\n"
+           "With --replay it plays a recording instead, at its own pace, and keeps the last values "
+           "at\n"
+           "the end. Whoever may write Replay/Control, as readers of its own server may, controls "
+           "it by\n"
+           "one of these texts: play, pause, step [N], jump TIME (as for --from, or +TIME and "
+           "-TIME\n"
+           "from where it is), speed X; zo replay-control does that. Replay/State, Replay/Time "
+           "and\n"
+           "Replay/Speed tell where it is.\n"
+           "\n" +
+           kit::optionsText(replayOptions(any.replay)) +
            "\n"
            "With --connect it publishes to a server that runs already. It waits for one that is\n"
            "lost, and ends when one refuses its user, password or certificate:\n"
@@ -92,5 +172,16 @@ std::string robotHelp()
            "Example: tarvek-robot --port 6380, then, with the file that it prints:\n"
            "zo --connect 127.0.0.1:6380 --password-file FILE get Battery/Charge\n"
            "\n"
+           "With --prefix it writes all that behind it, and once a second Robot/Alive, the "
+           "seconds\n"
+           "since 1970: zo robots lists the robots of a server by it.\n"
+           "\n"
            "Exit status: 0 ended by Ctrl-C or a signal; 1 a server failed; 2 wrong use.\n";
+}
+
+std::string robotVersion()
+{
+    const std::string csv = std::to_string(CSV_MAJOR) + '.' + std::to_string(CSV_MINOR) + '.' +
+                            std::to_string(CSV_RELEASE);
+    return kit::versionText("tarvek-robot", {{"libcsv", csv}});
 }

@@ -3,11 +3,24 @@
 
 #include "robot_keys.h"
 
+#include <kit/completion.h>
 #include <kit/connection_options.h>
+#include <kit/replay_command.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+/// How a recording is played in place of the simulated robot.
+struct ReplayArguments
+{
+    std::string path; ///< empty: none is
+    double speed = 1;
+    bool loops = false;
+    bool isPaused = false;
+    std::optional<kit::ReplayCommand> from; ///< where to begin; nothing: at its first row
+};
 
 /// What the command line asks for.
 struct RobotArguments
@@ -27,10 +40,15 @@ struct RobotArguments
     double rate = 50;  ///< ticks per second
     int keys = defaultRobotKeys;
     std::uint32_t seed = 1;
+    ReplayArguments replay;
 };
 
 /// `words` are the command line's without the program's name. Throws kit::UsageError.
 RobotArguments parseArguments(const std::vector<std::string>& words);
 
-/// What --help prints.
+/// How a command line goes on whose last word is being written. Throws kit::UsageError.
+kit::Completion completeRobotOptions(const std::vector<std::string>& words);
+
+/// What --help and --version print.
 std::string robotHelp();
+std::string robotVersion();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
+#include "replay/run_replay.h"
 #include "robot.h"
 
 #include <kit/output.h>
@@ -18,10 +19,13 @@ int run(RobotArguments arguments)
         kit::print(robotHelp());
         break;
     case RobotArguments::Action::Version:
-        kit::print("tarvek-robot " ROBOT_VERSION "\n");
+        kit::print(robotVersion());
         break;
     case RobotArguments::Action::Run:
-        runRobot(std::move(arguments));
+        if (arguments.replay.path.empty())
+            runRobot(std::move(arguments));
+        else
+            runReplay(std::move(arguments));
         break;
     }
     return kit::exitDone;
@@ -33,5 +37,7 @@ int main(int argc, char** argv)
 {
     kit::prepareProcess();
     const std::vector<std::string> words(argv + 1, argv + argc);
+    if (kit::isAskedToComplete(words))
+        return kit::answerShell(words, completeRobotOptions);
     return kit::runProgram("tarvek-robot", [&] { return run(parseArguments(words)); });
 }

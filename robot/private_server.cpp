@@ -34,15 +34,31 @@ std::string escapedBytes(std::string_view text)
     return result;
 }
 
+/// The pattern of `key` in an access list. What would have a meaning there stands for any one
+/// character: nobody else has keys on this server.
+std::string patternOf(std::string key)
+{
+    const auto hasMeaning = [](char c) {
+        return std::string_view("*?[]\\").find(c) != std::string_view::npos;
+    };
+    std::replace_if(key.begin(), key.end(), hasMeaning, '?');
+    return key;
+}
+
 /// Who may do what, in the language of the server's configuration file.
-std::string accessList(const std::string& ownersPassword, const std::string& readersPassword)
+std::string accessList(const std::string& ownersPassword, const std::string& readersPassword,
+                       const std::string& readersKey)
 {
     // Whatever is in the password: nothing of it has a meaning there.
     const std::string login =
         readersPassword.empty() ? "nopass" : "\">" + escapedBytes(readersPassword) + "\"";
+    const std::string rights =
+        readersKey.empty()
+            ? " ~* -@all"
+            : " %R~* \"" + escapedBytes("%W~" + patternOf(readersKey)) + "\" -@all +set +mset";
     return std::string("user ") + PrivateServer::fOwner + " on >" + ownersPassword +
-           " ~* &* +@all\n" + "user default on " + login +
-           " ~* -@all +@read +@connection -@dangerous\n";
+           " ~* &* +@all\n" + "user default on " + login + rights +
+           " +@read +@connection -@dangerous\n";
 }
 
 /// A server that refuses its configuration quotes it: the lines of `text` that tell of no user, and
@@ -93,14 +109,14 @@ bool isListening(const kit::Descriptor& folder, const std::string& name, pid_t p
 } // namespace
 
 PrivateServer::PrivateServer(int port, const std::string& readersPassword,
-                             const std::function<int()>& findPort)
+                             const std::function<int()>& findPort, const std::string& readersKey)
     : fPort(port), fPassword(randomPassword())
 {
     if (port != 0 && !kit::isLoopbackPortFree(port))
         throwPortInUse(port);
     for (int attempt = 0; attempt < fFreePortAttempts; ++attempt) {
         fPort = port != 0 ? port : findPort();
-        if (start(readersPassword))
+        if (start(readersPassword, readersKey))
             return;
         if (log().find("in use") == std::string::npos)
             throw std::runtime_error("redis-server does not start: " + log());
@@ -110,11 +126,11 @@ PrivateServer::PrivateServer(int port, const std::string& readersPassword,
 
 /// The server runs in an empty folder, so that it finds no stored data there. That is removed as
 /// soon as the server listens: then it cannot write any either.
-bool PrivateServer::start(const std::string& readersPassword)
+bool PrivateServer::start(const std::string& readersPassword, const std::string& readersKey)
 {
     const kit::TemporaryFolder folder("tarvek-robot");
     const std::string configuration = folder.path() + "/redis.conf";
-    writeFile(configuration, accessList(fPassword, readersPassword));
+    writeFile(configuration, accessList(fPassword, readersPassword, readersKey));
     fLogFile = kit::Descriptor(::memfd_create("redis-server.log", MFD_CLOEXEC));
     const std::vector<std::string> words = {
         "redis-server", configuration, "--port",      std::to_string(fPort),

@@ -14,8 +14,8 @@
 /// A Redis server of the robot's own, on 127.0.0.1 and without persistence. It ends with this
 /// object, and also when the process ends in any other way.
 ///
-/// Only who signs in as its owner may write there or rule it. Others may read, with the password
-/// that was given for them.
+/// Only who signs in as its owner may write there, but for one key if it was made so, or rule it.
+/// Others may read, with the password that was given for them.
 ///
 /// Make it in the main thread, before any other thread: see kit::ChildProcess.
 class PrivateServer
@@ -24,10 +24,12 @@ public:
     static constexpr int fFreePortAttempts = 5;
 
     /// Starts the server and waits until it listens. With an empty `readersPassword` everybody on
-    /// this machine may read. `port` 0 takes one that `findPort` finds, and another one when that
-    /// is taken by then. Throws std::runtime_error that says what is missing or in the way.
+    /// this machine may read. Readers may write the key `readersKey`, too; empty: none. `port` 0
+    /// takes one that `findPort` finds, and another one when that is taken by then. Throws
+    /// std::runtime_error that says what is missing or in the way.
     PrivateServer(int port, const std::string& readersPassword,
-                  const std::function<int()>& findPort = kit::freeLoopbackPort);
+                  const std::function<int()>& findPort = kit::freeLoopbackPort,
+                  const std::string& readersKey = {});
 
     ZoAddress address() const { return {"127.0.0.1", fPort}; }
     static constexpr char fOwner[] = "robot"; ///< its user's name
@@ -38,7 +40,7 @@ public:
     bool isRunning();
 
 private:
-    bool start(const std::string& readersPassword);
+    bool start(const std::string& readersPassword, const std::string& readersKey);
     bool waitUntilListening(const std::string& folderPath);
     std::string log() const;
 

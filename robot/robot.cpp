@@ -1,84 +1,76 @@
 // SPDX-License-Identifier: MIT
 #include "robot.h"
 
-#include "private_file.h"
-#include "private_server.h"
+#include "publication.h"
 #include "publisher.h"
-#include "random_password.h"
 #include "ticks.h"
+#include "trouble.h"
 
-#include <kit/password_file.h>
 #include <kit/program.h>
 #include <kit/refusal.h>
+#include <kit/signals.h>
 
 #include <zo/zo.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <ctime>
-#include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace {
 
-/// The signals that end the robot, and the one that tells of its server's end. Blocked here and in
-/// every thread made later, so that only `waitForSignal` gets them.
-class Signals
-{
-public:
-    Signals()
-    {
-        ::sigemptyset(&fSet);
-        for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGCHLD})
-            ::sigaddset(&fSet, signal);
-        ::pthread_sigmask(SIG_BLOCK, &fSet, nullptr);
-    }
+using Steady = std::chrono::steady_clock;
 
-    /// The next signal within `seconds`, or 0.
-    int waitForSignal(double seconds) const
-    {
-        const double whole = seconds > 0 ? seconds : 0;
-        timespec time{};
-        time.tv_sec = static_cast<time_t>(whole);
-        time.tv_nsec = static_cast<long>((whole - static_cast<double>(time.tv_sec)) * 1e9);
-        const int signal = ::sigtimedwait(&fSet, nullptr, &time);
-        return signal > 0 ? signal : 0;
-    }
-
-private:
-    sigset_t fSet{};
-};
-
-/// Publishes tick after tick, and tells once for each outage that and why nothing arrives.
+/// Publishes tick after tick and that the robot is there, and tells once for each outage that and
+/// why nothing arrives.
 class TickLoop
 {
 public:
-    TickLoop(Publisher& publisher, const ZoBroker& broker, double rate)
-        : fPublisher(publisher), fBroker(broker), fRate(rate)
+    TickLoop(Publisher& publisher, const Publication& publication, double rate)
+        : fPublisher(publisher),
+          fBroker(publication.broker()),
+          fSign(publication.signOfLife()),
+          fRate(rate)
     {
     }
 
-    double secondsToNextTick() const { return tickTime(fTick, fRate) - elapsed(); }
+    /// For the next tick, or the sign of life, which does not wait for a slow one.
+    Steady::time_point wakeAt() const
+    {
+        const auto next = nextTickTime();
+        return std::min(next, fSign.due().value_or(next));
+    }
 
     /// Throws ZoError when the server refuses user, password or certificate.
-    void doTick()
+    void goOn()
     {
+        const bool isTick = Steady::now() >= nextTickTime();
         try {
-            startOverAfterALoss();
-            fPublisher.publish(tickTime(fTick, fRate));
-            report("");
+            if (isTick)
+                publish();
+            fSign.tell();
+            if (isTick)
+                fTrouble.report("");
         } catch (const ZoError& error) {
             kit::throwIfRefused(fBroker.linkStatus());
-            report(error.toString());
+            fTrouble.report(error.toString());
         }
-        fTick = nextTick(fTick, elapsed(), fRate);
+        if (isTick)
+            fTick = nextTick(fTick, elapsed(), fRate);
     }
 
 private:
-    double elapsed() const
+    Steady::time_point nextTickTime() const
     {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - fStart).count();
+        const std::chrono::duration<double> sinceStart(tickTime(fTick, fRate));
+        return fStart + std::chrono::duration_cast<std::chrono::nanoseconds>(sinceStart);
+    }
+    double elapsed() const { return std::chrono::duration<double>(Steady::now() - fStart).count(); }
+
+    void publish()
+    {
+        startOverAfterALoss();
+        fPublisher.publish(tickTime(fTick, fRate));
     }
 
     /// The server that the link came back to may be another one, or have been emptied.
@@ -90,92 +82,35 @@ private:
         fUpSince = upSince;
     }
 
-    void report(const std::string& trouble)
-    {
-        if (trouble.empty() == !fInTrouble)
-            return;
-        fInTrouble = !trouble.empty();
-        kit::tell("tarvek-robot", fInTrouble ? trouble + ". Trying again." : "publishing again.");
-    }
-
     Publisher& fPublisher;
     const ZoBroker& fBroker;
+    SignOfLife fSign;
     double fRate;
-    std::chrono::steady_clock::time_point fStart = std::chrono::steady_clock::now();
+    Steady::time_point fStart = Steady::now();
     std::chrono::system_clock::time_point fUpSince = fBroker.linkStatus().since;
     long long fTick = 1;
-    bool fInTrouble = false;
+    Trouble fTrouble;
 };
-
-/// The robot's own server, and the password that its readers give.
-class OwnServer
-{
-public:
-    /// `arguments` lead to the server from then on, as its owner.
-    explicit OwnServer(RobotArguments& arguments)
-    {
-        ZoBrokerOptions& options = arguments.connection.options;
-        if (options.password.empty() && !arguments.open)
-            makePassword(options.password);
-        fServer.emplace(arguments.port, options.password);
-        arguments.connection.address = fServer->address();
-        options.user = PrivateServer::fOwner;
-        kit::wipe(options.password); // that of the readers
-        options.password = fServer->ownersPassword();
-    }
-
-    bool isRunning() { return fServer->isRunning(); }
-
-    /// What readers have to know.
-    std::string news() const
-    {
-        const std::string password = fFile ? "password in " + fFile->path() + "\n" : "";
-        return password + "listening on " + fServer->address().toText() + "\n";
-    }
-
-private:
-    void makePassword(std::string& password)
-    {
-        password = randomPassword();
-        fFile.emplace("password", password + "\n");
-    }
-
-    std::optional<PrivateFile> fFile; ///< none: the password is not of our making
-    std::optional<PrivateServer> fServer;
-};
-
-std::string newsOf(const ZoAddress& server)
-{
-    return "publishing to " + server.toText() + "\n";
-}
 
 } // namespace
 
 void runRobot(RobotArguments arguments)
 {
     kit::tellWarning("tarvek-robot", arguments.connection.warning);
-    const Signals signals;
-    std::optional<OwnServer> server;
-    if (!arguments.connection.isGiven)
-        server.emplace(arguments);
-    const ZoAddress address = arguments.connection.address;
-
-    const boost::shared_ptr<ZoBroker> broker =
-        ZoBroker::create("TarvekRobot", address.host, address.port, arguments.connection.options);
-    kit::wipe(arguments.connection.options.password); // the broker has its own
-    Publisher publisher(robotKeys(arguments.keys, arguments.seed),
-                        ZoMemoryProxy(broker->getProxy("ZoMemory", 0)));
+    // Those that end the robot, and the one that tells of its server's end.
+    const kit::Signals signals{SIGTERM, SIGINT, SIGHUP, SIGCHLD};
+    Publication publication(arguments);
+    Publisher publisher(robotKeys(arguments.keys, arguments.seed), publication.memory());
     publisher.publish(0);
-    kit::print(server ? server->news() : newsOf(address));
+    publication.signOfLife().tell(); // who is told that it is there shall find it
+    kit::print(publication.news());
 
-    TickLoop loop(publisher, *broker, arguments.rate);
+    TickLoop loop(publisher, publication, arguments.rate);
     while (true) {
-        const int signal = signals.waitForSignal(loop.secondsToNextTick());
+        const int signal = signals.waitUntil(loop.wakeAt());
         if (signal == 0)
-            loop.doTick();
-        else if (signal != SIGCHLD)
+            loop.goOn();
+        else if (publication.endsOn(signal))
             return;
-        else if (server && !server->isRunning())
-            throw std::runtime_error("the robot's own server has ended");
     }
 }

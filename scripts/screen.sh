@@ -4,20 +4,46 @@
 # programs.sh.
 # shellcheck shell=bash disable=SC2154 # what programs.sh sets
 
-# start_screen: starts a screen of its own and makes it the one that programs use. `work` is a
-# folder for its files. The screen is one of the `children`.
-start_screen() {
-    Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
-    children+=($!)
-    wait_until 10 test -s "$work/display" || fail "Xvfb does not start"
-    DISPLAY=:$(<"$work/display")
-    # The programs are to look the same on every machine, and to leave a user's settings alone.
+# The programs are to look the same on every machine, and to leave a user's settings alone.
+own_settings() {
     XDG_CONFIG_HOME=$work/config
     XDG_RUNTIME_DIR=$work/runtime
     QT_SCALE_FACTOR=1
-    export DISPLAY XDG_CONFIG_HOME XDG_RUNTIME_DIR QT_SCALE_FACTOR
+    export XDG_CONFIG_HOME XDG_RUNTIME_DIR QT_SCALE_FACTOR
     mkdir -m 700 "$XDG_RUNTIME_DIR"
-    unset WAYLAND_DISPLAY QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE
+    unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE
+}
+
+# start_screen WIDTHxHEIGHT [SCALE]: starts a screen of its own and makes it the one that programs
+# use; SCALE is how dense it is. `work` is a folder for its files. The screen is one of the `children`.
+start_screen() {
+    own_settings
+    Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp -noreset 3>"$work/display" \
+        2>/dev/null &
+    children+=($!)
+    wait_until 10 test -s "$work/display" || fail "Xvfb does not start"
+    export DISPLAY
+    DISPLAY=:$(<"$work/display")
+    # Without, programs reckon with the size of a screen that is none.
+    awk "BEGIN { print \"Xft.dpi:\", 96 * ${2:-1} }" | xrdb -nocpp -merge
+}
+
+# start_compositor WIDTHxHEIGHT SCALE: the same with Wayland.
+start_compositor() {
+    own_settings
+    local scale=1
+    case $2 in
+        *.*) QT_SCALE_FACTOR=$2 ;;
+        *) scale=$2 ;;
+    esac
+    weston --backend=headless-backend.so --no-config --idle-time=0 --socket=screen --scale="$scale" \
+        --width=$((${1%x*} / scale)) --height=$((${1#*x} / scale)) >"$work/compositor" 2>&1 &
+    children+=($!)
+    wait_until 10 test -S "$XDG_RUNTIME_DIR/screen" || {
+        cat "$work/compositor" >&2
+        fail "weston does not start"
+    }
+    export WAYLAND_DISPLAY=screen QT_QPA_PLATFORM=wayland
 }
 
 # Not by xdotool's own search for names: it does not see those of windows without a title of
@@ -51,13 +77,6 @@ click() {
     xdotool mousemove --window "$window" "$1" "$2" click 1
 }
 
-# drag X Y TO_X TO_Y: in `window`.
-drag() {
-    xdotool mousemove --window "$window" "$1" "$2" mousedown 1 \
-        mousemove --window "$window" "$(($1 + 5))" "$2" mousemove --window "$window" "$3" "$4" \
-        mouseup 1
-}
-
 # keys KEY...: to `window`.
 keys() {
     xdotool windowfocus --sync "$window" key --clearmodifiers --delay 30 "$@"
@@ -84,9 +103,5 @@ open_example() {
     wait_for_no_window "Glimmet configuration"
     wait_for_window "Tarvek Desktop \\(connected to .*\\)"
     xdotool windowsize --sync "$window" 1360 680
-    sleep 0.5 # until the window has arranged itself
-    drag 407 300 720 300 # the border between table and graph
-    sleep 0.5
-    drag 502 83 600 83 # the border between value and colour
     sleep 8 # until the graph is full
 }

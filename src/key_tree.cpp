@@ -4,7 +4,9 @@
 #include "cell_delegate.h"
 
 #include <QKeyEvent>
+#include <QStyle>
 
+#include <algorithm>
 #include <utility>
 
 KeyTree::KeyTree(QWidget* parent) : QTreeWidget(parent)
@@ -18,6 +20,20 @@ KeyTree::KeyTree(QWidget* parent) : QTreeWidget(parent)
 void KeyTree::installButtons(int column, ButtonMaker maker)
 {
     fButtons.install(column, std::move(maker));
+}
+
+void KeyTree::leaveRoom(int column, const QString& text)
+{
+    fRooms[column] = text;
+}
+
+int KeyTree::sizeHintForColumn(int column) const
+{
+    const int hint = QTreeWidget::sizeHintForColumn(column);
+    if (hint < 0 || !fRooms.contains(column)) // < 0: this column has no rows to tell it
+        return hint;
+    const int margins = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1);
+    return std::max(hint, fontMetrics().horizontalAdvance(fRooms[column]) + margins);
 }
 
 void KeyTree::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,

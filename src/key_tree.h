@@ -5,6 +5,7 @@
 #include "cell_keys.h"
 #include "row_buttons.h"
 
+#include <QMap>
 #include <QTreeWidget>
 
 /// A tree widget for many flat rows with a button in each. To its users it is a plain tree widget
@@ -27,6 +28,11 @@ public:
     /// Gives every row a button in `column`, now or when it comes into sight.
     void installButtons(int column, ButtonMaker maker);
 
+    /// Makes `column`, when it is resized to its contents, wide enough for `text` at least: for
+    /// what is still to come.
+    void leaveRoom(int column, const QString& text);
+
+    int sizeHintForColumn(int column) const override;
     void doItemsLayout() override;
     void reset() override;
 
@@ -38,6 +44,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    QMap<int, QString> fRooms; ///< text by column
     BatchedWrites fWrites{*this};
     RowButtons fButtons{*this};
     CellKeys fKeys{*this};

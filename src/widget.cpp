@@ -65,7 +65,11 @@ QGridLayout* Widget::xAddPane(QWidget* splitter)
 
 void Widget::xSetUpTable(QGridLayout* pane)
 {
-    fTree = new KeyTree(this);
+    auto* table = new KeyTree(this);
+    // When the table is filled it has no values yet.
+    table->leaveRoom(fColType, "invalid");
+    table->leaveRoom(fColValue, "-0.12345678");
+    fTree = table;
     fTree->setHeaderLabels({"Name", "Watch", "Graph", "Type", "Value", "Color"});
     fTree->setColumnWidth(fColName, 300);
     fTree->resizeColumnToContents(fColType);

@@ -4,6 +4,8 @@
 #include "dialogs/error_reporter.h"
 #include "plugins/resource_paths.h"
 
+#include <kit/version_text.h>
+
 #include <QEvent>
 #include <QIcon>
 #include <QWidget>
@@ -34,9 +36,11 @@ void Application::prepare()
 {
     setAttribute(Qt::AA_EnableHighDpiScaling);
     setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // A screen of 1.5 is to be one: rounded, all would be a third too large.
+    setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     setApplicationName("Tarvek Desktop");
     setOrganizationName("Tarvek");
-    setApplicationVersion(TARVEK_VERSION);
+    setApplicationVersion(QString::fromStdString(kit::programVersion()));
 }
 
 Application::Application(int& argc, char** argv)
@@ -45,6 +49,9 @@ Application::Application(int& argc, char** argv)
     // The toolkit takes the user's locale for the C library, too. With a decimal comma there,
     // strtod() would read "0.5" as 0, and panels read the robot's numbers with it.
     std::setlocale(LC_NUMERIC, "C");
+    // A session that ends asks the windows to close, and may be called off when they are gone: what
+    // is to be saved is saved without that.
+    setFallbackSessionManagementEnabled(false);
     // Dialogs come and go while windows are being made: the program itself knows when to end.
     setQuitOnLastWindowClosed(false);
     setWindowIcon(QIcon(ownIconFile()));

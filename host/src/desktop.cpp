@@ -1,52 +1,70 @@
 // SPDX-License-Identifier: MIT
 #include "desktop.h"
 
+#include "connection/loss_limit.h"
 #include "connection/recent_connections.h"
+#include "dialogs/ending_question.h"
 #include "dialogs/error_reporter.h"
+#include "dialogs/offered_file.h"
+#include "dialogs/window_order.h"
 #include "plugins/resource_paths.h"
-
-#include <kit/password_file.h>
+#include "plugins/root_element.h"
+#include "robots/saved_robots.h"
+#include "workspace/workspace_file.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSessionManager>
 #include <QStringList>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int deleteInterval = 20; ///< ms
 
-/// Shows the user that the program is busy.
-class WaitCursor
+/// Whether the command line says anything about the way to a robot.
+bool saysHow(const CommandLine& line)
 {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-boost::shared_ptr<ZoBroker> makeBroker(const ConnectionSettings& settings)
-{
-    const WaitCursor busy;
-    ZoBrokerOptions options = settings.brokerOptions();
-    const kit::WipedAtEnd wiped(options.password); // the broker has its own
-    return ZoBroker::create("TarvekDesktop", settings.address.host, settings.address.port, options);
+    const ConnectionSettings& settings = line.settings;
+    return line.connectAtOnce || !settings.user.isEmpty() || !settings.password.empty() ||
+           settings.tls || settings.timeout > 0 || !settings.jumpHost.isEmpty() ||
+           !settings.prefix.isEmpty() || !settings.other.sentinel.empty() || settings.other.replica;
 }
 
 } // namespace
 
-Desktop::Desktop(const CommandLine& commandLine, ErrorReporter& errors)
-    : fCommandLine(commandLine), fErrors(errors)
+Desktop::Desktop(const CommandLine& commandLine, ErrorReporter& errors,
+                 std::unique_ptr<Keyring> keyring)
+    : fCommandLine(commandLine),
+      fErrors(errors),
+      fPasswords(std::move(keyring)),
+      fWorkspaces({fPlugins, fPasswords,
+                   [this](const WorkspaceWindow& window, const auto& broker) {
+                       return openWorkspaceWindow(window, broker);
+                   }},
+                  errors, nullptr),
+      fConnecting(fPasswords, errors)
 {
     if (fCommandLine.imageDir.isEmpty())
         fCommandLine.imageDir = ownImageDir();
     fDeleteTimer.setInterval(deleteInterval);
     connect(&fDeleteTimer, &QTimer::timeout, this, &Desktop::xDeleteClosed);
+    connect(&fConnecting, &Connecting::connected, this, &Desktop::xOnConnected);
+    connect(&fConnecting, &Connecting::ended, this, &Desktop::xFinishIfNothingIsOpen);
+    connect(&fPasswords, &KeptPasswords::failed, &fErrors, &ErrorReporter::note);
+    connect(&fWorkspaces, &Workspaces::ended, this, &Desktop::xOnWorkspaceEnded);
     loadPlugins();
+    followSession();
 }
 
 Desktop::~Desktop()
 {
-    delete fDialog;
+    fWorkspaces.disconnect(this);
+    fConnecting.disconnect(this);
     qDeleteAll(fWindows);
     qDeleteAll(fClosedWindows);
 }
@@ -60,134 +78,263 @@ void Desktop::loadPlugins()
     fPlugins.loadFolder(ownPluginDir());
 }
 
+/// A session that ends may still go on, and asks for nothing that takes the user's time: windows
+/// stay, and what is open is kept for the next session.
+void Desktop::followSession()
+{
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &Desktop::saveLooks);
+    connect(qApp, &QGuiApplication::saveStateRequest, this, [this](QSessionManager& session) {
+        const QString file = sessionFile(session.sessionId() + ' ' + session.sessionKey());
+        if (keepForNextSession(file)) {
+            session.setRestartCommand(sessionCommand(file));
+            session.setDiscardCommand({"rm", "-f", "--", file});
+        }
+    });
+}
+
+bool Desktop::keepForNextSession(const QString& file) const
+{
+    // Nobody is there to be told what does not fit: all the rest is kept.
+    const Workspace open = fitting(fWorkspaces.contentOf(fWindows), QFileInfo(file).absolutePath());
+    return !open.windows.isEmpty() && QDir().mkpath(QFileInfo(file).absolutePath()) &&
+           writeWorkspace(open, file).isEmpty();
+}
+
+QStringList Desktop::sessionCommand(const QString& file) const
+{
+    QStringList words{QCoreApplication::applicationFilePath(), "--workspace", file};
+    for (const QString& plugin : fCommandLine.pluginFiles)
+        words += {"--plugin", QFileInfo(plugin).absoluteFilePath()};
+    for (const QString& folder : fCommandLine.pluginDirs)
+        words += {"--plugin-dir", folder};
+    if (fCommandLine.imageDir != ownImageDir())
+        words += {"--image-dir", fCommandLine.imageDir};
+    if (fCommandLine.lostAfter)
+        words += {"--lost-after", QString::number(fCommandLine.lostAfter->count())};
+    return words;
+}
+
+void Desktop::saveLooks() const
+{
+    for (const MainWindow* window : fWindows)
+        window->saveLook();
+}
+
 void Desktop::start()
 {
-    if (fCommandLine.connectAtOnce)
-        connectTo(fCommandLine.settings);
-    else
+    if (!fCommandLine.workspace.isEmpty()) {
+        fWorkspaces.open(fCommandLine.workspace, nullptr);
+        return;
+    }
+    if (!fCommandLine.connectAtOnce) {
         showConnectDialog();
+        return;
+    }
+    const ConnectionSettings settings = commandLineSettings();
+    if (settings.keepsPassword && settings.password.empty())
+        fConnecting.connectWithKeptPassword(settings);
+    else
+        connectTo(settings);
 }
 
 void Desktop::showConnectDialog()
 {
-    fRefusedWindow = nullptr;
-    openDialog(fCommandLine.settings);
-}
-
-void Desktop::askToConnectAgain(MainWindow* window)
-{
-    if (fDialog)
-        fDialog->close(); // it may be there for another robot
-    fDialog = nullptr;
-    fRefusedWindow = window;
-    openDialog(window->settings());
-}
-
-void Desktop::openDialog(const ConnectionSettings& settings)
-{
-    if (!fDialog) {
-        fDialog = new ConnectDialog(recentConnections(), settings);
-        fDialog->setAttribute(Qt::WA_DeleteOnClose);
-        connect(fDialog, &ConnectDialog::connectRequested, this, &Desktop::connectTo);
-        connect(fDialog, &ConnectDialog::refused, this, &Desktop::xOnRefused);
-        connect(fDialog, &QObject::destroyed, this, &Desktop::xFinishIfNothingIsOpen,
-                Qt::QueuedConnection);
-    }
-    fDialog->show();
-    fDialog->raise();
-    fDialog->activateWindow();
+    fConnecting.ask(firstSettings());
 }
 
 void Desktop::connectTo(const ConnectionSettings& settings)
 {
-    MainWindow* const refused = windowToConnectAgain(settings);
-    boost::shared_ptr<ZoBroker> broker;
-    try {
-        // A window that connects again has links of its own; but none of them tells at once, as a
-        // new broker does, whether the robot is there and lets the user in.
-        broker = makeBroker(settings);
-        if (refused)
-            refused->reconnect(settings);
-    } catch (const std::exception& error) {
-        askAgain(
-            tr("There is no connection to %1.\n\n%2\n\nCheck the address and the port, what the "
-               "robot asks for (user, password, encryption), and whether it is on.")
-                .arg(settings.addressText(), QString::fromUtf8(error.what())),
-            settings);
+    fConnecting.connectTo(settings);
+}
+
+void Desktop::xOnConnected(const ConnectionSettings& pSettings,
+                           const boost::shared_ptr<ZoBroker>& pBroker, MainWindow* pAgain)
+{
+    remember(pSettings);
+    MainWindow* const window = pAgain ? pAgain : openWindow(pSettings, pBroker);
+    for (MainWindow* other : fWindows)
+        other->learnFrom(*window);
+    fConnecting.closeDialog();
+    if (!pAgain)
+        openFirstPanel(window);
+}
+
+void Desktop::remember(const ConnectionSettings& settings)
+{
+    const bool isOfCommandLine =
+        fCommandLine.connectAtOnce && isSameRobot(settings, fCommandLine.settings);
+    if (isOfCommandLine && fCommandLine.forgets)
         return;
-    }
+    fPasswords.keep(settings);
     rememberConnection(settings);
-    MainWindow* const opened = refused ? nullptr : openWindow(settings, broker);
-    if (fDialog)
-        fDialog->accept();
-    if (opened)
-        openFirstPanel(opened);
+    rememberLastRobot(settings);
 }
 
-/// The window that asked for the dialog, if the user did not choose another robot there.
-MainWindow* Desktop::windowToConnectAgain(const ConnectionSettings& settings) const
+/// It has no option for the keyring: what the user wants for its robot stays as it is.
+ConnectionSettings Desktop::commandLineSettings() const
 {
-    const bool isAskedFor = fDialog && fWindows.contains(fRefusedWindow) &&
-                            fRefusedWindow->settings().address == settings.address;
-    return isAskedFor ? fRefusedWindow.data() : nullptr;
+    ConnectionSettings settings = fCommandLine.settings;
+    if (fCommandLine.connectAtOnce && KeptPasswords::isWantedFor(settings))
+        settings.keepsPassword = true;
+    return settings;
 }
 
-void Desktop::askAgain(const QString& problem, const ConnectionSettings& settings)
+/// What stands in a new dialog: what the command line says, or else the robot used last.
+ConnectionSettings Desktop::firstSettings() const
 {
-    openDialog(settings);
-    fErrors.report(fDialog, problem);
+    if (saysHow(fCommandLine))
+        return commandLineSettings();
+    if (const auto robot = lastRobot())
+        return robot->settings;
+    const QList<ConnectionSettings> recent = recentConnections();
+    return recent.isEmpty() ? fCommandLine.settings : recent.first();
 }
 
-void Desktop::xOnRefused(const QString& pProblem)
+MainWindow* Desktop::openWorkspaceWindow(const WorkspaceWindow& window,
+                                         const boost::shared_ptr<ZoBroker>& broker)
 {
-    fErrors.report(fDialog, pProblem);
+    if (window.robot.keepsPassword)
+        fPasswords.keep(window.robot); // which the user may just have typed
+    MainWindow* const opened = openWindow(window.robot, broker, &window.content.look);
+    for (MainWindow* other : fWindows)
+        other->learnFrom(*opened);
+    return opened;
+}
+
+/// One without windows has told the user why: they may choose a robot now.
+void Desktop::xOnWorkspaceEnded()
+{
+    if (fWindows.isEmpty() && fClosedWindows.isEmpty())
+        showConnectDialog();
 }
 
 MainWindow* Desktop::openWindow(const ConnectionSettings& settings,
-                                const boost::shared_ptr<ZoBroker>& broker)
+                                const boost::shared_ptr<ZoBroker>& broker, const WindowLook* look)
 {
-    const WindowContext context{fPlugins, fErrors, imageDirForPanels(fCommandLine.imageDir)};
+    const WindowContext context{fPlugins, fErrors, imageDirForPanels(fCommandLine.imageDir),
+                                fCommandLine.lostAfter.value_or(storedLossLimit())};
     auto* window = new MainWindow(context, settings, broker);
     fWindows += window;
     connect(window, &MainWindow::newConnectionRequested, this, &Desktop::showConnectDialog);
     connect(window, &MainWindow::connectAgainRequested, this,
-            [this, window] { askToConnectAgain(window); });
-    connect(window, &MainWindow::quitRequested, this, &Desktop::closeAll);
+            [this, window] { fConnecting.askAgainFor(window); });
+    connect(window, &MainWindow::lossLimitChosen, this, &Desktop::xOnLossLimitChosen);
+    connect(window, &MainWindow::quitRequested, this, [this, window] { quit(window); });
+    connect(window, &MainWindow::saveWorkspaceRequested, this,
+            [this, window] { fWorkspaces.save(window, fWindows); });
+    connect(window, &MainWindow::openWorkspaceRequested, this,
+            [this, window](const QString& file) { fWorkspaces.open(file, window); });
     connect(window, &MainWindow::closed, this, [this, window] {
         fWindows.removeOne(window);
         fClosedWindows += window;
         fDeleteTimer.start();
     });
+    if (look)
+        window->setLook(*look);
     window->show();
     return window;
 }
 
+void Desktop::xOnLossLimitChosen(std::chrono::seconds pLimit)
+{
+    storeLossLimit(pLimit);
+    fCommandLine.lostAfter = pLimit;
+    for (MainWindow* window : fWindows)
+        window->monitor().setLimit(pLimit);
+}
+
 void Desktop::openFirstPanel(MainWindow* window)
 {
-    if (fCommandLine.panel.isEmpty())
+    const QString file = std::exchange(fCommandLine.file, {});
+    const bool isForFile = fCommandLine.panel.isEmpty();
+    if (isForFile && file.isEmpty())
         return;
-    PanelPlugin* plugin = fPlugins.find(fCommandLine.panel);
+    PanelPlugin* plugin =
+        isForFile ? fPlugins.openerOf(rootElementOf(file)) : fPlugins.find(fCommandLine.panel);
     if (plugin) {
         // Its start-up dialog runs an event loop of its own: let this function return first.
-        QTimer::singleShot(0, window, [window, plugin] { window->openPanel(plugin); });
+        QTimer::singleShot(0, window, [window, plugin, file] {
+            const OfferedFile offered(file);
+            window->openPanel(plugin);
+        });
         return;
     }
+    fErrors.report(window, isForFile ? withoutOpener(file) : withoutPanel());
+}
+
+QString Desktop::withoutOpener(const QString& file)
+{
+    return tr("No panel opens %1.\n\nGive a configuration that a panel has saved, or a workspace "
+              "(*.tarvek).")
+        .arg(file);
+}
+
+/// Why the panel of the command line does not open, and what to do.
+QString Desktop::withoutPanel() const
+{
     QStringList names;
     for (const auto& found : fPlugins.plugins())
         names += found->name;
-    fErrors.report(window,
-                   tr("There is no panel \"%1\". Found: %2")
-                       .arg(fCommandLine.panel, names.isEmpty() ? tr("none") : names.join(", ")));
+    QString text = tr("There is no panel \"%1\". Found: %2")
+                       .arg(fCommandLine.panel, names.isEmpty() ? tr("none") : names.join(", "));
+    if (const int failed = static_cast<int>(fPlugins.failures().size()))
+        text +=
+            tr("\n\n%n plug-in(s) could not be loaded: \"Help\", \"Plug-ins that failed...\" says "
+               "why.",
+               nullptr, failed);
+    return text;
 }
 
 void Desktop::closeAll()
 {
-    if (fDialog)
-        fDialog->reject();
+    fConnecting.callOff();
+    {
+        const QSignalBlocker quiet(fWorkspaces); // its end asks for a robot when there is no window
+        fWorkspaces.endOpening();
+    }
     const QList<MainWindow*> windows = fWindows;
     for (MainWindow* window : windows)
         window->close();
     xFinishIfNothingIsOpen();
+}
+
+void Desktop::quit(MainWindow* window)
+{
+    int running = 0;
+    for (const MainWindow* one : qAsConst(fWindows))
+        running += one->recordings();
+    if (running == 0) {
+        closeAll();
+        return;
+    }
+    if (fQuitQuestion) {
+        bringToFront(*fQuitQuestion);
+        return;
+    }
+    fQuitQuestion = makeEndingQuestion(
+        window,
+        tr("%n recording(s) are running. Quitting ends them; their files are kept.", nullptr,
+           running),
+        tr("&End recordings and quit"), [this] { xQuit(); });
+    // What it says stays true: nothing can be begun in another window meanwhile.
+    fQuitQuestion->setWindowModality(Qt::ApplicationModal);
+    fQuitQuestion->show();
+}
+
+/// Windows whose recordings have to end first close then.
+void Desktop::xQuit()
+{
+    const QList<MainWindow*> windows = fWindows;
+    for (MainWindow* window : windows)
+        window->endRecordingsAndClose();
+    closeAll();
+}
+
+void Desktop::endAll()
+{
+    for (MainWindow* window : qAsConst(fWindows))
+        window->endRecordings();
+    closeAll();
 }
 
 void Desktop::xDeleteClosed()
@@ -206,6 +353,7 @@ void Desktop::xDeleteClosed()
 
 void Desktop::xFinishIfNothingIsOpen()
 {
-    if (fWindows.isEmpty() && fClosedWindows.isEmpty() && !fDialog)
+    if (fWindows.isEmpty() && fClosedWindows.isEmpty() && fConnecting.isOver() &&
+        !fWorkspaces.isOpening())
         emit finished();
 }

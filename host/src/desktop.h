@@ -2,22 +2,28 @@
 #pragma once
 
 #include "command_line.h"
-#include "dialogs/connect_dialog.h"
+#include "connecting.h"
 #include "plugins/plugin_loader.h"
+#include "robots/kept_passwords.h"
 #include "windows/main_window.h"
+#include "workspace/workspaces.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
 
-/// The whole program but its event loop: plug-ins, windows, and the way from the command line or
-/// the connect dialog to a window.
+#include <chrono>
+
+class QMessageBox;
+
+/// The whole program but its event loop: plug-ins, windows, and what the command line asks for.
 class Desktop : public QObject
 {
     Q_OBJECT
 
 public:
-    Desktop(const CommandLine& commandLine, ErrorReporter& errors);
+    Desktop(const CommandLine& commandLine, ErrorReporter& errors,
+            std::unique_ptr<Keyring> keyring = systemKeyring());
     ~Desktop() override;
 
     /// Connects as the command line says, or asks.
@@ -25,40 +31,64 @@ public:
 
     const PluginLoader& plugins() const { return fPlugins; }
     const QList<MainWindow*>& windows() const { return fWindows; }
-    ConnectDialog* connectDialog() const { return fDialog.data(); }
+    ConnectDialog* connectDialog() const { return fConnecting.dialog(); }
+    bool isConnecting() const { return fConnecting.isUnderWay(); }
+    bool isOpeningWorkspace() const { return fWorkspaces.isOpening(); }
+
+    /// Keeps what is open in that file; false when there is nothing, or no room for it.
+    bool keepForNextSession(const QString& file) const;
+    /// What starts the program again with the windows that are kept there.
+    QStringList sessionCommand(const QString& file) const;
 
 public slots:
     void showConnectDialog();
-    /// Connects, and opens a window with the command line's panel; or connects the window that
-    /// asked for it again, panels and all. Blocks until the robot answers, at most for the time
-    /// that a connection may take.
+    /// Begins to connect; an attempt that is under way is called off. When the robot answers, opens
+    /// a window with the command line's panel, or connects the window that asked for it again,
+    /// panels and all.
     void connectTo(const ConnectionSettings& settings);
     void closeAll();
+    /// The same, but asks the user about all recordings, over `window`, before any window closes.
+    void quit(MainWindow* window);
+    /// The same, without asking the user anything.
+    void endAll();
+    /// What windows and panels look like is known to the next ones from now on.
+    void saveLooks() const;
 
 signals:
     /// Nothing is open any more.
     void finished();
 
 private slots:
-    void xOnRefused(const QString& pProblem);
+    void xOnConnected(const ConnectionSettings& pSettings,
+                      const boost::shared_ptr<ZoBroker>& pBroker, MainWindow* pAgain);
+    void xOnWorkspaceEnded();
+    void xOnLossLimitChosen(std::chrono::seconds pLimit);
+    void xQuit();
     void xDeleteClosed();
     void xFinishIfNothingIsOpen();
 
 private:
     void loadPlugins();
-    void askAgain(const QString& problem, const ConnectionSettings& settings);
-    void openDialog(const ConnectionSettings& settings);
-    void askToConnectAgain(MainWindow* window);
-    MainWindow* windowToConnectAgain(const ConnectionSettings& settings) const;
+    void remember(const ConnectionSettings& settings);
+    ConnectionSettings commandLineSettings() const;
+    ConnectionSettings firstSettings() const;
+    void followSession();
     MainWindow* openWindow(const ConnectionSettings& settings,
-                           const boost::shared_ptr<ZoBroker>& broker);
+                           const boost::shared_ptr<ZoBroker>& broker,
+                           const WindowLook* look = nullptr);
+    MainWindow* openWorkspaceWindow(const WorkspaceWindow& window,
+                                    const boost::shared_ptr<ZoBroker>& broker);
     void openFirstPanel(MainWindow* window);
+    QString withoutPanel() const;
+    static QString withoutOpener(const QString& file);
 
     CommandLine fCommandLine;
     ErrorReporter& fErrors;
+    KeptPasswords fPasswords;
     PluginLoader fPlugins;
-    QPointer<ConnectDialog> fDialog;
-    QPointer<MainWindow> fRefusedWindow; ///< that `fDialog` is for; null: for a new one
+    Workspaces fWorkspaces;
+    Connecting fConnecting;
+    QPointer<QMessageBox> fQuitQuestion;
     QList<MainWindow*> fWindows;
     QList<MainWindow*> fClosedWindows; ///< not deleted yet: dialogs are still running in them
     QTimer fDeleteTimer;

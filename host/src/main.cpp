@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "application.h"
+#include "connection/ssh_relay.h"
 #include "desktop.h"
+#include "dialogs/ssh_question.h"
+#include "ending_signals.h"
 
+#include <kit/password_file.h>
 #include <kit/program.h>
 
 #include <string>
@@ -37,13 +41,35 @@ int runWindows(const std::string& program, const Words& words)
     kit::tellWarning("tarvek-desktop", commandLine.warning);
     Desktop desktop(commandLine, application.errors());
     QObject::connect(&desktop, &Desktop::finished, &application, &QCoreApplication::quit);
+    const EndingSignals endings;
+    QObject::connect(&endings, &EndingSignals::received, &desktop, &Desktop::endAll);
     desktop.start();
     return Application::exec();
+}
+
+/// As a program for SSH_ASKPASS: the answer goes to standard output.
+int answerSsh(const std::string& program, const Words& words)
+{
+    kit::endWithParent(); // ssh may be ended while it asks
+    Words texts = {program};
+    char* pointers[] = {texts[0].data(), nullptr};
+    int count = 1;
+    const Application application(count, pointers);
+    SshQuestion question(QString::fromLocal8Bit(words.empty() ? "" : words[0].c_str()),
+                         qEnvironmentVariable("SSH_ASKPASS_PROMPT"));
+    if (question.exec() != QDialog::Accepted)
+        return kit::exitFailed;
+    std::string answer = question.answer().toStdString() + "\n";
+    const kit::WipedAtEnd wiped(answer);
+    kit::print(answer);
+    return kit::exitDone;
 }
 
 int run(const std::string& program, const Words& words)
 {
     Application::prepare();
+    if (qEnvironmentVariableIsSet(answersSshVariable))
+        return answerSsh(program, words);
     const CommandLine::Action action = actionOf(words); // a text needs no display
     return action == CommandLine::Action::Run ? runWindows(program, words) : printText(action);
 }
@@ -53,5 +79,8 @@ int run(const std::string& program, const Words& words)
 int main(int argc, char** argv)
 {
     kit::prepareProcess();
-    return kit::runProgram("tarvek-desktop", [&] { return run(argv[0], {argv + 1, argv + argc}); });
+    const Words words(argv + 1, argv + argc);
+    if (kit::isAskedToComplete(words))
+        return kit::answerShell(words, completeCommandLine);
+    return kit::runProgram("tarvek-desktop", [&] { return run(argv[0], words); });
 }

@@ -13,5 +13,7 @@ bool WidgetInterface::requiresConnection() const
 void WidgetInterface::initBroker(boost::shared_ptr<ZoBroker>& broker, const std::string& brokerName,
                                  const std::string& ip, int port, const std::string&)
 {
-    broker = ZoBroker::create(brokerName, ip, port, fBrokerOptions);
+    // Without a need for it, nobody is made to wait for a robot that is away.
+    broker = requiresConnection() ? ZoBroker::create(brokerName, ip, port, fBrokerOptions)
+                                  : ZoBroker::begin(brokerName, ip, port, fBrokerOptions);
 }

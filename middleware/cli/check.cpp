@@ -55,6 +55,8 @@ SubjectWords wordsFor(Subject subject, bool hasTls)
         return {"readiness", "try again in a while"};
     case Subject::Login:
         return {"login", "--user and --password-file say who you are"};
+    case Subject::Node:
+        return {"node", "can each node be reached at the address that the others tell?"};
     case Subject::Rights:
         return {"rights", "the robot's access list must allow this user SCAN, MGET, and to read "
                           "the keys"};

@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
+#include "become_recorder.h"
 #include "check.h"
 #include "commands.h"
+#include "complete.h"
+#include "replay_remote.h"
+#include "robots.h"
 #include "watch.h"
 #include "zo_command.h"
 
 #include <kit/output.h>
 #include <kit/password_file.h>
 #include <kit/program.h>
+#include <kit/version_text.h>
 
 #include <zo/zo.h>
+
+#include <chrono>
 
 namespace {
 
@@ -48,6 +55,11 @@ void askOnce(ZoCommand& command, kit::Output& output)
         listKeys(memory, command.operands.empty() ? "" : command.operands[0], output);
     else if (command.action == ZoCommand::Action::Get)
         printValues(memory, command.operands, output);
+    else if (command.action == ZoCommand::Action::ReplayControl)
+        controlReplay(memory, command.operands[0], output);
+    else if (command.action == ZoCommand::Action::Robots)
+        listRobots(memory, command.isJson ? RobotsForm::Json : RobotsForm::Plain,
+                   std::chrono::system_clock::now(), output);
     else
         memory.setText(command.operands[0], command.operands[1]);
 }
@@ -61,13 +73,15 @@ int check(ZoCommand& command, kit::Output& output)
 
 int run(ZoCommand command)
 {
+    if (command.action == ZoCommand::Action::Record)
+        becomeRecorder(std::move(command.operands));
     kit::Output output(kit::standardOutput);
     if (command.action == ZoCommand::Action::Check)
         return check(command, output);
     if (command.action == ZoCommand::Action::Help)
         output.add(zoHelp());
     else if (command.action == ZoCommand::Action::Version)
-        output.add("zo " ZO_VERSION "\n");
+        output.add(kit::versionText("zo"));
     else if (command.action == ZoCommand::Action::Watch)
         watch(command, output);
     else
@@ -81,5 +95,8 @@ int run(ZoCommand command)
 int main(int argc, char** argv)
 {
     kit::prepareProcess();
-    return kit::runProgram("zo", [&] { return run(readZoCommand({argv + 1, argv + argc})); });
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (kit::isAskedToComplete(words))
+        return kit::answerShell(words, completeZo);
+    return kit::runProgram("zo", [&] { return run(readZoCommand(words)); });
 }

@@ -48,6 +48,3 @@ struct Watch
 void watchValues(WatchedRobot& robot, const Watch& watch, kit::Output& output,
                  const std::function<void(const std::string&)>& tell,
                  const WatchTime& time = realTime());
-
-/// `time` in seconds with three decimals, in any locale.
-std::string secondsText(std::chrono::milliseconds time);

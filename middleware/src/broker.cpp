@@ -52,8 +52,16 @@ boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name)
 boost::shared_ptr<ZoBroker> ZoBroker::create(const std::string& name, const std::string& ip,
                                              int port, const ZoBrokerOptions& options)
 {
+    auto broker = begin(name, ip, port, options);
+    broker->fParts->robot->link.waitUntilOpen();
+    return broker;
+}
+
+boost::shared_ptr<ZoBroker> ZoBroker::begin(const std::string& name, const std::string& ip,
+                                            int port, const ZoBrokerOptions& options)
+{
     auto broker = create(name);
-    broker->fParts->robot = zo::openRobotLink(zo::makeLinkSettings(ip, port, options, name));
+    broker->fParts->robot = zo::beginRobotLink(zo::makeLinkSettings(ip, port, options, name));
     return broker;
 }
 
@@ -109,6 +117,16 @@ void ZoBroker::reconnect(const ZoBrokerOptions& options)
         throw ZoError("broker '" + fParts->name + "' has no robot");
     zo::Link& link = fParts->robot->link;
     const auto last = link.settings();
-    link.reconnect(
-        zo::makeLinkSettings(last->peer.host(), last->peer.port(), options, last->clientName));
+    link.reconnect(std::make_shared<const zo::LinkSettings>(*last, options));
+}
+
+void ZoBroker::disconnect()
+{
+    if (fParts->robot)
+        fParts->robot->link.disconnect();
+}
+
+const void* ZoBroker::linkIdentity() const noexcept
+{
+    return fParts->robot.get();
 }

@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include <zo/broker.h>
 #include <zo/check.h>
 #include <zo/error.h>
-#include <zo/memory_proxy.h>
 
 #include "link/greeting.h"
 #include "link/host_name.h"
+#include "link/owner_search.h"
 #include "link/probe.h"
-#include "memory/memory_methods.h"
+#include "memory/key_prefix.h"
+#include "memory/list_request.h"
 #include "memory/names_sink.h"
+#include "memory/names_walk.h"
 #include "memory/notices_set_up.h"
+#include "memory/values_sink.h"
 #include "value/number_text.h"
 #include "wire/request.h"
 #include "wire/server_error.h"
+#include "wire/status_sink.h"
 
 #include <algorithm>
 #include <array>
@@ -27,8 +30,10 @@ using zo::SteadyClock;
 using Outcome = ZoCheck::Outcome;
 using Subject = ZoCheck::Subject;
 
-// So many keys tell whether any may be read.
-constexpr std::size_t mostTriedKeys = 20;
+// So many keys tell whether any may be read. Among so many of a server's may be some of a robot
+// that shares it.
+constexpr int mostTriedKeys = 20;
+constexpr int keysOfMany = 1000;
 constexpr int pings = 9;
 
 /// What came of one step.
@@ -53,27 +58,6 @@ Finding skipped(std::string text)
     return {Outcome::Skipped, std::move(text)};
 }
 
-/// Takes replies of any kind, and keeps the errors among them.
-class ErrorSink : public zo::ReplySink
-{
-public:
-    explicit ErrorSink(std::string command) : fCommand(std::move(command)) {}
-
-    const std::vector<std::string>& errors() const { return fErrors; }
-
-    [[nodiscard]] bool take(const zo::ReplyPlace& place, const zo::ReplyPiece& piece) override
-    {
-        if (place.depth == 0 && piece.kind == zo::ReplyKind::Error)
-            fErrors.emplace_back(piece.text);
-        return true;
-    }
-    std::string nameOf(const zo::ReplyPlace&) const override { return "the reply to " + fCommand; }
-
-private:
-    const std::string fCommand;
-    std::vector<std::string> fErrors;
-};
-
 std::string textOf(const zo::LinkAddress& address)
 {
     return ZoAddress{address.address().to_string(), address.port()}.toText();
@@ -82,6 +66,15 @@ std::string textOf(const zo::LinkAddress& address)
 std::string counted(std::size_t count, const std::string& word)
 {
     return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
+/// The argument of getListData.
+ZoValue requestOf(const std::vector<std::string>& keys)
+{
+    ZoValue::Elements wanted;
+    for (const std::string& key : keys)
+        wanted.push_back(ZoValue::fromElements({key, 0}));
+    return ZoValue::fromElements(std::move(wanted));
 }
 
 /// In milliseconds, with two decimals at most.
@@ -97,8 +90,13 @@ std::string textOf(SteadyClock::duration time)
 class Steps
 {
 public:
-    Steps(std::shared_ptr<const zo::LinkSettings> settings, const ZoCheck::Tell& tell)
-        : fSettings(std::move(settings)), fTell(tell), fProbe(fSettings), fGreeting(*fSettings)
+    Steps(std::shared_ptr<const zo::LinkSettings> settings, const ZoCheck::Tell& tell,
+          const ZoCheck::GoOn& goOn)
+        : fSettings(std::move(settings)),
+          fTell(tell),
+          fProbe(fSettings, goOn),
+          fGreeting(*fSettings, nullptr, options().sentinel.empty()),
+          fSearch(fSettings)
     {
     }
 
@@ -106,17 +104,19 @@ public:
     bool run()
     {
         const std::pair<Subject, Finding (Steps::*)()> all[] = {
-            {Subject::LookUp, &Steps::lookUp},        {Subject::Connection, &Steps::connect},
-            {Subject::Tls, &Steps::encrypt},          {Subject::Answer, &Steps::greet},
-            {Subject::Readiness, &Steps::isReady},    {Subject::Login, &Steps::logIn},
-            {Subject::Rights, &Steps::tryRights},     {Subject::Server, &Steps::askServer},
-            {Subject::Keys, &Steps::countKeys},       {Subject::RoundTrip, &Steps::measure},
-            {Subject::Notices, &Steps::askForNotices}};
+            {Subject::LookUp, &Steps::lookUp},     {Subject::Connection, &Steps::connect},
+            {Subject::Tls, &Steps::encrypt},       {Subject::Answer, &Steps::greet},
+            {Subject::Readiness, &Steps::isReady}, {Subject::Login, &Steps::logIn},
+            {Subject::Node, &Steps::findNode},     {Subject::Rights, &Steps::tryRights},
+            {Subject::Server, &Steps::askServer},  {Subject::Keys, &Steps::countKeys},
+            {Subject::RoundTrip, &Steps::measure}, {Subject::Notices, &Steps::tryNotices}};
         bool isGood = true;
         for (const auto& [subject, step] : all) {
+            if (subject == Subject::Node && !isSearched())
+                continue;
             const Outcome outcome = make(subject, step);
             isGood = isGood && outcome != Outcome::Failed;
-            if (outcome == Outcome::Failed && (subject <= Subject::Login || fIsBroken))
+            if (outcome == Outcome::Failed && (subject <= Subject::Node || fIsBroken))
                 break;
         }
         return isGood;
@@ -146,49 +146,81 @@ private:
     }
 
     Finding lookUp();
+    std::string lookUp(const zo::NodePtr& node);
     Finding connect();
     Finding encrypt();
     Finding greet();
     Finding isReady();
     Finding logIn();
+    bool isSearched() const { return fSettings->slot() || !options().sentinel.empty(); }
+    Finding findNode();
+    void goTo(const zo::NodePtr& node);
+    void greetAgain();
+    std::shared_ptr<zo::NamesSink> listSome(const std::string& kind);
     Finding tryRights();
     Finding tryToRead();
     Finding askServer();
     Finding countKeys();
+    void connectAnew();
     Finding measure();
-    Finding askForNotices();
+    void askForNotices(const zo::NoticesSetUp::Question& question);
+    Finding tryNotices();
 
     const std::shared_ptr<const zo::LinkSettings> fSettings;
     const ZoCheck::Tell& fTell;
     zo::Probe fProbe;
     zo::Greeting fGreeting;
+    zo::OwnerSearch fSearch;
     bool fIsBroken = false; ///< the connection
 
     // What the steps before have found.
-    std::vector<zo::LinkAddress> fAddresses;
+    std::vector<std::pair<zo::NodePtr, zo::LinkAddress>> fAddresses;
+    zo::NodePtr fNode;              ///< that is asked
     std::vector<std::string> fKeys; ///< some of them
+    zo::LinkAddress fAddress;       ///< the one that answers
     bool fMayList = false;
-    const std::shared_ptr<zo::HelloSink> fHello = std::make_shared<zo::HelloSink>();
+    bool fMayRead = false;
+    zo::NoticesSetUp fNotices;
 };
 
 Finding Steps::lookUp()
 {
-    fAddresses = fProbe.lookUp();
-    const std::string& host = fSettings->peer.host();
-    if (zo::isNumericHost(host))
-        return ok(host + " is an address");
-    std::string text = host + " is ";
-    for (const zo::LinkAddress& address : fAddresses)
-        text += (address == fAddresses.front() ? "" : ", ") + address.address().to_string();
-    return ok(text);
+    std::string text;
+    for (const zo::NodePtr& node : fSettings->nodes) {
+        text += text.empty() ? "" : "; ";
+        try {
+            text += lookUp(node);
+        } catch (const ZoError& error) {
+            text += fSettings->nodes.size() > 1 ? node->host + ": " : "";
+            text += error.toString();
+        }
+    }
+    if (fAddresses.empty())
+        return failed(text);
+    return options().socketPath.empty() ? ok(text) : skipped("left to the other end of the tunnel");
+}
+
+std::string Steps::lookUp(const zo::NodePtr& node)
+{
+    const auto addresses = fProbe.lookUp(*node);
+    std::string text;
+    for (const zo::LinkAddress& address : addresses) {
+        text += (text.empty() ? "" : ", ") + address.address().to_string();
+        fAddresses.emplace_back(node, address);
+    }
+    return node->host + (zo::isNumericHost(node->host) ? " is an address" : " is " + text);
 }
 
 Finding Steps::connect()
 {
     std::string problems;
-    for (const zo::LinkAddress& address : fAddresses) {
+    for (const auto& [node, address] : fAddresses) {
         try {
-            fProbe.connect(address);
+            fProbe.connect(address, node->host);
+            fNode = node;
+            fAddress = address;
+            if (!options().socketPath.empty())
+                return ok("the tunnel is there");
             return ok(textOf(address) + " answers" + (problems.empty() ? "" : "; " + problems));
         } catch (const ZoError& error) {
             problems += (problems.empty() ? "" : "; ") + textOf(address) + ": " + error.toString();
@@ -229,20 +261,79 @@ Finding Steps::logIn()
 {
     if (fGreeting.verdict() == zo::Greeting::Verdict::Refused)
         return failed(fGreeting.problem(fSettings->peer));
+    if (!options().sentinel.empty())
+        return skipped("a sentinel is asked without");
     if (!options().user.empty())
         return ok("as " + quoted(options().user));
     return ok(options().password.empty() ? "none needed" : "as the default user");
 }
 
+/// Goes to the node that has the robot's keys, as a link does.
+Finding Steps::findNode()
+{
+    fSearch.begin();
+    for (;;) {
+        const zo::OwnerSearch::Question& question = *fSearch.ask();
+        ask(question.name, question.bytes, question.replies, question.sink);
+        const zo::OwnerSearch::Lead lead = fSearch.judge(fNode);
+        if (!lead.problem.empty())
+            return failed(fNode->toText() + ": " + quoted(lead.problem));
+        if (!lead.node)
+            break;
+        goTo(lead.node);
+    }
+    if (!options().sentinel.empty())
+        return ok(fNode->toText() + " is the server \"" + quoted(options().sentinel) + '"');
+    if (!fSearch.isInCluster())
+        return ok("one server for all keys, or it does not tell of others");
+    return ok(fNode->toText() + " has slot " + std::to_string(*fSettings->slot()) +
+              " with the robot's keys");
+}
+
+void Steps::goTo(const zo::NodePtr& node)
+{
+    fNode = node;
+    fAddresses.clear();
+    lookUp(node);
+    const Finding connection = connect();
+    if (connection.outcome == Outcome::Failed)
+        throw ZoError("node " + node->toText() + ": " + connection.text);
+    greetAgain();
+}
+
+/// On another connection than the first one.
+void Steps::greetAgain()
+{
+    if (options().tls)
+        fProbe.startTls();
+    const zo::Greeting greeting(*fSettings);
+    fProbe.ask(*greeting.inquiry());
+    if (greeting.verdict() != zo::Greeting::Verdict::Welcome)
+        throw ZoError("node " + fNode->toText() + ": " + greeting.problem(fSettings->peer));
+}
+
+std::shared_ptr<zo::NamesSink> Steps::listSome(const std::string& kind)
+{
+    auto page = std::make_shared<zo::NamesSink>();
+    const std::string pattern = zo::patternOf(options().prefix, {});
+    ask("SCAN", zo::encodeScan("0", pattern.empty() ? mostTriedKeys : keysOfMany, kind, pattern), 1,
+        page);
+    return page;
+}
+
 Finding Steps::tryRights()
 {
-    const auto page = std::make_shared<zo::NamesSink>();
-    const std::string count = std::to_string(mostTriedKeys);
-    ask("SCAN", zo::encodeCommand({"SCAN", "0", "COUNT", count, "TYPE", "string"}), 1, page);
+    auto page = listSome("string");
+    if (page->knowsNoKinds())
+        page = listSome("");
     fMayList = page->refusal().empty();
-    fKeys = std::move(page->names());
-    fKeys.resize(std::min(fKeys.size(), mostTriedKeys));
+    for (const std::string& whole : page->names()) {
+        const auto name = zo::nameBehind(options().prefix, whole);
+        if (name && fKeys.size() < std::size_t{mostTriedKeys})
+            fKeys.emplace_back(*name);
+    }
     const Finding reading = tryToRead();
+    fMayRead = reading.outcome == Outcome::Ok;
     if (fMayList)
         return {reading.outcome, "SCAN is allowed; " + reading.text};
     return failed("SCAN is refused: " + quoted(page->refusal()) + "; " + reading.text);
@@ -251,46 +342,71 @@ Finding Steps::tryRights()
 Finding Steps::tryToRead()
 {
     const std::vector<std::string> tried = fKeys.empty() ? std::vector<std::string>{"Key"} : fKeys;
-    std::string bytes;
-    for (const std::string& key : tried)
-        zo::appendCommand({"MGET", key}, bytes);
-    const auto sink = std::make_shared<ErrorSink>("MGET");
-    ask("MGET", std::move(bytes), static_cast<int>(tried.size()), sink);
-    const auto& errors = sink->errors();
-    if (errors.empty())
+    const zo::ListRequest together(requestOf(tried), std::make_shared<zo::ForbiddenKeys::Set>(),
+                                   options().prefix);
+    const auto each = std::make_shared<zo::ListRequest>(together, std::vector<int>{0});
+    const auto sink = std::make_shared<zo::ValuesSink>(each, ZoValue::Elements(tried.size()));
+    fProbe.ask(zo::Inquiry("MGET", each->bytes(), each->replies(), sink));
+    const auto& refusals = sink->refusals();
+    if (refusals.empty())
         return ok("MGET is allowed");
-    if (fKeys.empty() && zo::isKeyForbidden(errors.front()))
+    if (fKeys.empty() && zo::isKeyForbidden(refusals.front().text))
         return ok("MGET is allowed, but not for every key");
-    if (errors.size() < tried.size())
-        return ok("MGET is allowed for " + std::to_string(tried.size() - errors.size()) +
+    if (refusals.size() < tried.size())
+        return ok("MGET is allowed for " + std::to_string(tried.size() - refusals.size()) +
                   " of the first " + counted(tried.size(), "key"));
-    return failed("MGET is refused: " + quoted(errors.front()));
+    return failed("MGET is refused: " + quoted(refusals.front().text));
 }
 
 Finding Steps::askServer()
 {
-    ask("HELLO", zo::encodeCommand({"HELLO", "3"}), 1, fHello);
-    if (!fHello->refusal().empty())
-        return skipped("it does not tell: " + quoted(fHello->refusal()));
-    return ok(quoted(fHello->server()) + " " + quoted(fHello->version()));
+    fNotices.begin();
+    askForNotices(*fNotices.next());
+    const zo::HelloSink& hello = *fNotices.hello();
+    if (!hello.refusal().empty())
+        return skipped("it does not tell: " + quoted(hello.refusal()));
+    return ok(quoted(hello.server()) + " " + quoted(hello.version()));
 }
 
-// As every other program does, on a link of its own.
+// As a broker does, but on this connection: behind a tunnel, another may ask the user once more.
 Finding Steps::countKeys()
 {
+    const std::string rest = fMayRead ? "; those that are named can be read" : "";
     if (!fMayList)
-        return skipped("they cannot be listed");
+        return skipped("they cannot be listed" + rest);
+    const auto ask = [this](const std::string& name, const zo::SharedText& bytes, int replies,
+                            const std::shared_ptr<zo::ReplySink>& sink,
+                            const zo::Deadline& deadline) {
+        fProbe.ask(zo::Inquiry(name, bytes, replies, sink), deadline);
+    };
+    const auto start = SteadyClock::now();
     try {
-        ZoBrokerOptions plain = options();
-        plain.follow = false;
-        const auto broker = ZoBroker::create(fSettings->clientName, fSettings->peer.host(),
-                                             fSettings->peer.port(), plain);
-        ZoMemoryProxy memory(broker->getProxy(zo::memoryModuleName, 0));
-        const auto start = SteadyClock::now();
-        const std::size_t count = memory.getDataListName().size();
-        return ok(counted(count, "key") + ", listed in " + textOf(SteadyClock::now() - start));
+        const auto count = static_cast<std::size_t>(zo::namesOf(*fSettings, ask).getSize());
+        const std::string where =
+            options().prefix.empty() ? "" : " behind " + quoted(options().prefix);
+        return ok(counted(count, "key") + where + ", listed in " +
+                  textOf(SteadyClock::now() - start));
     } catch (const ZoError& error) {
-        return failed(error.toString());
+        connectAnew();
+        return failed(quoted(error.toString()) + (fIsBroken ? "" : rest));
+    }
+}
+
+/// For what comes behind a list that took too long, which needs none.
+void Steps::connectAnew()
+{
+    if (fProbe.isReady())
+        return;
+    fIsBroken = !options().socketPath.empty();
+    if (fIsBroken)
+        return;
+    try {
+        fProbe.connect(fAddress, fNode->host);
+        greetAgain();
+        fNotices.begin();
+        askForNotices(*fNotices.next());
+    } catch (const ZoError&) {
+        fIsBroken = true;
     }
 }
 
@@ -298,7 +414,7 @@ Finding Steps::measure()
 {
     std::array<SteadyClock::duration, pings> times;
     for (SteadyClock::duration& time : times) {
-        const auto sink = std::make_shared<ErrorSink>("PING"); // a refusal takes the same way
+        const auto sink = std::make_shared<zo::StatusSink>("PING"); // a refusal takes the same way
         const auto start = SteadyClock::now();
         ask("PING", zo::encodeCommand({"PING"}), 1, sink);
         time = SteadyClock::now() - start;
@@ -308,25 +424,29 @@ Finding Steps::measure()
               textOf(times.front()) + " to " + textOf(times.back()));
 }
 
-Finding Steps::askForNotices()
+void Steps::askForNotices(const zo::NoticesSetUp::Question& question)
+{
+    fProbe.ask(zo::Inquiry(question.name, question.bytes, question.replies, question.sink));
+    fNotices.answered();
+}
+
+Finding Steps::tryNotices()
 {
     const std::string otherwise = "; what is followed is read as a whole";
     if (!options().notices)
         return skipped("not wanted");
-    if (!fHello->refusal().empty())
-        return skipped("HELLO is refused" + otherwise);
-    if (!zo::canSendNotices(fHello->version()))
-        return skipped("the server is too old for that" + otherwise);
-    const auto sink = std::make_shared<ErrorSink>("CLIENT TRACKING");
-    ask("CLIENT TRACKING", zo::encodeCommand({"CLIENT", "TRACKING", "ON", "OPTOUT"}), 1, sink);
-    if (!sink->errors().empty())
-        return skipped("CLIENT TRACKING is refused: " + quoted(sink->errors().front()) + otherwise);
+    while (const auto question = fNotices.next())
+        askForNotices(*question);
+    if (!fNotices.isDone())
+        return skipped(quoted(fNotices.problem()) + otherwise);
     return ok("the server tells what was written, and only that is read again");
 }
 
 } // namespace
 
-bool ZoCheck::run(const ZoAddress& robot, const ZoBrokerOptions& options, const Tell& tell)
+bool ZoCheck::run(const ZoAddress& robot, const ZoBrokerOptions& options, const Tell& tell,
+                  const GoOn& goOn)
 {
-    return Steps(zo::makeLinkSettings(robot.host, robot.port, options, "zo-check"), tell).run();
+    const auto settings = zo::makeLinkSettings(robot.host, robot.port, options, "zo-check");
+    return Steps(settings, tell, goOn).run();
 }

@@ -29,6 +29,18 @@ ZoValue pairOf(const std::string& key, const ZoValue& value)
     return pair;
 }
 
+/// Of the reply to getDataListName.
+std::vector<std::string> textsIn(ZoValue reply)
+{
+    if (reply.getType() != ZoValue::Array)
+        throw ZoError(std::string(zo::getDataListNameMethod) + ": the reply is no array");
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(reply.getSize()));
+    for (int i = 0; i < reply.getSize(); ++i)
+        names.push_back(std::move(static_cast<std::string&>(reply[i])));
+    return names;
+}
+
 } // namespace
 
 ZoMemoryProxy::ZoMemoryProxy(boost::shared_ptr<ZoProxy> proxy)
@@ -43,14 +55,12 @@ ZoMemoryProxy::ZoMemoryProxy(const boost::shared_ptr<ZoBroker>& broker)
 
 std::vector<std::string> ZoMemoryProxy::getDataListName()
 {
-    ZoValue reply = call(fProxy, zo::getDataListNameMethod, ZoValue());
-    if (reply.getType() != ZoValue::Array)
-        throw ZoError(std::string(zo::getDataListNameMethod) + ": the reply is no array");
-    std::vector<std::string> names;
-    names.reserve(static_cast<std::size_t>(reply.getSize()));
-    for (int i = 0; i < reply.getSize(); ++i)
-        names.push_back(std::move(static_cast<std::string&>(reply[i])));
-    return names;
+    return textsIn(call(fProxy, zo::getDataListNameMethod, ZoValue()));
+}
+
+std::vector<std::string> ZoMemoryProxy::getDataListName(const std::string& ending)
+{
+    return textsIn(call(fProxy, zo::getDataListNameMethod, ending));
 }
 
 ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
@@ -61,11 +71,17 @@ ZoValue ZoMemoryProxy::getListData(const ZoValue& request)
 ZoListAnswer ZoMemoryProxy::getListAnswer(const ZoValue& request)
 {
     ZoValue reply = call(fProxy, zo::getListAnswerMethod, request);
-    const std::int64_t* arrived =
-        reply.getSize() == 2 ? std::get_if<std::int64_t>(&reply[1].data()) : nullptr;
-    if (!arrived || reply[0].getType() != ZoValue::Array)
+    const auto numberAt = [&reply](int i) {
+        return i < reply.getSize() ? std::get_if<std::int64_t>(&reply[i].data()) : nullptr;
+    };
+    const std::int64_t* const arrived = numberAt(1);
+    const std::int64_t* const tooLarge = numberAt(2); // which a module may leave out
+    const bool isWhole = reply.getSize() == 2 || (reply.getSize() == 3 && tooLarge);
+    if (!arrived || !isWhole || reply[0].getType() != ZoValue::Array)
         throw ZoError(std::string(zo::getListAnswerMethod) + ": the reply is not [values, time]");
     ZoListAnswer answer;
+    if (tooLarge)
+        answer.tooLarge = static_cast<int>(*tooLarge);
     answer.arrived += std::chrono::nanoseconds(*arrived);
     answer.values = std::move(reply[0]);
     answer.changed = fLastAnswers->changed(request, answer.values);
@@ -75,6 +91,11 @@ ZoListAnswer ZoMemoryProxy::getListAnswer(const ZoValue& request)
 void ZoMemoryProxy::setData(const std::string& key, const ZoValue& value)
 {
     call(fProxy, zo::setDataMethod, pairOf(key, value));
+}
+
+ZoValue ZoMemoryProxy::exchangeData(const std::string& key, const ZoValue& value)
+{
+    return call(fProxy, zo::exchangeDataMethod, pairOf(key, value));
 }
 
 void ZoMemoryProxy::setListData(const ZoValue& pairs)

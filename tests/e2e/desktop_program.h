@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/patience.h"
 #include "support/program.h"
 #include "support/redis_server.h"
 
@@ -26,6 +27,13 @@ public:
         setProcessEnvironment(environment);
     }
 
+    /// It may be writing into the folder that goes with this.
+    ~DesktopProgram() override
+    {
+        kill();
+        waitForFinished(patience);
+    }
+
     /// Standard error so far, without what the offscreen platform says of itself.
     QString warnings()
     {
@@ -42,6 +50,13 @@ public:
     bool waitForDialogOf(const QByteArray& panel)
     {
         return waitUntil([&] { return errors().contains("This plugin") && hasLoaded(panel); });
+    }
+
+    /// The file of its user's settings.
+    QByteArray settings() const
+    {
+        QFile file(fHome.filePath("Tarvek/Tarvek Desktop.conf"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     static QStringList wordsFor(const RedisServer& robot)

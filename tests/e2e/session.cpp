@@ -38,7 +38,8 @@ MainWindow* Session::connectTo(const QString& address, const std::string& passwo
     settings.password = password;
     settings.other = options;
     fDesktop.connectTo(settings);
-    if (windows().size() == before || !QTest::qWaitForWindowExposed(windows().last(), patience))
+    const bool hasOpened = QTest::qWaitFor([&] { return windows().size() > before; }, patience);
+    if (!hasOpened || !QTest::qWaitForWindowExposed(windows().last(), patience))
         return nullptr;
     return windows().last();
 }

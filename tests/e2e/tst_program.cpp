@@ -19,8 +19,12 @@ private slots:
     void helpAndVersionNeedNoDisplay();
     void refusesNonsenseWithAReason();
     void findsItsPanelByItself();
+    void aSignalSavesTheArrangementAndEndsIt_data();
+    void aSignalSavesTheArrangementAndEndsIt();
+    void ignoresTheHangUpThatItWasToldToIgnore();
     void staysWhenTheRobotIsNotThere();
     void signsInWithThePasswordOfAFile();
+    void aQuestionOfSshEndsWithIt();
 };
 
 void TestProgram::helpAndVersionNeedNoDisplay_data()
@@ -65,6 +69,42 @@ void TestProgram::findsItsPanelByItself()
     TRY_COMPARE(robot.clients(), 0);
 }
 
+void TestProgram::aSignalSavesTheArrangementAndEndsIt_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void TestProgram::aSignalSavesTheArrangementAndEndsIt()
+{
+    QFETCH(int, number);
+    const RedisServer robot;
+    DesktopProgram desktop(TARVEK_DESKTOP,
+                           DesktopProgram::wordsFor(robot) + QStringList{"--panel", "Glimmet"});
+    desktop.start();
+    QVERIFY(desktop.waitForDialogOf("libglimmet.so")); // which is open all the time
+    QVERIFY(!desktop.settings().contains("geometry"));
+    desktop.signal(number);
+    QCOMPARE(desktop.waitForExit(), 0);
+    QVERIFY2(desktop.settings().contains("geometry"), desktop.settings());
+    QCOMPARE(desktop.warnings(), QString());
+}
+
+void TestProgram::ignoresTheHangUpThatItWasToldToIgnore()
+{
+    const RedisServer robot;
+    DesktopProgram desktop("nohup", QStringList{TARVEK_DESKTOP} + DesktopProgram::wordsFor(robot) +
+                                        QStringList{"--panel", "Glimmet"});
+    desktop.start();
+    QVERIFY(desktop.waitForDialogOf("libglimmet.so"));
+    desktop.signal(SIGHUP);
+    desktop.signal(SIGTERM);
+    QCOMPARE(desktop.waitForExit(), 0); // by the second one: the first has no other effect
+    QVERIFY(desktop.settings().contains("geometry"));
+}
+
 void TestProgram::staysWhenTheRobotIsNotThere()
 {
     RedisServer robot;
@@ -76,7 +116,7 @@ void TestProgram::staysWhenTheRobotIsNotThere()
     QVERIFY(desktop.waitUntil([&] { return desktop.errors().count("This plugin") >= 2; }));
     QCOMPARE(desktop.state(), QProcess::Running);
     desktop.signal(SIGTERM);
-    QCOMPARE(desktop.waitForExit(), -1); // it had not ended by itself
+    QCOMPARE(desktop.waitForExit(), 0);
     QCOMPARE(desktop.warnings(), QString());
 }
 
@@ -93,9 +133,23 @@ void TestProgram::signsInWithThePasswordOfAFile()
                                QStringList{"--user", "reader", "--password-file", file.fileName()});
     desktop.start();
     TRY_VERIFY(robot.command({"CLIENT", "LIST"}).find("user=reader") != std::string::npos);
-    QVERIFY2(desktop.warnings().contains("chmod 600 '" + file.fileName()),
-             qPrintable(desktop.warnings()));
+    QVERIFY(desktop.waitForError("chmod 600 '" + file.fileName()));
     QCOMPARE(desktop.warnings().count('\n'), 0);
+}
+
+void TestProgram::aQuestionOfSshEndsWithIt()
+{
+    DesktopProgram ssh("/bin/sh", {"-c", "\"$0\" 'Password:'; exit 1", TARVEK_DESKTOP});
+    QProcessEnvironment environment = ssh.processEnvironment();
+    environment.insert("TARVEK_ANSWERS_SSH", "1");
+    ssh.setProcessEnvironment(environment);
+    ssh.start();
+    QVERIFY(ssh.waitForError("This plugin")); // of each window the platform complains
+    QCOMPARE(ssh.children().size(), 1);
+    const qint64 question = ssh.children()[0];
+    QVERIFY(!hasEnded(question));
+    ssh.kill();
+    TRY_VERIFY(hasEnded(question));
 }
 
 REGISTER_TEST(TestProgram, QCoreApplication)

@@ -10,6 +10,8 @@
 #include <zo/error.h>
 
 #include <QAction>
+#include <QClipboard>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -34,12 +36,17 @@ private slots:
     void aTaskThatFailsEachTickGetsOneBox();
     void anErrorOfATaskGetsABoxAgainAfterItWasAbsent();
     void anotherErrorOfATaskGetsABoxAtOnce();
+    void errorsThatTakeTurnsGetOneBoxEach();
     void aUserWhoFailsTwiceGetsTwoBoxes_data();
     void aUserWhoFailsTwiceGetsTwoBoxes();
     void staysWhenItsLastWindowCloses();
-    void oneBoxAtATime();
+    void furtherErrorsOfAWindowJoinItsBox();
+    void eachWindowHasABoxOfItsOwn();
+    void aBoxThatIsGoingTakesNoErrors();
+    void errorsCanBeSelectedAndCopied();
     void aBoxOverAModalDialogCanBeClosed();
     void survivesAnExceptionOfADeletedReceiver();
+    void doesNotRoundTheScaleOfAScreen();
 
 private:
     static Application& application() { return *static_cast<Application*>(qApp); }
@@ -167,12 +174,31 @@ void TestApplication::anErrorOfATaskGetsABoxAgainAfterItWasAbsent()
 void TestApplication::anotherErrorOfATaskGetsABoxAtOnce()
 {
     ErrorReporter errors([] { return 0; });
-    for (const char* text : {"no value", "no robot", "no value"}) {
+    for (const char* text : {"no value", "no robot", "no file"}) {
         errors.report(nullptr, text, ErrorReporter::Origin::RunningWork);
         QCOMPARE(shownBoxes().size(), 1);
         QCOMPARE(shownBoxes()[0]->text(), QString(text));
         clickOk(shownBoxes()[0]);
     }
+}
+
+void TestApplication::errorsThatTakeTurnsGetOneBoxEach()
+{
+    qint64 now = 0;
+    ErrorReporter errors([&now] { return now; });
+    const QSignalSpy noted(&errors, &ErrorReporter::noted);
+    int boxes = 0;
+    for (int turn = 0; turn < 20; ++turn) {
+        now += ErrorReporter::fQuietTime / 2;
+        errors.report(nullptr, turn % 2 == 0 ? "no value" : "no robot",
+                      ErrorReporter::Origin::RunningWork);
+        for (QMessageBox* box : shownBoxes()) {
+            ++boxes;
+            clickOk(box);
+        }
+    }
+    QCOMPARE(boxes, 2);
+    QCOMPARE(noted.size(), 18);
 }
 
 void TestApplication::aUserWhoFailsTwiceGetsTwoBoxes_data()
@@ -217,15 +243,60 @@ void TestApplication::staysWhenItsLastWindowCloses()
     QCOMPARE(ends.size(), 1);
 }
 
-void TestApplication::oneBoxAtATime()
+void TestApplication::furtherErrorsOfAWindowJoinItsBox()
+{
+    ErrorReporter& errors = application().errors();
+    QSignalSpy noted(&errors, &ErrorReporter::noted);
+    errors.report(nullptr, "first");
+    errors.report(nullptr, "second\nline");
+    errors.report(shownBoxes()[0], "over the box");
+    errors.report(nullptr, "first");
+    QCOMPARE(shownBoxes().size(), 1);
+    QCOMPARE(shownBoxes()[0]->text(), QString("first\n\nsecond\nline\n\nover the box"));
+    QCOMPARE(noted.size(), 0);
+    for (int i = 0; i < ErrorReporter::fMostInABox; ++i)
+        errors.report(nullptr, QString("more %1").arg(i), ErrorReporter::Origin::RunningWork);
+    QCOMPARE(shownBoxes()[0]->text().count("\n\n"), ErrorReporter::fMostInABox - 1);
+    QCOMPARE(noted.size(), 3);
+    QCOMPARE(noted.last()[0].toString(), QString("more 9"));
+    QCOMPARE(shownBoxes()[0]->detailedText(), QString("more 7\n\nmore 8\n\nmore 9"));
+    QCOMPARE(shownBoxes()[0]->informativeText(), QString("3 more in the details."));
+    errors.report(nullptr, "more 8");
+    QCOMPARE(shownBoxes()[0]->detailedText().count("more 8"), 1);
+    for (int i = 0; i < ErrorReporter::fMostKept; ++i)
+        errors.report(nullptr, QString("even more %1").arg(i));
+    QCOMPARE(shownBoxes()[0]->detailedText().count("more"),
+             ErrorReporter::fMostKept - ErrorReporter::fMostInABox);
+}
+
+void TestApplication::eachWindowHasABoxOfItsOwn()
+{
+    QWidget one;
+    QWidget other;
+    application().errors().report(&one, "of one");
+    application().errors().report(&other, "of the other");
+    QCOMPARE(shownBoxes().size(), 2);
+    for (const QMessageBox* box : shownBoxes())
+        QCOMPARE(box->text(), box->parentWidget() == &one ? "of one" : "of the other");
+}
+
+void TestApplication::aBoxThatIsGoingTakesNoErrors()
 {
     application().errors().report(nullptr, "first");
-    QSignalSpy noted(&application().errors(), &ErrorReporter::noted);
-    application().errors().report(nullptr, "second\nline");
+    shownBoxes()[0]->close(); // it is deleted later
+    application().errors().report(nullptr, "second");
     QCOMPARE(shownBoxes().size(), 1);
-    QCOMPARE(shownBoxes()[0]->text(), QString("first"));
-    QCOMPARE(noted.size(), 1);
-    QCOMPARE(noted.at(0).at(0).toString(), QString("second line"));
+    QCOMPARE(shownBoxes()[0]->text(), QString("second"));
+}
+
+void TestApplication::errorsCanBeSelectedAndCopied()
+{
+    application().errors().report(nullptr, "to be copied");
+    auto* label = shownBoxes()[0]->findChild<QLabel*>("qt_msgbox_label");
+    QTest::mouseDClick(label, Qt::LeftButton, {}, QPoint(8, label->height() / 2));
+    QTest::keyClick(label, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QApplication::clipboard()->text(), QString("to be copied"));
 }
 
 void TestApplication::aBoxOverAModalDialogCanBeClosed()
@@ -254,6 +325,12 @@ void TestApplication::survivesAnExceptionOfADeletedReceiver()
     });
     TRY_COMPARE(shownBoxes().size(), 1);
     QCOMPARE(shownBoxes()[0]->text(), QString("gone with a bang"));
+}
+
+void TestApplication::doesNotRoundTheScaleOfAScreen()
+{
+    QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(),
+             Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
 
 REGISTER_TEST(TestApplication, HostApplication)

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "connection/recent_connections.h"
 #include "plugins/resource_paths.h"
+#include "robots/saved_robots.h"
 #include "support/desktop_bench.h"
 #include "support/fake_robot.h"
 #include "support/guarded_test.h"
@@ -12,10 +14,12 @@
 #include <tarvek/tarvek_widget.h>
 
 #include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
 #include <QSpinBox>
 #include <QtTest>
 
-#include <atomic>
+#include <sys/stat.h>
 
 /// From the command line to windows and back to nothing, with a real server as the robot.
 class TestDesktop : public GuardedTest, private DesktopBench
@@ -32,23 +36,46 @@ private slots:
     void asksForTheRobotWhenTheCommandLineNamesNone();
     void connectsToTheRobotOfTheCommandLine();
     void opensThePanelOfTheCommandLine();
+    void opensThePanelOfAFile();
+    void tellsOfAFileThatNoPanelOpens();
     void namesThePanelsThatAreThereWhenTheWantedOneIsNot();
     void looksForPluginsInTheOrderOfTheCommandLine();
     void handsPanelsTheImagesOfTheProgram();
-    void showsThatItIsBusyOnlyWhileItIs();
+    void connectingTellsItsStepsAndKeepsNobodyWaiting();
+    void aRobotOfTheCommandLineThatTakesTimeIsShownAndCanBeCancelled();
+    void closingTheDialogWhileConnectingEndsTheProgram();
+    void aRobotThatAnswersAtOnceNeedsNoDialog();
+    void aFileThatNeverEndsIsNoCertificate();
     void aFailedConnectionIsAnErrorAndKeepsWhatWasTyped();
     void aFailedConnectionOfTheCommandLineAsksAgain();
     void aWrongPasswordIsToldWithoutThePassword();
     void connectsEncryptedWithAFileOfAuthorities();
     void refusesARobotThatNoAuthorityVouchesFor();
     void remembersTheRobotForTheNextTime();
+    void theRobotUsedLastStandsInTheFields();
+    void aSentinelOfTheCommandLineCountsMoreThanTheRobotUsedLast();
+    void forgetsTheRobotOfTheCommandLineIfAsked();
     void aWindowEachForTwoRobots();
+    void aWindowEachForTwoRobotsOfOneServer();
     void cancellingTheOnlyDialogEndsTheProgram();
     void closingTheLastWindowEndsTheProgram();
     void quitEndsEverything();
     void closingTheWindowUnderAStartUpDialogEndsTheProgram();
     void aWindowIsDeletedOnlyWhenItsDialogsAreDone();
+
+private:
+    QLabel* progress() const { return fDesktop->connectDialog()->findChild<QLabel*>("progress"); }
+    static ConnectionSettings slowSettings(int port);
 };
+
+/// For a robot that is waited for.
+ConnectionSettings TestDesktop::slowSettings(int port)
+{
+    ConnectionSettings settings;
+    settings.address.port = port;
+    settings.timeout = 3600000;
+    return settings;
+}
 
 void TestDesktop::asksForTheRobotWhenTheCommandLineNamesNone()
 {
@@ -77,6 +104,30 @@ void TestDesktop::opensThePanelOfTheCommandLine()
     TRY_VERIFY(probe());
 }
 
+void TestDesktop::opensThePanelOfAFile()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open() && file.write("<?xml version='1.0'?><!-- one --><probe/>") > 0 &&
+            file.flush());
+    fLine = robotLine(*fRobot);
+    fLine.file = file.fileName();
+    start();
+    TRY_VERIFY(probe());
+}
+
+void TestDesktop::tellsOfAFileThatNoPanelOpens()
+{
+    fLine = robotLine(*fRobot);
+    for (const char* path : {"/proc/version", "/proc", "/no/where"}) {
+        fLine.file = path;
+        start();
+        TRY_VERIFY(shownBox());
+        QVERIFY2(shownBox()->text().contains(path), qPrintable(shownBox()->text()));
+        shownBox()->close();
+        QVERIFY(!probe());
+    }
+}
+
 void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
 {
     fLine = robotLine(*fRobot);
@@ -85,6 +136,9 @@ void TestDesktop::namesThePanelsThatAreThereWhenTheWantedOneIsNot()
     TRY_VERIFY(shownBox());
     QVERIFY(shownBox()->text().contains("\"Prob\""));
     QVERIFY(shownBox()->text().contains("Probe"));
+    const QString failed =
+        QString("%1 plug-in(s) could not be loaded").arg(fDesktop->plugins().failures().size());
+    QVERIFY2(shownBox()->text().contains(failed), qPrintable(shownBox()->text()));
 }
 
 void TestDesktop::looksForPluginsInTheOrderOfTheCommandLine()
@@ -111,28 +165,70 @@ void TestDesktop::handsPanelsTheImagesOfTheProgram()
     }
 }
 
-void TestDesktop::showsThatItIsBusyOnlyWhileItIs()
+void TestDesktop::connectingTellsItsStepsAndKeepsNobodyWaiting()
 {
-    std::atomic<bool> wasBusy{false};
-    const FakeRobot robot([&wasBusy](FakeConnection& connection) {
-        if (connection.number() == 0) { // the windows' thread waits for the greeting meanwhile
-            const QCursor* const cursor = QApplication::overrideCursor();
-            wasBusy = cursor && cursor->shape() == Qt::WaitCursor;
-        }
-        connection.greet();
-        connection.waitForEnd();
-    });
-    fLine = robotLine(*fRobot);
-    fLine.settings.address.port = robot.port();
     start();
-    QVERIFY(window());
-    QVERIFY(wasBusy);
-    QVERIFY(!QApplication::overrideCursor());
+    const FakeRobot robot([](FakeConnection& connection) { connection.waitForEnd(); });
+    fDesktop->connectTo(slowSettings(robot.port()));
+    QVERIFY(fDesktop->isConnecting());
+    const QString expected = QString("Connecting to 127.0.0.1:%1: logging in...").arg(robot.port());
+    TRY_COMPARE(progress()->text(), expected);
+    QVERIFY(!fDesktop->connectDialog()->findChild<QWidget*>("user")->isEnabled());
+    const RedisServer other;
+    fDesktop->connectTo(robotLine(other).settings); // which calls the first attempt off
+    TRY_VERIFY(window());
+    QVERIFY(!fDesktop->isConnecting());
+}
+
+void TestDesktop::aRobotOfTheCommandLineThatTakesTimeIsShownAndCanBeCancelled()
+{
+    const FakeRobot robot([](FakeConnection& connection) { connection.waitForEnd(); });
     fLine = robotLine(*fRobot);
-    fRobot->kill();
+    fLine.settings = slowSettings(robot.port());
+    begin();
+    QVERIFY(!fDesktop->connectDialog());
+    TRY_VERIFY(fDesktop->connectDialog());
+    TRY_VERIFY(progress()->text().contains("logging in"));
+    QTest::keyClick(fDesktop->connectDialog(), Qt::Key_Escape);
+    QVERIFY(!fDesktop->isConnecting());
+    QVERIFY(fDesktop->connectDialog()->isVisible());
+    QVERIFY(progress()->text().isEmpty());
+    QVERIFY(fDesktop->connectDialog()->findChild<QWidget*>("user")->isEnabled());
+    QCOMPARE(fFinished->size(), 0);
+    typeRobot(fRobot->port());
+    QVERIFY(window());
+}
+
+void TestDesktop::closingTheDialogWhileConnectingEndsTheProgram()
+{
+    const FakeRobot robot([](FakeConnection& connection) { connection.waitForEnd(); });
+    start();
+    fDesktop->connectTo(slowSettings(robot.port()));
+    fDesktop->connectDialog()->close();
+    TRY_COMPARE(fFinished->size(), 1);
+    QVERIFY(!fDesktop->isConnecting());
+}
+
+void TestDesktop::aRobotThatAnswersAtOnceNeedsNoDialog()
+{
+    fLine = robotLine(*fRobot);
+    begin();
+    TRY_VERIFY(window());
+    QVERIFY(!fDesktop->connectDialog());
+    QVERIFY(!fDesktop->isConnecting());
+}
+
+void TestDesktop::aFileThatNeverEndsIsNoCertificate()
+{
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath("ca.pem");
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    fLine = robotLine(*fRobot);
+    fLine.settings.tls = true;
+    fLine.settings.caFile = pipe;
     start();
     QVERIFY(shownBox());
-    QVERIFY(!QApplication::overrideCursor());
+    QVERIFY2(shownBox()->text().contains(pipe), qPrintable(shownBox()->text()));
 }
 
 void TestDesktop::aFailedConnectionIsAnErrorAndKeepsWhatWasTyped()
@@ -212,6 +308,47 @@ void TestDesktop::remembersTheRobotForTheNextTime()
     QCOMPARE(host->itemText(0), QString("127.0.0.1:%1").arg(fRobot->port()));
 }
 
+void TestDesktop::theRobotUsedLastStandsInTheFields()
+{
+    fLine = robotLine(*fRobot);
+    saveRobot({"Mine", fLine.settings});
+    start();
+    fLine = CommandLine();
+    start();
+    QCOMPARE(fDesktop->connectDialog()->findChild<QSpinBox*>("port")->value(), fRobot->port());
+    QCOMPARE(fDesktop->connectDialog()->findChild<QListWidget*>("robots")->currentRow(), 0);
+    deleteRobot("Mine");
+    start();
+    QCOMPARE(fDesktop->connectDialog()->findChild<QSpinBox*>("port")->value(), fRobot->port());
+}
+
+void TestDesktop::aSentinelOfTheCommandLineCountsMoreThanTheRobotUsedLast()
+{
+    fLine = robotLine(*fRobot);
+    start();
+    for (const bool isSentinel : {true, false}) {
+        fLine = CommandLine();
+        fLine.settings.other.sentinel = isSentinel ? "arms" : "";
+        fLine.settings.other.replica = !isSentinel;
+        start();
+        QCOMPARE(fDesktop->connectDialog()->findChild<QSpinBox*>("port")->value(), 6379);
+    }
+}
+
+void TestDesktop::forgetsTheRobotOfTheCommandLineIfAsked()
+{
+    RedisServer other;
+    fLine = robotLine(*fRobot);
+    fLine.forgets = true;
+    start();
+    QVERIFY(window());
+    QVERIFY(recentConnections().isEmpty());
+    fDesktop->showConnectDialog();
+    typeRobot(other.port());
+    QCOMPARE(recentConnections().size(), 1);
+    QCOMPARE(recentConnections()[0].address.port, other.port());
+}
+
 void TestDesktop::aWindowEachForTwoRobots()
 {
     RedisServer other;
@@ -225,6 +362,7 @@ void TestDesktop::aWindowEachForTwoRobots()
     QVERIFY(first != second);
     TRY_VERIFY(first->findChild<TarvekWidget*>("probe"));
     TRY_VERIFY(second->findChild<TarvekWidget*>("probe"));
+    second->monitor().setLimit(std::chrono::seconds(0));
     other.kill();
     TRY_VERIFY(!second->monitor().state().connected);
     TRY_COMPARE(second->findChild<TarvekWidget*>("probe")->property("disconnections"), QVariant(1));
@@ -235,6 +373,30 @@ void TestDesktop::aWindowEachForTwoRobots()
     TRY_VERIFY(!closed);
     QCOMPARE(fDesktop->windows(), QList<MainWindow*>{first});
     QCOMPARE(fFinished->size(), 0);
+}
+
+void TestDesktop::aWindowEachForTwoRobotsOfOneServer()
+{
+    fLine = robotLine(*fRobot);
+    fLine.settings.prefix = "robot7/";
+    fLine.panel = "Probe";
+    start();
+    const MainWindow* first = window();
+    TRY_VERIFY(probe());
+    TRY_VERIFY(first->windowTitle().endsWith(" (robot7/)"));
+    fDesktop->showConnectDialog();
+    auto* prefix = fDesktop->connectDialog()->findChild<QLineEdit*>("prefix");
+    QCOMPARE(prefix->text(), QString("robot7/"));
+    prefix->setText("robot8/");
+    typeRobot(fRobot->port());
+    const MainWindow* second = window();
+    QVERIFY(first != second);
+    TRY_VERIFY(probe());
+    QVERIFY(second->windowTitle().endsWith(" (robot8/)"));
+    QCOMPARE(fRobot->clients(), 2);
+    QVERIFY(second->settings().robotText().startsWith("robot8/ at 127.0.0.1:"));
+    QCOMPARE(recentConnections().size(), 2);
+    QCOMPARE(recentConnections().first().prefix, QString("robot8/"));
 }
 
 void TestDesktop::cancellingTheOnlyDialogEndsTheProgram()
@@ -252,7 +414,7 @@ void TestDesktop::closingTheLastWindowEndsTheProgram()
     TRY_VERIFY(probe());
     const QPointer<MainWindow> closed = window();
     QVERIFY(QTest::qWaitForWindowActive(window(), patience));
-    QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier);
+    QTest::keyClick(window(), Qt::Key_W, Qt::ControlModifier | Qt::ShiftModifier);
     TRY_VERIFY(!fFinished->isEmpty());
     QVERIFY(!closed);
 }

@@ -5,6 +5,7 @@
 #include "support/patience.h"
 #include "support/redis_server.h"
 #include "support/register_test.h"
+#include "support/robot.h"
 
 #include <tarvek/tarvek_widget.h>
 
@@ -31,6 +32,10 @@ private slots:
     void aWrongAnswerToARefusalAsksAgain();
     void anotherRobotInPlaceOfARefusedOneGetsAWindowOfItsOwn();
     void aNewConnectionToARefusedRobotIsANewWindow();
+    void aPasswordGivenInOneWindowIsThatOfAllThatShareItsLink();
+    void aPasswordGivenInANewWindowIsOfferedInTheRefusedOne();
+    void aLinkThatMendsItselfDoesSoWithThePasswordGivenElsewhere();
+    void aFileThatIsGoneMeanwhileIsNamedAndChangesNothing();
 
 private:
     void startWithPassword();
@@ -39,6 +44,11 @@ private:
     void type(const QString& field, const QString& text);
     void pressConnect();
     QString detailText() const;
+    QString passwordInDialog() const
+    {
+        return fDesktop->connectDialog()->findChild<QLineEdit*>("password")->text();
+    }
+    qint64 refusals() const;
 };
 
 /// A window with a panel, for a user whose password can be changed.
@@ -83,6 +93,16 @@ void TestRefusedRobot::type(const QString& field, const QString& text)
 void TestRefusedRobot::pressConnect()
 {
     QTest::keyClick(fDesktop->connectDialog()->findChild<QLineEdit*>("user"), Qt::Key_Return);
+    TRY_VERIFY(!fDesktop->isConnecting());
+}
+
+/// How many logins the robot has refused.
+qint64 TestRefusedRobot::refusals() const
+{
+    return QString::fromStdString(fRobot->command({"INFO", "stats"}))
+        .section("acl_access_denied_auth:", 1)
+        .section('\r', 0, 0)
+        .toLongLong();
 }
 
 QString TestRefusedRobot::detailText() const
@@ -189,6 +209,83 @@ void TestRefusedRobot::aNewConnectionToARefusedRobotIsANewWindow()
     QCOMPARE(fDesktop->windows().size(), 2);
     QVERIFY(window()->monitor().state().connected);
     QVERIFY(fDesktop->windows().first()->monitor().state().refused);
+}
+
+void TestRefusedRobot::aPasswordGivenInOneWindowIsThatOfAllThatShareItsLink()
+{
+    startWithPassword();
+    MainWindow* const first = window();
+    fDesktop->connectTo(first->settings());
+    TRY_COMPARE(fDesktop->windows().size(), 2);
+    TRY_VERIFY(fDesktop->windows().last()->frontDock()); // its panel needs the old password
+    changePassword();
+    pressConnectAgain();
+    type("password", "new-word");
+    pressConnect();
+    TRY_VERIFY(first->monitor().state().connected);
+    const qint64 before = refusals();
+    first->monitor().disconnect();
+    // The link itself: a short gap is not shown.
+    TRY_VERIFY(!first->monitor().busiest().connected);
+    first->reconnect();
+    TRY_VERIFY(first->monitor().busiest().connected || first->monitor().state().refused);
+    first->openPanel(fDesktop->plugins().find("Probe"));
+    QVERIFY2(!shownBox(), qPrintable(shownBox() ? shownBox()->text() : QString()));
+    QCOMPARE(refusals(), before);
+}
+
+void TestRefusedRobot::aPasswordGivenInANewWindowIsOfferedInTheRefusedOne()
+{
+    startWithPassword();
+    MainWindow* const refused = window();
+    changePassword();
+    ConnectionSettings settings = refused->settings();
+    settings.password = "new-word";
+    fDesktop->connectTo(settings);
+    TRY_COMPARE(fDesktop->windows().size(), 2);
+    refused->reconnect();
+    QCOMPARE(passwordInDialog(), QString("new-word"));
+    pressConnect();
+    TRY_VERIFY(refused->monitor().state().connected);
+    QCOMPARE(fDesktop->windows().size(), 2);
+}
+
+void TestRefusedRobot::aLinkThatMendsItselfDoesSoWithThePasswordGivenElsewhere()
+{
+    RedisServer::Options options;
+    options.defaultPassword = "old-word";
+    fRobot.reset(new RedisServer(options));
+    fLine = robotLine(*fRobot);
+    fLine.settings.password = "old-word";
+    start();
+    TRY_VERIFY(window());
+    fRobot->kill();
+    TRY_VERIFY(!window()->monitor().busiest().connected);
+    ConnectionSettings settings = window()->settings();
+    settings.password = "new-word";
+    settings.timeout = 20000; // a link of its own
+    const MainWindow other({fDesktop->plugins(), *fErrors, "/some/where/"}, settings,
+                           ZoBroker::begin("test", settings.address.host, settings.address.port,
+                                           settings.brokerOptions()));
+    window()->learnFrom(other);
+    fRobot->restartWithPassword("new-word");
+    TRY_VERIFY(window()->monitor().busiest().connected || window()->monitor().state().refused);
+    QCOMPARE(refusals(), qint64(0));
+    QVERIFY(window()->monitor().busiest().connected);
+}
+
+void TestRefusedRobot::aFileThatIsGoneMeanwhileIsNamedAndChangesNothing()
+{
+    startWithPassword();
+    ConnectionSettings settings = window()->settings();
+    settings.password = "new-word";
+    settings.tls = true;
+    settings.caFile = "/nowhere/authorities.pem";
+    const std::string problem = errorOf([&] { window()->reconnect(settings); });
+    QVERIFY2(contains(problem, "/nowhere/authorities.pem"), problem.c_str());
+    QCOMPARE(window()->settings().password, std::string("old-word"));
+    QVERIFY(!window()->settings().tls);
+    QVERIFY(window()->monitor().state().connected);
 }
 
 REGISTER_TEST(TestRefusedRobot, HostApplication)

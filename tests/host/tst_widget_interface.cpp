@@ -24,6 +24,13 @@ public:
     }
 };
 
+/// One whose panels make do without a robot.
+class LonePlugin : public PlainPlugin
+{
+public:
+    bool requiresConnection() const override { return false; }
+};
+
 } // namespace
 
 /// What a plug-in gets from the host's library.
@@ -37,6 +44,7 @@ private slots:
     void isKnownByItsIdentifier();
     void connectsToTheRobotWithTheHostsOptions();
     void keepsTheOldBrokerWhenTheRobotCannotBeReached();
+    void withoutNeedForTheRobotItIsNotWaitedFor();
     void panelsCanBeToldThatTheRobotIsGone();
 };
 
@@ -87,6 +95,19 @@ void TestWidgetInterface::keepsTheOldBrokerWhenTheRobotCannotBeReached()
     QVERIFY_EXCEPTION_THROWN(
         plugin.initBroker(plugin.fBroker, "second", "127.0.0.1", robot.port(), ""), ZoError);
     QCOMPARE(plugin.fBroker, first);
+}
+
+void TestWidgetInterface::withoutNeedForTheRobotItIsNotWaitedFor()
+{
+    RedisServer robot;
+    robot.stop(); // it takes connections, and says nothing
+    LonePlugin plugin;
+    plugin.fBrokerOptions.connectTimeout = std::chrono::hours(1);
+    plugin.initBroker(plugin.fBroker, "lone", "127.0.0.1", robot.port(), "");
+    QVERIFY(plugin.fBroker && !plugin.fBroker->isConnected());
+    QVERIFY(plugin.fBroker->linkStatus().opening);
+    robot.resume();
+    TRY_VERIFY(plugin.fBroker->isConnected());
 }
 
 void TestWidgetInterface::panelsCanBeToldThatTheRobotIsGone()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/guarded_test.h"
 #include "support/patience.h"
+#include "support/program.h"
 #include "support/register_test.h"
 
 #include <kit/child_process.h>
@@ -26,12 +27,15 @@ class TestChildProcess : public GuardedTest
 private slots:
     void init();
     void bothItsOutputsGoWhereTheyAreWanted();
+    void itsStreamsMayBeApart();
     void itsEndIsTold();
     void itsEndIsNoticedThoughNobodyTellsHow();
     void aProgramIsToldHoweverItWasStarted();
     void aMissingProgramIsTold();
     void itEndsWithItsObject();
+    void whatItHasStartedEndsWithIt();
     void itEndsWithItsParent();
+    void oneWhoseParentHasGoneEndsAtOnce();
     void aCtrlCIsNotForIt();
     void itDoesNotReadTheTerminal();
     void itInheritsNothingThatIsOpen();
@@ -62,6 +66,20 @@ void TestChildProcess::bothItsOutputsGoWhereTheyAreWanted()
                             fOutput->handle());
     QCOMPARE(child.wait(), 0);
     QCOMPARE(printed(), QByteArray("one\ntwo words\na b\n"));
+}
+
+void TestChildProcess::itsStreamsMayBeApart()
+{
+    QTemporaryFile input;
+    QTemporaryFile errors;
+    QVERIFY(input.open() && errors.open());
+    QVERIFY(input.write("in\n") == 3 && input.seek(0));
+    kit::ChildProcess child({"sh", "-c", "cat; echo err >&2"},
+                            {input.handle(), fOutput->handle(), errors.handle()});
+    QCOMPARE(child.wait(), 0);
+    QCOMPARE(printed(), QByteArray("in\n"));
+    QVERIFY(errors.seek(0));
+    QCOMPARE(errors.readAll(), QByteArray("err\n"));
 }
 
 void TestChildProcess::itsEndIsTold()
@@ -120,6 +138,18 @@ void TestChildProcess::itEndsWithItsObject()
     QCOMPARE(::kill(pid, 0), -1);
 }
 
+void TestChildProcess::whatItHasStartedEndsWithIt()
+{
+    std::optional<kit::ChildProcess> child;
+    child.emplace(std::vector<std::string>{"sh", "-c", "sleep 1000 & echo $!; wait"},
+                  fOutput->handle());
+    TRY_VERIFY(printed().endsWith('\n'));
+    const qint64 grandchild = printed().trimmed().toLongLong();
+    QVERIFY(!hasEnded(grandchild));
+    child.reset();
+    TRY_VERIFY(hasEnded(grandchild));
+}
+
 void TestChildProcess::itEndsWithItsParent()
 {
     int ends[2] = {-1, -1};
@@ -139,6 +169,26 @@ void TestChildProcess::itEndsWithItsParent()
     QCOMPARE(::poll(&pipe, 1, patience), 1);
     QVERIFY((pipe.revents & POLLHUP) != 0);
     ::close(ends[0]);
+}
+
+void TestChildProcess::oneWhoseParentHasGoneEndsAtOnce()
+{
+    int ends[2] = {-1, -1};
+    QCOMPARE(::pipe(ends), 0);
+    const auto statusOfOne = [&ends] {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::dup2(ends[1], kit::standardOutput);
+            kit::endWithParent();
+            ::_exit(7);
+        }
+        int status = 0;
+        return ::waitpid(child, &status, 0) == child ? WEXITSTATUS(status) : -1;
+    };
+    QCOMPARE(statusOfOne(), 7); // somebody could read what it says
+    ::close(ends[0]);
+    QCOMPARE(statusOfOne(), int{kit::exitFailed});
+    ::close(ends[1]);
 }
 
 void TestChildProcess::aCtrlCIsNotForIt()

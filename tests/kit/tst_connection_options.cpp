@@ -21,7 +21,9 @@ private slots:
     void withoutOptionsItIsThisMachine();
     void everyOptionIsTaken();
     void theLastOfEqualOptionsCounts();
+    void severalAddressesAreTaken();
     void oneTimeoutIsForEveryWait();
+    void aTunnelMayTakeItsTime();
     void mistakesAreNamed_data();
     void mistakesAreNamed();
 
@@ -37,7 +39,7 @@ kit::Connection connectionOf(const Texts& texts)
 {
     kit::Connection connection;
     kit::Words words(texts);
-    kit::readOptions(words, kit::connectionOptions(connection));
+    kit::readOptions(words, kit::robotOptions(connection));
     kit::completeConnection(connection);
     return connection;
 }
@@ -67,7 +69,7 @@ void TestConnectionOptions::everyOptionIsTaken()
     const std::string path = write("secret\n");
     const kit::Connection connection =
         connectionOf({"--connect", "[::1]:7000", "--user", "alice", "--password-file", path,
-                      "--tls", "--ca=" + path, "--cert", path, "--key", path});
+                      "--tls", "--ca=" + path, "--cert", path, "--key", path, "--prefix", "a[*]/"});
     QVERIFY(connection.isGiven);
     QCOMPARE(connection.address.toText(), std::string("[::1]:7000"));
     QCOMPARE(connection.options.user, std::string("alice"));
@@ -76,6 +78,7 @@ void TestConnectionOptions::everyOptionIsTaken()
     QCOMPARE(connection.options.tlsCaFile, path);
     QCOMPARE(connection.options.tlsCertFile, path);
     QCOMPARE(connection.options.tlsKeyFile, path);
+    QCOMPARE(connection.options.prefix, std::string("a[*]/"));
 }
 
 void TestConnectionOptions::theLastOfEqualOptionsCounts()
@@ -89,6 +92,17 @@ void TestConnectionOptions::theLastOfEqualOptionsCounts()
     QVERIFY(!connection.options.tls);
 }
 
+void TestConnectionOptions::severalAddressesAreTaken()
+{
+    const kit::Connection connection =
+        connectionOf({"--connect", "arm:1,leg:2,tail", "--sentinel", "robots"});
+    QCOMPARE(connection.address.toText(), std::string("arm:1"));
+    QCOMPARE(connection.options.furtherAddresses.size(), std::size_t{2});
+    QCOMPARE(connection.options.furtherAddresses[1].toText(), std::string("tail:6379"));
+    QCOMPARE(connection.options.sentinel, std::string("robots"));
+    QVERIFY(!connection.options.replica && connectionOf({"--replica"}).options.replica);
+}
+
 void TestConnectionOptions::oneTimeoutIsForEveryWait()
 {
     const ZoBrokerOptions options = connectionOf({"--timeout", "300"}).options;
@@ -96,6 +110,17 @@ void TestConnectionOptions::oneTimeoutIsForEveryWait()
     QCOMPARE(options.exchangeTimeout.count(), 300);
     QCOMPARE(options.callTimeout.count(), 300);
     QCOMPARE(options.keyListTimeout.count(), 300);
+}
+
+void TestConnectionOptions::aTunnelMayTakeItsTime()
+{
+    using std::chrono::milliseconds;
+    const kit::Connection given = connectionOf({"--socket", "/a", "--timeout", "700"});
+    QCOMPARE(given.options.socketPath, std::string("/a"));
+    QVERIFY(given.options.connectTimeout == milliseconds(60000));
+    QVERIFY(given.options.exchangeTimeout == milliseconds(700));
+    const kit::Connection patient = connectionOf({"--socket", "/a", "--timeout", "90000"});
+    QVERIFY(patient.options.connectTimeout == milliseconds(90000));
 }
 
 void TestConnectionOptions::mistakesAreNamed_data()
@@ -115,6 +140,15 @@ void TestConnectionOptions::mistakesAreNamed_data()
     row({"--connect", "arm:65536"}, "from 1 to 65535");
     row({"--connect", "arm:http"}, "from 1 to 65535");
     row({"--connect", "::1"}, "in brackets");
+    row({"--connect", "arm,,leg"}, "there is nothing before or behind a comma");
+    row({"--connect", "arm,leg", "--socket", "/run/arm"}, "--socket leads to one server");
+    row({"--sentinel", "arms", "--socket", "/run/arm"}, "--socket leads to one server");
+    row({"--sentinel", "arms", "--replica"}, "--replica is for a cluster");
+    row({"--prefix", "robot 7/"}, "--prefix: prefix \"robot 7/\": there is a blank in it");
+    row({"--prefix", "a\nb"}, "prefix \"a?b\": there is a control character in it");
+    row({"--prefix", "a\xC2\x85"}, "there is a control character in it");
+    row({"--prefix", "robot\xE9/"}, "prefix \"robot?/\": it is no UTF-8");
+    row({"--prefix", std::string(257, 'a')}, "it is longer than 256 bytes");
     row({"--timeout", "0"}, "--timeout must be a whole number from 1 to 3600000, not '0'");
     row({"--timeout", "-5"}, "'-5'");
     row({"--timeout", "1.5"}, "'1.5'");

@@ -11,8 +11,11 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <fcntl.h>
+#include <new>
 #include <poll.h>
+#include <string_view>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,6 +43,8 @@ private slots:
     void aPipeWhoseWriterWritesNothingHasNoPassword();
     void aWipedTextIsNoLongerInMemory();
     void aTextIsWipedAtTheEndEvenByAnException();
+    void aSecretLeavesNothingBehind();
+    void aSecretIsOverwrittenBeforeItChanges();
 
 private:
     std::string write(const QByteArray& content);
@@ -281,6 +286,31 @@ void TestPasswordFile::aTextIsWipedAtTheEndEvenByAnException()
         QVERIFY(secret.empty());
         QVERIFY(std::all_of(bytes, bytes + 1000, [](char byte) { return byte == 0; }));
     }
+}
+
+void TestPasswordFile::aSecretLeavesNothingBehind()
+{
+    alignas(kit::Secret) std::array<char, sizeof(kit::Secret)> place{};
+    for (const bool isMoved : {false, true}) {
+        auto* secret = new (place.data()) kit::Secret("open sesame");
+        const kit::Secret other = isMoved ? std::move(*secret) : *secret;
+        QVERIFY(other == "open sesame");
+        secret->~Secret();
+        const std::string_view left(place.data(), place.size());
+        QVERIFY(left.find("sesame") == std::string_view::npos);
+    }
+}
+
+void TestPasswordFile::aSecretIsOverwrittenBeforeItChanges()
+{
+    kit::Secret secret(std::string(1000, 'x'));
+    const kit::Secret other("open");
+    const char* const bytes = secret.data();
+    secret = secret; // nothing happens
+    QCOMPARE(secret.size(), std::size_t{1000});
+    secret = other;
+    QVERIFY(secret == "open" && secret.data() == bytes);
+    QVERIFY(std::all_of(bytes + 4, bytes + 1000, [](char byte) { return byte == 0; }));
 }
 
 REGISTER_TEST(TestPasswordFile, NoApplication)

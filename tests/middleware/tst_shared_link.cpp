@@ -42,6 +42,9 @@ private slots:
     void aNewBrokerIsToldWhyALinkStaysDown();
     void allGoAlongWhenOneReconnects();
     void oneAttemptServesAllThatReconnect();
+    void aLinkThatIsDisconnectedStaysDownForAll();
+    void aNewBrokerOpensALinkThatWasDisconnected();
+    void brokersTellWhetherTheyShareALink();
     void brokersMadeAtTheSameTimeWaitForOneAttempt();
     void nobodyWaitsForAnotherRobotsLink();
 };
@@ -70,6 +73,9 @@ void TestSharedLink::whatLeadsElsewhereOrOtherwiseHasItsOwn_data()
     options.notices = false;
     QTest::newRow("no notices") << "127.0.0.1" << options;
     QTest::newRow("another user") << "127.0.0.1" << asAlice(quietOptions());
+    options = quietOptions();
+    options.prefix = "robot7/";
+    QTest::newRow("another prefix") << "127.0.0.1" << options;
     options = quietOptions();
     options.connectTimeout += std::chrono::milliseconds(1);
     QTest::newRow("another limit") << "127.0.0.1" << options;
@@ -175,6 +181,51 @@ void TestSharedLink::oneAttemptServesAllThatReconnect()
     answer.set_value();
     TRY_VERIFY(brokers[0]->isConnected());
     QCOMPARE(connections.load(), 2);
+}
+
+void TestSharedLink::aLinkThatIsDisconnectedStaysDownForAll()
+{
+    const RedisServer server;
+    const auto one = linkTo(server.port(), quietOptions());
+    const auto other = linkTo(server.port(), quietOptions());
+    const auto proxy = other->getProxy("ZoMemory", 0);
+    one->disconnect();
+    QVERIFY(one->linkStatus().closed && other->linkStatus().closed);
+    QVERIFY(!other->isConnected() && !other->linkStatus().refused);
+    QVERIFY(contains(other->linkStatus().cause, "disconnected on request"));
+    QVERIFY(contains(errorOf([&] { proxy->call("getDataListName", ZoValue()); }),
+                     "disconnected on request"));
+    TRY_COMPARE(server.clients(), 0);
+    other->reconnect(quietOptions());
+    QVERIFY(!one->linkStatus().closed);
+    TRY_VERIFY(one->isConnected());
+    QCOMPARE(server.clients(), 1);
+}
+
+void TestSharedLink::aNewBrokerOpensALinkThatWasDisconnected()
+{
+    const RedisServer server;
+    const auto one = linkTo(server.port(), quietOptions());
+    one->disconnect();
+    const auto other = linkTo(server.port(), quietOptions());
+    QVERIFY(one->isConnected());
+    QVERIFY(!one->linkStatus().closed);
+    QCOMPARE(server.clients(), 1);
+}
+
+void TestSharedLink::brokersTellWhetherTheyShareALink()
+{
+    const RedisServer server;
+    const auto one = linkTo(server.port(), quietOptions());
+    const auto other = linkTo(server.port(), quietOptions());
+    ZoBrokerOptions options = quietOptions();
+    options.follow = !options.follow;
+    const auto apart = linkTo(server.port(), options);
+    QVERIFY(one->linkIdentity());
+    QVERIFY(one->linkIdentity() == other->linkIdentity());
+    QVERIFY(one->linkIdentity() != apart->linkIdentity());
+    QVERIFY(!ZoBroker::create("hub")->linkIdentity());
+    ZoBroker::create("hub")->disconnect(); // nothing to be closed
 }
 
 void TestSharedLink::brokersMadeAtTheSameTimeWaitForOneAttempt()

@@ -21,6 +21,7 @@ class TestZoMemoryProxy : public GuardedTest
 private slots:
     void valuesReadBackWithTheirTypes();
     void textReadsBackAsWhatItSpells();
+    void anExchangeReturnsWhatWasThere();
     void keysRepeatAsAskedAndAMissingOneIsInvalid();
     void manyValuesAreStoredAtOnce();
     void ofManyValuesAllOrNoneAreStored();
@@ -98,6 +99,14 @@ void TestZoMemoryProxy::textReadsBackAsWhatItSpells()
     QCOMPARE(valueOf(memory, "key"), ZoValue("plain text"));
 }
 
+void TestZoMemoryProxy::anExchangeReturnsWhatWasThere()
+{
+    ZoMemoryProxy memory(ZoBroker::create("test"));
+    QVERIFY(memory.exchangeData("key", 3) == ZoValue());
+    QVERIFY(memory.exchangeData("key", "text") == ZoValue(3));
+    QCOMPARE(valueOf(memory, "key"), ZoValue("text"));
+}
+
 void TestZoMemoryProxy::keysRepeatAsAskedAndAMissingOneIsInvalid()
 {
     ZoMemoryProxy memory(ZoBroker::create("test"));
@@ -147,6 +156,10 @@ void TestZoMemoryProxy::everyKeyIsListedOnce()
     std::vector<std::string> names = memory.getDataListName();
     std::sort(names.begin(), names.end());
     QCOMPARE(names, (std::vector<std::string>{"a", "b"}));
+    memory.setData("Arm/b", 4);
+    QCOMPARE(memory.getDataListName("rm/b"), std::vector<std::string>{"Arm/b"});
+    QCOMPARE(memory.getDataListName("b").size(), std::size_t{2});
+    QVERIFY(memory.getDataListName("longer than Arm/b").empty());
 }
 
 void TestZoMemoryProxy::aRobotCouldNotHoldItSoItIsRefused()
@@ -181,6 +194,7 @@ void TestZoMemoryProxy::wrongRequestsThrow()
     ZoValue pair(std::vector<std::string>{"a", "b"});
     pair[0] = 3;
     QCOMPARE(refusalOf("setText", pair), "setText" + noPair);
+    QCOMPARE(refusalOf("exchangeData", pair), "exchangeData" + noPair);
     pair[0] = "a";
     pair[1] = 3;
     QCOMPARE(refusalOf("setText", pair), std::string("setText: the second argument is no text"));
@@ -311,7 +325,8 @@ void TestZoMemoryProxy::anAnswerThatIsNoneThrows()
     const ZoValue values = requestFor({"a"});
     for (const ZoValue& reply :
          {ZoValue(), ZoValue(3), values, ZoValue::fromElements({values, "now"}),
-          ZoValue::fromElements({values, 0, 0}), ZoValue::fromElements({3, 0})}) {
+          ZoValue::fromElements({values, 0, "none"}), ZoValue::fromElements({values, 0, 0, 0}),
+          ZoValue::fromElements({3, 0})}) {
         ZoMemoryProxy memory(boost::make_shared<FixedAnswer>(reply));
         const std::string error = errorOf([&] { memory.getListAnswer(requestFor({"a"})); });
         QCOMPARE(error, std::string("getListAnswer: the reply is not [values, time]"));

@@ -4,6 +4,7 @@
 #include <tarvek/widget_interface.h>
 
 #include <QObject>
+#include <QWidget>
 
 class Nothing : public QObject, public WidgetInterface
 {
@@ -14,7 +15,8 @@ class Nothing : public QObject, public WidgetInterface
 public:
     TarvekWidget* getWidget(QWidget* parent, const std::string&, int, const std::string&) override
     {
-        fParent = parent; // which tells that it was asked
+        fParent = parent;
+        parent->window()->setProperty("wasAsked", true);
         return nullptr;
     }
 };

@@ -52,18 +52,22 @@ public:
                             const std::string& imageDir) override
     {
         fParent = parent;
-        if (parent->property("ownLink").toBool())
+        const QWidget* const window = parent->window(); // tells what this panel is to do
+        if (window->property("ownLink").toBool())
             fBrokerOptions.pingInterval *= 2; // other options than the window's
+        if (const QString user = window->property("ownUser").toString(); !user.isEmpty())
+            fBrokerOptions.user = user.toStdString();
         initBroker(fBroker, "Probe", ip, port, imageDir);
         auto* panel = new ProbePanel(parent);
         fPanel = panel;
         panel->setProperty("imageDir", QString::fromStdString(imageDir));
         panel->setProperty("user", QString::fromStdString(fBrokerOptions.user));
-        if (parent->property("askFirst").toBool() && !ask(parent)) {
+        parent->setWindowTitle(window->property("titleOfPanels").toString());
+        if (window->property("askFirst").toBool() && !ask(parent)) {
             delete panel;
             fPanel = nullptr;
         }
-        if (parent->property("thenFail").toBool())
+        if (window->property("thenFail").toBool())
             throw ZoError("the probe broke off");
         return fPanel;
     }

@@ -81,6 +81,7 @@ private slots:
     void othersMayNotRuleIt();
     void aReadersPasswordKeepsStrangersOut_data();
     void aReadersPasswordKeepsStrangersOut();
+    void readersMayWriteTheirKeyAlone();
     void noPasswordStandsInTheListOfProcesses();
     void noPasswordStandsInWhatARefusingServerSays();
     void itIsFoundHoweverDeepItsFolderIs();
@@ -218,6 +219,30 @@ void TestPrivateServer::aReadersPasswordKeepsStrangersOut()
     QVERIFY2(contains(without, "NOAUTH"), without.c_str());
     const std::string wrong = errorOf([&] { memoryOf(server, "", password + "x"); });
     QVERIFY2(contains(wrong, "WRONGPASS"), wrong.c_str());
+}
+
+void TestPrivateServer::readersMayWriteTheirKeyAlone()
+{
+    const PrivateServer server(0, "look-only", kit::freeLoopbackPort, "Replay/Control");
+    ZoMemoryProxy memory = memoryOf(server, "", "look-only");
+    memory.setData("Replay/Control", "pause");
+    const ZoValue read = memory.getListData(requestFor({"Replay/Control"}));
+    QVERIFY(read == ZoValue::fromElements({"pause"}));
+    for (const char* other : {"Replay/State", "Replay/Control2", "a"}) {
+        const std::string refusal = errorOf([&] { memory.setData(other, 1); });
+        QVERIFY2(contains(refusal, "NOPERM"), refusal.c_str());
+    }
+    const PrivateServer odd(0, "look-only", kit::freeLoopbackPort, "r\"*'[7]#\\/Replay/Control");
+    ZoMemoryProxy behind = memoryOf(odd, "", "look-only");
+    behind.setData("r\"*'[7]#\\/Replay/Control", "pause");
+    for (const char* other : {"r\"*'7#\\/Replay/Control", "r\"**'[7]#\\/Replay/Control"}) {
+        const std::string refusal = errorOf([&] { behind.setData(other, 1); });
+        QVERIFY2(contains(refusal, "NOPERM"), refusal.c_str());
+    }
+    const PrivateServer none(0, "look-only");
+    const std::string refusal =
+        errorOf([&] { memoryOf(none, "", "look-only").setData("Replay/Control", "pause"); });
+    QVERIFY2(contains(refusal, "NOPERM"), refusal.c_str());
 }
 
 void TestPrivateServer::noPasswordStandsInTheListOfProcesses()

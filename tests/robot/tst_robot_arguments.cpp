@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 Q_DECLARE_METATYPE(std::vector<std::string>)
 
 class TestRobotArguments : public GuardedTest
@@ -17,6 +19,7 @@ class TestRobotArguments : public GuardedTest
 private slots:
     void noArgumentsMeanAPrivateServerOnAFreePort();
     void everyOptionIsTaken();
+    void aRecordingIsPlayedAsAsked();
     void valueMayFollowAnEqualsSign();
     void serverToConnectToHasADefaultPort();
     void serverToConnectToMayAskForALogin();
@@ -24,6 +27,7 @@ private slots:
     void senselessArgumentsAreRefusedWithTheOption_data();
     void senselessArgumentsAreRefusedWithTheOption();
     void helpAndVersionWinOverWhatFollows();
+    void aShellIsToldOfTheOptions();
     void helpNamesEveryOption();
     void ticksFollowTheClockWithoutDrift();
     void lateTicksAreSkipped();
@@ -49,6 +53,22 @@ void TestRobotArguments::everyOptionIsTaken()
     QCOMPARE(arguments.rate, 12.5);
     QCOMPARE(arguments.keys, 10000);
     QCOMPARE(arguments.seed, 4294967295U);
+}
+
+void TestRobotArguments::aRecordingIsPlayedAsAsked()
+{
+    using namespace std::chrono_literals;
+    QVERIFY(parseArguments({}).replay.path.empty());
+    const ReplayArguments plain = parseArguments({"--replay", "a.csv"}).replay;
+    QCOMPARE(plain.path, std::string("a.csv"));
+    QVERIFY(plain.speed == 1 && !plain.loops && !plain.isPaused && !plain.from);
+    const ReplayArguments all =
+        parseArguments({"--replay=a.csv", "--speed=2.5", "--loop", "--paused", "--from=1.5h"})
+            .replay;
+    QVERIFY(all.speed == 2.5 && all.loops && all.isPaused);
+    QVERIFY(all.from->kind == kit::ReplayCommand::Kind::JumpFrom && all.from->time == 90min);
+    QVERIFY(parseArguments({"--replay=a", "--from=1700000000.5"}).replay.from->time ==
+            1700000000500ms);
 }
 
 void TestRobotArguments::valueMayFollowAnEqualsSign()
@@ -89,7 +109,7 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     const auto row = [](const char* name, const std::vector<std::string>& words, const char* part) {
         QTest::newRow(name) << words << part;
     };
-    row("unknown option", {"--speed", "3"}, "there is no option '--speed' here");
+    row("unknown option", {"--height", "3"}, "there is no option '--height' here");
     row("stray word", {"robot"}, "'robot' is no option");
     row("empty word", {""}, "'' is no option");
     row("value missing", {"--keys"}, "--keys needs a value");
@@ -115,6 +135,15 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     row("user of its own server", {"--user", "me"}, "--user and --tls are for");
     row("another server opened", {"--open", "--connect", "robot"}, "--open is for the robot's own");
     row("open with a password", {"--open", "--password-file", "/dev/null"}, "--password-file");
+    row("speed of no replay", {"--speed", "3"}, "are for --replay FILE");
+    row("loop of no replay", {"--loop"}, "are for --replay FILE");
+    row("start of no replay", {"--from", "3s"}, "are for --replay FILE");
+    row("pause of no replay", {"--paused"}, "are for --replay FILE");
+    row("rate of a replay", {"--replay", "a.csv", "--rate", "20"}, "are for the simulated robot");
+    row("keys of a replay", {"--replay", "a.csv", "--keys", "20"}, "are for the simulated robot");
+    row("seed of a replay", {"--replay", "a.csv", "--seed", "20"}, "are for the simulated robot");
+    row("no speed", {"--replay", "a.csv", "--speed", "0"}, "--speed must be a number from 0.001");
+    row("no time", {"--replay", "a.csv", "--from", "yesterday"}, "--from must be a time");
     row("encryption of its own server", {"--tls"}, "given with --connect");
 }
 
@@ -129,6 +158,15 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption()
         QVERIFY2(QString(error.what()).contains(part), error.what());
         QVERIFY2(!QString(error.what()).contains('\n'), error.what());
     }
+}
+
+void TestRobotArguments::aShellIsToldOfTheOptions()
+{
+    const std::vector<std::string> names = completeRobotOptions({"--loop", "--"}).texts;
+    QVERIFY(std::find(names.begin(), names.end(), "--replay") != names.end());
+    QVERIFY(completeRobotOptions({"--replay", ""}).isFile);
+    QVERIFY(completeRobotOptions({"--keys", ""}).texts.empty());
+    QVERIFY(completeRobotOptions({"x"}).texts.empty());
 }
 
 void TestRobotArguments::helpAndVersionWinOverWhatFollows()

@@ -3,8 +3,8 @@
 
 #include "simulation/violation.h"
 
+#include <memory/key_prefix.h>
 #include <memory/store_request.h>
-#include <wire/request.h>
 #include <zo/error.h>
 
 #include <algorithm>
@@ -56,6 +56,7 @@ std::string told(zo::Call& exchange)
 std::shared_ptr<zo::Call> Callers::make(const LinkSettings& settings, bool isLate)
 {
     fSettings = &settings;
+    fPrefix = settings.options.prefix;
     fIsLate = isLate;
     Call call;
     call.begin = fAgenda.now();
@@ -93,7 +94,7 @@ void Callers::askForValues(Call& call)
 {
     if (!fLast || fWantsMuch || fRandom.chance(20)) {
         const auto keys = someKeys(fWantsMuch || fRandom.chance(2));
-        fLast = std::make_shared<const ListRequest>(requestOf(keys), noneForbidden());
+        fLast = std::make_shared<const ListRequest>(requestOf(keys), noneForbidden(), fPrefix);
     }
     call.list = fLast;
     if (fLast->count() > 100) {
@@ -122,9 +123,8 @@ std::vector<int> Callers::someKeys(bool areMany)
 
 void Callers::askForNames(Call& call)
 {
-    static const SharedText bytes =
-        sharedText(encodeCommand({"SCAN", "0", "COUNT", "1000", "TYPE", "string"}));
-    static const auto parts = std::make_shared<const std::vector<RequestPart>>(
+    const SharedText bytes = sharedText(encodeScan("0", 1000, "string", patternOf(fPrefix, "")));
+    const auto parts = std::make_shared<const std::vector<RequestPart>>(
         std::vector<RequestPart>{{bytes->size(), 1}});
     call.names = std::make_shared<NamesSink>();
     make(call, "SCAN", bytes, parts, call.names, fMemory.keys());
@@ -144,7 +144,8 @@ void Callers::storeValues(Call& call)
         pairs.push_back(ZoValue::fromElements(
             {ZoValue("Camera/Picture"),
              ZoValue(std::string(static_cast<std::size_t>(fRandom.between(64000, 200000)), 'p'))}));
-    const StoreRequest request = encodeStoreRequest(ZoValue::fromElements(std::move(pairs)));
+    const StoreRequest request =
+        encodeStoreRequest(ZoValue::fromElements(std::move(pairs)), fPrefix);
     call.stored = std::make_shared<StatusSink>("MSET");
     make(call, "MSET", request.bytes, request.parts, call.stored,
          static_cast<int>(request.keys.size()));
@@ -210,7 +211,8 @@ void Callers::checkNames(const Call& call) const
     const std::set<std::string> unique(names.begin(), names.end());
     require(unique.size() == names.size(), "names come once", [] { return "SCAN"; });
     for (const std::string& name : names) {
-        const int key = keyNumber(name);
+        const bool isOwn = name.substr(0, fPrefix.size()) == fPrefix;
+        const int key = isOwn ? keyNumber(name.substr(fPrefix.size())) : -1;
         require(key >= 0 && key < fMemory.keys(), "names are the robot's", [&] { return name; });
     }
 }

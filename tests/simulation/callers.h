@@ -14,6 +14,7 @@
 #include <wire/status_sink.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 /// Who calls over a link: with the requests and sinks of the real memory module. Checks that each
@@ -74,6 +75,7 @@ private:
     Random& fRandom;
     const RobotMemory& fMemory;
     const zo::LinkSettings* fSettings = nullptr; ///< while a call is made
+    std::string fPrefix;                         ///< of the robot's keys
     bool fIsLate = false;
     bool fIsInHurry = true;
     bool fWantsMuch = false;

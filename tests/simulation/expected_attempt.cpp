@@ -54,7 +54,7 @@ void ExpectedLink::lookUp()
     fLookUpPatience = fIsLookingUp ? std::min(2 * fLookUpPatience, seconds(600)) : seconds(10);
     fIsLookingUp = true;
     fLookUpSince = fNow;
-    fActions.push_back(LinkAction::LookUp{++fLookUps});
+    fActions.push_back(LinkAction::LookUp{++fLookUps, nullptr});
 }
 
 void ExpectedLink::lookedUp(int number, const Addresses& addresses, const std::string& problem)
@@ -92,7 +92,7 @@ void ExpectedLink::connectNext()
         return;
     fNextAt = fNow + fLead;
     fRunning.push_back(++fNewest);
-    fActions.push_back(LinkAction::Connect{fNewest, fCourse.front()});
+    fActions.push_back(LinkAction::Connect{fNewest, fCourse.front(), nullptr});
     fCourse.erase(fCourse.begin());
 }
 

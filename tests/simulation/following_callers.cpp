@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/following_callers.h"
 
+#include "simulation/violation.h"
+
 #include <algorithm>
 #include <string>
 
@@ -20,6 +22,9 @@ constexpr seconds beginningOfLink{5};
 constexpr int fewKeys = 50;
 
 constexpr milliseconds longestPeriod{10000};
+
+// Nobody asks twice for a list by hand in such a time.
+constexpr milliseconds atOnce{250};
 
 // What one thread waits for a list, another one of its lists waits, too.
 constexpr milliseconds otherWait{1};
@@ -91,6 +96,9 @@ void ListCaller::call()
     const auto asked = fWorld.link.ask({&fThread, {}}, fRequest);
     fCalls = asked.list == fList ? fCalls + 1 : 1;
     fList = asked.list;
+    const Duration pause = fWorld.common.now() - fEnded;
+    require(fList->isFollowed() || fCalls == 1 || pause > atOnce,
+            "who comes back at once is followed", [&] { return lengthText(pause); });
     if (asked.values)
         return end(asked.values);
     fThread.beginWait(fWorld.common.now());
@@ -102,7 +110,7 @@ ListCaller::Duration ListCaller::lengthOf(Follower::Patience patience)
 {
     switch (patience) {
     case Follower::Patience::Brief:
-        return fThread.left(fWorld.common.now(), milliseconds(5));
+        return fThread.left(fWorld.common.now(), Follower::fMoment);
     case Follower::Patience::OneWay:
         return fWorld.link.roundTrip() + milliseconds(50);
     case Follower::Patience::Full:
@@ -116,12 +124,15 @@ void ListCaller::await(Time until, bool isBrief)
 {
     const Time now = fWorld.common.now();
     const bool isUp = fWorld.link.isUp();
-    const auto values = isUp ? fWorld.link.answer(fList) : Values();
+    auto values = isUp ? fWorld.link.news(fList) : Values();
     if (isUp && !values && now < until)
         return fWorld.common.agenda.at(
             std::min(until, now + std::max<Duration>((until - now) / 8, microseconds(200))),
             [this, until, isBrief] { await(until, isBrief); });
     fThread.endWait(now, isBrief);
+    fList->waited(now);
+    if (isUp && !values)
+        values = fWorld.link.answer(fList);
     if (isUp)
         end(values);
     else
@@ -130,6 +141,7 @@ void ListCaller::await(Time until, bool isBrief)
 
 void ListCaller::end(const Values& values)
 {
+    fEnded = fWorld.common.now();
     fWorld.common.trace.line([&] {
         return "caller " + std::to_string(fNumber) + (values ? " is answered" : " finds nothing") +
                " by " + fWorld.common.nameOf(fList);

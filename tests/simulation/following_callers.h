@@ -54,4 +54,5 @@ private:
     ZoValue fRequest;
     zo::Follower::List fList;
     int fCalls = 0; ///< for this list, in a row
+    Time fEnded{};  ///< the last one
 };

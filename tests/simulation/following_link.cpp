@@ -2,9 +2,12 @@
 #include "simulation/following_link.h"
 
 #include "simulation/following_replies.h"
+#include "simulation/request_reader.h"
+#include "simulation/violation.h"
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 using namespace zo;
 
@@ -32,7 +35,7 @@ std::string textOf(const RoundPlan& plan)
 
 FollowingLink::FollowingLink(FollowingWorld& world, FollowingNetwork& network,
                              FollowingRobot& robot, FollowingRules& rules)
-    : fWorld(world), fNetwork(network), fRobot(robot), fRules(rules)
+    : fWorld(world), fNetwork(network), fRobot(robot), fRules(rules), fFollower(world.prefix)
 {
 }
 
@@ -61,6 +64,11 @@ Follower::Asked FollowingLink::ask(const FollowingCaller& caller, const ZoValue&
     fRules.called(asked.list);
     beginRounds();
     return asked;
+}
+
+std::optional<ZoValue::Elements> FollowingLink::news(const Follower::List& list)
+{
+    return fFollower.news(fWorld.now(), list);
 }
 
 std::optional<ZoValue::Elements> FollowingLink::answer(const Follower::List& list)
@@ -103,7 +111,7 @@ void FollowingLink::notify(const FollowingRobot::Key* key)
     fNetwork.down(bytesOfNotice, [this, key] {
         fWorld.trace.line([&] { return (key ? key->name : "everything") + " may have changed"; });
         if (key)
-            fFollower.noticed(key->name);
+            fFollower.noticed(fWorld.prefix + key->name);
         else
             fFollower.noticedAll();
     });
@@ -203,12 +211,22 @@ void FollowingLink::noteOdd(Sending& sending, int command, const Values& values)
     }
 }
 
+/// The keys that the robot understands the command to ask for.
 std::vector<int> FollowingLink::keysOf(const RoundPlan& plan, int command) const
 {
-    const auto& [first, count, end] = plan.commands()[command];
+    const std::size_t begin = command > 0 ? plan.commands()[command - 1].end : 0;
+    std::string_view bytes(*plan.bytes());
+    bytes = bytes.substr(begin, plan.commands()[command].end - begin);
+    std::vector<std::string_view> words;
+    while (!bytes.empty() && takeCommand(bytes, words)) {
+    }
     std::vector<int> keys;
-    keys.reserve(count);
-    for (int i = first; i < first + count; ++i)
-        keys.push_back(fRobot.numberOf(plan.keys()[i]->first));
+    keys.reserve(words.size());
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const std::string_view prefix = fWorld.prefix;
+        require(words[i].substr(0, prefix.size()) == prefix,
+                "only the robot's own keys are asked for", [&] { return std::string(words[i]); });
+        keys.push_back(fRobot.numberOf(std::string(words[i].substr(prefix.size()))));
+    }
     return keys;
 }

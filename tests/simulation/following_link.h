@@ -28,6 +28,8 @@ public:
     void lose();
 
     zo::Follower::Asked ask(const zo::FollowingCaller& caller, const ZoValue& request);
+    /// For a call that waits, and at the end of its wait.
+    std::optional<ZoValue::Elements> news(const zo::Follower::List& list);
     std::optional<ZoValue::Elements> answer(const zo::Follower::List& list);
     void write(int key);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 using namespace zo;
 
@@ -30,6 +31,17 @@ int singles(const RoundPlan& plan)
         std::count_if(plan.commands().begin(), plan.commands().end(), isSingle));
 }
 
+/// Whether keys are to be asked for again, one by one.
+bool isRefusedTogether(const Round& round)
+{
+    const auto& commands = round.plan()->commands();
+    for (int command = 0; command < static_cast<int>(commands.size()); ++command) {
+        if (commands[command].keys > 1 && !round.reply(command).refusal.empty())
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void FollowingRounds::called(Time now)
@@ -42,25 +54,21 @@ void FollowingRounds::began(const Follower::Begun& begun, Time now)
 {
     checkCalls(*begun.list, now);
     const RoundPlan& plan = *begun.round->plan();
-    if (begun.isMore)
-        return goOn(begun);
-    --fCredit;
-    require(fCredit >= 0, "no more rounds than calls", [] { return "one more begins"; });
     require(singles(plan) <= mostSingles, "few keys are asked for one by one",
             [&] { return std::to_string(singles(plan)) + " are"; });
+    ++fUnderWay;
+    const int most = std::exchange(fMostUnderWay, begun.list->pace().mostUnderWay());
+    require(fUnderWay <= std::min(mostUnderWay, most), "few rounds are under way",
+            [&] { return std::to_string(fUnderWay) + " are"; });
+    if (begun.isMore) {
+        ++fMore;
+        return;
+    }
+    --fCredit;
+    require(fCredit >= 0, "no more rounds than calls", [] { return "one more begins"; });
     fSent.push_back({begun.round, now, ++fTurns});
-    checkUnderWay(*begun.list);
     if (fSent.size() > mostRemembered)
         fSent.pop_front();
-}
-
-/// What was refused is asked for key by key.
-void FollowingRounds::goOn(const Follower::Begun& begun)
-{
-    const auto found =
-        std::find_if(fSent.begin(), fSent.end(), [](const Sent& one) { return !one.round; });
-    if (found != fSent.end())
-        found->round = begun.round;
 }
 
 void FollowingRounds::checkCalls(const FollowedList& list, Time now) const
@@ -73,34 +81,29 @@ void FollowingRounds::checkCalls(const FollowedList& list, Time now) const
     });
 }
 
-void FollowingRounds::checkUnderWay(const FollowedList& list) const
-{
-    const auto count =
-        std::count_if(fSent.begin(), fSent.end(), [](const Sent& one) { return !one.isOver; });
-    require(count <= std::min(mostUnderWay, list.pace().mostUnderWay()), "few rounds are under way",
-            [&] { return std::to_string(count) + " are"; });
-}
-
 void FollowingRounds::ended(const Follower::Begun& begun, std::uint64_t order, Time now)
 {
+    fMostUnderWay = begun.list->pace().mostUnderWay();
+    --fUnderWay;
+    fMore -= begun.isMore ? 1 : 0;
     const auto found = std::find_if(fSent.begin(), fSent.end(),
                                     [&](const Sent& one) { return one.round == begun.round; });
-    if (found == fSent.end())
-        return;
-    if (found->order == 0)
+    if (found != fSent.end()) {
         found->order = order;
-    if (begun.list->isRefused()) {
-        found->round.reset();
-        found->isMore = true;
-        return;
+        found->isMore = isRefusedTogether(*begun.round);
+        found->isOver = !found->isMore;
     }
-    found->isOver = true;
     // Nothing is shown as long as more of something is to come.
-    if (std::any_of(fSent.begin(), fSent.end(),
-                    [](const Sent& one) { return one.isMore && !one.isOver; }))
+    if (fMore > 0 || begun.list->isRefused())
         return;
-    // One that asks for nothing is over at once, and waits for those before it.
+    showAll(now);
+}
+
+/// One that asks for nothing is over at once, and waits for those before it.
+void FollowingRounds::showAll(Time now)
+{
     for (Sent& one : fSent) {
+        one.isOver = one.isOver || one.isMore;
         if (!one.isOver)
             break;
         if (one.ended == 0)
@@ -124,6 +127,7 @@ void FollowingRounds::show(Sent& sent, Time now)
 void FollowingRounds::forget()
 {
     fSent.clear();
+    fUnderWay = fMore = 0;
     fNewest = nullptr;
 }
 

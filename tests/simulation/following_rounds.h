@@ -22,6 +22,8 @@ public:
     void ended(const zo::Follower::Begun& begun, std::uint64_t order, Time now);
     /// The connection is gone.
     void forget();
+    /// Rounds that were begun and have not ended.
+    int underWay() const { return fUnderWay; }
 
     /// Whether there is an answer. Then, of the newest one:
     bool isAnswered() const { return fNewest != nullptr; }
@@ -39,7 +41,7 @@ public:
 private:
     struct Sent
     {
-        std::shared_ptr<zo::Round> round; ///< null: more of it is to come
+        std::shared_ptr<zo::Round> round;
         Time begin;
         int begun;           ///< which of all beginnings and ends
         bool isMore = false; ///< it was refused, and goes on key by key
@@ -50,9 +52,8 @@ private:
         bool isTrip = false;    ///< begun when the last such one had ended
     };
 
-    void goOn(const zo::Follower::Begun& begun);
     void checkCalls(const zo::FollowedList& list, Time now) const;
-    void checkUnderWay(const zo::FollowedList& list) const;
+    void showAll(Time now);
     void show(Sent& sent, Time now);
     Time validAfterBegin(const Sent& sent) const;
 
@@ -61,6 +62,11 @@ private:
     Time fValidAfter = Time::min();
     int fTurns = 0; ///< beginnings and ends: many are at the same time
     int fCredit = 0;
+    int fUnderWay = 0;
+    int fMore = 0; ///< of these, that ask again key by key
+    /// What a round asks for is known when it has begun: until then it is taken to be like the
+    /// last.
+    int fMostUnderWay = zo::Pace::fMostUnderWay;
     int fTripEnded = 0;
     int fApartEnded = 0; ///< when the last one ended that read key by key
     Time fLastCall{};

@@ -30,11 +30,6 @@ constexpr int tripsOfRegular = 8;
 // What one command reads; others may be done between two commands.
 constexpr std::size_t mostTogether = 1000;
 
-std::string lengthText(Agenda::Duration time)
-{
-    return std::to_string(std::chrono::duration<double, std::milli>(time).count()) + " ms";
-}
-
 std::int64_t shownBy(const ZoValue& value)
 {
     const auto* number = std::get_if<std::int64_t>(&value.data());
@@ -54,6 +49,11 @@ FollowingRules::FollowingRules(const Agenda& agenda, const FollowingRobot& robot
 void FollowingRules::began(const Follower::Begun& begun)
 {
     fLists[begun.list].began(begun, fAgenda.now());
+    int underWay = 0;
+    for (const auto& [list, rounds] : fLists)
+        underWay += rounds.underWay();
+    require(underWay <= roundsUnderWay, "few rounds are under way on a link",
+            [&] { return std::to_string(underWay) + " are"; });
 }
 
 void FollowingRules::ended(const Follower::Begun& begun, std::uint64_t order,

@@ -40,9 +40,8 @@ public:
         const auto sum =
             std::accumulate(fWaits.begin(), fWaits.end(), Duration(0),
                             [](Duration all, const auto& one) { return all + one.second; });
-        require(sum <= fMost, "a thread waits for a tenth of its time", [&] {
-            return std::to_string(std::chrono::duration<double, std::milli>(sum).count()) + " ms";
-        });
+        require(sum <= fMost, "a thread waits for a tenth of its time",
+                [&] { return lengthText(sum); });
     }
 
 private:

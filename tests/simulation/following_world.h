@@ -4,6 +4,7 @@
 #include "simulation/agenda.h"
 #include "simulation/network_kind.h"
 #include "simulation/random.h"
+#include "simulation/robot_prefix.h"
 #include "simulation/trace.h"
 
 #include <memory/follower.h>
@@ -25,7 +26,8 @@ struct FollowingWorld
                                       : NetworkKind::Poor),
           slowness(random.chance(10) ? 10 : 1),
           isLively(random.chance(60)),
-          trace(agenda, isTraced)
+          trace(agenda, isTraced),
+          prefix(prefixOf(seed))
     {
     }
 
@@ -44,4 +46,5 @@ struct FollowingWorld
     const Trace trace;
     bool isCalm = true; ///< nothing has gone wrong yet
     std::map<zo::Follower::List, std::size_t> lists;
+    const std::string prefix; ///< of the robot's keys on its server
 };

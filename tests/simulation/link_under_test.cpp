@@ -250,7 +250,7 @@ void LinkUnderTest::checkEnd()
 
 void LinkUnderTest::execute(const LinkAction::LookUp& action)
 {
-    fWorld.network->lookUp(action.number);
+    fWorld.network->lookUp(action);
 }
 
 void LinkUnderTest::execute(const LinkAction::Connect& action)

@@ -17,6 +17,7 @@ kit::Options simulateOptions(SimulateOptions& options)
     return {
         kit::flag("--followers", "run those who follow lists, in place of the link",
                   options.runsFollowers),
+        kit::flag("--cluster", "run a link whose robot is on a cluster", options.runsCluster),
         kit::numberOption("--schedules", "N", "how many schedules are run (10000)", 1U, highest,
                           options.schedules),
         kit::numberOption("--seed", "S", "from which they all follow, with their numbers (1)", 0U,
@@ -46,6 +47,8 @@ SimulateOptions readSimulateOptions(const std::vector<std::string>& words)
         return options;
     if (!rest.empty())
         throw kit::UsageError("'" + rest.next() + "' is no option");
+    if (options.runsFollowers && options.runsCluster)
+        throw kit::UsageError("--followers and --cluster are two different runs");
     if (options.isTraced && !options.only)
         throw kit::UsageError("--trace needs --only: it tells of one schedule");
     return options;

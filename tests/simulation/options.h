@@ -11,6 +11,7 @@ struct SimulateOptions
 {
     bool asksForHelp = false;   ///< then nothing else matters
     bool runsFollowers = false; ///< schedules of followers instead of the link's
+    bool runsCluster = false;   ///< schedules of a link to a cluster
     std::uint32_t schedules = 10000;
     std::uint32_t seed = 1;
     std::optional<std::uint32_t> only; ///< this schedule alone

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/schedule.h"
 
+#include "simulation/robot_prefix.h"
 #include "simulation/strikes.h"
 #include "simulation/violation.h"
-
-#include <value/json.h>
+#include "simulation/warm_up.h"
 
 #include <algorithm>
 
@@ -21,12 +21,6 @@ constexpr int callsOfHealthyLink = 8;
 std::uint64_t mixed(std::uint64_t seed, std::uint64_t number)
 {
     return Random(Random(seed).next() ^ number).next();
-}
-
-/// What the reader of values keeps for the next one is nobody's, and made only once.
-void warmUp()
-{
-    static const ZoValue value = decodeJson("[\"" + std::string(1000, 'w') + "\"]");
 }
 
 class Schedule
@@ -65,7 +59,7 @@ Schedule::Schedule(std::uint64_t seed, Tally& tally, bool isTraced)
     : fRandom(seed),
       fTrace(fAgenda, isTraced),
       fTally(tally),
-      fSettings(fRandom),
+      fSettings(fRandom, prefixOf(seed)),
       fRobot(fAgenda, fRandom, fSettings.rules(), fRandom.between(1, 12)),
       fCallers(fAgenda, fRandom, fRobot.memory),
       fWorld{fAgenda, fRandom, fCallers, fTally, fTrace, nullptr},

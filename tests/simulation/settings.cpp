@@ -25,8 +25,9 @@ LinkAddress makeAddress(Random& random, int number)
 
 } // namespace
 
-SettingsMaker::SettingsMaker(Random& random)
+SettingsMaker::SettingsMaker(Random& random, const std::string& prefix)
 {
+    fRules.prefix = fOptions.prefix = prefix;
     if (random.chance(60)) {
         fRules.password = fOptions.password = password;
         if (random.chance(50))

@@ -6,11 +6,14 @@
 
 #include <link/link_settings.h>
 
+#include <string>
+
 /// How the links of one schedule are set up.
 class SettingsMaker
 {
 public:
-    explicit SettingsMaker(Random& random);
+    /// The robot's keys are behind `prefix`.
+    SettingsMaker(Random& random, const std::string& prefix);
 
     /// What its robot expects.
     const SimulatedRobot::Rules& rules() const { return fRules; }

@@ -85,6 +85,18 @@ int judgeFollowers(const Tally& tally)
     return isGood ? kit::exitDone : kit::exitFailed;
 }
 
+int judgeCluster(const Tally& tally)
+{
+    bool isGood = judgeSchedules(tally);
+    for (int trouble = 0; trouble < clusterTroubles; ++trouble) {
+        const auto count = tally.troubles[static_cast<std::size_t>(trouble)];
+        isGood = isGood && (tally.schedules < longRun || count >= leastOfCell);
+        std::printf("%-30s%12llu\n", nameOf(static_cast<ClusterTrouble>(trouble)),
+                    static_cast<unsigned long long>(count));
+    }
+    return isGood ? kit::exitDone : kit::exitFailed;
+}
+
 int run(const SimulateOptions& options)
 {
     if (options.asksForHelp) {
@@ -94,6 +106,8 @@ int run(const SimulateOptions& options)
     if (options.only)
         return runAlone(options) ? kit::exitDone : kit::exitFailed;
     const Tally tally = runAll(options);
+    if (options.runsCluster)
+        return judgeCluster(tally);
     return options.runsFollowers ? judgeFollowers(tally) : judgeLink(tally);
 }
 

@@ -16,12 +16,13 @@ constexpr char hungUp[] = "the robot closed the connection";
 
 } // namespace
 
-void SimulatedNetwork::lookUp(int number)
+void SimulatedNetwork::lookUp(const LinkAction::LookUp& action)
 {
+    const int number = action.number;
     fNewestLookUp = number;
-    const auto answer = [this, number] {
+    const auto answer = [this, number, node = action.node] {
         if (condition.lookUps == LookUps::Succeed)
-            fLink.lookedUp(number, condition.addresses, "");
+            fLink.lookedUp(number, addressesOf(*node), "");
         else
             fLink.lookedUp(number, {}, "unknown host");
     };
@@ -31,6 +32,16 @@ void SimulatedNetwork::lookUp(int number)
         answer(); // one that is no name, or cannot even be asked for
     else
         fAgenda.in(fRandom.upTo(milliseconds(5)), answer);
+}
+
+/// An address is its own.
+std::vector<LinkAddress> SimulatedNetwork::addressesOf(const ZoAddress& node) const
+{
+    boost::system::error_code problem;
+    const auto address = boost::asio::ip::make_address(node.host, problem);
+    if (problem)
+        return condition.addresses;
+    return {{address, static_cast<unsigned short>(node.port)}};
 }
 
 std::vector<int>::const_iterator SimulatedNetwork::hungLookUp(bool isOlder) const
@@ -59,13 +70,16 @@ void SimulatedNetwork::answerHungLookUp(bool isOlder)
 
 bool SimulatedNetwork::isDead(const LinkAddress& address) const
 {
-    return std::find(condition.dead.begin(), condition.dead.end(), address) != condition.dead.end();
+    const bool isNobody = fRobot.cluster && fRobot.cluster->nodeAt(address) < 0;
+    return isNobody ||
+           std::find(condition.dead.begin(), condition.dead.end(), address) != condition.dead.end();
 }
 
 void SimulatedNetwork::connect(ConnectionId connection, const LinkAddress& address)
 {
     fWires.push_back(std::make_unique<Wire>());
     fWires.back()->id = connection;
+    fWires.back()->session.address = address;
     const bool hangs = condition.isSilent || condition.connects == Connects::Hang;
     const auto refuse = [this, connection] { endWire(connection, "Connection refused"); };
     if (isDead(address) && fRandom.chance(30))
@@ -249,12 +263,14 @@ void SimulatedNetwork::resume()
     }
 }
 
-void SimulatedNetwork::breakAll(bool isPolite)
+void SimulatedNetwork::breakAll(bool isPolite, const LinkAddress* only)
 {
     std::vector<ConnectionId> all;
     all.reserve(fWires.size());
-    for (const auto& wire : fWires)
-        all.push_back(wire->id);
+    for (const auto& wire : fWires) {
+        if (!only || wire->session.address == *only)
+            all.push_back(wire->id);
+    }
     for (const ConnectionId connection : all) {
         Wire* const wire = find(connection);
         if (!wire || wire->isEnding)

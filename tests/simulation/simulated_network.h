@@ -52,7 +52,7 @@ public:
     }
 
     // What the link asks for:
-    void lookUp(int number);
+    void lookUp(const zo::LinkAction::LookUp& action);
     void connect(zo::ConnectionId connection, const zo::LinkAddress& address);
     void startTls(zo::ConnectionId connection);
     void write(zo::ConnectionId connection, std::string_view bytes);
@@ -60,8 +60,8 @@ public:
 
     /// Goes on after a change of the condition.
     void resume();
-    /// Ends all connections; politely: after all that was said has arrived.
-    void breakAll(bool isPolite);
+    /// Ends all connections, or those to `only`; politely: after all that was said has arrived.
+    void breakAll(bool isPolite, const zo::LinkAddress* only = nullptr);
     /// The robot sends a push on a connection, if there is one.
     void push();
     /// Something happens to an agreement on encryption; whether there was one under way.
@@ -93,6 +93,7 @@ private:
         std::size_t arrived = 0; ///< of these bytes
     };
 
+    std::vector<zo::LinkAddress> addressesOf(const ZoAddress& node) const;
     std::vector<int>::const_iterator hungLookUp(bool isOlder) const;
     Wire* find(zo::ConnectionId connection);
     bool isDead(const zo::LinkAddress& address) const;

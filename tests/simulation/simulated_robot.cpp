@@ -28,8 +28,8 @@ std::string lowered(std::string_view text)
 int wordsOf(std::string_view name)
 {
     static constexpr std::pair<std::string_view, int> known[] = {
-        {"auth", -2}, {"client|setname", 3}, {"get", 2},   {"mget", -2},
-        {"mset", -3}, {"ping", -1},          {"scan", -2}, {"set", -3}};
+        {"auth", -2}, {"client|setname", 3}, {"cluster|slots", 2}, {"get", 2},   {"mget", -2},
+        {"mset", -3}, {"ping", -1},          {"readonly", 1},      {"scan", -2}, {"set", -3}};
     for (const auto& command : known) {
         if (command.first == name)
             return command.second;
@@ -40,9 +40,14 @@ int wordsOf(std::string_view name)
 std::string nameOf(const SimulatedRobot::Words& words)
 {
     std::string name = lowered(words[0]);
-    if (name == "client" && words.size() > 1)
+    if ((name == "client" || name == "cluster") && words.size() > 1)
         name.append("|").append(lowered(words[1]));
     return name;
+}
+
+bool hasKeys(std::string_view name)
+{
+    return name == "mget" || name == "get" || name == "mset" || name == "set";
 }
 
 std::string unknown(const SimulatedRobot::Words& words)
@@ -62,6 +67,28 @@ Word wordOf(std::string_view error)
     if (begins("NOAUTH "))
         return Word::NeedsLogin;
     return begins("NOPERM ") ? Word::NoRight : Word::Refusal;
+}
+
+/// Whether `text` is as the server's `pattern` says.
+bool matches(std::string_view pattern, std::string_view text)
+{
+    if (pattern.empty())
+        return text.empty();
+    if (pattern[0] == '*')
+        return matches(pattern.substr(1), text) ||
+               (!text.empty() && matches(pattern, text.substr(1)));
+    const bool isLiteral = pattern[0] == '\\' && pattern.size() > 1;
+    pattern.remove_prefix(isLiteral ? 1 : 0);
+    const bool isAny = !isLiteral && pattern[0] == '?';
+    return !text.empty() && (isAny || pattern[0] == text[0]) &&
+           matches(pattern.substr(1), text.substr(1));
+}
+
+/// What the names must be like that `words`, a SCAN, asks for.
+std::string_view patternIn(const SimulatedRobot::Words& words)
+{
+    const auto option = std::find(words.begin(), words.end(), "MATCH");
+    return option == words.end() || option + 1 == words.end() ? "*" : option[1];
 }
 
 void appendText(std::string_view text, std::string& reply)
@@ -142,15 +169,18 @@ void SimulatedRobot::execute(RobotSession& session, const Words& words)
                     "arguments");
     if (rules.isLoading && name != "client|setname")
         return fail(session, "LOADING Redis is loading the dataset in memory");
+    const std::string away =
+        cluster && hasKeys(name) ? cluster->redirection(session.address, words.size() > 2) : "";
+    if (!away.empty())
+        return fail(session, away);
     answer(session, words, name);
 }
 
 bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name) const
 {
-    const bool hasKeys = name == "mget" || name == "get" || name == "mset" || name == "set";
-    if (rules.forbiddenKey < 0 || !hasKeys)
+    if (rules.forbiddenKey < 0 || !hasKeys(name))
         return false;
-    const std::string key = keyName(rules.forbiddenKey);
+    const std::string key = rules.prefix + keyName(rules.forbiddenKey);
     const std::size_t step = name == "mset" ? 2 : 1;
     const std::size_t end = name == "set" ? 2 : words.size();
     for (std::size_t i = 1; i < end; i += step) {
@@ -162,10 +192,12 @@ bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name)
 
 void SimulatedRobot::answer(RobotSession& session, const Words& words, std::string_view name)
 {
+    if (name == "cluster|slots" || name == "readonly")
+        return answerAsNode(session, name);
     if (name == "mget")
         return values(session, words);
     if (name == "scan")
-        return names(session);
+        return names(session, words);
     if (name == "ping" && words.size() > 2)
         return fail(session, "ERR wrong number of arguments for 'ping' command");
     if (name == "ping" && words.size() == 2) {
@@ -185,6 +217,13 @@ void SimulatedRobot::answer(RobotSession& session, const Words& words, std::stri
     if (name == "set" || name == "mset")
         store(words);
     say(session, "+OK\r\n");
+}
+
+void SimulatedRobot::answerAsNode(RobotSession& session, std::string_view name)
+{
+    if (!cluster)
+        return fail(session, "ERR This instance has cluster support disabled");
+    say(session, name == "readonly" ? "+OK\r\n" : cluster->table(session.address));
 }
 
 void SimulatedRobot::logIn(RobotSession& session, const Words& words)
@@ -224,7 +263,7 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     const Fault fault = nextReply;
     const bool isSpoilt = fault == Fault::TooManyElements || fault == Fault::TooFewElements ||
                           fault == Fault::PushInsideReply;
-    const int key = keyNumber(words[1]);
+    const int key = numberOf(words[1]);
     const bool areFew = words.size() < 10; // the whole reply must be small enough
     if (fault == Fault::LargeValue && key >= 0 && areFew) {
         nextReply = Fault::None;
@@ -246,14 +285,33 @@ bool SimulatedRobot::spoilValues(RobotSession& session, const Words& words)
     return true;
 }
 
-void SimulatedRobot::names(RobotSession& session)
+bool SimulatedRobot::isOwn(std::string_view name) const
 {
+    return name.substr(0, rules.prefix.size()) == rules.prefix;
+}
+
+/// Of its own keys; -1: of none.
+int SimulatedRobot::numberOf(std::string_view name) const
+{
+    return isOwn(name) ? keyNumber(name.substr(rules.prefix.size())) : -1;
+}
+
+void SimulatedRobot::names(RobotSession& session, const Words& words)
+{
+    std::vector<std::string> all;
+    for (int key = 0; key < memory.keys(); ++key) {
+        if (memory.get(key) != noValue)
+            all.push_back(rules.prefix + keyName(key));
+    }
+    // On a server of many robots are others with the same names.
+    if (!rules.prefix.empty())
+        all.insert(all.end(), {keyName(0), "robot70/" + keyName(0), "r17x/" + keyName(0)});
     std::string list;
     int count = 0;
-    for (int key = 0; key < memory.keys(); ++key) {
-        if (memory.get(key) == noValue)
+    for (const std::string& name : all) {
+        if (!matches(patternIn(words), name))
             continue;
-        appendText(keyName(key), list);
+        appendText(name, list);
         ++count;
     }
     fReply.assign("*2\r\n$1\r\n0\r\n*").append(std::to_string(count)).append("\r\n").append(list);
@@ -263,7 +321,7 @@ void SimulatedRobot::names(RobotSession& session)
 void SimulatedRobot::store(const Words& words)
 {
     for (std::size_t i = 1; i + 1 < words.size(); i += 2) {
-        const int key = keyNumber(words[i]);
+        const int key = numberOf(words[i]);
         const ValueId id = valueIdOfText(words[i + 1]);
         if (key >= 0 && key < memory.keys() && id > 0)
             memory.put(key, id);
@@ -272,7 +330,9 @@ void SimulatedRobot::store(const Words& words)
 
 void SimulatedRobot::appendValue(std::string_view name)
 {
-    const int key = keyNumber(name);
+    if (!isOwn(name))
+        return appendText("\"another robot's\"", fReply);
+    const int key = numberOf(name);
     const ValueId id = key >= 0 && key < memory.keys() ? memory.get(key) : noValue;
     if (id == noValue)
         fReply.append("$-1\r\n");

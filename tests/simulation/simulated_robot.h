@@ -4,6 +4,7 @@
 #include "simulation/answer_stream.h"
 #include "simulation/random.h"
 #include "simulation/robot_memory.h"
+#include "simulation/simulated_cluster.h"
 
 #include <string>
 #include <string_view>
@@ -14,10 +15,11 @@
 struct RobotSession
 {
     bool isLoggedIn = false;
-    bool hangsUp = false; ///< when all that was said has arrived
-    bool isMute = false;  ///< the robot neither reads nor says anything any more
-    bool isAhead = false; ///< what comes first has its reply already
-    std::string input;    ///< not yet a whole command
+    bool hangsUp = false;              ///< when all that was said has arrived
+    bool isMute = false;               ///< the robot neither reads nor says anything any more
+    bool isAhead = false;              ///< what comes first has its reply already
+    std::string input;                 ///< not yet a whole command
+    SimulatedCluster::Address address; ///< of the node that it is with, if there are several
     AnswerStream answers;
 };
 
@@ -34,6 +36,7 @@ public:
         bool isFull = false;          ///< no more clients
         int forbiddenKey = -1;        ///< -1: none
         std::string forbiddenCommand; ///< as the server's messages name it; empty: none
+        std::string prefix;           ///< of its keys; the others on the server are another's
     };
 
     using Words = std::vector<std::string_view>;
@@ -54,15 +57,19 @@ public:
     Rules rules;
     Fault nextReply = Fault::None; ///< what goes wrong with the next reply for which it can
     bool lives = false;            ///< its values change by themselves
+    const SimulatedCluster* cluster = nullptr; ///< whose nodes stand for it; null: it is alone
 
 private:
     void execute(RobotSession& session, const Words& words);
     void answer(RobotSession& session, const Words& words, std::string_view name);
+    void answerAsNode(RobotSession& session, std::string_view name);
     void answerEarly(RobotSession& session, std::size_t arrived);
     void logIn(RobotSession& session, const Words& words);
     void values(RobotSession& session, const Words& words);
     void listValues(const Words& words, std::size_t announced, std::string_view inside = {});
-    void names(RobotSession& session);
+    void names(RobotSession& session, const Words& words);
+    bool isOwn(std::string_view name) const;
+    int numberOf(std::string_view name) const;
     void store(const Words& words);
     bool spoilValues(RobotSession& session, const Words& words);
     bool isForbidden(std::string_view name) const { return name == rules.forbiddenCommand; }

@@ -35,6 +35,8 @@ void Tally::add(const Tally& other)
         for (std::size_t j = 0; j < met[i].size(); ++j)
             met[i][j] += other.met[i][j];
     }
+    for (std::size_t i = 0; i < troubles.size(); ++i)
+        troubles[i] += other.troubles[i];
     for (std::size_t i = 0; i < events.size(); ++i)
         events[i] += other.events[i];
     for (std::size_t i = 0; i < waits.size(); ++i)

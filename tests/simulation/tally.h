@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "simulation/cluster_trouble.h"
 #include "simulation/fault.h"
 #include "simulation/network_kind.h"
 
@@ -20,6 +21,7 @@ struct Tally
     std::uint64_t schedules = 0;
     std::uint64_t violations = 0;
     std::array<std::array<std::uint64_t, linkDoings>, faults> met{}; ///< fault by doing
+    std::array<std::uint64_t, clusterTroubles> troubles{};
     std::array<std::uint64_t, fMostCounted + 1> events{}; ///< schedules with so many events
     std::array<std::uint64_t, fTenths> waits{};           ///< where in their bounds they lay
 

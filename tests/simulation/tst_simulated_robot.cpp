@@ -172,6 +172,7 @@ private slots:
     void valuesAreStoredAndRead();
     void commandsThatMakeNoSenseAreRefused();
     void namesAreListed();
+    void keysMayBeBehindAPrefix();
     void nobodyNeedsToLogIn();
     void strangersAreTurnedAway();
     void friendsMayLogIn();
@@ -220,7 +221,26 @@ void TestSimulatedRobot::namesAreListed()
     const RedisServer server;
     compare(server, {}, {{"SCAN", "0", "COUNT", "1000", "TYPE", "string"}});
     compare(server, {},
-            {{"SET", "Arm/Joint1", two}, {"SCAN", "0", "COUNT", "1000", "TYPE", "string"}});
+            {{"SET", "Arm/Joint1", two},
+             {"SCAN", "0", "COUNT", "1000", "TYPE", "string"},
+             {"SCAN", "0", "MATCH", "Arm/\\J?int*"},
+             {"SCAN", "0", "MATCH", "Arm/\\?*"},
+             {"SCAN", "0", "MATCH", "*oint"}});
+}
+
+void TestSimulatedRobot::keysMayBeBehindAPrefix()
+{
+    RedisServer::Options options;
+    options.users = {"default on nopass ~*1 ~*2 &* +@all"};
+    const RedisServer server(options);
+    SimulatedRobot::Rules rules;
+    rules.prefix = "r*7?/";
+    rules.forbiddenKey = 0;
+    compare(server, rules,
+            {{"MSET", "r*7?/Arm/Joint1", two},
+             {"MGET", "r*7?/Arm/Joint1", "r*7?/Arm/Joint2"},
+             {"MGET", "r*7?/Arm/Joint0"},
+             {"SCAN", "0", "COUNT", "1000", "MATCH", "r\\*7\\?/*", "TYPE", "string"}});
 }
 
 void TestSimulatedRobot::nobodyNeedsToLogIn()

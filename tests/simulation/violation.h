@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <exception>
 #include <string>
 
@@ -26,4 +27,10 @@ void require(bool isKept, const char* invariant, Detail detail)
 {
     if (!isKept)
         throw Violation(invariant, detail());
+}
+
+/// For details.
+inline std::string lengthText(std::chrono::nanoseconds time)
+{
+    return std::to_string(std::chrono::duration<double, std::milli>(time).count()) + " ms";
 }

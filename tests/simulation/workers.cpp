@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulation/workers.h"
 
+#include "simulation/cluster_schedule.h"
 #include "simulation/following_schedule.h"
 #include "simulation/schedule.h"
 
@@ -68,6 +69,8 @@ void runNumber(const SimulateOptions& options, std::uint64_t number, Tally& tall
 {
     if (options.runsFollowers)
         runFollowingSchedule(options.seed, number, tally, options.isTraced);
+    else if (options.runsCluster)
+        runClusterSchedule(options.seed, number, tally, options.isTraced);
     else
         runSchedule(options.seed, number, tally, options.isTraced);
 }
@@ -77,7 +80,10 @@ void tell(const SimulateOptions& options, std::uint64_t number, const char* what
     std::printf(
         "violation in schedule %llu: %s\n  again: scripts/simulate %s--seed %llu --only %llu "
         "--trace\n",
-        static_cast<unsigned long long>(number), what, options.runsFollowers ? "--followers " : "",
+        static_cast<unsigned long long>(number), what,
+        options.runsFollowers ? "--followers "
+        : options.runsCluster ? "--cluster "
+                              : "",
         static_cast<unsigned long long>(options.seed), static_cast<unsigned long long>(number));
     std::fflush(stdout);
 }

@@ -93,6 +93,7 @@ private slots:
     void clickOnTheHeaderSorts();
     void foreignItemsSortAmongRows();
     void rowsStayOneLineHighWhateverTheirTexts();
+    void leavesRoomForTextsStillToCome();
     void sortsAsTheToolkitsOwnTreeDoes();
     void textsThatBeginAlikeAreOrderedByWhatFollows();
     void rowsOfEqualTextStayAsTheyAre();
@@ -137,6 +138,25 @@ void TestKeyTree::rowsStayOneLineHighWhateverTheirTexts()
     f.tree.doItemsLayout();
     TRY_COMPARE(f.tree.visualItemRect(f.rows[1]).y(), height);
     QCOMPARE(f.rows[0]->text(1).count('\n'), 200);
+}
+
+void TestKeyTree::leavesRoomForTextsStillToCome()
+{
+    KeyTable table({"a", "b", "c"});
+    KeyTree& tree = table.tree;
+    const auto fit = [&tree] {
+        tree.resizeColumnToContents(1);
+        return tree.columnWidth(1);
+    };
+    tree.show();
+    const QString text = "-0.12345678";
+    QVERIFY(fit() < tree.fontMetrics().horizontalAdvance(text));
+    tree.leaveRoom(1, text);
+    const int room = fit();
+    tree.topLevelItem(0)->setText(1, text);
+    QCOMPARE(fit(), room);
+    tree.topLevelItem(0)->setText(1, text + text);
+    QVERIFY(fit() > room);
 }
 
 void TestKeyTree::sortsAsTheToolkitsOwnTreeDoes()

@@ -3,6 +3,8 @@
 
 #include "desktop.h"
 #include "dialogs/error_reporter.h"
+#include "support/fake_keyring.h"
+#include "support/patience.h"
 #include "support/redis_server.h"
 
 #include <tarvek/tarvek_widget.h>
@@ -24,6 +26,7 @@ protected:
         QSettings().clear();
         fRobot.reset(new RedisServer);
         fErrors.reset(new ErrorReporter);
+        fKeyring = std::make_shared<FakeKeyring::Content>();
         fLine = CommandLine();
         fLine.pluginDirs = QStringList(TEST_PLUGIN_DIR);
     }
@@ -37,7 +40,13 @@ protected:
 
     void start()
     {
-        fDesktop.reset(new Desktop(fLine, *fErrors));
+        begin();
+        TRY_VERIFY(!fDesktop->isConnecting());
+    }
+    /// The same, without waiting for a robot of the command line.
+    void begin()
+    {
+        fDesktop.reset(new Desktop(fLine, *fErrors, std::make_unique<FakeKeyring>(fKeyring)));
         fFinished.reset(new QSignalSpy(fDesktop.data(), &Desktop::finished));
         fDesktop->start();
     }
@@ -55,8 +64,14 @@ protected:
     }
     TarvekWidget* probe() const { return window()->findChild<TarvekWidget*>("probe"); }
 
-    /// Fills the connect dialog in and presses Enter.
+    /// Fills the connect dialog in, presses Enter, and waits for what comes of it.
     void typeRobot(int port) const
+    {
+        beginTypedRobot(port);
+        TRY_VERIFY(!fDesktop->isConnecting());
+    }
+    /// The same, without waiting.
+    void beginTypedRobot(int port) const
     {
         ConnectDialog* dialog = fDesktop->connectDialog();
         QVERIFY(dialog && dialog->isVisible());
@@ -71,6 +86,7 @@ protected:
 
     QScopedPointer<RedisServer> fRobot;
     QScopedPointer<ErrorReporter> fErrors;
+    std::shared_ptr<FakeKeyring::Content> fKeyring;
     QScopedPointer<Desktop> fDesktop;
     QScopedPointer<QSignalSpy> fFinished;
     CommandLine fLine;

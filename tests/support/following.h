@@ -49,13 +49,17 @@ bool polls(ZoMemoryProxy& memory, const ZoValue& request, Condition isIt)
     return false;
 }
 
-/// The number that the server tells behind `name`, in this part of what it tells of itself; 0:
-/// none.
-inline long toldNumber(const RedisServer& server, const std::string& part, const std::string& name)
+/// The number behind `name` in what a server tells of itself; 0: none.
+inline long numberIn(const std::string& told, const std::string& name)
 {
-    const std::string told = server.command({"INFO", part});
     const std::size_t at = told.find(name);
     return at == std::string::npos ? 0 : std::stol(told.substr(at + name.size()));
+}
+
+/// The same in this part of it.
+inline long toldNumber(const RedisServer& server, const std::string& part, const std::string& name)
+{
+    return numberIn(server.command({"INFO", part}), name);
 }
 
 inline int answeredCommands(const RedisServer& server, const std::string& name)

@@ -74,8 +74,19 @@ public:
     void answerLookUp(const std::vector<LinkAddress>& addresses = {address("10.0.0.7")},
                       const std::string& problem = {})
     {
+        fAnswered = lookUps.size();
         machine.lookedUp(now, lookUps.back(), addresses, problem);
         settle();
+    }
+    /// All of them, each with an address of its own.
+    void answerLookUps()
+    {
+        while (fAnswered < lookUps.size()) {
+            const int number = lookUps[fAnswered++];
+            const std::string host = "10.0.1." + std::to_string(number % 250 + 1);
+            machine.lookedUp(now, number, {address(host.c_str())}, {});
+            settle();
+        }
     }
     void connect()
     {
@@ -197,6 +208,7 @@ public:
     Time now = Time(std::chrono::hours(1000));
     int wakeUps = 0;
     std::vector<int> lookUps;
+    std::vector<NodePtr> lookUpNodes; ///< whom each of these is for
     std::vector<LinkAction::Connect> connects;
     std::vector<ConnectionId> handshakes;
     std::vector<LinkAction::Write> writes;
@@ -206,7 +218,13 @@ public:
     std::map<const Exchange*, std::shared_ptr<StatusSink>> sinks;
 
 private:
-    void note(const LinkAction::LookUp& action) { lookUps.push_back(action.number); }
+    std::size_t fAnswered = 0; ///< look-ups
+
+    void note(const LinkAction::LookUp& action)
+    {
+        lookUps.push_back(action.number);
+        lookUpNodes.push_back(action.node);
+    }
     void note(const LinkAction::Connect& action) { connects.push_back(action); }
     void note(const LinkAction::StartTls& action) { handshakes.push_back(action.connection); }
     void note(const LinkAction::Write& action) { writes.push_back(action); }

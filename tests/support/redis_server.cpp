@@ -179,11 +179,15 @@ void RedisServer::writeConfiguration() const
     } else {
         out << "port " << port << "\n";
     }
+    for (const std::string& line : fOptions.configuration)
+        out << line << "\n";
 }
 
 void RedisServer::start()
 {
-    const std::vector<std::string> words = {"redis-server", fFolder + "/redis.conf"};
+    std::vector<std::string> words = {"redis-server", fFolder + "/redis.conf"};
+    if (fOptions.isSentinel)
+        words.emplace_back("--sentinel");
     fProcess = std::make_unique<kit::ChildProcess>(words, openLog(fFolder + "/redis.log").get());
     waitUntilReady();
 }
@@ -243,6 +247,13 @@ void RedisServer::restart()
     std::error_code ignored;
     std::filesystem::remove(fFolder + "/admin.sock", ignored);
     start();
+}
+
+void RedisServer::restartWithPassword(const std::string& password)
+{
+    fOptions.defaultPassword = password;
+    writeConfiguration();
+    restart();
 }
 
 void RedisServer::restartAsAnother()

@@ -23,7 +23,9 @@ public:
         bool tls = false; ///< TLS only, with a throw-away certificate authority
         /// Rules of the access list, one user a line: "alice on >secret ~Arm/* +@all".
         std::vector<std::string> users;
-        std::string defaultPassword; ///< empty: the default user needs none
+        std::string defaultPassword;            ///< empty: the default user needs none
+        std::vector<std::string> configuration; ///< further lines of it
+        bool isSentinel = false;                ///< it watches servers, and is none itself
     };
 
     RedisServer();
@@ -42,6 +44,9 @@ public:
     std::string clientKeyFile() const { return fFolder + "/client.key"; }
     const std::string& folder() const { return fFolder; }
 
+    /// Where it listens, too, without TLS.
+    std::string socketPath() const { return fFolder + "/admin.sock"; }
+
     /// Runs one command as an administrator, beside the link under test; returns the reply as
     /// text. Throws std::runtime_error when the server refuses it.
     std::string command(const std::vector<std::string>& words) const;
@@ -55,6 +60,8 @@ public:
     void restart(); ///< starts it again, empty, on the same port; kills it first if it runs
     /// The same with new certificates of a new authority; with Options::tls only.
     void restartAsAnother();
+    /// The same with another password of the default user.
+    void restartWithPassword(const std::string& password);
 
 private:
     void makeCertificates() const;

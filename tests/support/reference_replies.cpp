@@ -182,7 +182,8 @@ private:
             return tell(place, {ReplyKind::Nil}, isSilent);
         const auto size = static_cast<std::size_t>(length);
         require(size <= ReplyLimits::fMaxText);
-        const bool isTooLarge = size > ReplyLimits::fMaxValue;
+        const std::size_t all = (fIsPush ? fPushBytes : fBytes) + size + 2;
+        const bool isTooLarge = size > ReplyLimits::fMaxValue || all > ReplyLimits::fMaxKept;
         spend(isTooLarge ? 2 : size + 2);
         std::size_t& skipped = fIsPush ? fPushSkipped : fSkipped;
         skipped += isTooLarge ? size : 0;

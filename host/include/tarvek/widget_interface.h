@@ -35,15 +35,19 @@ public:
 
     /// Makes the middleware's local broker, called `brokerName` and connected to the robot at
     /// `ip` and `port` with `fBrokerOptions`, and stores it in `broker`. Throws ZoError, and
-    /// leaves `broker` as it was, when the robot cannot be reached. `imageDir` is not used.
+    /// leaves `broker` as it was, when the robot cannot be reached. Where no connection is required
+    /// it waits for none: the broker goes on trying to get one. `imageDir` is not used.
     void initBroker(boost::shared_ptr<ZoBroker>& broker, const std::string& brokerName,
                     const std::string& ip, int port, const std::string& imageDir);
 
     boost::shared_ptr<ZoBroker> fBroker; ///< of the panel made last
     TarvekWidget* fPanel = nullptr;      ///< made last; owned by its parent
     QWidget* fParent = nullptr;          ///< handed to the last getWidget
-    ZoBrokerOptions fBrokerOptions;      ///< set by the host before it calls getWidget
+    /// Set by the host before it calls getWidget; the password is gone when that has returned.
+    ZoBrokerOptions fBrokerOptions;
 };
 
+/// The description of a plug-in, which Q_PLUGIN_METADATA names, may have these texts: "name", that
+/// of its panel, and "opens", the root element of the XML files that the panel asks for.
 Q_DECLARE_INTERFACE(WidgetInterface, "org.tarvek.desktop.WidgetInterface/0.1")
 Q_DECLARE_METATYPE(WidgetInterface*)

@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "connection/connection_monitor.h"
+#include "connection/connection_state.h"
 
+#include <zo/link_status.h>
+
+#include <QTimer>
 #include <QWidget>
 
+class ElidedLabel;
 class QLabel;
-class QPushButton;
-
-/// What a window says about its connection in a few words, "Connected since 12:03:02". `now` is the
-/// present time.
-QString connectionBrief(const ConnectionState& state, const QDateTime& now);
-/// What it says in a sentence: where, why not, and what to do. `address` is the robot's.
-QString connectionDetail(const ConnectionState& state, const QString& address);
 
 /// The part of a window's status bar that always shows the state of its connection, and what goes
 /// over it.
@@ -37,24 +34,17 @@ public:
     /// Shows `text` in place of the sentence about the connection for some seconds.
     void note(const QString& text);
 
-signals:
-    /// The user wants to try again what the robot refused.
-    void connectAgainRequested();
-
 private slots:
     void xRefresh();
     void xEndNote();
 
 private:
-    void setDetail(const QString& text);
-
     QString fAddress;
     ConnectionState fState;
-    QLabel* fDetailLabel;
+    ElidedLabel* fDetailLabel;
     QLabel* fTrafficLabel;
     QLabel* fIconLabel;
     QLabel* fBriefLabel;
-    QPushButton* fAgainButton; ///< there as long as nothing else would bring the robot back
-    QTimer fNoteTimer;         ///< runs while a note is shown
+    QTimer fNoteTimer; ///< runs while a note is shown
     QTimer fRefreshTimer;
 };

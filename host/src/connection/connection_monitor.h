@@ -2,66 +2,74 @@
 #pragma once
 
 #include "connection/connection_settings.h"
+#include "connection/loss_limit.h"
+#include "connection/watched_link.h"
 
-#include <zo/broker.h>
-
-#include <QDateTime>
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <QVector>
 
 #include <functional>
-#include <map>
+#include <vector>
 
-/// What a window knows about its robot.
-struct ConnectionState
-{
-    bool connected = false;
-    bool wasLost = false; ///< was down before, in this window
-    QDateTime since;      ///< local time of the last change of `connected`
-    QString cause;        ///< why it is down; empty while connected
-    bool refused = false; ///< for good: nothing tries again before ConnectionMonitor::reconnect
-};
-
-/// Watches the links of one window and tells when its robot is lost and back. It asks each link
-/// for its state, which never blocks. The robot counts as lost when any of the links is down for
-/// longer than `fGrace`: a link that is back before that has cost nobody a value. A link that was
-/// refused does not come back by itself, so the robot is lost at once.
+/// Watches the links of one window, each by itself, and tells what is to be shown, and who has lost
+/// the robot. It asks each link for its state, which never blocks; users that share a link are
+/// served by one.
 class ConnectionMonitor : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr int fPollInterval = 100;     ///< ms
-    static constexpr int fGrace = 300;            ///< ms
     static constexpr int fMeasureInterval = 1000; ///< ms
 
-    /// A link, as a broker has it.
-    struct Link
+    using Link = MonitoredLink;
+    using User = WatchedLink::User;
+
+    /// Links to be opened anew.
+    enum class Which
     {
-        std::function<ZoLinkStatus()> status;
-        std::function<void(const ZoBrokerOptions& options)> reconnect;
+        All,
+        Down,   ///< those that are down
+        Mending ///< of these, those that try again by themselves
     };
 
     explicit ConnectionMonitor(QObject* parent = nullptr);
 
-    /// Starts watching one more link; returns a number to stop it with.
-    int watch(Link link);
-    int watch(const boost::shared_ptr<ZoBroker>& broker);
+    /// Starts watching a link for one more user; returns the user's number.
+    int watch(const Link& link, User user = User::Window);
+    int watch(const boost::shared_ptr<ZoBroker>& broker, User user = User::Window);
     void stopWatching(int number);
+    /// Whether the link of this user is lost.
+    bool isLost(int number) const;
 
-    /// Opens every link anew, as `settings` say, but for the address. Throws what
-    /// ZoBroker::reconnect does.
-    void reconnect(const ConnectionSettings& settings);
+    /// `remark` is asked, as long as a link is down, what else may tell why.
+    void setRemark(const std::function<QString()>& remark) { fRemark = remark; }
+
+    /// How long a link that mends itself may be down before it is lost.
+    void setLimit(LossRule::Limit limit);
+    LossRule::Limit limit() const { return fLimit; }
+
+    /// Opens links anew, each once, as `settings` say, but for the address. Throws ZoError, and
+    /// leaves all as they are, when a file of theirs cannot be used.
+    void reconnect(const ConnectionSettings& settings, Which which = Which::All);
+    /// Closes every link until `reconnect`.
+    void disconnect();
+    /// The user knows that panels have stopped: `state()` counts them no longer.
+    void forgetStopped();
 
     const ConnectionState& state() const { return fState; }
+    /// Of the link of this user, as it was at the last look.
+    ConnectionState stateOf(int number) const;
+    /// Of each link, as it was at the last look.
+    QVector<ConnectionState> links() const;
     /// Of the links that are up, the one over which most answers come; one that is down when none
-    /// is up. Panels with the same options share a link: to add them up would count it twice.
+    /// is up.
     ZoLinkStatus busiest() const;
 
 signals:
-    /// The robot is lost: once per outage.
-    void lost();
+    /// The link of this user is lost: once per outage.
+    void lost(int number);
     /// `state()` is another one.
     void changed();
     /// Once a second: `link` is the busiest one.
@@ -72,15 +80,15 @@ private slots:
     void xMeasure();
 
 private:
-    ZoLinkStatus worst() const;
-    bool isLost() const { return !fState.connected && fState.wasLost; }
-    void setConnected(const ZoLinkStatus& status);
-    void setDown(const ZoLinkStatus& status);
+    WatchedLink& linkFor(const Link& link);
+    ConnectionState present() const;
+    void show(const ConnectionState& state);
 
-    std::map<int, Link> fLinks;
+    std::vector<WatchedLink> fLinks;
+    std::function<QString()> fRemark; ///< may be empty
+    LossRule::Limit fLimit = defaultLossLimit;
     int fLastNumber = 0;
     QTimer fTimer;
     QTimer fMeasureTimer;
-    QElapsedTimer fDownFor; ///< invalid while all links are up
     ConnectionState fState;
 };

@@ -1,28 +1,201 @@
 // SPDX-License-Identifier: MIT
 #include "connection/connection_settings.h"
 
+#include "connection/ssh_relay.h"
+
+#include <kit/connection_options.h>
+#include <kit/escape.h>
 #include <kit/password_file.h>
 
+#include <zo/error.h>
+
+#include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <arpa/inet.h>
+
+namespace {
+
+/// The same file whatever the working folder will be.
+QString absolute(const std::string& path)
+{
+    return path.empty() ? QString() : QFileInfo(QFile::decodeName(path.c_str())).absoluteFilePath();
+}
+
+std::string encoded(const QString& path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+constexpr std::size_t longestSentinel = 256; ///< bytes
+
+bool isPrintable(char one)
+{
+    const auto byte = static_cast<unsigned char>(one);
+    return byte >= ' ' && byte != 0x7f;
+}
+
+/// What --timeout set; 0: nothing.
+int timeoutOf(const ZoBrokerOptions& options)
+{
+    const bool areAlike = options.connectTimeout == options.exchangeTimeout;
+    const auto longest = std::chrono::milliseconds(kit::longestTime);
+    return areAlike ? static_cast<int>(std::min(options.connectTimeout, longest).count()) : 0;
+}
+
+} // namespace
+
+ZoAddress inOneForm(ZoAddress address)
+{
+    std::string& host = address.host;
+    const std::size_t zone = std::min(host.find('%'), host.size()); // a name of this machine's
+    in6_addr number{};
+    char text[INET6_ADDRSTRLEN] = "";
+    if (::inet_pton(AF_INET6, host.substr(0, zone).c_str(), &number) == 1)
+        host.replace(0, zone, ::inet_ntop(AF_INET6, &number, text, sizeof text));
+    else
+        std::transform(host.begin(), host.end(), host.begin(),
+                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return address;
+}
 
 ConnectionSettings::ConnectionSettings(const ZoAddress& robot, const ZoBrokerOptions& options)
-    : address(robot),
+    : address(inOneForm(robot)),
+      prefix(QString::fromStdString(options.prefix)),
       user(QString::fromLocal8Bit(options.user.c_str())),
       password(options.password),
       tls(options.tls),
-      caFile(QFile::decodeName(options.tlsCaFile.c_str())),
+      caFile(absolute(options.tlsCaFile)),
+      certFile(absolute(options.tlsCertFile)),
+      keyFile(absolute(options.tlsKeyFile)),
+      timeout(timeoutOf(options)),
       other(options)
 {
     kit::wipe(other.password);
+    std::transform(other.furtherAddresses.begin(), other.furtherAddresses.end(),
+                   other.furtherAddresses.begin(), inOneForm);
+    if (timeout == 0)
+        return;
+    const ZoBrokerOptions standard; // which a user may choose again
+    other.connectTimeout = standard.connectTimeout;
+    other.exchangeTimeout = standard.exchangeTimeout;
+    other.callTimeout = standard.callTimeout;
+    other.keyListTimeout = standard.keyListTimeout;
 }
 
 ZoBrokerOptions ConnectionSettings::brokerOptions() const
 {
     ZoBrokerOptions options = other;
+    options.prefix = prefix.toStdString();
     options.user = user.toStdString();
     options.password = password;
     options.tls = tls;
-    options.tlsCaFile = QFile::encodeName(caFile).toStdString();
+    options.tlsCaFile = encoded(caFile);
+    options.tlsCertFile = encoded(certFile);
+    options.tlsKeyFile = encoded(keyFile);
     options.follow = follow;
+    if (timeout > 0)
+        kit::setTimeouts(options, std::chrono::milliseconds(timeout));
+    if (relay)
+        kit::setTunnel(options, relay->path());
     return options;
+}
+
+void refuseUnreadableFiles(const ConnectionSettings& settings)
+{
+    for (const QString& path : {settings.caFile, settings.certFile, settings.keyFile}) {
+        const QFileInfo file(path);
+        if (file.exists() && !file.isFile())
+            throw ZoError("'" + path.toStdString() +
+                          "' is no file with certificates or a key: choose another");
+        if (!path.isEmpty() && !file.isReadable())
+            throw ZoError("the file '" + path.toStdString() + "' " +
+                          (file.exists() ? "may not be read" : "is not there") +
+                          ": put it right, or choose another");
+    }
+}
+
+QString ConnectionSettings::addressesText() const
+{
+    QString text = addressText();
+    for (const ZoAddress& further : other.furtherAddresses)
+        text += ',' + QString::fromStdString(further.toText());
+    return text;
+}
+
+QString ConnectionSettings::robotText() const
+{
+    QString text = addressText();
+    for (const QString& part : {QString::fromStdString(other.sentinel), prefix}) {
+        if (!part.isEmpty())
+            text = QCoreApplication::translate("ConnectionSettings", "%1 at %2").arg(part, text);
+    }
+    return text;
+}
+
+QString ConnectionSettings::wayText() const
+{
+    return jumpHost.isEmpty() ? robotText()
+                              : QCoreApplication::translate("ConnectionSettings", "%1 by way of %2")
+                                    .arg(robotText(), jumpHost);
+}
+
+void ConnectionSettings::openWay()
+{
+    relay.reset();
+    if (jumpHost.isEmpty())
+        return;
+    relay = std::make_shared<SshRelay>(jumpHost.toStdString(), address);
+    relay->allowQuestions();
+}
+
+QString wordsOfSsh(const ConnectionSettings& settings)
+{
+    if (!settings.relay)
+        return {};
+    QStringList lines;
+    for (const QString& line : QString::fromLocal8Bit(settings.relay->lastWords().c_str())
+                                   .split('\n', Qt::SkipEmptyParts))
+        lines += QString::fromStdString(kit::escaped(line.trimmed().toStdString()));
+    if (lines.isEmpty())
+        return {};
+    return QCoreApplication::translate("ConnectionSettings", "ssh says:\n%1").arg(lines.join('\n'));
+}
+
+QString endWithWordsOfSsh(const ConnectionSettings& settings)
+{
+    const QString words = wordsOfSsh(settings);
+    return words.isEmpty() ? QString() : "\n\n" + words;
+}
+
+void checkNodes(const ConnectionSettings& settings)
+{
+    const std::string& sentinel = settings.other.sentinel;
+    const bool areSeveral = !settings.other.furtherAddresses.empty() || !sentinel.empty();
+    if (areSeveral && !settings.jumpHost.isEmpty())
+        throw ZoError("ssh leads to one server: give one address and no sentinel, or go there "
+                      "without ssh");
+    const bool isFit = sentinel.size() <= longestSentinel &&
+                       std::all_of(sentinel.begin(), sentinel.end(), isPrintable);
+    if (!isFit)
+        throw ZoError("the name of the robot's server among its sentinels is too long, or has "
+                      "control characters");
+    if (settings.other.replica && !sentinel.empty())
+        throw ZoError("replicas are those of a cluster, and sentinels lead to a server without "
+                      "one: choose one of them");
+}
+
+bool isSameAddress(const ConnectionSettings& one, const ConnectionSettings& other)
+{
+    return inOneForm(one.address) == inOneForm(other.address) && one.prefix == other.prefix &&
+           one.jumpHost == other.jumpHost && one.other.sentinel == other.other.sentinel &&
+           one.other.furtherAddresses == other.other.furtherAddresses;
+}
+
+bool isSameRobot(const ConnectionSettings& one, const ConnectionSettings& other)
+{
+    return isSameAddress(one, other) && one.user == other.user;
 }

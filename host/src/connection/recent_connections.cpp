@@ -1,69 +1,87 @@
 // SPDX-License-Identifier: MIT
 #include "connection/recent_connections.h"
 
+#include "connection/connection_store.h"
+
 #include <zo/error.h>
 
 #include <QSettings>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
 constexpr char arrayName[] = "recentConnections";
 
-void save(const QList<ConnectionSettings>& list)
+constexpr int mostEntries = 100; ///< those that another version understands among them
+
+/// All that the file has, by the keys of each entry.
+QList<QVariantMap> storedEntries()
+{
+    QSettings store;
+    QList<QVariantMap> entries;
+    const int size = std::min(store.beginReadArray(arrayName), mostEntries);
+    for (int i = 0; i < size; ++i) {
+        store.setArrayIndex(i);
+        QVariantMap entry;
+        for (const QString& key : store.allKeys())
+            entry[key] = store.value(key);
+        entries += entry;
+    }
+    store.endArray();
+    return entries;
+}
+
+void save(const QList<QVariantMap>& entries)
 {
     QSettings store;
     store.remove(arrayName);
-    store.beginWriteArray(arrayName, list.size());
-    for (int i = 0; i < list.size(); ++i) {
+    store.beginWriteArray(arrayName, entries.size());
+    for (int i = 0; i < entries.size(); ++i) {
         store.setArrayIndex(i);
-        store.setValue("address", list.at(i).addressText());
-        store.setValue("user", list.at(i).user);
-        store.setValue("tls", list.at(i).tls);
-        store.setValue("caFile", list.at(i).caFile);
+        for (auto value = entries.at(i).begin(); value != entries.at(i).end(); ++value)
+            store.setValue(value.key(), value.value());
     }
     store.endArray();
 }
 
-/// The entry that `store` stands on. Throws ZoError when its address is none.
-ConnectionSettings read(const QSettings& store)
+/// Nothing for what somebody wrote who knows more, or made a mistake: it is of no use here.
+std::optional<ConnectionSettings> settingsOf(const QVariantMap& entry)
 {
-    ConnectionSettings settings;
-    settings.address = ZoAddress::fromText(store.value("address").toString().toStdString());
-    settings.user = store.value("user").toString();
-    settings.tls = store.value("tls").toBool();
-    settings.caFile = store.value("caFile").toString();
-    return settings;
+    try {
+        return connectionFrom(entry);
+    } catch (const ZoError&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace
 
 QList<ConnectionSettings> recentConnections()
 {
-    QSettings store;
     QList<ConnectionSettings> list;
-    const int size = std::min(store.beginReadArray(arrayName), mostRecentConnections);
-    for (int i = 0; i < size; ++i) {
-        store.setArrayIndex(i);
-        try {
-            list += read(store);
-        } catch (const ZoError&) {
-            // Somebody edited the file: the entry is of no use, the others are.
-            continue;
-        }
+    for (const QVariantMap& entry : storedEntries()) {
+        const auto settings = settingsOf(entry);
+        if (settings && list.size() < mostRecentConnections)
+            list += *settings;
     }
-    store.endArray();
     return list;
 }
 
 void rememberConnection(const ConnectionSettings& settings)
 {
-    QList<ConnectionSettings> list = recentConnections();
-    const auto same = [&settings](const ConnectionSettings& other) {
-        return other.address == settings.address;
-    };
-    list.erase(std::remove_if(list.begin(), list.end(), same), list.end());
-    list.prepend(settings);
-    save(list.mid(0, mostRecentConnections));
+    QList<QVariantMap> entries{{}};
+    int usable = 1;
+    for (const QVariantMap& entry : storedEntries()) {
+        const auto other = settingsOf(entry);
+        if (other && isSameRobot(*other, settings))
+            entries[0] = entry; // with what only another version knows of it
+        else if (!other || usable++ < mostRecentConnections)
+            entries += entry;
+    }
+    const QVariantMap values = connectionValues(settings);
+    for (auto value = values.begin(); value != values.end(); ++value)
+        entries[0][value.key()] = value.value();
+    save(entries.mid(0, mostEntries));
 }

@@ -9,7 +9,7 @@
 /// many, and never a password.
 constexpr int mostRecentConnections = 10;
 
-/// Entries of the settings file that make no sense are left out.
+/// Entries of the settings file that make no sense here are left out, and left there.
 QList<ConnectionSettings> recentConnections();
-/// Puts `settings` in front; an older entry of the same address goes.
+/// Puts `settings` in front; an older entry of the same robot and user goes.
 void rememberConnection(const ConnectionSettings& settings);

@@ -12,10 +12,11 @@ namespace {
 
 using Following = ZoLinkStatus::Following;
 
-QString tr(const char* text)
+/// The context that translators find the texts in.
+struct TrafficText
 {
-    return QCoreApplication::translate("TrafficText", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(TrafficText)
+};
 
 /// With one decimal where that is worth something.
 QString numberText(double number)
@@ -27,7 +28,7 @@ QString numberText(double number)
 QString roundTripText(std::chrono::microseconds time)
 {
     const double shortest = 0.1; // less would be a matter of luck
-    return tr("%1 ms").arg(
+    return TrafficText::tr("%1 ms").arg(
         numberText(std::max(static_cast<double>(time.count()) / 1000, shortest)));
 }
 
@@ -35,17 +36,18 @@ QString ageText(std::chrono::milliseconds age)
 {
     const double seconds = static_cast<double>(age.count()) / 1000;
     if (seconds < 1)
-        return tr("%1 ms ago").arg(QLocale().toString(static_cast<qlonglong>(age.count())));
+        return TrafficText::tr("%1 ms ago")
+            .arg(QLocale().toString(static_cast<qlonglong>(age.count())));
     if (seconds < 120)
-        return tr("%1 s ago").arg(numberText(seconds));
+        return TrafficText::tr("%1 s ago").arg(numberText(seconds));
     if (seconds < 120 * 60)
-        return tr("%1 min ago").arg(static_cast<int>(seconds / 60));
-    return tr("%1 h ago").arg(static_cast<int>(seconds / 3600));
+        return TrafficText::tr("%1 min ago").arg(static_cast<int>(seconds / 60));
+    return TrafficText::tr("%1 h ago").arg(static_cast<int>(seconds / 3600));
 }
 
 QString bytesText(double bytes)
 {
-    return tr("%1/s").arg(
+    return TrafficText::tr("%1/s").arg(
         QLocale().formattedDataSize(std::llround(bytes), 1, QLocale::DataSizeSIFormat));
 }
 
@@ -53,9 +55,9 @@ QString briefMode(Following following)
 {
     switch (following) {
     case Following::Changes:
-        return tr("changes only");
+        return TrafficText::tr("changes only");
     case Following::Everything:
-        return tr("everything");
+        return TrafficText::tr("everything");
     case Following::None:
         break;
     }
@@ -66,13 +68,13 @@ QString modeDetail(Following following)
 {
     switch (following) {
     case Following::Changes:
-        return tr("the robot tells what was written, and only that is read");
+        return TrafficText::tr("the robot tells what was written, and only that is read");
     case Following::Everything:
-        return tr("every value is read each time");
+        return TrafficText::tr("every value is read each time");
     case Following::None:
         break;
     }
-    return tr("no values are followed");
+    return TrafficText::tr("no values are followed");
 }
 
 } // namespace
@@ -84,24 +86,26 @@ QString trafficBrief(const ZoLinkStatus& link)
     QStringList parts;
     if (link.roundTrip)
         parts += roundTripText(*link.roundTrip);
-    parts += tr("%1 answers/s").arg(numberText(link.answersPerSecond));
+    parts += TrafficText::tr("%1 answers/s").arg(numberText(link.answersPerSecond));
     const QString mode = briefMode(link.following);
     if (!mode.isEmpty())
         parts += mode;
-    return parts.join(tr(", "));
+    return parts.join(TrafficText::tr(", "));
 }
 
 QString trafficDetail(const ZoLinkStatus& link)
 {
     if (!link.connected)
         return {};
-    const QString unknown = tr("none yet");
+    const QString unknown = TrafficText::tr("none yet");
     const QStringList lines = {
-        tr("Round trip: %1").arg(link.roundTrip ? roundTripText(*link.roundTrip) : unknown),
-        tr("Newest answer: %1").arg(link.answerAge ? ageText(*link.answerAge) : unknown),
-        tr("Answers: %1/s").arg(numberText(link.answersPerSecond)),
-        tr("Received: %1").arg(bytesText(link.bytesReceivedPerSecond)),
-        tr("Sent: %1").arg(bytesText(link.bytesSentPerSecond)),
-        tr("Following: %1").arg(modeDetail(link.following))};
+        TrafficText::tr("Round trip: %1")
+            .arg(link.roundTrip ? roundTripText(*link.roundTrip) : unknown),
+        TrafficText::tr("Newest answer: %1")
+            .arg(link.answerAge ? ageText(*link.answerAge) : unknown),
+        TrafficText::tr("Answers: %1/s").arg(numberText(link.answersPerSecond)),
+        TrafficText::tr("Received: %1").arg(bytesText(link.bytesReceivedPerSecond)),
+        TrafficText::tr("Sent: %1").arg(bytesText(link.bytesSentPerSecond)),
+        TrafficText::tr("Following: %1").arg(modeDetail(link.following))};
     return lines.join('\n');
 }

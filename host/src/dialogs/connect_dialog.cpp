@@ -1,146 +1,168 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/connect_dialog.h"
 
+#include "dialogs/check_dialog.h"
+#include "dialogs/connection_form.h"
+#include "dialogs/robot_list.h"
+
+#include <kit/password_file.h>
+
 #include <zo/error.h>
 
-#include <QCheckBox>
-#include <QComboBox>
+#include <QCloseEvent>
 #include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QFormLayout>
 #include <QHBoxLayout>
-#include <QLineEdit>
+#include <QInputDialog>
+#include <QLabel>
 #include <QPushButton>
-#include <QSpinBox>
+#include <QVBoxLayout>
+
+#include <utility>
 
 ConnectDialog::ConnectDialog(const QList<ConnectionSettings>& recent,
                              const ConnectionSettings& settings, QWidget* parent)
-    : QDialog(parent), fRecent(recent), fOther(settings.other)
+    : QDialog(parent)
 {
     setWindowTitle(tr("Connect to a robot"));
-    auto* form = new QFormLayout(this);
-    setUpAddress(form);
-    setUpUser(form);
-    setUpTls(form);
-    setUpButtons(form);
-    fill(settings);
+    setUpFields(recent);
+    fProgress = new QLabel(this);
+    fProgress->setObjectName("progress");
+    fProgress->setTextFormat(Qt::PlainText);
+    fProgress->setWordWrap(true);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(fFields);
+    layout->addWidget(fProgress);
+    layout->addWidget(makeButtons());
+    connect(fForm, &ConnectionForm::changed, this, &ConnectDialog::xUpdate);
+    connect(fForm, &ConnectionForm::passwordWanted, this, &ConnectDialog::passwordWanted);
+    connect(fRobots, &RobotList::chosen, this, &ConnectDialog::xChoose);
+    connect(fRobots, &RobotList::deleted, this, &ConnectDialog::robotDeleted);
+    fForm->fill(settings);
+    fRobots->refresh(savedNameOf(settings));
+    fForm->setFocus();
 }
 
-void ConnectDialog::setUpAddress(QFormLayout* form)
+void ConnectDialog::setUpFields(const QList<ConnectionSettings>& recent)
 {
-    fHostBox = new QComboBox(this);
-    fHostBox->setObjectName("host");
-    fHostBox->setEditable(true);
-    fHostBox->setMinimumContentsLength(28);
-    for (const ConnectionSettings& settings : fRecent)
-        fHostBox->addItem(settings.addressText());
-    fPortBox = new QSpinBox(this);
-    fPortBox->setObjectName("port");
-    fPortBox->setRange(1, ZoAddress::fHighestPort);
-    form->addRow(tr("&Address:"), fHostBox);
-    form->addRow(tr("&Port:"), fPortBox);
-    connect(fHostBox, QOverload<int>::of(&QComboBox::activated), this,
-            &ConnectDialog::xChooseRecent);
-    connect(fHostBox, &QComboBox::editTextChanged, this, &ConnectDialog::xUpdate);
+    fFields = new QWidget(this);
+    fRobots = new RobotList(fFields);
+    fForm = new ConnectionForm(recent, fFields);
+    auto* layout = new QHBoxLayout(fFields);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(fRobots, 1);
+    layout->addWidget(fForm, 2);
 }
 
-void ConnectDialog::setUpUser(QFormLayout* form)
-{
-    fUserEdit = new QLineEdit(this);
-    fUserEdit->setObjectName("user");
-    fUserEdit->setPlaceholderText(tr("the default user"));
-    fPasswordEdit = new QLineEdit(this);
-    fPasswordEdit->setObjectName("password");
-    fPasswordEdit->setEchoMode(QLineEdit::Password);
-    form->addRow(tr("&User:"), fUserEdit);
-    form->addRow(tr("Pass&word:"), fPasswordEdit);
-}
-
-void ConnectDialog::setUpTls(QFormLayout* form)
-{
-    fTlsBox = new QCheckBox(tr("&Encrypt (TLS)"), this);
-    fTlsBox->setObjectName("tls");
-    fCaEdit = new QLineEdit(this);
-    fCaEdit->setObjectName("ca");
-    fCaEdit->setPlaceholderText(tr("those of the system"));
-    fBrowseButton = new QPushButton(tr("&Browse..."), this);
-    auto* row = new QHBoxLayout;
-    row->addWidget(fCaEdit);
-    row->addWidget(fBrowseButton);
-    form->addRow(QString(), fTlsBox);
-    form->addRow(tr("Authorities:"), row);
-    connect(fTlsBox, &QCheckBox::toggled, this, &ConnectDialog::xUpdate);
-    connect(fBrowseButton, &QPushButton::clicked, this, &ConnectDialog::xBrowse);
-}
-
-void ConnectDialog::setUpButtons(QFormLayout* form)
+QDialogButtonBox* ConnectDialog::makeButtons()
 {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    fTestButton = addButton(buttons, tr("&Test..."), "test");
+    fSaveButton = addButton(buttons, tr("&Save..."), "save");
     fConnectButton = buttons->addButton(tr("&Connect"), QDialogButtonBox::AcceptRole);
     fConnectButton->setDefault(true);
-    form->addRow(buttons);
+    connect(fTestButton, &QPushButton::clicked, this, &ConnectDialog::xTest);
+    connect(fSaveButton, &QPushButton::clicked, this, &ConnectDialog::xSave);
     connect(buttons, &QDialogButtonBox::accepted, this, &ConnectDialog::xConnect);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::rejected, this, &ConnectDialog::reject);
+    return buttons;
 }
 
-void ConnectDialog::fill(const ConnectionSettings& settings)
+QPushButton* ConnectDialog::addButton(QDialogButtonBox* buttons, const QString& text,
+                                      const char* name)
 {
-    const QString host = QString::fromStdString(settings.address.host);
-    fHostBox->setEditText(host.contains(':') ? '[' + host + ']' : host);
-    fPortBox->setValue(settings.address.port);
-    fUserEdit->setText(settings.user);
-    fPassword = settings.password;
-    fPasswordEdit->setText(QString::fromStdString(fPassword));
-    fTlsBox->setChecked(settings.tls);
-    fCaEdit->setText(settings.caFile);
-    xUpdate();
+    QPushButton* button = buttons->addButton(text, QDialogButtonBox::ActionRole);
+    button->setObjectName(name);
+    button->setAutoDefault(false); // Enter connects
+    return button;
 }
 
-void ConnectDialog::xChooseRecent(int pIndex)
+void ConnectDialog::xChoose(const SavedRobot& pRobot)
 {
-    if (pIndex >= 0 && pIndex < fRecent.size())
-        fill(fRecent.at(pIndex));
+    fForm->fill(pRobot.settings);
 }
 
-void ConnectDialog::xBrowse()
+void ConnectDialog::offerPassword(const ConnectionSettings& robot, const std::string& password)
 {
-    const QString file = QFileDialog::getOpenFileName(
-        this, tr("File of authorities"), fCaEdit->text(), tr("PEM files (*.pem *.crt)"));
-    if (!file.isEmpty())
-        fCaEdit->setText(file);
+    fForm->offerPassword(robot, password);
 }
 
 void ConnectDialog::xUpdate()
 {
-    fConnectButton->setEnabled(!fHostBox->currentText().trimmed().isEmpty());
-    fCaEdit->setEnabled(fTlsBox->isChecked());
-    fBrowseButton->setEnabled(fTlsBox->isChecked());
+    const bool isReady = !fIsConnecting && fForm->hasAddress();
+    for (QPushButton* button : {fConnectButton, fTestButton, fSaveButton})
+        button->setEnabled(isReady);
 }
 
-void ConnectDialog::xConnect()
+void ConnectDialog::showConnecting(const QString& text)
+{
+    const bool wasConnecting = std::exchange(fIsConnecting, !text.isEmpty());
+    fProgress->setText(text);
+    if (wasConnecting == fIsConnecting)
+        return;
+    if (fIsConnecting)
+        fFocus = focusWidget() ? focusWidget() : fForm;
+    fFields->setEnabled(!fIsConnecting);
+    xUpdate();
+    if (!fIsConnecting && fFocus)
+        fFocus->setFocus();
+}
+
+void ConnectDialog::reject()
+{
+    if (fIsConnecting)
+        emit cancelled();
+    else
+        QDialog::reject();
+}
+
+void ConnectDialog::closeEvent(QCloseEvent* event)
+{
+    if (fIsConnecting)
+        emit cancelled();
+    QDialog::closeEvent(event);
+}
+
+/// Has `act` done with what is typed, if that can be used.
+void ConnectDialog::withSettings(const std::function<void(const ConnectionSettings&)>& act)
 {
     ConnectionSettings settings;
     try {
-        settings.address = address();
+        settings = fForm->settings();
     } catch (const ZoError& error) {
         emit refused(QString::fromStdString(error.toString()));
         return;
     }
-    settings.user = fUserEdit->text();
-    settings.password =
-        fPasswordEdit->isModified() ? fPasswordEdit->text().toStdString() : fPassword;
-    settings.tls = fTlsBox->isChecked();
-    settings.caFile = settings.tls ? fCaEdit->text() : QString();
-    settings.other = fOther;
-    emit connectRequested(settings);
+    act(settings);
 }
 
-/// A port typed behind the host counts more than the one in the box.
-ZoAddress ConnectDialog::address() const
+void ConnectDialog::xConnect()
 {
-    const std::string text = fHostBox->currentText().trimmed().toStdString();
-    ZoAddress address = ZoAddress::fromText(text);
-    if (address.toText() != text)
-        address.port = fPortBox->value();
-    return address;
+    withSettings([this](const ConnectionSettings& settings) { emit connectRequested(settings); });
+}
+
+void ConnectDialog::xTest()
+{
+    withSettings([this](const ConnectionSettings& settings) {
+        auto* dialog = new CheckDialog(settings, this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->open();
+    });
+}
+
+void ConnectDialog::xSave()
+{
+    withSettings([this](ConnectionSettings settings) {
+        kit::wipe(settings.password);
+        auto* dialog = new QInputDialog(this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->setWindowTitle(tr("Save the robot"));
+        dialog->setLabelText(tr("Name of the robot. One that has this name already is replaced."));
+        const QString name = savedNameOf(settings, fRobots->current());
+        dialog->setTextValue(name.isEmpty() ? fRobots->current() : name);
+        connect(dialog, &QInputDialog::textValueSelected, this,
+                [this, settings](const QString& chosen) {
+                    fRobots->refresh(saveRobot({chosen, settings}));
+                });
+        dialog->open();
+    });
 }

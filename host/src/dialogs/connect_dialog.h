@@ -5,13 +5,16 @@
 
 #include <QDialog>
 #include <QList>
+#include <QPointer>
 
-class QCheckBox;
-class QComboBox;
-class QFormLayout;
-class QLineEdit;
+#include <functional>
+
+class ConnectionForm;
+class QDialogButtonBox;
+class QLabel;
 class QPushButton;
-class QSpinBox;
+class RobotList;
+struct SavedRobot;
 
 /// Asks which robot to connect to. Stays open until somebody calls accept(): a failed attempt
 /// keeps what was typed.
@@ -24,34 +27,50 @@ public:
     ConnectDialog(const QList<ConnectionSettings>& recent, const ConnectionSettings& settings,
                   QWidget* parent = nullptr);
 
+    /// What is going on until somebody calls this with an empty text, or accept(): the fields
+    /// cannot be changed meanwhile.
+    void showConnecting(const QString& text);
+
+    /// The password that is kept for `robot`.
+    void offerPassword(const ConnectionSettings& robot, const std::string& password);
+
+public slots:
+    /// While connecting, cancels that only.
+    void reject() override;
+
 signals:
+    void cancelled(); ///< connecting, that is
     void connectRequested(const ConnectionSettings& settings);
+    /// The password of `robot`, which is kept somewhere.
+    void passwordWanted(const ConnectionSettings& robot);
+    /// The user has deleted that robot from those that are saved.
+    void robotDeleted(const ConnectionSettings& robot);
     /// What was typed cannot be used; a sentence for the user.
     void refused(const QString& problem);
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private slots:
-    void xChooseRecent(int pIndex);
-    void xBrowse();
+    void xChoose(const SavedRobot& pRobot);
     void xUpdate();
     void xConnect();
+    void xTest();
+    void xSave();
 
 private:
-    void setUpAddress(QFormLayout* form);
-    void setUpUser(QFormLayout* form);
-    void setUpTls(QFormLayout* form);
-    void setUpButtons(QFormLayout* form);
-    ZoAddress address() const;
-    void fill(const ConnectionSettings& settings);
+    void setUpFields(const QList<ConnectionSettings>& recent);
+    QDialogButtonBox* makeButtons();
+    QPushButton* addButton(QDialogButtonBox* buttons, const QString& text, const char* name);
+    void withSettings(const std::function<void(const ConnectionSettings& settings)>& act);
 
-    QList<ConnectionSettings> fRecent;
-    const ZoBrokerOptions fOther; ///< what the dialog does not ask for
-    std::string fPassword;        ///< as given, which the field need not be able to show
-    QComboBox* fHostBox;
-    QSpinBox* fPortBox;
-    QLineEdit* fUserEdit;
-    QLineEdit* fPasswordEdit;
-    QCheckBox* fTlsBox;
-    QLineEdit* fCaEdit;
-    QPushButton* fBrowseButton;
+    QWidget* fFields;
+    RobotList* fRobots;
+    ConnectionForm* fForm;
     QPushButton* fConnectButton;
+    QPushButton* fTestButton;
+    QPushButton* fSaveButton;
+    QLabel* fProgress;
+    bool fIsConnecting = false;
+    QPointer<QWidget> fFocus; ///< who had the keyboard before
 };

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
 
 #include <functional>
-#include <optional>
 
 class QMessageBox;
 class QWidget;
 
-/// Shows errors, one box at a time. Lives on the GUI thread.
+/// Shows errors, in one box a window, whose text can be selected and copied. Lives on the GUI
+/// thread.
 class ErrorReporter : public QObject
 {
     Q_OBJECT
@@ -35,20 +37,29 @@ public:
     explicit ErrorReporter(Clock clock, QObject* parent = nullptr);
     ~ErrorReporter() override;
 
-    /// Shows `text` in a box over `window` (null: over none) and returns at once. While a box is
-    /// open, and when running work repeats its error, the text is only told by `noted`.
+    /// How many errors a box shows at once, and how many it keeps in all.
+    static constexpr int fMostInABox = 10;
+    static constexpr int fMostKept = 200;
+
+    /// Shows `text` in a box over `window` (null: over none) and returns at once. Joins those of a
+    /// box that is open there already, each text once: behind the first ones in the details. What
+    /// got no place in sight, or is repeated by running work, is told by `noted`, too.
     void report(QWidget* window, const QString& text, Origin origin = Origin::UserAction);
 
+    /// Tells what matters less than an error, for status lines.
+    void note(const QString& text) { emit noted(text.simplified()); }
+
 signals:
-    /// An error that got no box of its own; for status lines. One line.
+    /// What is nowhere else in sight; for status lines. One line.
     void noted(const QString& text);
 
 private:
     bool isRepeated(const QString& text);
-    void openBox(QWidget* window, const QString& text);
+    QMessageBox* boxOf(QWidget* window) const;
+    static bool add(QMessageBox* box, const QString& text);
+    QMessageBox* openBox(QWidget* window);
 
     const Clock fClock;
-    QPointer<QMessageBox> fBox;
-    QString fLastText;
-    std::optional<qint64> fLastTime; ///< of any error
+    QList<QPointer<QMessageBox>> fBoxes; ///< some have gone
+    QHash<QString, qint64> fLastTimes;   ///< when each was there last, of those not absent
 };

@@ -3,6 +3,8 @@
 
 #include "plugins/plugin_loader.h"
 
+#include <kit/password_file.h>
+
 #include <tarvek/tarvek_widget.h>
 #include <tarvek/widget_interface.h>
 
@@ -13,6 +15,12 @@
 
 namespace {
 
+/// The context that translators find the texts in.
+struct PanelMaker
+{
+    Q_DECLARE_TR_FUNCTIONS(PanelMaker)
+};
+
 /// The plug-in's one instance holds the state of the panel it makes, so it makes one at a time.
 class BusyGuard
 {
@@ -21,8 +29,7 @@ public:
     {
         if (plugin.isMakingPanel)
             throw std::runtime_error(
-                QCoreApplication::translate("PanelMaker", "Its start-up dialog is still open.")
-                    .toStdString());
+                PanelMaker::tr("Its start-up dialog is still open.").toStdString());
         plugin.isMakingPanel = true;
     }
     ~BusyGuard() { fPlugin.isMakingPanel = false; }
@@ -33,47 +40,51 @@ private:
     PanelPlugin& fPlugin;
 };
 
-/// Deletes what a failed attempt left in the window: it would go on fetching, unseen.
-class StrayPanels
+void refuseWithoutRobot(const ZoBroker& link)
 {
-public:
-    explicit StrayPanels(QWidget* window) : fWindow(window) {}
-    ~StrayPanels()
-    {
-        qDeleteAll(fWindow->findChildren<TarvekWidget*>(QString(), Qt::FindDirectChildrenOnly));
-    }
-    StrayPanels(const StrayPanels&) = delete;
-    StrayPanels& operator=(const StrayPanels&) = delete;
+    const ZoLinkStatus status = link.linkStatus();
+    if (status.connected)
+        return;
+    const QString advice = PanelMaker::tr("Open the panel again when the robot is connected.");
+    const QString cause = status.opening ? PanelMaker::tr("The robot is not connected yet.")
+                                         : QString::fromStdString(status.cause);
+    throw std::runtime_error((cause + "\n\n" + advice).toStdString());
+}
 
-private:
-    QWidget* fWindow;
-};
-
-/// Once a panel is gone its plug-in's members must not point to it, nor hold its link open.
-void forgetWhenDestroyed(WidgetInterface* plugin, TarvekWidget* panel)
+/// Once a panel or its parent is gone, its plug-in's members must not point to it.
+void forgetWhenDestroyed(WidgetInterface& plugin, QWidget* holder)
 {
-    QObject::connect(panel, &QObject::destroyed, [plugin, panel] {
-        if (plugin->fPanel == panel) {
-            plugin->fPanel = nullptr;
-            plugin->fParent = nullptr;
-        }
+    QObject::connect(holder, &QObject::destroyed, [&plugin, holder] {
+        if (plugin.fParent == holder)
+            plugin.fParent = nullptr;
+    });
+}
+
+void forgetWhenDestroyed(WidgetInterface& plugin, TarvekWidget* panel)
+{
+    QObject::connect(panel, &QObject::destroyed, [&plugin, panel] {
+        if (plugin.fPanel == panel)
+            plugin.fPanel = nullptr;
     });
 }
 
 } // namespace
 
-MadePanel makePanel(PanelPlugin& plugin, QWidget* window, const ConnectionSettings& settings,
-                    const std::string& imageDir)
+MadePanel makePanel(PanelPlugin& plugin, QWidget* holder, const ConnectionSettings& settings,
+                    const ZoBroker& link, const std::string& imageDir)
 {
     const BusyGuard busy(plugin);
     WidgetInterface& panels = *plugin.panels;
+    if (panels.requiresConnection())
+        refuseWithoutRobot(link);
     panels.fBrokerOptions = settings.brokerOptions();
+    const kit::WipedAtEnd wiped(panels.fBrokerOptions.password);
+    forgetWhenDestroyed(panels, holder);
     MadePanel made;
     try {
         made.panel =
-            panels.getWidget(window, settings.address.host, settings.address.port, imageDir);
+            panels.getWidget(holder, settings.address.host, settings.address.port, imageDir);
     } catch (...) {
-        const StrayPanels stray(window);
         panels.fPanel = nullptr;
         panels.fBroker.reset();
         throw;
@@ -82,6 +93,6 @@ MadePanel makePanel(PanelPlugin& plugin, QWidget* window, const ConnectionSettin
     made.broker = std::move(panels.fBroker);
     panels.fBroker.reset();
     if (made.panel)
-        forgetWhenDestroyed(&panels, made.panel);
+        forgetWhenDestroyed(panels, made.panel);
     return made;
 }

@@ -19,7 +19,9 @@ struct MadePanel
     boost::shared_ptr<ZoBroker> broker; ///< may be empty: not every panel has one
 };
 
-/// Asks `plugin` for a panel in `window`; runs the panel's start-up dialogs. Throws what the
-/// plug-in throws, and std::runtime_error when it is busy with a panel already.
-MadePanel makePanel(PanelPlugin& plugin, QWidget* window, const ConnectionSettings& settings,
-                    const std::string& imageDir);
+/// Asks `plugin` for a panel in `holder`, which is its own; runs the panel's start-up dialogs.
+/// Throws what the plug-in throws, and std::runtime_error when it is busy with a panel already, or
+/// needs a robot and `link`, the window's, is down: it would wait for it, and the windows with it.
+/// When no panel comes back the holder is to be deleted: what was begun in it would go on, unseen.
+MadePanel makePanel(PanelPlugin& plugin, QWidget* holder, const ConnectionSettings& settings,
+                    const ZoBroker& link, const std::string& imageDir);

@@ -3,20 +3,15 @@
 
 #include <tarvek/widget_interface.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QPluginLoader>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("PluginLoader", text);
-}
 
 /// Why a file cannot be used.
 class Unusable : public std::runtime_error
@@ -30,12 +25,13 @@ QJsonObject describe(const QPluginLoader& loader)
 {
     QJsonObject description = loader.metaData();
     if (description.isEmpty())
-        throw Unusable(tr("It is no plug-in: %1").arg(loader.errorString()));
+        throw Unusable(PluginLoader::tr("It is no plug-in: %1").arg(loader.errorString()));
     const QString offered = description.value("IID").toString();
     const QString wanted = qobject_interface_iid<WidgetInterface*>();
     if (offered != wanted)
-        throw Unusable(tr("It offers the interface \"%1\", but panels have \"%2\". Get a version "
-                          "made for this program.")
+        throw Unusable(PluginLoader::tr(
+                           "It offers the interface \"%1\", but panels have \"%2\". Get a version "
+                           "made for this program.")
                            .arg(offered, wanted));
     return description;
 }
@@ -46,10 +42,10 @@ WidgetInterface* instanceOf(QPluginLoader& loader)
     if (!object && !loader.isLoaded())
         throw Unusable(loader.errorString());
     if (!object)
-        throw Unusable(tr("It is loaded, but makes no plug-in object."));
+        throw Unusable(PluginLoader::tr("It is loaded, but makes no plug-in object."));
     auto* panels = qobject_cast<WidgetInterface*>(object);
     if (!panels)
-        throw Unusable(tr("Its plug-in object (%1) has no panel interface.")
+        throw Unusable(PluginLoader::tr("Its plug-in object (%1) has no panel interface.")
                            .arg(object->metaObject()->className()));
     return panels;
 }
@@ -60,10 +56,12 @@ std::unique_ptr<PanelPlugin> load(const QString& path)
     // Symbols are looked up now: a missing one is a failure of this file, not a crash later.
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     const QJsonObject description = describe(loader);
-    const QString named = description.value("MetaData").toObject().value("name").toString();
+    const QJsonObject own = description.value("MetaData").toObject();
+    const QString named = own.value("name").toString();
     auto plugin = std::make_unique<PanelPlugin>();
     plugin->name = named.isEmpty() ? QFileInfo(path).completeBaseName() : named;
     plugin->file = path;
+    plugin->opens = own.value("opens").toString();
     plugin->panels = instanceOf(loader);
     return plugin;
 }
@@ -97,6 +95,7 @@ void PluginLoader::loadFile(const QString& path)
     fKnownFiles += info.canonicalFilePath();
     try {
         fPlugins.push_back(load(file));
+        tellApart();
     } catch (const std::exception& error) {
         addFailure(file, QString::fromUtf8(error.what()));
     } catch (...) {
@@ -104,12 +103,33 @@ void PluginLoader::loadFile(const QString& path)
     }
 }
 
-PanelPlugin* PluginLoader::find(const QString& name) const
+/// Two copies of a plug-in have one name: the folders say which is which.
+void PluginLoader::tellApart()
 {
     for (const auto& plugin : fPlugins) {
-        if (plugin->name.compare(name, Qt::CaseInsensitive) == 0)
-            return plugin.get();
+        const auto isNamesake = [&plugin](const auto& other) {
+            return other->name == plugin->name;
+        };
+        const bool isAlone = std::count_if(fPlugins.begin(), fPlugins.end(), isNamesake) == 1;
+        plugin->label = isAlone ? plugin->name : tr("%1 (%2)").arg(plugin->name, plugin->file);
     }
+}
+
+PanelPlugin* PluginLoader::find(const QString& name) const
+{
+    for (const QString PanelPlugin::*text : {&PanelPlugin::label, &PanelPlugin::name}) {
+        for (const auto& plugin : fPlugins)
+            if (((*plugin).*text).compare(name, Qt::CaseInsensitive) == 0)
+                return plugin.get();
+    }
+    return nullptr;
+}
+
+PanelPlugin* PluginLoader::openerOf(const QString& rootElement) const
+{
+    for (const auto& plugin : fPlugins)
+        if (!rootElement.isEmpty() && plugin->opens == rootElement)
+            return plugin.get();
     return nullptr;
 }
 

@@ -25,6 +25,11 @@ QString ownImageDir()
     return besideProgram(TARVEK_IMAGE_DIR);
 }
 
+QString ownGuideFile()
+{
+    return besideProgram(TARVEK_GUIDE);
+}
+
 QString ownIconFile()
 {
     return besideProgram(TARVEK_ICON);

@@ -12,6 +12,8 @@
 QString ownPluginDir();
 /// The folder of the images that panels read.
 QString ownImageDir();
+/// The user guide.
+QString ownGuideFile();
 /// The program's icon.
 QString ownIconFile();
 

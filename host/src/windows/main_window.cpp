@@ -2,96 +2,268 @@
 #include "windows/main_window.h"
 
 #include "connection/connection_bar.h"
+#include "connection/connection_text.h"
+#include "connection/outage_bar.h"
+#include "connection/ssh_relay.h"
+#include "connection/traffic_text.h"
 #include "dialogs/error_reporter.h"
-#include "dialogs/plugin_failures_dialog.h"
+#include "dialogs/window_order.h"
 #include "plugins/panel_maker.h"
 #include "plugins/plugin_loader.h"
-#include "windows/panel_area.h"
-#include "windows/picture.h"
+#include "recording/recordings.h"
+#include "windows/diagnostics.h"
+#include "windows/help_menu.h"
+#include "windows/in_sight.h"
+#include "windows/panel_commands.h"
+#include "windows/panel_dock.h"
+#include "windows/panel_docks.h"
+#include "windows/start_page.h"
+#include "windows/window_settings.h"
+#include "windows/workspace_menu.h"
 
 #include <tarvek/widget_interface.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileDialog>
+#include <QDialog>
+#include <QInputDialog>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
 
 MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& settings,
                        const boost::shared_ptr<ZoBroker>& broker)
     : fContext(context),
       fSettings(settings),
-      fArea(new PanelArea(context.plugins, this)),
-      fBar(new ConnectionBar(settings.addressText(), this))
+      fBroker(broker),
+      fDocks(new PanelDocks(this)),
+      fCommands(new PanelCommands(*fDocks, this)),
+      fRecordings(new Recordings(this, context.errors)),
+      fStartPage(new StartPage(context.plugins, this)),
+      fOutageBar(new OutageBar(settings.robotText(), this)),
+      fBar(new ConnectionBar(settings.robotText(), this))
 {
-    setWindowTitle(QApplication::applicationName());
-    // Wide enough for all columns of a table beside a plot, where the screen is.
-    resize(QSize(1280, 760).boundedTo(screen()->availableSize()));
-    setCentralWidget(fArea);
-    connect(fArea, &PanelArea::chosen, this, &MainWindow::openPanel);
-    connect(fArea, &PanelArea::currentChanged, this, &MainWindow::xUpdateActions);
+    setCentralWidget(fStartPage);
+    addToolBar(Qt::TopToolBarArea, fOutageBar);
+    setContextMenuPolicy(Qt::NoContextMenu); // docks are closed, not hidden
+    connect(fStartPage, &StartPage::chosen, this, &MainWindow::openPanel);
+    connect(fDocks, &PanelDocks::changed, this, &MainWindow::xOnDocksChanged);
+    whenScreensChange(this, [this] { xBringIntoSight(); });
     setUpFileMenu();
     setUpPanelMenu();
     setUpHelpMenu();
-    setUpStatus(broker);
-    xUpdateActions();
+    setUpStatus();
+    setUpLook();
+    emit fDocks->changed();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    delete fDocks; // it would tell a window that is half gone of each dock that goes
+}
+
+/// Wide enough for all columns of a table beside a plot, in letters of any size, where the screen
+/// is. The frame around it, which nobody knows yet, has to have room there, too.
+QSize MainWindow::firstSize() const
+{
+    const int edge = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize frame(2 * edge, style()->pixelMetric(QStyle::PM_TitleBarHeight) + 4 * edge);
+    return (QSize(75, 45) * fontMetrics().height())
+        .boundedTo(screen()->availableSize() - frame)
+        .expandedTo(QSize(1, 1));
+}
+
+/// As the window closed last.
+void MainWindow::setUpLook()
+{
+    resize(firstSize());
+    setLook(savedLook());
+}
+
+void MainWindow::setLook(const WindowLook& look)
+{
+    const QSize size = this->size();
+    if (!look.geometry.isEmpty() && !restoreGeometry(look.geometry))
+        resize(size);
+    if (mayPlaceWindows() && isAnotherShown())
+        move(pos() + QPoint(1, 1) * style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    fDocks->setTitles(look.titles);
+    setDocks(look.docks);
+}
+
+void MainWindow::setDocks(const QByteArray& docks)
+{
+    if (!docks.isEmpty())
+        restoreState(docks);
+    fCommands->endFinding();
+}
+
+/// A window that came up at the very place of another would hide it.
+bool MainWindow::isAnotherShown() const
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    return std::any_of(widgets.begin(), widgets.end(), [this](const QWidget* widget) {
+        return widget != this && widget->isVisible() && widget->pos() == pos() &&
+               qobject_cast<const MainWindow*>(widget);
+    });
+}
+
+WindowLook MainWindow::look() const
+{
+    return {saveGeometry(), saveState(), fDocks->titles()};
+}
+
+WindowContent MainWindow::content() const
+{
+    return {look(), fDocks->content()};
+}
+
+void MainWindow::keepPlaces(const QList<PanelContent>& panels)
+{
+    fDocks->keepPlaces(panels);
+}
+
+void MainWindow::dropPlace(const PanelContent& panel)
+{
+    fDocks->dropPlace(panel);
+}
+
+void MainWindow::saveLook() const
+{
+    fDocks->saveArrangements();
+    ::saveLook(look());
+}
 
 void MainWindow::setUpFileMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
     menu->addAction(tr("&New connection..."), this, &MainWindow::newConnectionRequested,
                     QKeySequence(tr("Ctrl+N")));
-    fSaveAction = menu->addAction(tr("&Save picture..."), this, &MainWindow::xSavePicture,
-                                  QKeySequence(tr("Ctrl+S")));
+    const auto* workspaces = new WorkspaceMenu(menu);
+    connect(workspaces, &WorkspaceMenu::saveRequested, this, &MainWindow::saveWorkspaceRequested);
+    connect(workspaces, &WorkspaceMenu::openRequested, this, &MainWindow::openWorkspaceRequested);
     menu->addSeparator();
-    menu->addAction(tr("&Close window"), this, &MainWindow::close, QKeySequence(tr("Ctrl+W")));
+    fCommands->addSaving(*menu);
+    menu->addAction(
+        tr("R&ecord..."), [this] { fRecordings->ask(fSettings); }, QKeySequence(tr("Ctrl+R")));
+    menu->addSeparator();
+    fDisconnectAction = menu->addAction(tr("&Disconnect"), [this] { fMonitor.disconnect(); });
+    fReconnectAction = menu->addAction(tr("&Reconnect"), [this] { reconnect(); });
+    menu->addAction(tr("Wa&it for the robot..."), this, &MainWindow::xChooseLossLimit);
+    menu->addSeparator();
+    menu->addAction(tr("&Close panel"), this, &MainWindow::xClosePanel, QKeySequence(tr("Ctrl+W")));
+    menu->addAction(tr("Close &window"), this, &MainWindow::close,
+                    QKeySequence(tr("Ctrl+Shift+W")));
     menu->addAction(tr("&Quit"), this, &MainWindow::quitRequested, QKeySequence(tr("Ctrl+Q")));
+    fCommands->addEditing(*menuBar()->addMenu(tr("&Edit")));
 }
 
 void MainWindow::setUpPanelMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&Panels"));
+    menu->setToolTipsVisible(true);
     for (const auto& plugin : fContext.plugins.plugins()) {
-        QAction* action = menu->addAction(plugin->name);
+        QAction* action = menu->addAction(plugin->label);
         action->setToolTip(plugin->file);
         connect(action, &QAction::triggered, this,
                 [this, chosen = plugin.get()] { openPanel(chosen); });
-        fPanelActions += action;
+        fNewPanelActions += action;
     }
-    if (fPanelActions.isEmpty())
+    if (fNewPanelActions.isEmpty())
         menu->addAction(tr("(none found)"))->setEnabled(false);
+    menu->addSeparator();
+    fCommands->addPlacing(*menu);
 }
 
 void MainWindow::setUpHelpMenu()
 {
-    QMenu* menu = menuBar()->addMenu(tr("&Help"));
-    menu->addAction(tr("&Plug-ins that failed (%1)...").arg(fContext.plugins.failures().size()),
-                    this, &MainWindow::xShowFailures);
-    menu->addAction(tr("&About"), this, &MainWindow::xShowAbout);
+    auto* help = new HelpMenu(
+        fContext.plugins, [this] { return diagnosticsText(); }, this);
+    connect(help, &HelpMenu::noted, fBar, &ConnectionBar::note);
+    connect(help, &HelpMenu::failed, this, &MainWindow::xOnFailed);
 }
 
-void MainWindow::setUpStatus(const boost::shared_ptr<ZoBroker>& broker)
+QString MainWindow::diagnosticsText() const
+{
+    QStringList panels;
+    for (const PanelDock* dock : fDocks->docks())
+        panels += dock->plugin().label + ": " + dock->windowTitle();
+    QStringList links;
+    for (const ConnectionState& link : fMonitor.links())
+        links += tr("%1 (%n panel(s)). %2", nullptr, link.panels)
+                     .arg(connectionBrief(link, QDateTime::currentDateTime()),
+                          connectionDetail(link, fSettings.robotText()));
+    return diagnostics(fContext.plugins, fSettings,
+                       links + trafficDetail(fMonitor.busiest()).split('\n'), panels);
+}
+
+void MainWindow::setUpStatus()
 {
     statusBar()->addPermanentWidget(fBar, 1);
     connect(&fContext.errors, &ErrorReporter::noted, fBar, &ConnectionBar::note);
-    connect(fBar, &ConnectionBar::connectAgainRequested, this, &MainWindow::connectAgainRequested);
+    connect(fOutageBar, &OutageBar::connectAgainRequested, this,
+            &MainWindow::connectAgainRequested);
+    connect(fOutageBar, &OutageBar::disconnectRequested, fDisconnectAction, &QAction::trigger);
+    connect(fOutageBar, &OutageBar::reconnectRequested, fReconnectAction, &QAction::trigger);
+    connect(fOutageBar, &OutageBar::dismissed, &fMonitor, &ConnectionMonitor::forgetStopped);
+    connect(fCommands, &PanelCommands::noted, fBar, &ConnectionBar::note);
+    connect(fCommands, &PanelCommands::failed, this, &MainWindow::xOnFailed);
+    connect(fRecordings, &Recordings::noted, fBar, &ConnectionBar::note);
     connect(&fMonitor, &ConnectionMonitor::changed, this, &MainWindow::xOnChanged);
-    connect(&fMonitor, &ConnectionMonitor::lost, this, &MainWindow::xOnLost);
+    connect(this, &QWidget::windowTitleChanged, this, &MainWindow::xShowTitle);
     connect(&fMonitor, &ConnectionMonitor::measured, fBar, &ConnectionBar::showTraffic);
-    fMonitor.watch(broker);
+    fMonitor.setRemark([this] { return wordsOfSsh(fSettings); });
+    fMonitor.setLimit(fContext.lossLimit);
+    fMonitor.watch(fBroker);
 }
 
 void MainWindow::reconnect(const ConnectionSettings& settings)
 {
-    fSettings = settings;
+    if (settings.relay)
+        settings.relay->allowQuestions(); // the links are others than that of the attempt
     fMonitor.reconnect(settings);
+    fSettings = settings;
+}
+
+void MainWindow::reconnect()
+{
+    if (fMonitor.state().refused) {
+        emit connectAgainRequested();
+        return;
+    }
+    if (fSettings.relay)
+        fSettings.relay->allowQuestions();
+    fMonitor.reconnect(fSettings, ConnectionMonitor::Which::Down);
+}
+
+void MainWindow::learnFrom(const MainWindow& other)
+{
+    // What was changed there must not be sent from here any more: a password that was replaced
+    // would be refused, and might lock the account.
+    if (fBroker->linkIdentity() == other.fBroker->linkIdentity()) {
+        fSettings = other.fSettings;
+    } else if (isSameRobot(fSettings, other.fSettings) &&
+               fSettings.password != other.fSettings.password) {
+        fSettings.password = other.fSettings.password;
+        mendWithSettings();
+    }
+}
+
+void MainWindow::mendWithSettings()
+{
+    try {
+        fMonitor.reconnect(fSettings, ConnectionMonitor::Which::Mending);
+    } catch (const std::exception& error) {
+        fContext.errors.note(QString::fromUtf8(error.what())); // they go on as they did
+    }
 }
 
 void MainWindow::openPanel(PanelPlugin* plugin)
@@ -99,99 +271,190 @@ void MainWindow::openPanel(PanelPlugin* plugin)
     // Its start-up dialog keeps the user from choosing another; this is for whoever calls.
     if (fIsMakingPanel)
         return;
+    const QString problem = openPanelLike(plugin, {});
+    if (!problem.isEmpty() && !fIsClosed)
+        fContext.errors.report(this, problem);
+}
+
+QString MainWindow::openPanelLike(PanelPlugin* plugin, const PanelContent& like)
+{
+    if (fIsMakingPanel)
+        return tr("The start-up dialog of another panel is still open.");
     fIsMakingPanel = true;
     QString problem;
     try {
-        addPanel(plugin);
+        addPanel(plugin, like);
     } catch (const std::exception& error) {
         problem = QString::fromUtf8(error.what());
     } catch (...) {
         problem = tr("The error does not describe itself.");
     }
     fIsMakingPanel = false;
-    if (!problem.isEmpty() && !fIsClosed)
-        fContext.errors.report(
-            this, tr("The panel \"%1\" cannot be opened.\n\n%2").arg(plugin->name, problem));
+    return problem.isEmpty()
+               ? QString()
+               : tr("The panel \"%1\" cannot be opened.\n\n%2").arg(plugin->name, problem);
 }
 
-void MainWindow::addPanel(PanelPlugin* plugin)
+void MainWindow::arrange(const WindowContent& content)
 {
-    const MadePanel made = makePanel(*plugin, this, fSettings, fContext.imageDir);
+    setDocks(content.look.docks); // each that came later has moved those before it
+    // As soon as the window has given them their sizes.
+    for (PanelDock* dock : fDocks->docks())
+        QTimer::singleShot(0, dock, &PanelDock::arrangePanel);
+}
+
+void MainWindow::addPanel(PanelPlugin* plugin, const PanelContent& like)
+{
+    QScopedPointer<PanelDock> dock(new PanelDock(*plugin, this));
+    const MadePanel made =
+        makePanel(*plugin, dock->holder(), fSettings, *fBroker, fContext.imageDir);
     if (!made.panel)
         return;
-    if (made.broker) {
-        const int link = fMonitor.watch(made.broker);
-        connect(made.panel, &QObject::destroyed, &fMonitor,
-                [this, link] { fMonitor.stopWatching(link); });
-    }
-    fArea->add(made.panel, plugin);
+    dock->setPanel(made.panel);
+    dock->setArrangement(like.arrangement);
+    fDocks->add(dock.data(), like.dock);
+    // A panel without a link of its own has nothing but the window's.
+    tellWhenLost(dock.take(), made.broker ? made.broker : fBroker);
+}
+
+void MainWindow::tellWhenLost(PanelDock* dock, const boost::shared_ptr<ZoBroker>& broker)
+{
+    const int number = fMonitor.watch(broker, ConnectionMonitor::User::Panel);
+    connect(&fMonitor, &ConnectionMonitor::lost, dock, [dock, number](int lost) {
+        if (lost == number)
+            dock->tellDisconnected();
+    });
+    const auto show = [this, dock, number] {
+        dock->showState(fMonitor.stateOf(number), fSettings.robotText());
+    };
+    connect(&fMonitor, &ConnectionMonitor::changed, dock, show);
+    show();
+    connect(dock->panel(), &QObject::destroyed, &fMonitor,
+            [this, number] { fMonitor.stopWatching(number); });
     // The link may have been lost while the panel's start-up dialog was open.
-    if (!fMonitor.state().connected)
-        PanelArea::tellDisconnected(made.panel, plugin);
+    if (fMonitor.isLost(number))
+        dock->tellDisconnected();
+}
+
+PanelDock* MainWindow::frontDock() const
+{
+    return fDocks->front();
 }
 
 void MainWindow::xOnChanged()
 {
     fBar->showState(fMonitor.state());
+    fOutageBar->showState(fMonitor.state());
+    const QString before = fTitlePrefix;
+    xShowTitle();
     xUpdateActions();
+    if (fTitlePrefix != before && !fTitlePrefix.isEmpty())
+        QApplication::alert(this);
 }
 
-void MainWindow::xOnLost()
+/// Whoever sets the title: what the connection has to say stands before it.
+void MainWindow::xShowTitle()
 {
-    fArea->tellDisconnected();
+    const QString last = std::exchange(fTitlePrefix, connectionTitlePrefix(fMonitor.state()));
+    const QString title = windowTitle();
+    const QString wanted = fTitlePrefix + (title.startsWith(last) ? title.mid(last.size()) : title);
+    if (wanted != title) // this is called again by what it does
+        setWindowTitle(wanted);
+}
+
+void MainWindow::xChooseLossLimit()
+{
+    auto* dialog = new QInputDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Wait for the robot"));
+    dialog->setLabelText(tr("Minutes that panels wait for a robot that is away before they give "
+                            "up (0: none):"));
+    dialog->setInputMode(QInputDialog::DoubleInput);
+    const auto inMinutes = [](std::chrono::seconds time) {
+        return static_cast<double>(time.count()) / 60;
+    };
+    dialog->setDoubleRange(0, inMinutes(longestLossLimit));
+    dialog->setDoubleDecimals(1);
+    dialog->setDoubleValue(inMinutes(fMonitor.limit()));
+    connect(dialog, &QInputDialog::doubleValueSelected, this, [this](double minutes) {
+        emit lossLimitChosen(std::chrono::seconds(std::llround(minutes * 60)));
+    });
+    dialog->open();
+}
+
+void MainWindow::xOnDocksChanged()
+{
+    const PanelDock* const front = frontDock();
+    fStartPage->setVisible(!front);
+    const QString title = front ? front->holder()->windowTitle() : QString();
+    const QString shown = title.isEmpty() ? QApplication::applicationName() : title;
+    setWindowTitle(fSettings.prefix.isEmpty() ? shown : tr("%1 (%2)").arg(shown, fSettings.prefix));
+    xUpdateActions();
 }
 
 void MainWindow::xUpdateActions()
 {
-    fSaveAction->setEnabled(fArea->current() != nullptr);
-    for (int i = 0; i < fPanelActions.size(); ++i) {
-        const WidgetInterface& panels = *fContext.plugins.plugins()[static_cast<size_t>(i)]->panels;
-        fPanelActions.at(i)->setEnabled(fMonitor.state().connected || !panels.requiresConnection());
+    fDisconnectAction->setEnabled(!fMonitor.state().closed);
+    fReconnectAction->setEnabled(!fMonitor.state().connected);
+    for (int i = 0; i < fNewPanelActions.size(); ++i) {
+        const PanelPlugin& plugin = *fContext.plugins.plugins()[static_cast<size_t>(i)];
+        const bool isPossible = fMonitor.state().connected || !plugin.panels->requiresConnection();
+        fNewPanelActions.at(i)->setEnabled(isPossible);
+        fStartPage->setPossible(plugin, isPossible);
     }
 }
 
-void MainWindow::xSavePicture()
+void MainWindow::xBringIntoSight()
 {
-    // Taken before the file dialog opens: the picture shows what the user saw when they chose it.
-    TarvekWidget* panel = fArea->current();
-    if (!panel)
-        return;
-    const QPixmap picture = panel->grab();
-    const QString file = pictureFileName(QFileDialog::getSaveFileName(
-        this, tr("Save picture"), QString(), tr("PNG picture (*.png)")));
-    if (file.isEmpty() || fIsClosed)
-        return;
-    const QString problem = savePicture(picture, file);
-    if (problem.isEmpty())
-        fBar->note(tr("Saved the picture %1").arg(file));
+    bringIntoSight(*this);
+    for (PanelDock* dock : fDocks->docks())
+        if (dock->isFloating())
+            bringIntoSight(*dock);
+}
+
+void MainWindow::xClosePanel()
+{
+    if (PanelDock* dock = frontDock())
+        dock->close();
     else
-        fContext.errors.report(this, problem);
+        close();
 }
 
-void MainWindow::xShowFailures()
+void MainWindow::xOnFailed(const QString& problem)
 {
-    auto* dialog = new PluginFailuresDialog(fContext.plugins, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
-}
-
-void MainWindow::xShowAbout()
-{
-    auto* box = new QMessageBox(
-        QMessageBox::Information, tr("About"),
-        tr("%1 %2\n\nShows tool panels for robots on the network.")
-            .arg(QApplication::applicationName(), QApplication::applicationVersion()),
-        QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    fContext.errors.report(this, problem);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    if (!fIsClosed && !fRecordings->mayClose()) {
+        event->ignore();
+        return;
+    }
+    if (!fIsClosed)
+        saveLook();
     fIsClosed = true;
+    for (PanelDock* dock : fDocks->docks())
+        if (dock->isFloating())
+            dock->hide(); // it is a window of its own, and would stay
     event->accept();
     rejectDialogs();
     emit closed();
+}
+
+int MainWindow::recordings() const
+{
+    return fRecordings->count();
+}
+
+void MainWindow::endRecordingsAndClose()
+{
+    fRecordings->endAndClose();
+}
+
+void MainWindow::endRecordings()
+{
+    fRecordings->endUnasked();
 }
 
 bool MainWindow::isIdle()

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMap>
 #include <QWidget>
 
 class PluginLoader;
+class QPushButton;
 struct PanelPlugin;
 
 /// What a window shows as long as it has no panel: one button for each panel to choose.
@@ -14,6 +16,12 @@ class StartPage : public QWidget
 public:
     StartPage(const PluginLoader& plugins, QWidget* parent);
 
+    /// Whether a panel of this plug-in can be made at present.
+    void setPossible(const PanelPlugin& plugin, bool isPossible);
+
 signals:
     void chosen(PanelPlugin* plugin);
+
+private:
+    QMap<const PanelPlugin*, QPushButton*> fButtons;
 };

@@ -4,6 +4,7 @@
 #include <zo/export.h>
 
 #include <string>
+#include <vector>
 
 /// Where a robot's memory listens.
 struct ZO_EXPORT ZoAddress
@@ -18,6 +19,13 @@ struct ZO_EXPORT ZoAddress
     /// Reads HOST or HOST:PORT, with an IPv6 address in brackets: "arm-7", "10.0.0.7:6380",
     /// "[fe80::1%eth0]:6379". Throws ZoError that names the text and what is wrong with it.
     static ZoAddress fromText(const std::string& text);
+
+    /// So many addresses may be given for one robot.
+    static constexpr int fMostAddresses = 16;
+
+    /// Reads one or several of these with commas between, as of the nodes of a cluster:
+    /// "10.0.0.7:7001,10.0.0.8:7001". Each once. Throws ZoError for what is none, and for too many.
+    static std::vector<ZoAddress> listFromText(const std::string& text);
 
     /// HOST:PORT, as fromText reads it.
     std::string toText() const;

@@ -22,7 +22,8 @@ class ZoProxy;
 /// called from any thread.
 ///
 /// The link does not try again when the robot refuses the login, or either side the other's
-/// certificate: that would not help, and might lock the account. `reconnect` begins anew.
+/// certificate: that would not help, and might lock the account. `reconnect` begins anew, also
+/// after `disconnect`.
 class ZO_EXPORT ZoBroker : public boost::enable_shared_from_this<ZoBroker>
 {
 public:
@@ -32,6 +33,11 @@ public:
     /// once.
     static boost::shared_ptr<ZoBroker> create(const std::string& name, const std::string& ip,
                                               int port, const ZoBrokerOptions& options = {});
+    /// The same, but without waiting: `linkStatus` tells by and by what becomes of it, `opening`
+    /// first, then `connected` or, in `cause`, why not. It goes on trying then, unless `refused`,
+    /// until the broker goes, which takes no time at any moment.
+    static boost::shared_ptr<ZoBroker> begin(const std::string& name, const std::string& ip,
+                                             int port, const ZoBrokerOptions& options = {});
     /// A broker without a robot: local modules only.
     static boost::shared_ptr<ZoBroker> create(const std::string& name);
     ~ZoBroker();
@@ -61,11 +67,20 @@ public:
     ZoLinkStatus linkStatus() const;
 
     /// Drops the link to the robot, if it is up, and opens it with other `options`, for all brokers
-    /// that share it; `follow` and `notices` stay as they were. Does not wait
-    /// for the outcome, which linkStatus tells; `refused` is false when this returns. Calls under
-    /// way fail. Throws ZoError, and leaves the link as it is, when a file that the options name
-    /// is no good, and without a robot.
+    /// that share it; `prefix`, `follow` and `notices` stay as they were. Does not wait for the
+    /// outcome, which linkStatus tells; `refused` is false when this returns. Calls under way fail.
+    /// Throws ZoError, and leaves the link as it is, when a file that the options name is no good,
+    /// and without a robot.
     void reconnect(const ZoBrokerOptions& options);
+
+    /// Drops the link to the robot, for all brokers that share it, and does not try again before
+    /// `reconnect`, or a broker that is made to share it. Calls under way fail, and later ones at
+    /// once; linkStatus tells it when this returns. Without a robot nothing happens.
+    void disconnect();
+
+    /// Tells links apart: brokers that share one give the same, and others another as long as both
+    /// live. Null without a robot. Of no other use.
+    const void* linkIdentity() const noexcept;
 
 private:
     struct Parts;

@@ -13,7 +13,7 @@
 class ZO_EXPORT ZoCheck
 {
 public:
-    /// The steps, in their order. The first six must succeed for any other to be made.
+    /// The steps, in their order. The first seven must succeed for any other to be made.
     enum class Subject
     {
         LookUp,     ///< which addresses the host has
@@ -22,6 +22,7 @@ public:
         Answer,     ///< whether what listens there is a robot's memory
         Readiness,  ///< whether it is past its own start, and whatever else keeps it from answering
         Login,
+        Node,   ///< which node has the keys; only of clusters, and with sentinels
         Rights, ///< to list the keys, and to read some of them
         Server, ///< what it is, and its version
         Keys,   ///< how many there are
@@ -41,11 +42,17 @@ public:
         std::string text; ///< what was found, or the cause; without the password
     };
     using Tell = std::function<void(const Step& step)>;
+    using GoOn = std::function<bool()>;
 
     /// Tries to reach the memory at `robot` in the way that `options` say, and tells each step when
-    /// it is over. Whether none of them failed. Takes `connectTimeout` at most for each of the
-    /// robot's addresses and each answer behind that, of which most steps need one, and as long as
-    /// the system's look-up and the list of keys take. Throws ZoError when `robot` can be no
-    /// address or a file that `options` name is no good, and what `tell` throws.
-    static bool run(const ZoAddress& robot, const ZoBrokerOptions& options, const Tell& tell);
+    /// it is over. Whether none of them failed. Several addresses are tried one after the other.
+    /// Takes `connectTimeout` at most for each of the robot's addresses and each answer behind
+    /// that, of which most steps need one, and as long as the system's look-up and the list of keys
+    /// take. Throws ZoError when `robot` can be no address or a file that `options` name is no
+    /// good, and what `tell` throws.
+    ///
+    /// `goOn`, if there is one, is asked ten times a second: when it says no, the check ends with
+    /// the step that it is at, which failed.
+    static bool run(const ZoAddress& robot, const ZoBrokerOptions& options, const Tell& tell,
+                    const GoOn& goOn = {});
 };

@@ -17,4 +17,7 @@ struct ZoListAnswer
     /// The positions in `values`, ascending, of values that are not what they were in the last
     /// answer to the same request; all of them in the first one.
     std::vector<int> changed;
+    /// How many values are invalid because the robot's are larger than what is read, 1 MiB. Not
+    /// known, and 0, of lists that are followed.
+    int tooLarge = 0;
 };

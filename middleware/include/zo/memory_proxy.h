@@ -28,6 +28,9 @@ public:
 
     /// The names of all keys, each once, in no particular order.
     std::vector<std::string> getDataListName();
+    /// The names that end with `ending`: only they travel, though the robot's server goes through
+    /// all that it has.
+    std::vector<std::string> getDataListName(const std::string& ending);
 
     /// One value for each element of `request`, in order. An element is an array of a key's name
     /// and the integer 0. A key that does not exist has an invalid value.
@@ -41,6 +44,10 @@ public:
 
     /// Stores `value` under `key`, so that it reads back with its type.
     void setData(const std::string& key, const ZoValue& value);
+
+    /// Stores `value` under `key`, and returns what was there before, in one step: nobody's value
+    /// that is stored meanwhile gets lost.
+    ZoValue exchangeData(const std::string& key, const ZoValue& value);
 
     /// Stores many values in one exchange. An element of `pairs` is an array of a key's name and
     /// its value; of a key that repeats, the last value stays. A value that has no text makes the

@@ -8,9 +8,11 @@
 #include <zo/broker_options.h>
 #include <zo/check.h>
 #include <zo/error.h>
+#include <zo/json.h>
 #include <zo/link_status.h>
 #include <zo/list_answer.h>
 #include <zo/memory_proxy.h>
 #include <zo/mutex.h>
 #include <zo/proxy.h>
 #include <zo/value.h>
+#include <zo/version.h>

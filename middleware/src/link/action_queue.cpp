@@ -9,8 +9,9 @@ namespace zo {
 
 namespace {
 
-// At most all connections of a race are closed, and a handful of other things wait to be done.
-constexpr std::size_t mostBesideCalls = AddressRace::fMostAddresses + 8;
+// At most all connections of a race are closed, all nodes looked up after that, and a handful of
+// other things wait to be done.
+constexpr std::size_t mostBesideCalls = AddressRace::fMostAddresses + ZoAddress::fMostAddresses + 8;
 
 } // namespace
 

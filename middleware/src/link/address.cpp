@@ -75,6 +75,23 @@ ZoAddress ZoAddress::fromText(const std::string& text)
     return address;
 }
 
+std::vector<ZoAddress> ZoAddress::listFromText(const std::string& text)
+{
+    std::vector<ZoAddress> all;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        if (end == begin && !text.empty())
+            throwWrong(text, "there is nothing before or behind a comma");
+        const ZoAddress address = fromText(text.substr(begin, end - begin));
+        if (std::find(all.begin(), all.end(), address) == all.end())
+            all.push_back(address);
+        begin = end + 1;
+    }
+    if (all.size() > fMostAddresses)
+        throwWrong(text, "these are more than " + std::to_string(fMostAddresses) + " addresses");
+    return all;
+}
+
 std::string ZoAddress::toText() const
 {
     const bool bracketed = host.find(':') != std::string::npos;

@@ -20,35 +20,40 @@ std::vector<LinkAddress> courseOf(const std::vector<LinkAddress>& addresses)
                 result.push_back(family[i]);
         }
     }
-    result.resize(std::min(result.size(), AddressRace::fMostAddresses));
     return result;
 }
 
 } // namespace
 
-AddressRace::AddressRace(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time)
-    : fAddresses(courseOf(addresses)),
-      fPause(std::min<std::chrono::nanoseconds>(time / static_cast<int>(fAddresses.size()), fLead))
+void AddressRace::add(const NodePtr& node, const std::vector<LinkAddress>& addresses)
 {
-    fRunning.reserve(fAddresses.size());
+    for (const LinkAddress& address : courseOf(addresses)) {
+        if (fEntries.size() < fMostAddresses)
+            fEntries.push_back({node, address});
+    }
+    fRunning.reserve(fEntries.size());
 }
 
-std::optional<LinkAddress> AddressRace::next(Time now)
+std::optional<AddressRace::Entry> AddressRace::next(Time now)
 {
     if (now < nextAt())
         return {};
-    fNextAt = now + fPause;
-    return fAddresses[fNext++];
+    const auto share = fTime / static_cast<int>(fEntries.size());
+    fNextAt = now + std::min<std::chrono::nanoseconds>(share, fLead);
+    return fEntries[fNext++];
 }
 
-bool AddressRace::leave(ConnectionId connection)
+NodePtr AddressRace::leave(ConnectionId connection)
 {
-    const auto found = std::find(fRunning.begin(), fRunning.end(), connection);
+    const auto found = std::find_if(fRunning.begin(), fRunning.end(), [&](const Running& running) {
+        return running.connection == connection;
+    });
     if (found == fRunning.end())
-        return false;
+        return nullptr;
+    NodePtr node = found->node;
     fRunning.erase(found);
     fNextAt = Time::min();
-    return true;
+    return node;
 }
 
 } // namespace zo

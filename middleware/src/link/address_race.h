@@ -8,9 +8,9 @@
 
 namespace zo {
 
-/// The race of a robot's addresses (RFC 8305): they are tried one after the other, the two
-/// families in turn, without waiting for the end of the attempt before. So an address that
-/// leads nowhere costs a moment and not the whole attempt.
+/// The race of the addresses of a robot, or of several nodes (RFC 8305): they are tried one after
+/// the other, the two families in turn, without waiting for the end of the attempt before. So an
+/// address that leads nowhere costs a moment and not the whole attempt.
 class AddressRace
 {
 public:
@@ -20,28 +20,45 @@ public:
     static constexpr std::chrono::milliseconds fLead{250};
     static constexpr std::size_t fMostAddresses = 16;
 
-    /// Of the first of `addresses`. The one at their front goes first. In `time` all have their
-    /// turn.
-    AddressRace(const std::vector<LinkAddress>& addresses, std::chrono::nanoseconds time);
+    struct Entry
+    {
+        NodePtr node;
+        LinkAddress address;
+    };
+    struct Running
+    {
+        ConnectionId connection;
+        NodePtr node;
+    };
 
-    /// The address whose turn it is, if that has come at `now`. `started` must follow.
-    std::optional<LinkAddress> next(Time now);
-    void started(ConnectionId connection) { fRunning.push_back(connection); }
+    /// In `time` all have their turn.
+    explicit AddressRace(std::chrono::nanoseconds time) : fTime(time) {}
 
-    /// Whether `connection` was running. It is out now, and another may start at once.
-    bool leave(ConnectionId connection);
+    /// Of the first of `addresses`, all of `node`, behind those that are here. The one at their
+    /// front goes first.
+    void add(const NodePtr& node, const std::vector<LinkAddress>& addresses);
 
-    const std::vector<ConnectionId>& running() const { return fRunning; }
-    bool isOver() const { return fRunning.empty() && fNext == fAddresses.size(); }
+    /// The one whose turn it is, if that has come at `now`. `started` must follow.
+    std::optional<Entry> next(Time now);
+    void started(ConnectionId connection, const NodePtr& node)
+    {
+        fRunning.push_back({connection, node});
+    }
+
+    /// The node of `connection`, if it was running. It is out now, and another may start at once.
+    NodePtr leave(ConnectionId connection);
+
+    const std::vector<Running>& running() const { return fRunning; }
+    bool isOver() const { return fRunning.empty() && fNext == fEntries.size(); }
     /// When the next may start: Time::max() after the last.
-    Time nextAt() const { return fNext < fAddresses.size() ? fNextAt : Time::max(); }
+    Time nextAt() const { return fNext < fEntries.size() ? fNextAt : Time::max(); }
 
 private:
-    const std::vector<LinkAddress> fAddresses;
+    const std::chrono::nanoseconds fTime;
+    std::vector<Entry> fEntries;
     std::size_t fNext = 0;
     Time fNextAt = Time::min();
-    const std::chrono::nanoseconds fPause; ///< between two starts
-    std::vector<ConnectionId> fRunning;    ///< has room for all: `started` cannot fail
+    std::vector<Running> fRunning; ///< has room for all: `started` cannot fail
 };
 
 } // namespace zo

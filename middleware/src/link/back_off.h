@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <random>
 
@@ -17,6 +18,8 @@ public:
     std::chrono::microseconds next();
     /// The next wait is as short as the first again.
     void startOver() { fBound = fFirst; }
+    /// The next wait is no longer than `most`.
+    void shorten(std::chrono::milliseconds most) { fBound = std::min(fBound, most); }
     void setBounds(std::chrono::milliseconds first, std::chrono::milliseconds most);
 
 private:

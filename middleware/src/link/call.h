@@ -34,4 +34,13 @@ private:
     const std::shared_future<End> fAwaitedEnd = fEnd.get_future();
 };
 
+/// One for something else than the values of a list.
+class SideCall : public Call
+{
+public:
+    using Call::Call;
+
+    bool isOfList() const override { return false; }
+};
+
 } // namespace zo

@@ -16,8 +16,12 @@ constexpr std::size_t readBufferSize = std::size_t{256} << 10;
 } // namespace
 
 Connection::Connection(asio::io_context& context, const std::shared_ptr<TlsContext>& tls,
-                       const std::string& host, LinkMachine& machine, ConnectionId id)
-    : fStream(context, tls, host), fMachine(machine), fId(id), fHasTls(tls != nullptr)
+                       const LinkSettings& settings, LinkMachine& machine,
+                       const LinkAction::Connect& wanted)
+    : fStream(context, tls, settings, wanted.node->host),
+      fMachine(machine),
+      fId(wanted.connection),
+      fHasTls(tls != nullptr)
 {
 }
 

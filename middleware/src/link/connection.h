@@ -21,7 +21,8 @@ class Connection : public std::enable_shared_from_this<Connection>
 public:
     /// With `tls` or null. The handlers of `context` run no longer than `machine` lives.
     Connection(boost::asio::io_context& context, const std::shared_ptr<TlsContext>& tls,
-               const std::string& host, LinkMachine& machine, ConnectionId id);
+               const LinkSettings& settings, LinkMachine& machine,
+               const LinkAction::Connect& wanted);
 
     void open(const LinkAddress& address);
     void startTls();

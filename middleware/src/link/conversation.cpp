@@ -32,7 +32,8 @@ void Conversation::await(Time now, const Outbox::Slice& slice)
 void Conversation::expectFirst()
 {
     const Awaited& first = fAwaited.front();
-    fReader.expect(first.replies, first.asking->inquiry->sink(), first.asking->progress);
+    fWatch.handOnTo(first.asking->inquiry->sink());
+    fReader.expect(first.replies, fWatch, first.asking->progress);
 }
 
 // That the network takes more is a sign of life only while nothing else could come.

@@ -3,6 +3,7 @@
 
 #include "link/link_actions.h"
 #include "link/outbox.h"
+#include "link/redirection_watch.h"
 #include "link/round_trip.h"
 #include "wire/reply_reader.h"
 
@@ -54,6 +55,10 @@ public:
     /// The next inquiry that is sent and answered, if any: it is no longer under way.
     AskingPtr takeWhole();
 
+    /// An error that tells of another node, in reply to what was sent since the last call; empty:
+    /// there was none.
+    std::string takeRedirection() { return fWatch.takeError(); }
+
     /// Whether anything is being written, or awaited.
     bool isBusy() const { return fIsWriting || !fAwaited.empty(); }
     /// What the other side has to do next, for messages, while busy: "GET awaits its reply".
@@ -81,6 +86,7 @@ private:
 
     const ConnectionId fConnection;
     ReplyReader fReader;
+    RedirectionWatch fWatch;
     Outbox fOutbox;
     std::uint64_t& fSlices;
     std::deque<Awaited> fAwaited;

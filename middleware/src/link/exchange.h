@@ -33,6 +33,8 @@ public:
 
     const Deadline& deadline() const { return fDeadline; }
     const void* flow() const { return fFlow; }
+    /// Whether its answer is that to getListData, of which the link's status tells.
+    virtual bool isOfList() const { return true; }
     /// What is wrong when it is not over at its deadline.
     std::string lateness() const
     {

@@ -3,6 +3,7 @@
 
 #include "link/inquiry.h"
 #include "link/link_settings.h"
+#include "link/owner_search.h"
 #include "wire/status_sink.h"
 
 #include <memory>
@@ -11,7 +12,7 @@
 namespace zo {
 
 /// What a link says first on a new connection, and what the answers mean: login, whether the
-/// server is ready, and a name for its list of clients.
+/// server is ready, a name for its list of clients, and what else it is asked.
 class Greeting
 {
 public:
@@ -23,7 +24,9 @@ public:
         Refused   ///< not to be tried again
     };
 
-    explicit Greeting(const LinkSettings& settings);
+    /// With `question` behind it, or null. `logsIn`: if the settings have a login.
+    explicit Greeting(const LinkSettings& settings, const OwnerSearch::Question* question = nullptr,
+                      bool logsIn = true);
 
     const std::shared_ptr<const Inquiry>& inquiry() const { return fInquiry; }
 

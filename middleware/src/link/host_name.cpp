@@ -10,9 +10,11 @@ namespace zo {
 
 namespace {
 
+constexpr std::size_t longestHost = 255;
+
 bool canBeInHost(char byte)
 {
-    constexpr std::string_view around = "[]/@\x7f";
+    constexpr std::string_view around = "[]/@,\x7f";
     return static_cast<unsigned char>(byte) > ' ' && around.find(byte) == std::string_view::npos;
 }
 
@@ -21,6 +23,12 @@ bool canBeInHost(char byte)
 bool canBeHost(const std::string& host)
 {
     return !host.empty() && std::all_of(host.begin(), host.end(), canBeInHost);
+}
+
+bool canBeNode(const ZoAddress& node)
+{
+    return canBeHost(node.host) && node.host.size() <= longestHost && node.port >= 1 &&
+           node.port <= ZoAddress::fHighestPort;
 }
 
 bool isNumericHost(const std::string& host)

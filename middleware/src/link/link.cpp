@@ -4,6 +4,7 @@
 #include "link/link_companion.h"
 #include "link/link_driver.h"
 #include "link/quiet_thread.h"
+#include "link/redirection.h"
 
 #include <zo/error.h>
 
@@ -51,14 +52,20 @@ Link::~Link()
     fThread.join();
 }
 
-void Link::open()
+void Link::beginAnewIfDown()
 {
-    {
-        const std::lock_guard<std::mutex> lock(fBeginning);
-        if (fState.hasFailed())
-            begin(settings());
-    }
-    fState.waitForFirstAttempt(SteadyClock::now() + settings()->options.connectTimeout +
+    const std::lock_guard<std::mutex> lock(fBeginning);
+    if (fState.hasFailed())
+        begin(settings());
+}
+
+// Each node that it leads to may take its time.
+void Link::waitUntilOpen()
+{
+    const auto current = settings();
+    const bool isSearched = current->slot() || !current->options.sentinel.empty();
+    const int nodes = isSearched ? OwnerSearch::fMostHops : 1;
+    fState.waitForFirstAttempt(SteadyClock::now() + nodes * current->options.connectTimeout +
                                attemptGrace);
 }
 
@@ -68,6 +75,12 @@ void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
     // Each of those that share it may ask: a login that is refused once is enough.
     if (!fState.isOpening() || !isSameWay(*settings, *this->settings()))
         begin(settings);
+}
+
+void Link::disconnect()
+{
+    const std::lock_guard<std::mutex> lock(fBeginning);
+    fDriver->disconnect();
 }
 
 // The driver waits for its thread, which may wait for whoever asks for the settings.
@@ -88,6 +101,7 @@ std::shared_ptr<const LinkSettings> Link::settings() const
 ZoLinkStatus Link::status() const
 {
     ZoLinkStatus status = fState.status();
+    status.step = fPulse.step();
     const RecentTraffic traffic = fPulse.traffic();
     const auto now = SteadyClock::now();
     const TrafficRates rates = traffic.rates(now);
@@ -97,8 +111,7 @@ ZoLinkStatus Link::status() const
     if (traffic.tally().answers > 0)
         status.answerAge =
             std::chrono::round<std::chrono::milliseconds>(now - traffic.tally().newestAnswer);
-    if (fPulse.roundTrip().count() > 0)
-        status.roundTrip = fPulse.roundTrip();
+    status.roundTrip = fPulse.knownRoundTrip();
     if (fCompanion)
         status.following = fCompanion->following(now);
     return status;
@@ -134,8 +147,12 @@ ZoError Link::error(const std::string& problem) const
 
 ZoError Link::refusal(const std::string& command, const std::string& text) const
 {
+    using Kind = Redirection::Kind;
     const auto current = settings();
-    return current->peer.error("refuses " + command + ": " + current->peer.quote(text));
+    const Kind kind = readRedirection(text, {}).kind;
+    const bool isMoving = kind == Kind::Ask || kind == Kind::TryAgain;
+    const std::string hint = isMoving ? " (its keys are just moving to another node)" : "";
+    return current->peer.error("refuses " + command + ": " + current->peer.quote(text) + hint);
 }
 
 } // namespace zo

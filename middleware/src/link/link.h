@@ -32,14 +32,19 @@ public:
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    /// Waits for the connection, and begins anew when it is down and no first attempt is under way.
-    /// Throws ZoError when that attempt fails.
-    void open();
+    /// Begins anew when it is down and no first attempt is under way, and does not wait for the
+    /// result. Throws ZoError when its settings cannot be used any more.
+    void beginAnewIfDown();
+    /// Waits for the end of the first attempt. Throws ZoError when that fails.
+    void waitUntilOpen();
 
     /// Begins anew with other settings of the same robot, and does not wait for the result; nothing
     /// happens when that is under way already. Throws ZoError, and changes nothing, when these
     /// cannot be used.
     void reconnect(const std::shared_ptr<const LinkSettings>& settings);
+
+    /// Goes down, and stays so until somebody begins anew.
+    void disconnect();
 
     std::shared_ptr<const LinkSettings> settings() const;
     bool isUp() const { return fState.isUp(); }

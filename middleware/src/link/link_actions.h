@@ -4,6 +4,7 @@
 #include "link/asking.h"
 #include "link/deadline.h"
 #include "link/exchange.h"
+#include "link/node.h"
 #include "link/shared_text.h"
 
 #include <boost/asio/ip/tcp.hpp>
@@ -28,21 +29,26 @@ struct LinkCondition
     bool isUp = false;
     bool isOpening = true;         ///< the first attempt with these settings is under way
     bool isRefused = false;        ///< the robot wants us not: there are no further attempts
+    bool isClosed = false;         ///< nobody wants it: there are no attempts
     SharedText cause;              ///< why it is down; null while it is up
+    NodePtr node;                  ///< where it is up; null while it is down
+    bool isInCluster = false;      ///< that node is one of a cluster
     SteadyClock::time_point since; ///< of the last change of `isUp`
 };
 
 /// What the machine of a link wants done. None of it throws when copied or moved.
 struct LinkAction
 {
-    struct LookUp ///< find the robot's addresses
+    struct LookUp ///< find the addresses of a node
     {
         int number;
+        NodePtr node;
     };
     struct Connect ///< open a connection
     {
         ConnectionId connection;
         LinkAddress address;
+        NodePtr node; ///< whose address it is
     };
     struct StartTls ///< agree on encryption, and check the certificate if the options say so
     {

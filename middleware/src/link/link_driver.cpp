@@ -89,7 +89,7 @@ void LinkDriver::poll()
 void LinkDriver::act()
 {
     // First: whoever is told of an answer finds it counted.
-    fPulse.set(fMachine.lastHeard(), fMachine.roundTrip());
+    fPulse.set(fMachine.step(), fMachine.lastHeard(), fMachine.roundTrip());
     fPulse.note(SteadyClock::now(), fMachine.tally());
     while (const auto action = fMachine.nextAction())
         std::visit([this](const auto& what) { execute(what); }, *action);
@@ -118,11 +118,25 @@ void LinkDriver::abandon(const std::shared_ptr<Exchange>& exchange)
 void LinkDriver::reconnect(const std::shared_ptr<const LinkSettings>& settings,
                            const std::shared_ptr<TlsContext>& tls)
 {
-    std::promise<void> isTold;
-    asio::post(*fContext, [this, settings, tls, &isTold] {
+    decide([&] {
         fSettings = settings;
         fTls = tls;
         fMachine.reconnect(SteadyClock::now(), settings);
+    });
+}
+
+void LinkDriver::disconnect()
+{
+    decide([this] { fMachine.disconnect(SteadyClock::now()); });
+}
+
+/// Does `step` on the I/O thread, and waits until the state tells what came of it.
+template <class Step>
+void LinkDriver::decide(Step step)
+{
+    std::promise<void> isTold;
+    asio::post(*fContext, [this, &step, &isTold] {
+        step();
         fState.set(fMachine.condition());
         isTold.set_value();
     });
@@ -135,7 +149,7 @@ void LinkDriver::execute(const LinkAction::LookUp& action)
         fMachine.lookedUp(SteadyClock::now(), number, found.addresses, found.problem);
     };
     try {
-        lookUp(fContext, fSettings->peer.host(), fSettings->peer.port(), report);
+        lookUp(fContext, fSettings->hostToLookUp(*action.node), action.node->port, report);
     } catch (const std::exception& error) {
         fMachine.lookedUp(SteadyClock::now(), action.number, {}, error.what());
     }
@@ -143,8 +157,8 @@ void LinkDriver::execute(const LinkAction::LookUp& action)
 
 void LinkDriver::execute(const LinkAction::Connect& action)
 {
-    const auto connection = std::make_shared<Connection>(*fContext, fTls, fSettings->peer.host(),
-                                                         fMachine, action.connection);
+    const auto connection =
+        std::make_shared<Connection>(*fContext, fTls, *fSettings, fMachine, action);
     fConnections.emplace(action.connection, connection);
     connection->open(action.address);
 }

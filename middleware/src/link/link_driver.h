@@ -41,8 +41,12 @@ public:
     /// Begins anew. When it returns, the state tells so.
     void reconnect(const std::shared_ptr<const LinkSettings>& settings,
                    const std::shared_ptr<TlsContext>& tls);
+    /// Goes down until `reconnect`. When it returns, the state tells so.
+    void disconnect();
 
 private:
+    template <class Step>
+    void decide(Step step);
     void attend();
     void sendDue();
     Time wakeAt() const;

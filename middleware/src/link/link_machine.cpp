@@ -9,7 +9,7 @@ namespace zo {
 
 namespace {
 
-std::string told(const Peer& peer, const ReplyProblem& problem)
+std::string quoted(const Peer& peer, const ReplyProblem& problem)
 {
     if (problem.sent.empty())
         return problem.text;
@@ -22,9 +22,12 @@ LinkMachine::LinkMachine(std::shared_ptr<const LinkSettings> settings, std::uint
                          ReplySink* pushes)
     : fSettings(std::move(settings)),
       fOutOfMemory(sharedText(fSettings->peer.says("out of memory"))),
+      fDisconnected(sharedText(fSettings->peer.says("disconnected on request"))),
       fEnded(sharedText(fSettings->peer.says("the link is closed"))),
       fTraffic(fActions, pushes),
-      fBackOff(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax, seed)
+      fBackOff(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax, seed),
+      fSearch(fSettings),
+      fApproach(fActions)
 {
     fCondition.cause = sharedText(fSettings->peer.says("not connected yet"));
 }
@@ -47,7 +50,8 @@ LinkMachine::Time LinkMachine::wakeAt() const noexcept
     if (fStage == Stage::Waiting)
         return fRetryAt;
     if (isTrying())
-        return fStage == Stage::Connecting ? std::min(fAttemptEnd, fRace->nextAt()) : fAttemptEnd;
+        return fStage == Stage::Connecting ? std::min(fAttemptEnd, fApproach.nextAt())
+                                           : fAttemptEnd;
     return fStage == Stage::Up ? fTraffic.attentionAt() : Time::max();
 }
 
@@ -58,9 +62,9 @@ void LinkMachine::woken(Time now) noexcept
             beginAttempt(now);
         else if (isTrying() && now >= fAttemptEnd)
             fail(now, "no connection within " + inMilliseconds(fSettings->options.connectTimeout) +
-                          ", while " + stageName());
+                          ", while " + nameOfStep());
         else if (fStage == Stage::Connecting)
-            connectNext(now);
+            fApproach.connectNext(now);
         else if (fStage == Stage::Up)
             attend(now);
     });
@@ -74,7 +78,7 @@ void LinkMachine::attend(Time now)
 
 void LinkMachine::failed(Time now) noexcept
 {
-    if (fStage != Stage::Refused)
+    if (!isAtRest())
         guarded(now, [&] { goDown(now, Stage::Waiting, fOutOfMemory); });
 }
 
@@ -86,57 +90,46 @@ void LinkMachine::start(Time now) noexcept
 
 void LinkMachine::beginAttempt(Time now)
 {
+    approach(now, fSearch.begin());
+}
+
+/// Goes to one of `nodes`. Each node that an attempt leads to has its own time.
+void LinkMachine::approach(Time now, const Nodes& nodes)
+{
     fStage = Stage::LookingUp;
     fAttemptEnd = now + fSettings->options.connectTimeout;
-    if (!fFound.empty())
-        beginRace(now, std::exchange(fFound, {}));
-    else if (fLookUps.isAnotherNeeded(now))
-        fActions.push(LinkAction::LookUp{fLookUps.begin(now)});
+    if (fApproach.begin(now, fAttemptEnd, nodes))
+        fStage = Stage::Connecting;
+    fApproach.connectNext(now);
 }
 
 void LinkMachine::lookedUp(Time now, int number, const std::vector<LinkAddress>& addresses,
                            const std::string& problem) noexcept
 {
     guarded(now, [&] {
-        const bool isNewest = fLookUps.end(number);
-        if (fStage == Stage::Waiting)
-            fFound = addresses; // too late for that attempt, in time for the next
-        if (fStage != Stage::LookingUp)
-            return;
-        if (!addresses.empty())
-            beginRace(now, addresses);
-        else if (isNewest)
+        if (fStage == Stage::Waiting) // too late for that attempt, in time for the next
+            return fApproach.lookedUpMeanwhile(number, addresses);
+        const Approach::News news = fApproach.lookedUp(now, number, addresses);
+        if (news == Approach::News::Way)
+            fStage = Stage::Connecting;
+        else if (news == Approach::News::End)
             fail(now, problem);
     });
-}
-
-void LinkMachine::beginRace(Time now, const std::vector<LinkAddress>& addresses)
-{
-    fRace.emplace(addresses, fAttemptEnd - now);
-    fStage = Stage::Connecting;
-    connectNext(now);
-}
-
-void LinkMachine::connectNext(Time now)
-{
-    if (const auto address = fRace->next(now)) {
-        fRace->started(++fNewest);
-        fActions.push(LinkAction::Connect{fNewest, *address});
-    }
 }
 
 void LinkMachine::connected(Time now, ConnectionId connection) noexcept
 {
     guarded(now, [&] {
-        if (fRace && fRace->leave(connection))
-            take(now, connection);
+        if (const NodePtr node = fApproach.leave(connection))
+            take(now, connection, node);
     });
 }
 
-void LinkMachine::take(Time now, ConnectionId winner)
+void LinkMachine::take(Time now, ConnectionId winner, const NodePtr& node)
 {
     closeConnections();
     fCurrent = winner;
+    fNode = node;
     if (!fSettings->options.tls)
         return greet(now);
     fStage = Stage::Securing;
@@ -154,7 +147,8 @@ void LinkMachine::secured(Time now, ConnectionId connection) noexcept
 void LinkMachine::greet(Time now)
 {
     fStage = Stage::Greeting;
-    fGreeting.emplace(*fSettings);
+    const bool isSentinel = fSearch.asksSentinel();
+    fGreeting.emplace(*fSettings, fSearch.ask(), !isSentinel);
     fTraffic.open(now, fCurrent, fSettings, fGreeting->inquiry());
 }
 
@@ -165,10 +159,13 @@ void LinkMachine::received(Time now, ConnectionId connection, std::string_view b
             return;
         fLastHeard = now;
         const ReplyProblem problem = fTraffic.received(now, bytes);
-        if (problem.text.empty())
+        if (!problem.text.empty())
+            return fail(now, quoted(fSettings->peer, problem));
+        const std::string redirection = isUp() ? fTraffic.takeRedirection() : std::string();
+        if (redirection.empty())
             goOn(now);
         else
-            fail(now, told(fSettings->peer, problem));
+            turn(now, redirection);
     });
 }
 
@@ -201,18 +198,45 @@ void LinkMachine::judgeGreeting(Time now)
         return refuse(now, fGreeting->problem(fSettings->peer));
     case Greeting::Verdict::Welcome:
         if (fTraffic.endGreeting(now))
-            goUp(now);
+            arrive(now);
+    }
+}
+
+/// A node bids welcome: it may know of another.
+void LinkMachine::arrive(Time now)
+{
+    const OwnerSearch::Lead lead = fSearch.judge(fNode);
+    if (!lead.problem.empty())
+        return fail(now, lead.problem);
+    if (!lead.node)
+        return goUp(now);
+    closeConnections();
+    fGreeting.reset();
+    fTraffic.close(nullptr);
+    approach(now, {lead.node});
+}
+
+/// A node that was the robot's says that it is no longer, or never was.
+void LinkMachine::turn(Time now, const std::string& error)
+{
+    switch (fSearch.turned(now, error, *fNode)) {
+    case OwnerSearch::Turn::None:
+        return goOn(now);
+    case OwnerSearch::Turn::Anew:
+        return fail(now, fSearch.reason());
+    case OwnerSearch::Turn::Refusal:
+        return refuse(now, fSearch.reason());
     }
 }
 
 void LinkMachine::closed(Time now, ConnectionId connection, const std::string& problem) noexcept
 {
     guarded(now, [&] {
-        if (fRace && fRace->leave(connection)) {
+        if (const NodePtr node = fApproach.leave(connection)) {
             fActions.push(LinkAction::Close{connection});
-            connectNext(now);
-            if (fRace->isOver())
-                fail(now, problem);
+            fApproach.connectNext(now);
+            if (fApproach.isOver())
+                goDown(now, Stage::Waiting, told(node, problem));
         } else if (isCurrent(connection)) {
             fail(now, problem);
         }
@@ -227,14 +251,30 @@ void LinkMachine::refused(Time now, ConnectionId connection, const std::string& 
     });
 }
 
-const char* LinkMachine::stageName() const
+ZoLinkStatus::Step LinkMachine::step() const
 {
     switch (fStage) {
     case Stage::LookingUp:
-        return "looking up the host";
+        return ZoLinkStatus::Step::LookUp;
     case Stage::Connecting:
-        return "connecting";
+        return ZoLinkStatus::Step::Connection;
     case Stage::Securing:
+        return ZoLinkStatus::Step::Tls;
+    case Stage::Greeting:
+        return ZoLinkStatus::Step::Login;
+    default:
+        return ZoLinkStatus::Step::None;
+    }
+}
+
+const char* LinkMachine::nameOfStep() const
+{
+    switch (step()) {
+    case ZoLinkStatus::Step::LookUp:
+        return "looking up the host";
+    case ZoLinkStatus::Step::Connection:
+        return "connecting";
+    case ZoLinkStatus::Step::Tls:
         return "setting up TLS";
     default:
         return "authenticating";
@@ -246,18 +286,27 @@ void LinkMachine::goUp(Time now)
     fGreeting.reset();
     fStage = Stage::Up;
     fUpSince = now;
+    fSearch.settle(fNode);
     setCondition(now, true, nullptr);
 }
 
 /// The end of an attempt, or of a link that was up. Another attempt follows.
 void LinkMachine::fail(Time now, const std::string& problem)
 {
-    goDown(now, Stage::Waiting, sharedText(fSettings->peer.says(problem)));
+    goDown(now, Stage::Waiting, told(fNode ? fNode : fApproach.goal(), problem));
 }
 
 void LinkMachine::refuse(Time now, const std::string& problem)
 {
-    goDown(now, Stage::Refused, sharedText(fSettings->peer.says(problem)));
+    goDown(now, Stage::Refused, told(fNode, problem));
+}
+
+/// What `node` has to do with it; null: none has.
+SharedText LinkMachine::told(const NodePtr& node, const std::string& problem) const
+{
+    const bool isOther = node && !(*node == *fSettings->nodes.front());
+    return sharedText(
+        fSettings->peer.says(isOther ? "node " + node->toText() + ": " + problem : problem));
 }
 
 // Needs no memory: it is what happens when there is none.
@@ -266,8 +315,10 @@ void LinkMachine::goDown(Time now, Stage next, const SharedText& cause) noexcept
     if (fStage == Stage::Up && now - fUpSince >= fSteady)
         fBackOff.startOver();
     fStage = next;
+    if (fSearch.isHeard())
+        fBackOff.shorten(fMostWaitOfCluster);
     if (next == Stage::Waiting)
-        fRetryAt = now + fBackOff.next();
+        fRetryAt = fSearch.takeHurry() ? now : now + fBackOff.next();
     closeConnections();
     fGreeting.reset();
     setCondition(now, false, cause); // first: who learns that its call failed finds the link down
@@ -276,11 +327,8 @@ void LinkMachine::goDown(Time now, Stage next, const SharedText& cause) noexcept
 
 void LinkMachine::closeConnections() noexcept
 {
-    if (fRace) {
-        for (const ConnectionId connection : fRace->running())
-            fActions.push(LinkAction::Close{connection});
-        fRace.reset();
-    }
+    fApproach.end();
+    fNode.reset();
     if (fCurrent != 0)
         fActions.push(LinkAction::Close{std::exchange(fCurrent, 0)});
 }
@@ -292,7 +340,10 @@ void LinkMachine::setCondition(Time now, bool isUp, const SharedText& cause) noe
     fCondition.isUp = isUp;
     fCondition.isOpening = fStage == Stage::LookingUp;
     fCondition.isRefused = fStage == Stage::Refused;
+    fCondition.isClosed = fStage == Stage::Closed;
     fCondition.cause = cause;
+    fCondition.node = isUp ? fNode : nullptr;
+    fCondition.isInCluster = isUp && fSearch.isInCluster();
     fActions.push(LinkAction::Tell{fCondition});
 }
 
@@ -320,11 +371,17 @@ void LinkMachine::reconnect(Time now, std::shared_ptr<const LinkSettings> settin
 {
     guarded(now, [&] {
         fSettings = std::move(settings);
+        fSearch.use(fSettings);
         fBackOff.setBounds(fSettings->options.reconnectWait, fSettings->options.reconnectWaitMax);
         goDown(now, Stage::LookingUp, sharedText(fSettings->peer.says("connecting anew")));
         fBackOff.startOver();
         beginAttempt(now);
     });
+}
+
+void LinkMachine::disconnect(Time now) noexcept
+{
+    guarded(now, [&] { goDown(now, Stage::Closed, fDisconnected); });
 }
 
 void LinkMachine::stop(Time now) noexcept

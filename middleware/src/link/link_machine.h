@@ -2,13 +2,15 @@
 #pragma once
 
 #include "link/action_queue.h"
-#include "link/address_race.h"
+#include "link/approach.h"
 #include "link/back_off.h"
 #include "link/greeting.h"
 #include "link/link_actions.h"
 #include "link/link_settings.h"
-#include "link/look_ups.h"
+#include "link/owner_search.h"
 #include "link/traffic.h"
+
+#include <zo/link_status.h>
 
 #include <memory>
 #include <optional>
@@ -33,7 +35,8 @@ namespace zo {
 /// - `woken` comes at `wakeAt()`, which each event may change, or later. It is the only event in
 ///   which time decides: the driver first reports what has happened until then, so that bytes
 ///   which have arrived count even when it was held up. Coming too early does no harm.
-/// - LookUp is answered by one `lookedUp` with its number, at any time, or never.
+/// - LookUp is answered by one `lookedUp` with its number, at any time, or never. Several may be
+///   under way.
 /// - Connect is answered by one `connected` or `closed`, or never; StartTls, which comes after
 ///   `connected`, by one `secured`, `refused` or `closed`, or never; each Write, of which there is
 ///   one at a time on a connection, by one `written`, which may come after the reply, or never.
@@ -58,6 +61,8 @@ public:
 
     /// A link that is up so long is no failed attempt: the waits begin anew when it is lost.
     static constexpr std::chrono::milliseconds fSteady{1000};
+    /// The bound of the waits while other nodes of a cluster answer: it soon has a new owner.
+    static constexpr std::chrono::milliseconds fMostWaitOfCluster{500};
 
     /// The random waits follow from `seed`. `pushes` takes what the server sends unasked, and must
     /// outlive this; null: nobody does. Throws only this: std::bad_alloc.
@@ -86,10 +91,13 @@ public:
     void givenUp(Time now, const std::shared_ptr<Exchange>& exchange) noexcept;
 
     void woken(Time now) noexcept;
-    /// The driver could not do an action. A refusal remains: only `reconnect` and `stop` end it.
+    /// The driver could not do an action. A link that is refused or closed stays so.
     void failed(Time now) noexcept;
     /// Begins anew with other settings of the same robot, whatever the state.
     void reconnect(Time now, std::shared_ptr<const LinkSettings> settings) noexcept;
+    /// Goes down for as long as nothing begins anew: only `reconnect` and `stop` end that, as they
+    /// end a refusal.
+    void disconnect(Time now) noexcept;
     void stop(Time now) noexcept;
 
     std::optional<LinkAction::Any> nextAction() noexcept { return fActions.next(); }
@@ -97,6 +105,8 @@ public:
     Time wakeAt() const noexcept;
 
     const LinkCondition& condition() const { return fCondition; }
+    /// What the attempt to connect that is under way is at.
+    ZoLinkStatus::Step step() const;
     /// When the last byte came.
     Time lastHeard() const { return fLastHeard; }
     const RoundTrip& roundTrip() const { return fTraffic.roundTrip(); }
@@ -112,6 +122,7 @@ private:
         Greeting,
         Up,
         Refused,
+        Closed, ///< for now
         Stopped
     };
 
@@ -120,29 +131,34 @@ private:
 
     void beginAttempt(Time now);
     bool isTrying() const { return fStage >= Stage::LookingUp && fStage <= Stage::Greeting; }
+    bool isUp() const { return fStage == Stage::Up; }
+    bool isAtRest() const { return fStage >= Stage::Refused; }
     bool isTalking() const { return fStage == Stage::Greeting || fStage == Stage::Up; }
     bool isCurrent(ConnectionId connection) const
     {
         return fCurrent != 0 && connection == fCurrent;
     }
-    void beginRace(Time now, const std::vector<LinkAddress>& addresses);
-    void connectNext(Time now);
-    void take(Time now, ConnectionId winner);
+    void approach(Time now, const Nodes& nodes);
+    void take(Time now, ConnectionId winner, const NodePtr& node);
     void greet(Time now);
     void goOn(Time now);
     void judgeGreeting(Time now);
+    void arrive(Time now);
+    void turn(Time now, const std::string& error);
     void attend(Time now);
-    const char* stageName() const;
+    const char* nameOfStep() const;
 
     void goUp(Time now);
     void fail(Time now, const std::string& problem);
     void refuse(Time now, const std::string& problem);
+    SharedText told(const NodePtr& node, const std::string& problem) const;
     void goDown(Time now, Stage next, const SharedText& cause) noexcept;
     void closeConnections() noexcept;
     void setCondition(Time now, bool isUp, const SharedText& cause) noexcept;
 
     std::shared_ptr<const LinkSettings> fSettings;
     const SharedText fOutOfMemory;
+    const SharedText fDisconnected;
     const SharedText fEnded;
     ActionQueue fActions;
     Traffic fTraffic;
@@ -150,11 +166,10 @@ private:
 
     Stage fStage = Stage::Waiting;
     LinkCondition fCondition;
-    LookUps fLookUps;
-    std::vector<LinkAddress> fFound;  ///< for the next attempt, which needs no look-up then
-    std::optional<AddressRace> fRace; ///< while connecting
-    ConnectionId fNewest = 0;
+    OwnerSearch fSearch;
+    Approach fApproach;
     ConnectionId fCurrent = 0; ///< the one that has won the race; 0: none has
+    NodePtr fNode;             ///< where it leads
     std::optional<Greeting> fGreeting;
     Time fAttemptEnd;
     Time fRetryAt;

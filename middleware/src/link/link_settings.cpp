@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "link/link_settings.h"
 
+#include "link/hash_slot.h"
+#include "link/host_name.h"
 #include "link/secret_text.h"
+#include "value/printable.h"
+
+#include <zo/error.h>
 
 #include <algorithm>
 #include <tuple>
@@ -37,27 +42,66 @@ std::string clientNameOf(const std::string& name)
     return result;
 }
 
+/// Behind a socket there is but one.
+Nodes nodesOf(const ZoAddress& robot, const ZoBrokerOptions& options)
+{
+    Nodes nodes{std::make_shared<const ZoAddress>(robot)};
+    for (const ZoAddress& further : options.furtherAddresses) {
+        const auto isIt = [&](const NodePtr& node) { return *node == further; };
+        if (!canBeNode(further))
+            throw ZoError("robot address \"" + printable(further.host) + "\" with port " +
+                          std::to_string(further.port) + " is none");
+        if (options.socketPath.empty() && nodes.size() < ZoAddress::fMostAddresses &&
+            std::none_of(nodes.begin(), nodes.end(), isIt))
+            nodes.push_back(std::make_shared<const ZoAddress>(further));
+    }
+    return nodes;
+}
+
 /// All that decides how the robot is reached.
 auto wayOf(const ZoBrokerOptions& options)
 {
     // As bindings, so that none can be forgotten that is new.
-    const auto& [user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile, follow,
-                 notices, connectTimeout, exchangeTimeout, callTimeout, keyListTimeout,
-                 timeoutPerKey, pingInterval, reconnectWait, reconnectWaitMax] = options;
+    const auto& [user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile, socketPath,
+                 prefix, furtherAddresses, sentinel, replica, follow, notices, connectTimeout,
+                 exchangeTimeout, callTimeout, keyListTimeout, timeoutPerKey, pingInterval,
+                 reconnectWait, reconnectWaitMax, later] = options;
     (void)follow;
     (void)notices;
-    return std::tie(user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile,
-                    connectTimeout, exchangeTimeout, callTimeout, keyListTimeout, timeoutPerKey,
-                    pingInterval, reconnectWait, reconnectWaitMax);
+    return std::tie(user, password, tls, tlsVerify, tlsCaFile, tlsCertFile, tlsKeyFile, socketPath,
+                    prefix, furtherAddresses, sentinel, replica, connectTimeout, exchangeTimeout,
+                    callTimeout, keyListTimeout, timeoutPerKey, pingInterval, reconnectWait,
+                    reconnectWaitMax, later);
 }
 
 } // namespace
 
 LinkSettings::LinkSettings(const std::string& host, int port, const ZoBrokerOptions& wanted,
                            const std::string& name)
-    : peer(host, port, wanted.password), options(wanted), clientName(clientNameOf(name))
+    : peer(host, port, wanted.password),
+      options(wanted),
+      clientName(clientNameOf(name)),
+      nodes(nodesOf({host, port}, wanted))
 {
+    ZoBrokerOptions::checkPrefix(options.prefix);
     confine(options);
+}
+
+LinkSettings::LinkSettings(const LinkSettings& last, const ZoBrokerOptions& wanted)
+    : LinkSettings(last.peer.host(), last.peer.port(), wanted, last.clientName)
+{
+    options.prefix = last.options.prefix;
+    options.furtherAddresses = last.options.furtherAddresses;
+    options.sentinel = last.options.sentinel;
+    options.replica = last.options.replica;
+    nodes = last.nodes;
+}
+
+std::optional<int> LinkSettings::slot() const
+{
+    if (!hasHashTag(options.prefix) || !options.sentinel.empty() || !options.socketPath.empty())
+        return {};
+    return hashSlotOf(options.prefix);
 }
 
 LinkSettings::~LinkSettings()
@@ -70,6 +114,12 @@ std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, in
                                                      const std::string& name)
 {
     return std::make_shared<const LinkSettings>(host, port, options, name);
+}
+
+const std::string& LinkSettings::hostToLookUp(const ZoAddress& node) const
+{
+    static const std::string ownMachine = "127.0.0.1";
+    return options.socketPath.empty() ? node.host : ownMachine;
 }
 
 bool isSameWay(const LinkSettings& one, const LinkSettings& other)

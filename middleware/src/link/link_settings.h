@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/node.h"
 #include "link/peer.h"
 
 #include <zo/broker_options.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zo {
@@ -15,17 +17,25 @@ struct LinkSettings
 {
     LinkSettings(const std::string& host, int port, const ZoBrokerOptions& wanted,
                  const std::string& name);
+    /// Those of the same robot and broker as `last`, with other options.
+    LinkSettings(const LinkSettings& last, const ZoBrokerOptions& wanted);
     ~LinkSettings(); ///< wipes the password
     LinkSettings(const LinkSettings&) = delete;
     LinkSettings& operator=(const LinkSettings&) = delete;
 
+    /// Behind a socket the robot has no address: this machine's own stands for it.
+    const std::string& hostToLookUp(const ZoAddress& node) const;
+    /// The slot of the robot's keys, if one it is, wherever that counts: with a tag in the prefix.
+    std::optional<int> slot() const;
+
     Peer peer;
     ZoBrokerOptions options; ///< each duration within bounds that no sum can overflow
     std::string clientName;  ///< as the server's list of clients shows this one
+    Nodes nodes;             ///< the addresses that are given: one at least
 };
 
 /// Settings for the robot at `host` and `port`, for the broker called `name`. Throws ZoError when
-/// there is no such address.
+/// there is no such address, or no such prefix.
 std::shared_ptr<const LinkSettings> makeLinkSettings(const std::string& host, int port,
                                                      const ZoBrokerOptions& options,
                                                      const std::string& name);

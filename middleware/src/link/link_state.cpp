@@ -41,8 +41,17 @@ void LinkState::set(const LinkCondition& condition) noexcept
 ZoLinkStatus LinkState::status() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);
-    return {fCondition.isUp, fSince, fCondition.cause ? *fCondition.cause : std::string(),
-            fCondition.isRefused};
+    ZoLinkStatus status;
+    status.connected = fCondition.isUp;
+    status.since = fSince;
+    status.cause = fCondition.cause ? *fCondition.cause : std::string();
+    status.refused = fCondition.isRefused;
+    status.opening = fCondition.isOpening;
+    status.closed = fCondition.isClosed;
+    if (fCondition.node)
+        status.node = fCondition.node->toText();
+    status.inCluster = fCondition.isInCluster;
+    return status;
 }
 
 int LinkState::connections() const

@@ -8,8 +8,8 @@
 
 namespace zo {
 
-/// Which look-ups are under way. The system's may hang for minutes and cannot be called off; so
-/// the attempts share one, and another is made only after a while, a longer one each time.
+/// Which look-ups of a node are under way. The system's may hang for minutes and cannot be called
+/// off; so the attempts share one, and another is made only after a while, a longer one each time.
 class LookUps
 {
 public:
@@ -23,13 +23,13 @@ public:
         return !fUnderWay || now >= fUnderWay->since + fUnderWay->patience;
     }
 
-    /// Makes a look-up; its number.
-    int begin(Time now)
+    /// Another one begins, with a number above those before.
+    void begin(Time now, int number)
     {
         const auto patience =
             fUnderWay ? std::min(2 * fUnderWay->patience, fMostPatience) : fPatience;
         fUnderWay = UnderWay{now, patience};
-        return ++fNewest;
+        fNewest = number;
     }
 
     /// Whether `number` is the newest look-up. An older one's answer is as good, but its failure

@@ -15,12 +15,14 @@ namespace asio = boost::asio;
 
 namespace {
 
+constexpr std::chrono::milliseconds betweenQuestions{100};
 constexpr std::size_t readBufferSize = std::size_t{64} << 10;
 
 } // namespace
 
-Probe::Probe(std::shared_ptr<const LinkSettings> settings)
+Probe::Probe(std::shared_ptr<const LinkSettings> settings, GoOn goOn)
     : fSettings(std::move(settings)),
+      fGoOn(std::move(goOn)),
       fTls(makeTlsContext(fSettings->options)),
       fContext(std::make_shared<asio::io_context>(1)),
       fKeepRunning(fContext->get_executor()),
@@ -30,8 +32,11 @@ Probe::Probe(std::shared_ptr<const LinkSettings> settings)
 
 void Probe::runUntil(const bool& isDone, Time end)
 {
-    while (!isDone && SteadyClock::now() < end)
-        fContext->run_one_until(end);
+    while (!isDone && SteadyClock::now() < end) {
+        if (fGoOn && !fGoOn())
+            throw ZoError("called off");
+        fContext->run_one_until(std::min(end, SteadyClock::now() + betweenQuestions));
+    }
 }
 
 /// Waits for what `start` starts; `silence` is said when it does not end in time. What is given up
@@ -54,7 +59,7 @@ void Probe::await(Time end, const std::string& silence,
     throw ZoError(problem);
 }
 
-std::vector<LinkAddress> Probe::lookUp()
+std::vector<LinkAddress> Probe::lookUp(const ZoAddress& node)
 {
     struct Answer
     {
@@ -62,7 +67,7 @@ std::vector<LinkAddress> Probe::lookUp()
         LookUpResult result;
     };
     const auto answer = std::make_shared<Answer>();
-    zo::lookUp(fContext, fSettings->peer.host(), fSettings->peer.port(),
+    zo::lookUp(fContext, fSettings->hostToLookUp(node), node.port,
                [answer](const LookUpResult& result) {
                    *answer = {true, result};
                });
@@ -76,11 +81,14 @@ std::vector<LinkAddress> Probe::lookUp()
     return addresses;
 }
 
-void Probe::connect(const LinkAddress& address)
+void Probe::connect(const LinkAddress& address, const std::string& host)
 {
-    fStream = std::make_unique<Stream>(*fContext, fTls, fSettings->peer.host());
+    fStream = std::make_unique<Stream>(*fContext, fTls, *fSettings, host);
+    fReader.emplace();
     await(endOfStep(), "no answer within " + inMilliseconds(fSettings->options.connectTimeout),
           [&](const Done& done) { fStream->connect(address, done); });
+    fReader.emplace();
+    fIsReady = true;
 }
 
 TlsFacts Probe::startTls()
@@ -92,22 +100,29 @@ TlsFacts Probe::startTls()
 
 void Probe::ask(const Inquiry& inquiry)
 {
-    const Time end = endOfStep();
-    const std::string silence = "no reply to " + inquiry.name() + " within " +
-                                inMilliseconds(fSettings->options.connectTimeout);
+    ask(inquiry, Deadline::after(SteadyClock::now(), fSettings->options.connectTimeout));
+}
+
+void Probe::ask(const Inquiry& inquiry, const Deadline& deadline)
+{
+    fIsReady = false;
+    const Time end = deadline.at;
+    const std::string silence =
+        "no reply to " + inquiry.name() + " within " + inMilliseconds(deadline.allowed);
     await(end, silence, [&](const Done& done) {
         fStream->write(
             asio::buffer(*inquiry.bytes()),
             [done, kept = inquiry.bytes()](const ErrorCode& error, std::size_t) { done(error); });
     });
-    fReader.expect(inquiry.part(0).replies, inquiry.sink());
-    while (!fReader.isComplete()) {
-        const std::string_view rest = fReader.read(read(end, silence));
-        if (fReader.hasProblem())
-            throw ZoError(fReader.problem().text);
+    fReader->expect(inquiry.part(0).replies, inquiry.sink());
+    while (!fReader->isComplete()) {
+        const std::string_view rest = fReader->read(read(end, silence));
+        if (fReader->hasProblem())
+            throw ZoError(fReader->problem().text);
         if (!rest.empty())
             throw ZoError("malformed reply: more than was asked for");
     }
+    fIsReady = true;
 }
 
 std::string_view Probe::read(Time end, const std::string& silence)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/deadline.h"
 #include "link/inquiry.h"
 #include "link/link_actions.h"
 #include "link/link_settings.h"
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,15 +25,23 @@ namespace zo {
 class Probe
 {
 public:
-    /// Throws for files of the options that are no good.
-    explicit Probe(std::shared_ptr<const LinkSettings> settings);
+    using GoOn = std::function<bool()>;
 
-    std::vector<LinkAddress> lookUp();
-    void connect(const LinkAddress& address);
+    /// When `goOn`, if there is one, says no, the step that waits throws soon. Throws for files of
+    /// the options that are no good.
+    explicit Probe(std::shared_ptr<const LinkSettings> settings, GoOn goOn = {});
+
+    std::vector<LinkAddress> lookUp(const ZoAddress& node);
+    /// To an address of `host`, in place of the connection that there was, if any.
+    void connect(const LinkAddress& address, const std::string& host);
     /// Returns what was agreed upon.
     TlsFacts startTls();
     /// Sends `inquiry`, and waits until its sink has the whole answer.
     void ask(const Inquiry& inquiry);
+    /// The same, but by that deadline.
+    void ask(const Inquiry& inquiry, const Deadline& deadline);
+    /// Whether all that was asked is answered: more can be asked.
+    bool isReady() const { return fIsReady; }
 
 private:
     using ErrorCode = boost::system::error_code;
@@ -44,12 +54,14 @@ private:
     Time endOfStep() const { return SteadyClock::now() + fSettings->options.connectTimeout; }
 
     const std::shared_ptr<const LinkSettings> fSettings;
+    const GoOn fGoOn;
     const std::shared_ptr<TlsContext> fTls;
     const std::shared_ptr<boost::asio::io_context> fContext; ///< look-ups may hold it longer
     const boost::asio::executor_work_guard<boost::asio::io_context::executor_type> fKeepRunning;
     std::unique_ptr<Stream> fStream;
     std::vector<char> fBuffer;
-    ReplyReader fReader;
+    std::optional<ReplyReader> fReader; ///< of the connection
+    bool fIsReady = false;
 };
 
 } // namespace zo

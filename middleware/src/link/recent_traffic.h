@@ -12,7 +12,7 @@ namespace zo {
 /// What has gone over a link since it was made.
 struct TrafficTally
 {
-    std::uint64_t answers = 0;  ///< whole ones, but those to pings
+    std::uint64_t answers = 0;  ///< to getListData, whole ones
     std::uint64_t received = 0; ///< bytes
     std::uint64_t sent = 0;     ///< bytes
     SteadyClock::time_point newestAnswer = SteadyClock::time_point::min(); ///< when it came

@@ -2,6 +2,7 @@
 #include "link/stream.h"
 
 #include "link/host_name.h"
+#include "link/link_settings.h"
 
 #include <zo/broker_options.h>
 #include <zo/error.h>
@@ -20,6 +21,7 @@
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 #include <utility>
 
@@ -121,8 +123,8 @@ std::string certifiedName(const std::string& host)
 }
 
 Stream::Stream(boost::asio::io_context& context, std::shared_ptr<TlsContext> tls,
-               const std::string& host)
-    : fSocket(context), fContext(std::move(tls))
+               const LinkSettings& settings, const std::string& host)
+    : fSocketPath(settings.options.socketPath), fSocket(context), fContext(std::move(tls))
 {
     if (!fContext)
         return;
@@ -137,18 +139,38 @@ Stream::Stream(boost::asio::io_context& context, std::shared_ptr<TlsContext> tls
 Stream::ErrorCode Stream::open(const Endpoint& endpoint)
 {
     const int handle = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (handle < 0)
-        return ErrorCode(errno, boost::system::system_category());
-    ErrorCode problem;
-    fSocket.assign(endpoint.protocol(), handle, problem);
-    if (problem) {
-        ::close(handle);
+    if (const ErrorCode problem = adopt(handle, endpoint.protocol()))
         return problem;
-    }
     // What is written goes out at once.
     ErrorCode ignored;
     fSocket.set_option(boost::asio::ip::tcp::no_delay(true), ignored);
     return {};
+}
+
+Stream::ErrorCode Stream::connectLocally()
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (fSocketPath.size() >= sizeof address.sun_path)
+        return ErrorCode(ENAMETOOLONG, boost::system::system_category());
+    fSocketPath.copy(address.sun_path, fSocketPath.size());
+    const int handle = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (const ErrorCode problem = adopt(handle, boost::asio::ip::tcp::v4()))
+        return problem;
+    if (::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        return ErrorCode(errno, boost::system::system_category());
+    return {};
+}
+
+Stream::ErrorCode Stream::adopt(int handle, const boost::asio::ip::tcp& protocol)
+{
+    if (handle < 0)
+        return ErrorCode(errno, boost::system::system_category());
+    ErrorCode problem;
+    fSocket.assign(protocol, handle, problem);
+    if (problem)
+        ::close(handle);
+    return problem;
 }
 
 TlsFacts Stream::tlsFacts()

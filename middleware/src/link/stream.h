@@ -3,6 +3,7 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/ssl/context.hpp>
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/asio/write.hpp>
@@ -15,6 +16,8 @@
 struct ZoBrokerOptions;
 
 namespace zo {
+
+struct LinkSettings;
 
 using TlsContext = boost::asio::ssl::context;
 
@@ -42,13 +45,17 @@ public:
     using ErrorCode = boost::system::error_code;
     using Endpoint = boost::asio::ip::tcp::endpoint;
 
-    /// With `tls` or null.
+    /// To `host`, with `tls` or null.
     Stream(boost::asio::io_context& context, std::shared_ptr<TlsContext> tls,
-           const std::string& host);
+           const LinkSettings& settings, const std::string& host);
 
     template <class Handler>
     void connect(const Endpoint& endpoint, Handler handler)
     {
+        if (!fSocketPath.empty()) // which takes no time
+            return boost::asio::post(
+                fSocket.get_executor(),
+                [handler = std::move(handler), problem = connectLocally()] { handler(problem); });
         if (const ErrorCode problem = open(endpoint))
             return handler(problem);
         fSocket.async_connect(endpoint, std::move(handler));
@@ -93,10 +100,13 @@ public:
 
 private:
     ErrorCode open(const Endpoint& endpoint);
+    ErrorCode connectLocally();
+    ErrorCode adopt(int handle, const boost::asio::ip::tcp& protocol);
     /// What the check found wrong with the server's certificate; X509_V_OK: nothing.
     long verdict();
 
-    boost::asio::ip::tcp::socket fSocket;
+    const std::string fSocketPath;
+    boost::asio::ip::tcp::socket fSocket; ///< for the system, that of `fSocketPath` is like any
     const std::shared_ptr<TlsContext> fContext;
     std::optional<boost::asio::ssl::stream<boost::asio::ip::tcp::socket&>> fTls;
 };

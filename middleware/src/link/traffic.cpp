@@ -27,6 +27,7 @@ bool Traffic::endGreeting(Time now)
 {
     if (!fTalk->takeWhole())
         return false;
+    fTalk->takeRedirection(); // whoever asks behind a greeting hears it
     fIdleSince = now;
     return true;
 }
@@ -100,8 +101,10 @@ void Traffic::endAnswered(Time now, const AskingPtr& asking)
                                     [&](const Call& call) { return call.asking == asking; });
     if (found == fCalls.end())
         return;
-    ++fTally.answers;
-    fTally.newestAnswer = now;
+    if (found->exchange->isOfList()) {
+        ++fTally.answers;
+        fTally.newestAnswer = now;
+    }
     fActions.push(LinkAction::End{std::move(found->exchange), nullptr, asking->sent});
     fCalls.erase(found);
 }

@@ -40,6 +40,8 @@ public:
     void written(Time now);
     /// How the bytes violate the protocol, if they do.
     ReplyProblem received(Time now, std::string_view bytes);
+    /// The first error since the last call that tells of another node; empty: there was none.
+    std::string takeRedirection() { return fTalk->takeRedirection(); }
 
     /// When memory runs out it throws, and has done nothing.
     void enqueue(const std::shared_ptr<Exchange>& call);

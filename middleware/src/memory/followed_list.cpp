@@ -34,7 +34,7 @@ FollowedList::FollowedList(const ZoValue& request, FollowedValues& values) : fVa
     std::unordered_map<std::string, int> slots;
     for (int i = 0; i < count; ++i) {
         const std::string& key = requestedKey(request, i);
-        if (!canBeKey(key)) {
+        if (!canBeKey(fValues.prefix(), key)) {
             fSlotOf.push_back(-1);
             continue;
         }
@@ -60,20 +60,31 @@ bool FollowedList::isFor(const ZoValue& request) const
     for (int i = 0; i < count(); ++i) {
         const std::string& key = requestedKey(request, i);
         const int slot = fSlotOf[i];
-        if (slot < 0 ? canBeKey(key) : fSlots[slot].entry->first != key)
+        if (slot < 0 ? canBeKey(fValues.prefix(), key) : fSlots[slot].entry->first != key)
             return false;
     }
     return true;
 }
 
-void FollowedList::called(Time now)
+void FollowedList::called(Time now, bool mayFollow)
 {
-    fPace.called(now);
+    if (isFollowed() || mayFollow)
+        fPace.called(now);
+    else
+        fPace.calledOnce(now);
     fCredit = std::min(fCredit + 1, mostCredit);
     // A round that should have begun by now is late, and one that was just about to begin is not
     // left out because this call comes early.
     fIsUrgent = fIsUrgent || fBeginAt <= now + fPace.period() / 4 || !isFollowed();
     fBeginAt = isFollowed() ? fPace.beginOfRound() : Time::max();
+}
+
+// A first call waits for as long as its answer takes: what the next one is behind its end tells
+// whether its caller asks again and again.
+void FollowedList::waited(Time now)
+{
+    if (!isFollowed())
+        fPace.calledOnce(now);
 }
 
 void FollowedList::hurry()
@@ -94,12 +105,20 @@ bool FollowedList::isShared() const
 std::optional<ZoValue::Elements> FollowedList::answer(Time now, const OwnWrite& lastWrite)
 {
     const bool isNew = fHasAnswer && lastWrite.isSeenFrom(fBehind);
-    if (!isNew || now - fArrived > fPace.freshness())
+    if (!isNew || now - fMade > fPace.freshness())
         return {};
+    fIsGiven = true;
     if (fFailure.empty())
         return fAnswer;
     fHasAnswer = false;
     throw ServerRefusal{std::exchange(fFailure, {})};
+}
+
+bool FollowedList::isNextDueBy(Time time, Time now) const
+{
+    const Time begin =
+        fUnderWay.empty() ? std::max(beginsAt(), now) : fUnderWay.front().round->begin();
+    return begin <= time - fPace.response() && time - fMade <= fPace.freshness();
 }
 
 bool FollowedList::isOutdated() const
@@ -111,7 +130,7 @@ bool FollowedList::isOutdated() const
 
 FollowedList::Time FollowedList::beginsAt() const
 {
-    if (!isRefused() && static_cast<int>(fUnderWay.size()) >= fPace.mostUnderWay())
+    if (underWay() >= fPace.mostUnderWay())
         return Time::max();
     if (isRefused() || (fIsUrgent && fCredit > 0))
         return Time::min();
@@ -119,11 +138,13 @@ FollowedList::Time FollowedList::beginsAt() const
 }
 
 std::shared_ptr<Round> FollowedList::begin(Time now, bool canTell, Places& places,
-                                           std::uint64_t writes)
+                                           std::uint64_t writes, std::uint64_t number)
 {
+    fLastRound = number;
     const bool isMore = isRefused();
     ++fBegun;
     auto round = std::make_shared<Round>(plan(now, canTell, places.newest()), places, now);
+    fPace.planned(static_cast<int>(round->plan()->keys().size()));
     fUnderWay.push_back({round, fBegun, isMore, {writes}});
     if (isMore)
         return round;
@@ -138,13 +159,13 @@ std::shared_ptr<Round> FollowedList::begin(Time now, bool canTell, Places& place
 std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Place newest)
 {
     fKeys.clear();
-    fSingles = std::exchange(fRefused, {});
+    takeRefused();
     const bool isToldNow = canTell && isTold(now);
-    const int noticed = countWritten();
-    if (isToldNow && fSingles.empty())
-        fNotices.told(noticed, static_cast<int>(fSlots.size()), now);
     if (fSingles.empty())
-        chooseKeys(now, isToldNow, canTell && !isFollowed());
+        learnNotices(now, isToldNow);
+    learnRegular();
+    if (fSingles.empty())
+        chooseKeys(now, isToldNow, canTell);
     fPlannedAt = newest;
     const Telling telling = !canTell    ? Telling::Unknown
                             : isToldNow ? Telling::Wanted
@@ -152,54 +173,113 @@ std::shared_ptr<const RoundPlan> FollowedList::plan(Time now, bool canTell, Plac
     const bool isSame = fPlan && fPlan->telling() == telling && fPlan->keys() == fKeys;
     if (isSame && fSingles.empty())
         return fPlan;
-    auto fresh = std::make_shared<const RoundPlan>(fKeys, fSingles, telling);
+    auto fresh = std::make_shared<const RoundPlan>(fKeys, fSingles, telling, fValues.prefix());
     fPlan = fSingles.empty() ? fresh : nullptr;
     return fresh;
 }
 
-void FollowedList::chooseKeys(Time now, bool isTold, bool isOnce)
+void FollowedList::takeRefused()
+{
+    const auto count = std::min(fRefused.size(), std::size_t{fMostSingles});
+    const auto end = fRefused.begin() + static_cast<std::ptrdiff_t>(count);
+    fSingles.assign(fRefused.begin(), end);
+    fRefused.erase(fRefused.begin(), end);
+}
+
+void FollowedList::chooseKeys(Time now, bool isTold, bool canTell)
 {
     if (isTold)
         chooseChanged(now, nextTurn(now));
-    else if (isOnce)
-        chooseMissing(now, nextTurn(now));
+    else if (!isFollowed())
+        chooseMissing(now, canTell);
     else
         std::for_each(fSlots.begin(), fSlots.end(), [&](Slot& slot) { choose(slot, now); });
+    chooseForbidden();
 }
 
 // Adds it to what is asked for, if that may be now; returns whether it may.
 bool FollowedList::choose(Slot& slot, Time now)
 {
     const FollowedValue& followed = slot.entry->second;
-    RoundPlan::Keys& keys = followed.isForbidden ? fSingles : fKeys;
-    if (followed.isPaused(now) ||
-        (followed.isForbidden && keys.size() >= std::size_t{fMostSingles}))
+    if (followed.isPaused(now))
         return false;
-    keys.push_back(slot.entry);
+    if (followed.isForbidden) {
+        fForbidden.push_back(&slot);
+        return false;
+    }
+    fKeys.push_back(slot.entry);
     slot.readBy = fBegun;
     return true;
 }
 
+// Each by itself, and so not many at a time: those whose last trial was longest ago.
+void FollowedList::chooseForbidden()
+{
+    if (fForbidden.size() > std::size_t{fMostSingles}) {
+        const auto end = fForbidden.begin() + fMostSingles;
+        std::nth_element(fForbidden.begin(), end, fForbidden.end(),
+                         [](const Slot* one, const Slot* other) {
+                             return std::pair(one->readBy, one) < std::pair(other->readBy, other);
+                         });
+        fForbidden.erase(end, fForbidden.end());
+    }
+    for (Slot* const slot : fForbidden) {
+        fSingles.push_back(slot->entry);
+        slot->readBy = slot->armedBy = fBegun;
+    }
+    fForbidden.clear();
+}
+
 // Whoever asks once reads what the link does not have, and one key at least, to hear from the
 // robot.
-void FollowedList::chooseMissing(Time now, const Turn& turn)
+void FollowedList::chooseMissing(Time now, bool canTell)
 {
+    const Turn turn = nextTurn(now);
     for (int i = 0; i < static_cast<int>(fSlots.size()); ++i) {
         Slot& slot = fSlots[i];
         const FollowedValue& followed = slot.entry->second;
-        const bool isMissing = !followed.isTold() || followed.writes > 0 || slot.isRegular;
-        if (isMissing || i == 0 || turn.has(i) || turn.isLate(slot))
+        const bool isMissing = !isKnown(followed, now, canTell) || followed.writes > 0;
+        if (isMissing || slot.isRegular || i == 0 || turn.has(i) || turn.isLate(slot))
             choose(slot, now);
     }
 }
 
-// Returns of how many there was a notice since the round before: the new value that comes of it
-// later is no second write. That a key was not written is known only when it was read anew, or a
-// round has come back and it is told of.
-int FollowedList::countWritten()
+// Where the robot tells nothing, what another list has read is known for as long as it could be
+// shown: unless a round of this list was answered that began later.
+bool FollowedList::isKnown(const FollowedValue& followed, Time now, bool canTell) const
+{
+    if (canTell)
+        return followed.isTold();
+    return followed.readAt > followed.noticedAt && followed.askedAt >= fAsked &&
+           now - followed.arrivedAt <= fPace.freshness();
+}
+
+// What was written since the round before. With notices the new value that comes of one later is no
+// second write.
+void FollowedList::learnNotices(Time now, bool isTold)
+{
+    const int all = static_cast<int>(fSlots.size());
+    const Version planned = std::exchange(fPlannedVersion, fValues.version());
+    if (isTold)
+        fNotices.told(countOf([this](const auto& one) { return one.noticedAt > fPlannedAt; }), all,
+                      now);
+    else
+        fNotices.read(countOf([planned](const auto& one) { return one.version > planned; }), all,
+                      now);
+}
+
+template <class Condition>
+int FollowedList::countOf(Condition isIt) const
+{
+    return static_cast<int>(std::count_if(
+        fSlots.begin(), fSlots.end(), [&](const Slot& slot) { return isIt(slot.entry->second); }));
+}
+
+// That a key was not written is known only when it was read anew, or a round has come back and it
+// is told of.
+void FollowedList::learnRegular()
 {
     const bool isNewsHere = std::exchange(fEndedAtPlan, fEnded) < fEnded;
-    int noticed = 0;
     for (Slot& slot : fSlots) {
         const FollowedValue& followed = slot.entry->second;
         const bool isWritten = followed.isWrittenSince(fPlannedAt);
@@ -209,9 +289,7 @@ int FollowedList::countWritten()
         else if (isKnown)
             slot.score = std::max(slot.score - 1, 0);
         slot.isRegular = slot.score >= scoreOfRegular || (slot.isRegular && slot.score > 0);
-        noticed += followed.noticedAt > fPlannedAt ? 1 : 0;
     }
-    return noticed;
 }
 
 // What is asked for already needs not be asked again: a notice that comes before the reply was sent
@@ -221,11 +299,11 @@ void FollowedList::chooseChanged(Time now, const Turn& turn)
     for (int i = 0; i < static_cast<int>(fSlots.size()); ++i) {
         Slot& slot = fSlots[i];
         const FollowedValue& followed = slot.entry->second;
-        const bool isStale = (!followed.isTold() || turn.isLate(slot)) && slot.askedBy <= fEnded;
+        const bool isStale = (!followed.isTold() || turn.isLate(slot)) && slot.armedBy <= fEnded;
         if (!isStale && followed.writes == 0 && !slot.isRegular && !turn.has(i))
             continue;
         if (choose(slot, now))
-            slot.askedBy = fBegun;
+            slot.armedBy = fBegun;
     }
 }
 
@@ -254,7 +332,8 @@ void FollowedList::ended(const std::shared_ptr<Round>& round, bool isAnswered, s
     found->isWhole = true;
     found->behind.sent = order;
     const int keys = static_cast<int>(round->plan()->keys().size());
-    fPace.answered(round->begin(), now, keys, trip);
+    if (keys > 0)
+        fPace.answered(round->begin(), now, keys, trip);
     while (!fUnderWay.empty() && fUnderWay.front().isWhole) {
         const UnderWay whole = std::move(fUnderWay.front());
         fUnderWay.pop_front();
@@ -265,8 +344,10 @@ void FollowedList::ended(const std::shared_ptr<Round>& round, bool isAnswered, s
 void FollowedList::take(const UnderWay& whole, Time now)
 {
     fEnded = whole.number;
+    fAsked = whole.round->begin();
     const Round::Given given = whole.round->giveTo(fValues, now);
     fFailure = whole.round->failure();
+    leaveOutExcess(now);
     if (fFailure.empty())
         fRefused.insert(fRefused.end(), given.refused.begin(), given.refused.end());
     if (!whole.isMore)
@@ -277,7 +358,22 @@ void FollowedList::take(const UnderWay& whole, Time now)
     if (given.isOvertaken && static_cast<int>(fSlots.size()) <= keysPerCommand)
         withdraw();
     else
-        publish(now);
+        publish(now, whole.round->plan()->keys().empty());
+}
+
+// What is more than a link keeps for one list alone is as good as too large.
+void FollowedList::leaveOutExcess(Time now)
+{
+    if (fValues.memory() <= FollowedValues::fMostMemory)
+        return;
+    std::size_t bytes = 0;
+    for (const Slot& slot : fSlots) {
+        bytes += slot.entry->second.bytes;
+        if (bytes <= FollowedValues::fMostMemory)
+            continue;
+        bytes -= slot.entry->second.bytes;
+        fValues.leaveOut(*slot.entry, now);
+    }
 }
 
 // What one command has read together would be shown beside a part of it that is newer.
@@ -287,7 +383,8 @@ void FollowedList::withdraw()
     fIsUrgent = true;
 }
 
-void FollowedList::publish(Time now)
+// When nothing may be asked for, no news comes: what was there is still the newest.
+void FollowedList::publish(Time now, bool isEmpty)
 {
     for (std::size_t i = 0; i < fSlotOf.size(); ++i) {
         if (fSlotOf[i] < 0)
@@ -297,7 +394,10 @@ void FollowedList::publish(Time now)
             fAnswer[i] = followed.value;
     }
     fHasAnswer = true;
-    fArrived = now;
+    fIsGiven = false;
+    fMade = now;
+    if (!isEmpty || fArrived == Time())
+        fArrived = now;
     fAnsweredAt = fValues.version();
     fBehind = fNext;
 }

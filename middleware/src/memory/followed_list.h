@@ -43,7 +43,7 @@ class FollowedList
 public:
     using Time = SteadyClock::time_point;
 
-    /// How many keys that the robot refuses are tried again in one round.
+    /// How many keys that the robot refuses, or may, are asked for one by one in a round.
     static constexpr int fMostSingles = 50;
 
     /// The values of what `request`, the argument of getListData, asks for. Throws ZoError when it
@@ -58,10 +58,12 @@ public:
     int count() const { return static_cast<int>(fSlotOf.size()); }
     const Pace& pace() const { return fPace; }
 
-    /// The caller asks.
-    void called(Time now);
+    /// The caller asks. `mayFollow`: it may become one that asks again and again.
+    void called(Time now, bool mayFollow);
     /// The same while the link is down: it allows no round.
     void calledInVain(Time now) { fPace.called(now); }
+    /// A call that had to wait is over.
+    void waited(Time now);
     /// Whether it asks again and again.
     bool isFollowed() const { return fPace.isKnown(); }
     /// Whether the link has any of its values for another list as well.
@@ -71,11 +73,20 @@ public:
     /// Whether only what was written is read, if the server can tell.
     bool isTold(Time now) const { return isFollowed() && fNotices.pays(now); }
     bool isIdle() const { return fUnderWay.empty(); }
+    /// Rounds.
+    int underWay() const { return static_cast<int>(fUnderWay.size()); }
+    /// The one that began last, among all of the link; 0: none has.
+    std::uint64_t lastRound() const { return fLastRound; }
     /// The newest answer, unless it is too old, or was asked for before the link's own `lastWrite`.
     /// Throws ServerRefusal.
     std::optional<ZoValue::Elements> answer(Time now, const OwnWrite& lastWrite);
+    /// Whether the answer was returned before.
+    bool isGiven() const { return fIsGiven; }
+    /// Whether the next one is expected by `time`, when this one may still be returned.
+    bool isNextDueBy(Time time, Time now) const;
     /// The newest value of the link when the answer was made.
     Version answeredAt() const { return fAnsweredAt; }
+    /// When the newest of its values came.
     Time arrived() const { return fArrived; }
     /// Whether the link has got another value of any of the keys since.
     bool isOutdated() const;
@@ -89,7 +100,9 @@ public:
     Time beginsAt() const;
     /// A round that begins now. `canTell`: the server can send notices. `places` are those of the
     /// link, `writes` counts its own writes that have begun.
-    std::shared_ptr<Round> begin(Time now, bool canTell, Places& places, std::uint64_t writes);
+    /// It is number `round` of the link's rounds.
+    std::shared_ptr<Round> begin(Time now, bool canTell, Places& places, std::uint64_t writes,
+                                 std::uint64_t round);
     /// It is over; without an answer when the link was lost. Its first slice was number `order` of
     /// all that was sent.
     void ended(const std::shared_ptr<Round>& round, bool isAnswered, std::uint64_t order, Time now,
@@ -104,7 +117,7 @@ private:
 
         FollowedValues::Entry* entry;
         int readBy = fNever;    ///< the newest round that asks for it ...
-        int askedBy = 0;        ///< ... and for notices of it, too
+        int armedBy = 0;        ///< ... and for notices of it, too
         int score = 0;          ///< for having been written before each of the last rounds
         bool isRegular = false; ///< it is read in each round, written or not
     };
@@ -134,14 +147,21 @@ private:
     };
 
     std::shared_ptr<const RoundPlan> plan(Time now, bool canTell, Place newest);
-    void chooseKeys(Time now, bool isTold, bool isOnce);
-    void chooseMissing(Time now, const Turn& turn);
+    void chooseKeys(Time now, bool isTold, bool canTell);
+    void chooseMissing(Time now, bool canTell);
+    bool isKnown(const FollowedValue& followed, Time now, bool canTell) const;
     void chooseChanged(Time now, const Turn& turn);
     bool choose(Slot& slot, Time now);
-    int countWritten();
+    void chooseForbidden();
+    void takeRefused();
+    void learnNotices(Time now, bool isTold);
+    template <class Condition>
+    int countOf(Condition isIt) const;
+    void learnRegular();
     Turn nextTurn(Time now);
     void take(const UnderWay& whole, Time now);
-    void publish(Time now);
+    void leaveOutExcess(Time now);
+    void publish(Time now, bool isEmpty);
     void withdraw();
 
     FollowedValues& fValues;
@@ -154,20 +174,26 @@ private:
     Time fBeginAt = Time::max();
     bool fIsUrgent = false;
     std::deque<UnderWay> fUnderWay;
+    std::uint64_t fLastRound = 0;
     int fBegun = 0; ///< rounds
     int fEnded = 0;
-    int fEndedAtPlan = 0;  ///< when the last round was made
-    Place fPlannedAt = 0;  ///< the newest thing when the last round was made
+    int fEndedAtPlan = 0; ///< when the last round was made
+    Place fPlannedAt = 0; ///< the newest thing when the last round was made
+    Version fPlannedVersion = 0;
     int fTurn = 0;         ///< the first slot of the next round's turn
     RoundPlan::Keys fKeys; ///< of the round that is made
     RoundPlan::Keys fSingles;
-    RoundPlan::Keys fRefused; ///< to be asked one by one before there is an answer
+    std::vector<Slot*> fForbidden; ///< that may be tried in it
+    RoundPlan::Keys fRefused;      ///< to be asked one by one before there is an answer
     std::shared_ptr<const RoundPlan> fPlan;
 
     ZoValue::Elements fAnswer;
     bool fHasAnswer = false;
+    bool fIsGiven = false;
     std::string fFailure;
-    Time fArrived;
+    Time fAsked{}; ///< when the newest round began that has been answered
+    Time fMade;    ///< when the answer was
+    Time fArrived; ///< when a robot's reply last made one
     Version fAnsweredAt = 0;
     OwnWrite::Behind fBehind; ///< of the answer
     OwnWrite::Behind fNext;   ///< of the next one

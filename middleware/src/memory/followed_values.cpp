@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "memory/followed_values.h"
 
+#include "memory/key_prefix.h"
+
 #include <algorithm>
 #include <utility>
 #include <variant>
@@ -29,13 +31,23 @@ std::size_t bytesOf(const FollowedValues::Entry& entry)
     return sizeof entry + 4 * sizeof(void*) + entry.first.capacity();
 }
 
+void pause(FollowedValue& followed, FollowedValue::Time now)
+{
+    followed.pause = std::clamp<SteadyClock::duration>(
+        2 * followed.pause, FollowedValues::fShortestPause, FollowedValues::fLongestPause);
+    followed.notBefore = now + followed.pause;
+}
+
 } // namespace
 
 FollowedValues::Entry* FollowedValues::acquire(const std::string& key)
 {
     const auto [found, isNew] = fEntries.try_emplace(key);
-    if (isNew)
+    if (isNew) {
         fMemory += bytesOf(*found);
+        const auto written = fWritten.find(key);
+        found->second.writes = written == fWritten.end() ? 0 : written->second;
+    }
     ++found->second.lists;
     return &*found;
 }
@@ -48,10 +60,19 @@ void FollowedValues::release(Entry* entry)
     fEntries.erase(fEntries.find(entry->first));
 }
 
+void FollowedValues::set(FollowedValue& followed, ZoValue value)
+{
+    followed.value = std::move(value);
+    followed.version = ++fVersion;
+    const std::size_t bytes = bytesOf(followed.value);
+    fMemory += bytes - followed.bytes;
+    followed.bytes = bytes;
+}
+
 bool FollowedValues::put(Entry& entry, ZoValue value, const Reading& reading)
 {
     FollowedValue& followed = entry.second;
-    const auto& [place, isArmed, askedAt] = reading;
+    const auto& [place, isArmed, askedAt, arrivedAt] = reading;
     if (isArmed)
         followed.armedAt = std::max(followed.armedAt, place);
     if (place < followed.readAt)
@@ -59,15 +80,12 @@ bool FollowedValues::put(Entry& entry, ZoValue value, const Reading& reading)
     const bool isFirst = followed.readAt == 0;
     followed.readAt = place;
     followed.askedAt = askedAt;
+    followed.arrivedAt = arrivedAt;
     if (!isFirst && followed.value == value)
         return true;
     if (!isFirst)
         followed.changedAt = place;
-    followed.value = std::move(value);
-    followed.version = ++fVersion;
-    const std::size_t bytes = bytesOf(followed.value);
-    fMemory += bytes - followed.bytes;
-    followed.bytes = bytes;
+    set(followed, std::move(value));
     return true;
 }
 
@@ -76,7 +94,8 @@ bool FollowedValues::read(Entry& entry, ZoValue value, const Reading& reading)
     if (!put(entry, std::move(value), reading))
         return false;
     entry.second.isForbidden = false;
-    entry.second.pause = {};
+    if (!std::exchange(entry.second.isLeftOut, false)) // it may be left out again
+        entry.second.pause = {};
     entry.second.notBefore = {};
     return true;
 }
@@ -85,12 +104,16 @@ bool FollowedValues::readTooLarge(Entry& entry, const Reading& reading, Time now
 {
     if (!put(entry, {}, reading))
         return false;
-    FollowedValue& followed = entry.second;
-    followed.isForbidden = false;
-    followed.pause =
-        std::clamp<SteadyClock::duration>(2 * followed.pause, fShortestPause, fLongestPause);
-    followed.notBefore = now + followed.pause;
+    entry.second.isForbidden = false;
+    pause(entry.second, now);
     return true;
+}
+
+void FollowedValues::leaveOut(Entry& entry, Time now)
+{
+    set(entry.second, {});
+    entry.second.isLeftOut = true;
+    pause(entry.second, now);
 }
 
 bool FollowedValues::refused(Entry& entry, const Reading& reading, Time now)
@@ -103,9 +126,10 @@ bool FollowedValues::refused(Entry& entry, const Reading& reading, Time now)
     return true;
 }
 
-void FollowedValues::noticed(const std::string& key, Place place)
+void FollowedValues::noticed(const std::string& whole, Place place)
 {
-    const auto found = fEntries.find(key);
+    const auto key = nameBehind(fPrefix, whole);
+    const auto found = key ? fEntries.find(std::string(*key)) : fEntries.end();
     if (found != fEntries.end())
         found->second.noticedAt = place;
 }
@@ -119,28 +143,33 @@ void FollowedValues::noticedAll(Place place)
 void FollowedValues::beginWrite(const std::vector<std::string>& keys)
 {
     for (const std::string& key : keys) {
+        const int writes = ++fWritten[key];
         const auto found = fEntries.find(key);
         if (found != fEntries.end())
-            ++found->second.writes;
+            found->second.writes = writes;
     }
 }
 
-// The key may have come to the followed ones in between.
+// The key may have come to the followed ones in between, and the next write may be under way.
 void FollowedValues::endWrite(const std::vector<std::string>& keys, Place place)
 {
     for (const std::string& key : keys) {
+        const auto written = fWritten.find(key);
+        const int left = written == fWritten.end() ? 0 : --written->second;
+        if (written != fWritten.end() && left == 0)
+            fWritten.erase(written);
         const auto found = fEntries.find(key);
         if (found == fEntries.end())
             continue;
         found->second.noticedAt = place;
         found->second.writtenAt = place;
-        if (found->second.writes > 0)
-            --found->second.writes;
+        found->second.writes = left;
     }
 }
 
 void FollowedValues::forget()
 {
+    fWritten.clear();
     for (auto& [key, followed] : fEntries) {
         fMemory -= followed.bytes;
         const int lists = followed.lists;

@@ -30,12 +30,14 @@ struct FollowedValue
     ZoValue value;
     Place readAt = 0;    ///< the reply that brought the value; 0: not read on this connection
     Time askedAt{};      ///< when the round that brought it began
+    Time arrivedAt{};    ///< when it had brought it
     Place armedAt = 0;   ///< the newest reply after which the robot tells of changes
     Place noticedAt = 0; ///< the newest notice of a change
     Place changedAt = 0; ///< the newest reply that brought another value than the one before
     bool isForbidden = false;
     SteadyClock::duration pause{0}; ///< before it is asked for again, when it is too large
     Time notBefore{};               ///< of a forbidden or too large one
+    bool isLeftOut = false;         ///< the value was read, but not kept
     int lists = 0;
     int writes = 0;        ///< of this link's own, under way
     Place writtenAt = 0;   ///< the end of the last one
@@ -60,6 +62,13 @@ public:
     static constexpr std::chrono::seconds fShortestPause{1};
     static constexpr std::chrono::seconds fLongestPause{10};
 
+    /// What values and keys may take, in bytes, before something is left out.
+    static constexpr std::size_t fMostMemory = std::size_t{64} << 20;
+
+    /// On the server the keys are behind `prefix`.
+    explicit FollowedValues(std::string prefix = {}) : fPrefix(std::move(prefix)) {}
+    const std::string& prefix() const { return fPrefix; }
+
     /// The entry of `key`, for one more list: stays where it is until that list has released it.
     Entry* acquire(const std::string& key);
     void release(Entry* entry);
@@ -70,6 +79,7 @@ public:
         Place place;
         bool isArmed; ///< the robot tells of changes from then on
         Time askedAt;
+        Time arrivedAt{};
     };
 
     // A reading that is older than what is here changes nothing: false.
@@ -77,10 +87,13 @@ public:
     bool read(Entry& entry, ZoValue value, const Reading& reading);
     /// It had a value that is too large.
     bool readTooLarge(Entry& entry, const Reading& reading, Time now);
+    /// Its value is not kept: there are too many others.
+    void leaveOut(Entry& entry, Time now);
     /// The robot refuses the key.
     bool refused(Entry& entry, const Reading& reading, Time now);
 
-    void noticed(const std::string& key, Place place);
+    /// The server tells of the key that it calls `whole`.
+    void noticed(const std::string& whole, Place place);
     /// Any key may have changed.
     void noticedAll(Place place);
     /// A write of this link's own is under way. It ends once, whatever becomes of it, unless the
@@ -97,9 +110,12 @@ public:
     std::size_t memory() const { return fMemory; }
 
 private:
+    void set(FollowedValue& followed, ZoValue value);
     bool put(Entry& entry, ZoValue value, const Reading& reading);
 
+    const std::string fPrefix;
     std::unordered_map<std::string, FollowedValue> fEntries;
+    std::unordered_map<std::string, int> fWritten; ///< so many writes under way, of any key
     std::size_t fMemory = 0;
     Version fVersion = 0;
 };

@@ -9,12 +9,17 @@ namespace zo {
 Follower::Asked Follower::ask(Time now, const FollowingCaller& caller, const ZoValue& request)
 {
     forgetLeft(now);
+    forgetExcess();
     List list = find(caller, request);
     list = list ? used(list) : add(caller, request);
-    list->called(now);
-    if (auto values = answer(now, list))
+    list->called(now, hasRoom());
+    const bool isWorthWaiting =
+        list->isGiven() && (!list->isFollowed() || list->isNextDueBy(now + fMoment, now));
+    auto values = answer(now, list);
+    if (values && !isWorthWaiting)
         return {std::move(values), list, Patience::None};
-    list->hurry();
+    if (!values)
+        list->hurry();
     if (!list->isFollowed())
         return {{}, list, list->isShared() ? Patience::OneWay : Patience::Full};
     const bool isComing = !list->isIdle() || list->beginsAt() <= now;
@@ -25,6 +30,11 @@ void Follower::askedInVain(Time now, const FollowingCaller& caller, const ZoValu
 {
     if (const List list = find(caller, request))
         list->calledInVain(now);
+}
+
+std::optional<ZoValue::Elements> Follower::news(Time now, const List& list)
+{
+    return list->isGiven() ? std::nullopt : answer(now, list);
 }
 
 // Who asks for several lists must not see a key go back in time from one to the other.
@@ -69,9 +79,12 @@ std::shared_ptr<Version> Follower::seenBy(const FollowingCaller& caller) const
 Follower::List Follower::add(const FollowingCaller& caller, const ZoValue& request)
 {
     auto list = std::make_shared<FollowedList>(request, fValues);
-    fLists.push_back({caller, list, seenBy(caller)});
-    if (fLists.size() > fMostLists)
-        forgetLeastUsed();
+    const auto seen = seenBy(caller);
+    const auto isOnce = [](const Followed& one) { return !one.list->isFollowed(); };
+    const auto leastUsed = std::find_if(fLists.begin(), fLists.end(), isOnce);
+    if (fLists.size() >= std::size_t{fMostLists} && leastUsed != fLists.end())
+        forget(leastUsed);
+    fLists.push_back({caller, list, seen});
     return list;
 }
 
@@ -84,10 +97,38 @@ void Follower::forgetLeft(Time now)
     fLists.erase(left, fLists.end());
 }
 
-void Follower::forgetLeastUsed()
+// Whether one more may be followed.
+bool Follower::hasRoom() const
 {
-    leave(fLists.front().list);
-    fLists.erase(fLists.begin());
+    const auto isFollowed = [](const Followed& one) { return one.list->isFollowed(); };
+    return std::count_if(fLists.begin(), fLists.end(), isFollowed) < fMostLists &&
+           memory() <= FollowedValues::fMostMemory;
+}
+
+// Those that are followed go last: or else two that are too much together would drive one another
+// out for ever. One that is not stays until its caller has his answer.
+void Follower::forgetExcess()
+{
+    const auto isOnce = [](const Followed& one) { return !one.list->isFollowed(); };
+    const auto isDone = [](const Followed& one) {
+        return !one.list->isFollowed() && one.list->isGiven();
+    };
+    // The values of a list stay until its rounds are over.
+    while (fLeaving.empty() && fLists.size() > 1 && memory() > FollowedValues::fMostMemory) {
+        const auto done = std::find_if(fLists.begin(), fLists.end(), isDone);
+        if (done != fLists.end())
+            forget(done);
+        else if (std::none_of(fLists.begin(), fLists.end(), isOnce))
+            forget(fLists.begin());
+        else
+            return;
+    }
+}
+
+void Follower::forget(std::vector<Followed>::iterator one)
+{
+    leave(one->list);
+    fLists.erase(one);
 }
 
 // What its rounds ask for must stay until they are over.
@@ -138,7 +179,18 @@ Follower::Time Follower::wakeAt() const
     Time at = Time::max();
     for (const Followed& one : fLists)
         at = std::min(at, one.list->beginsAt());
-    return fIsUp ? at : Time::max();
+    return fIsUp && hasWay() ? at : Time::max();
+}
+
+// Whether one more round may be under way.
+bool Follower::hasWay() const
+{
+    int rounds = 0;
+    for (const Followed& one : fLists)
+        rounds += one.list->underWay();
+    for (const List& list : fLeaving)
+        rounds += list->underWay();
+    return rounds < Pace::fMostUnderWay;
 }
 
 std::optional<Follower::Begun> Follower::begin(Time now)
@@ -146,13 +198,24 @@ std::optional<Follower::Begun> Follower::begin(Time now)
     if (!fIsUp)
         return {};
     forgetLeft(now);
+    const List list = hasWay() ? nextToBegin(now) : nullptr;
+    if (!list)
+        return {};
+    const bool isMore = list->isRefused();
+    return Begun{list, list->begin(now, fCanTell, fPlaces, fWrites, ++fRounds), isMore};
+}
+
+// They share the way: the turn is that of the one whose last round began before those of the
+// others.
+Follower::List Follower::nextToBegin(Time now) const
+{
+    List next;
     for (const Followed& one : fLists) {
-        if (one.list->beginsAt() > now)
-            continue;
-        const bool isMore = one.list->isRefused();
-        return Begun{one.list, one.list->begin(now, fCanTell, fPlaces, fWrites), isMore};
+        const bool isDue = one.list->beginsAt() <= now;
+        if (isDue && (!next || one.list->lastRound() < next->lastRound()))
+            next = one.list;
     }
-    return {};
+    return next;
 }
 
 void Follower::ended(const Begun& begun, bool isAnswered, std::uint64_t order, Time now,
@@ -164,8 +227,7 @@ void Follower::ended(const Begun& begun, bool isAnswered, std::uint64_t order, T
         begun.list->leave();
         fLeaving.erase(leaving);
     }
-    while (fLists.size() > 1 && memory() > fMostMemory)
-        forgetLeastUsed();
+    forgetExcess();
 }
 
 ZoLinkStatus::Following Follower::following(Time now) const

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace zo {
@@ -35,20 +36,24 @@ public:
     using Time = SteadyClock::time_point;
     using List = std::shared_ptr<FollowedList>;
 
-    static constexpr std::size_t fMostLists = 16;
-    static constexpr std::size_t fMostMemory = std::size_t{64} << 20; ///< of the values
+    /// Lists that are followed. Another one is not, as long as they are: each of its calls has a
+    /// round of its own, for which it waits.
+    static constexpr int fMostLists = 16;
 
-    /// How long a call that found no answer waits for it.
+    /// How long a call waits at most whose list is followed: more would be seen in a window.
+    static constexpr std::chrono::milliseconds fMoment{5};
+
+    /// How long a call waits that found no answer, or one that was returned before.
     enum class Patience
     {
         None,   ///< not at all
-        Brief,  ///< a moment: more would stop a window
+        Brief,  ///< a moment
         OneWay, ///< a round trip and a little: the link has most of the list
         Full    ///< as for any call
     };
     struct Asked
     {
-        std::optional<ZoValue::Elements> values;
+        std::optional<ZoValue::Elements> values; ///< none: it is worth waiting
         List list;
         Patience patience;
     };
@@ -59,17 +64,23 @@ public:
         bool isMore; ///< the end of the one before it: asks again, key by key
     };
 
+    /// On the server the keys are behind `prefix`.
+    explicit Follower(std::string prefix = {}) : fValues(std::move(prefix)) {}
+
     /// A call of getListData. Throws ZoError when `request` is malformed, and ServerRefusal.
     Asked ask(Time now, const FollowingCaller& caller, const ZoValue& request);
     /// A call that fails, as the link is down: its caller goes on, and keeps his list.
     void askedInVain(Time now, const FollowingCaller& caller, const ZoValue& request);
-    /// Looks again, for a call that waits.
+    /// Looks again, for a call that waits: for an answer that was not returned yet.
+    std::optional<ZoValue::Elements> news(Time now, const List& list);
+    /// The same at its end: for any that may be returned.
     std::optional<ZoValue::Elements> answer(Time now, const List& list);
 
     /// The link is up. `canTell`: its server sends notices.
     void cameUp(bool canTell);
     void wentDown();
-    void noticed(const std::string& key) { fValues.noticed(key, fPlaces.next()); }
+    /// `whole` is what the server calls the key.
+    void noticed(const std::string& whole) { fValues.noticed(whole, fPlaces.next()); }
     void noticedAll() { fValues.noticedAll(fPlaces.next()); }
 
     /// When `begin` is due.
@@ -109,8 +120,12 @@ private:
     List used(const List& list);
     std::shared_ptr<Version> seenBy(const FollowingCaller& caller) const;
     List add(const FollowingCaller& caller, const ZoValue& request);
+    bool hasRoom() const;
+    bool hasWay() const;
+    List nextToBegin(Time now) const;
     void forgetLeft(Time now);
-    void forgetLeastUsed();
+    void forgetExcess();
+    void forget(std::vector<Followed>::iterator one);
     void leave(const List& list);
 
     FollowedValues fValues;
@@ -119,6 +134,7 @@ private:
     std::vector<List> fLeaving;   ///< rounds of theirs are under way
     bool fIsUp = false;
     bool fCanTell = false;
+    std::uint64_t fRounds = 0; ///< that have begun
     std::uint64_t fWrites = 0; ///< that have begun
     OwnWrite fLastWrite;       ///< of those that are over
 };

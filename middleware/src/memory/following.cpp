@@ -17,8 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// More would be seen in a window.
-constexpr milliseconds moment{5};
 // What the robot may take, beside the way, for the few keys that the link has not.
 constexpr milliseconds grace{50};
 
@@ -49,7 +47,8 @@ class SetUpExchange : public Exchange
 {
 public:
     SetUpExchange(Following& following, const NoticesSetUp::Question& question)
-        : Exchange(question.name, question.bytes, 1, question.sink, Deadline::none()),
+        : Exchange(question.name, question.bytes, question.replies, question.sink,
+                   Deadline::none()),
           fFollowing(following)
     {
     }
@@ -59,6 +58,7 @@ public:
         if (!problem)
             fFollowing.setUpAnswered();
     }
+    bool isOfList() const override { return false; }
 
 private:
     Following& fFollowing;
@@ -66,8 +66,10 @@ private:
 
 } // namespace
 
-Following::Following(bool wantsNotices)
-    : fWantsNotices(wantsNotices), fNoticeSink([this](const std::string* key) { noticed(key); })
+Following::Following(bool wantsNotices, std::string prefix)
+    : fWantsNotices(wantsNotices),
+      fNoticeSink([this](const std::string* key) { noticed(key); }),
+      fFollower(std::move(prefix))
 {
 }
 
@@ -86,8 +88,12 @@ ZoListAnswer Following::values(Link& link, const void* proxy, const ZoValue& req
     try {
         auto asked = fFollower.ask(now, caller, request);
         link.nudge();
-        if (!asked.values)
+        if (!asked.values) {
             asked.values = await(lock, link, asked, now);
+            asked.list->waited(SteadyClock::now());
+        }
+        if (!asked.values)
+            asked.values = fFollower.answer(SteadyClock::now(), asked.list);
         if (asked.values)
             return {ZoValue::fromElements(std::move(*asked.values)), asked.list->arrived(), {}};
     } catch (const ServerRefusal& refusal) {
@@ -104,8 +110,9 @@ Following::Values Following::await(Lock& lock, Link& link, const Follower::Asked
     case Follower::Patience::None:
         return {};
     case Follower::Patience::Brief: {
-        auto values = awaitUntil(lock, asked.list, now + WaitBudget::ofThread().left(now, moment));
-        WaitBudget::ofThread().spend(now, SteadyClock::now());
+        WaitBudget& budget = WaitBudget::ofThread();
+        auto values = awaitUntil(lock, asked.list, now + budget.left(now, Follower::fMoment));
+        budget.spend(now, SteadyClock::now());
         return values;
     }
     case Follower::Patience::OneWay:
@@ -120,7 +127,7 @@ Following::Values Following::awaitUntil(Lock& lock, const Follower::List& list, 
 {
     Values values;
     fChanged.wait_until(lock, until, [&] {
-        values = fFollower.answer(SteadyClock::now(), list);
+        values = fFollower.news(SteadyClock::now(), list);
         return values || !fIsUp;
     });
     return values;

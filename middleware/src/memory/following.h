@@ -23,8 +23,9 @@ class Link;
 class Following : public LinkCompanion
 {
 public:
-    /// `wantsNotices`: servers that can tell what was written are asked to.
-    explicit Following(bool wantsNotices);
+    /// `wantsNotices`: servers that can tell what was written are asked to. There the keys are
+    /// behind `prefix`.
+    explicit Following(bool wantsNotices, std::string prefix = {});
 
     /// The values that `request`, the argument of getListData, asks for, and when they came, for
     /// the caller that the proxy and the calling thread are. Throws ZoError when the request is

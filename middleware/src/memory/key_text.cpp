@@ -18,15 +18,21 @@ std::string quotedKey(std::string_view key)
     return "\"" + printable(key) + "\"";
 }
 
-bool canBeKey(const std::string& key)
+bool endsWith(std::string_view key, std::string_view ending)
 {
-    return key.size() <= longestKey;
+    return key.size() >= ending.size() && key.substr(key.size() - ending.size()) == ending;
 }
 
-void checkKey(const std::string& key)
+bool canBeKey(std::string_view prefix, std::string_view key)
 {
-    if (!canBeKey(key))
-        throw ZoError("key " + quotedKey(key) + " is longer than " +
+    return prefix.size() + key.size() <= longestKey;
+}
+
+void checkKey(std::string_view prefix, std::string_view key)
+{
+    if (!canBeKey(prefix, key))
+        throw ZoError("key " + quotedKey(key) + (prefix.empty() ? "" : " and its prefix") +
+                      (prefix.empty() ? " is" : " are") + " longer than " +
                       std::to_string(longestKey >> 10) + " KiB");
 }
 

@@ -9,10 +9,13 @@ namespace zo {
 /// `key` in quotes, short and printable, for messages.
 std::string quotedKey(std::string_view key);
 
-/// Whether the robot is asked for `key` at all: one of more than 64 KiB names no value of a robot.
-bool canBeKey(const std::string& key);
+bool endsWith(std::string_view key, std::string_view ending);
+
+/// Whether the robot is asked for `key` behind its `prefix` at all: together more than 64 KiB name
+/// no value of a robot.
+bool canBeKey(std::string_view prefix, std::string_view key);
 
 /// Throws ZoError for a key that cannot be one.
-void checkKey(const std::string& key);
+void checkKey(std::string_view prefix, std::string_view key);
 
 } // namespace zo

@@ -9,7 +9,6 @@
 #include <zo/error.h>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace zo {
@@ -29,22 +28,26 @@ std::vector<std::string> keysOf(const ZoValue& request)
 } // namespace
 
 ListRequest::ListRequest(const ZoValue& request,
-                         std::shared_ptr<const ForbiddenKeys::Set> forbidden)
-    : fKeys(std::make_shared<const std::vector<std::string>>(keysOf(request))),
+                         std::shared_ptr<const ForbiddenKeys::Set> forbidden, std::string prefix)
+    : fPrefix(std::move(prefix)),
+      fKeys(std::make_shared<const std::vector<std::string>>(keysOf(request))),
       fForbidden(std::move(forbidden)),
       fKeysPerReply(keysPerCommand)
 {
     fAsked.reserve(fKeys->size());
     for (int i = 0; i < count(); ++i) {
         // One absurd key in a list must not cost the values of the others.
-        if (canBeKey(key(i)) && fForbidden->count(key(i)) == 0)
+        if (canBeKey(fPrefix, key(i)) && fForbidden->count(key(i)) == 0)
             fAsked.push_back(i);
     }
     encode();
 }
 
 ListRequest::ListRequest(const ListRequest& request, const std::vector<int>& replies)
-    : fKeys(request.fKeys), fForbidden(request.fForbidden), fKeysPerReply(1)
+    : fPrefix(request.fPrefix),
+      fKeys(request.fKeys),
+      fForbidden(request.fForbidden),
+      fKeysPerReply(1)
 {
     for (const int reply : replies) {
         for (int i = 0; i < request.sizeOfReply(reply); ++i)
@@ -79,13 +82,13 @@ int ListRequest::sizeOfReply(int reply) const
 void ListRequest::encode()
 {
     std::string bytes;
-    std::vector<std::string_view> words;
     std::vector<RequestPart> parts;
     for (int reply = 0; reply < replies(); ++reply) {
-        words.assign(1, "MGET");
-        for (int i = 0; i < sizeOfReply(reply); ++i)
-            words.push_back(key(position(reply, i)));
-        appendCommand(words, bytes);
+        const int keys = sizeOfReply(reply);
+        beginCommand(static_cast<std::size_t>(keys) + 1, bytes);
+        appendWord("MGET", bytes);
+        for (int i = 0; i < keys; ++i)
+            appendWord(fPrefix, key(position(reply, i)), bytes);
         parts.push_back({bytes.size(), 1});
     }
     fBytes = sharedText(std::move(bytes));

@@ -18,9 +18,10 @@ class ListRequest
 {
 public:
     /// What `request`, the argument of getListData, asks for, without the keys in `forbidden` and
-    /// those that cannot be keys: their values stay invalid.
-    /// Throws ZoError when it is malformed.
-    ListRequest(const ZoValue& request, std::shared_ptr<const ForbiddenKeys::Set> forbidden);
+    /// those that cannot be keys: their values stay invalid. On the server the keys are behind
+    /// `prefix`. Throws ZoError when it is malformed.
+    ListRequest(const ZoValue& request, std::shared_ptr<const ForbiddenKeys::Set> forbidden,
+                std::string prefix = {});
 
     /// The keys that the replies numbered `replies` of `request` stand for, each asked by itself.
     ListRequest(const ListRequest& request, const std::vector<int>& replies);
@@ -42,6 +43,7 @@ public:
 private:
     void encode();
 
+    std::string fPrefix;
     std::shared_ptr<const std::vector<std::string>> fKeys;
     std::shared_ptr<const ForbiddenKeys::Set> fForbidden;
     std::vector<int> fAsked;

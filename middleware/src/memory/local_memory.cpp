@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "memory/local_memory.h"
 
+#include "memory/key_text.h"
 #include "memory/memory_arguments.h"
 #include "memory/memory_methods.h"
 #include "value/json.h"
@@ -24,13 +25,14 @@ ZoListAnswer LocalMemory::values(const ZoValue& request)
     return {std::move(found), std::chrono::steady_clock::now(), {}};
 }
 
-ZoValue LocalMemory::names()
+ZoValue LocalMemory::names(const std::string& ending)
 {
     std::vector<std::string> keys;
     const std::shared_lock<std::shared_mutex> lock(fMutex);
     keys.reserve(fValues.size());
     for (const auto& entry : fValues)
-        keys.push_back(entry.first);
+        if (endsWith(entry.first, ending))
+            keys.push_back(entry.first);
     return keys;
 }
 
@@ -51,6 +53,13 @@ void LocalMemory::store(const std::string& key, const std::string& text)
     ZoValue value = decodeJson(text);
     const std::lock_guard<std::shared_mutex> lock(fMutex);
     fValues[key] = std::move(value);
+}
+
+ZoValue LocalMemory::exchange(const std::string& key, const std::string& text)
+{
+    ZoValue value = decodeJson(text);
+    const std::lock_guard<std::shared_mutex> lock(fMutex);
+    return std::exchange(fValues[key], std::move(value));
 }
 
 ZoError LocalMemory::error(const std::string& problem) const

@@ -16,8 +16,9 @@ class LocalMemory : public MemoryModule
 {
 private:
     ZoListAnswer values(const ZoValue& request) override;
-    ZoValue names() override;
+    ZoValue names(const std::string& ending) override;
     void store(const std::string& key, const std::string& text) override;
+    ZoValue exchange(const std::string& key, const std::string& text) override;
     void storeAll(const ZoValue& pairs) override;
     ZoError error(const std::string& problem) const override;
 

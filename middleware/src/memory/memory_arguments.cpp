@@ -34,6 +34,11 @@ const std::string& requestedKey(const ZoValue& request, int index)
     return pair[0].asString();
 }
 
+std::string endingOf(const ZoValue& arguments)
+{
+    return arguments.getType() == ZoValue::String ? arguments.asString() : std::string();
+}
+
 void checkPairs(const ZoValue& pairs)
 {
     const std::string method = setListDataMethod;

@@ -15,6 +15,9 @@ int requestedCount(const ZoValue& request);
 /// The key that element `index` of `request` asks for.
 const std::string& requestedKey(const ZoValue& request, int index);
 
+/// What the keys end with that `arguments` of getDataListName ask for; without a text, all keys.
+std::string endingOf(const ZoValue& arguments);
+
 /// `pairs`, the argument of setListData, is an array of arrays [key, value].
 void checkPairs(const ZoValue& pairs);
 

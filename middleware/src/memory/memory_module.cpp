@@ -15,7 +15,8 @@ namespace {
 ZoValue packed(ZoListAnswer answer)
 {
     const std::chrono::nanoseconds arrived = answer.arrived.time_since_epoch();
-    return ZoValue::fromElements({std::move(answer.values), std::int64_t{arrived.count()}});
+    return ZoValue::fromElements(
+        {std::move(answer.values), std::int64_t{arrived.count()}, answer.tooLarge});
 }
 
 } // namespace
@@ -27,7 +28,11 @@ ZoValue MemoryModule::call(const std::string& method, const ZoValue& arguments)
     if (method == getListAnswerMethod)
         return packed(values(arguments));
     if (method == getDataListNameMethod)
-        return names();
+        return names(endingOf(arguments));
+    if (method == exchangeDataMethod) {
+        const std::string& key = keyToSet(exchangeDataMethod, arguments);
+        return exchange(key, textOf(key, arguments[1]));
+    }
     if (method == setDataMethod) {
         const std::string& key = keyToSet(setDataMethod, arguments);
         store(key, textOf(key, arguments[1]));

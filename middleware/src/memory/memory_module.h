@@ -20,9 +20,11 @@ private:
     /// The values of the keys in `request`, which is read with `requestedCount` and `requestedKey`,
     /// and when they came; without what has changed.
     virtual ZoListAnswer values(const ZoValue& request) = 0;
-    /// The names of all keys, each once.
-    virtual ZoValue names() = 0;
+    /// The names of all keys that end with `ending`, each once.
+    virtual ZoValue names(const std::string& ending) = 0;
     virtual void store(const std::string& key, const std::string& text) = 0;
+    /// The same; returns what was there before.
+    virtual ZoValue exchange(const std::string& key, const std::string& text) = 0;
     /// `pairs` is an array of arrays [key, value].
     virtual void storeAll(const ZoValue& pairs) = 0;
     /// What is thrown when `problem` is to be said of this module: "has no method ...".

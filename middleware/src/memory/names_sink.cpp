@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "memory/names_sink.h"
 
+#include "wire/limits.h"
 #include "wire/reply_numbers.h"
+#include "wire/request.h"
 
 #include <algorithm>
 
@@ -9,7 +11,7 @@ namespace zo {
 
 namespace {
 
-// A page holds about a thousand names; more come when many share a slot of the server's table.
+// A page holds some ten thousand names at most; more when many share a slot of the server's table.
 constexpr int largestPage = 100000;
 constexpr std::size_t longestCursor = 20;
 
@@ -21,6 +23,18 @@ bool isCursor(std::string_view text)
 
 } // namespace
 
+std::string encodeScan(std::string_view cursor, int names, std::string_view kind,
+                       std::string_view pattern)
+{
+    const std::string count = std::to_string(names);
+    std::vector<std::string_view> words{"SCAN", cursor, "COUNT", count};
+    if (!pattern.empty())
+        words.insert(words.end(), {"MATCH", pattern});
+    if (!kind.empty())
+        words.insert(words.end(), {"TYPE", kind});
+    return encodeCommand(words);
+}
+
 bool NamesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
     if (piece.kind == ReplyKind::Array)
@@ -28,7 +42,7 @@ bool NamesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
     if (piece.kind == ReplyKind::Text && place.depth > 0)
         return takeText(place, piece.text);
     if (piece.kind == ReplyKind::TooLarge && place.depth == 2)
-        return true; // no robot is asked for such a key
+        return takeTooLarge(piece.number);
     if (piece.kind != ReplyKind::Error || place.depth > 0)
         return refuse(misplaced("SCAN", piece.kind));
     fRefusal = piece.text;
@@ -59,7 +73,47 @@ bool NamesSink::takeText(const ReplyPlace& place, std::string_view text)
     return true;
 }
 
+// No robot is asked for a key that is too large by itself.
+bool NamesSink::takeTooLarge(std::int64_t size)
+{
+    fIsCut = fIsCut || size <= std::int64_t{ReplyLimits::fMaxValue};
+    return true;
+}
+
 std::string NamesSink::nameOf(const ReplyPlace&) const
+{
+    return "a name in the key list";
+}
+
+std::string encodeKeysInSlot(int slot, std::string_view key)
+{
+    std::string bytes = encodeCommand({"CLUSTER", "GETKEYSINSLOT", std::to_string(slot),
+                                       std::to_string(ReplyLimits::fMaxElements)});
+    appendCommand({"MGET", key}, bytes);
+    return bytes;
+}
+
+bool SlotNamesSink::isCut() const
+{
+    return fIsCut || fNames.size() >= std::size_t{ReplyLimits::fMaxElements};
+}
+
+bool SlotNamesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
+{
+    if (place.depth == 0 && piece.kind == ReplyKind::Error)
+        fRefusal = piece.text;
+    if (place.reply > 0 || piece.kind == ReplyKind::Error)
+        return true;
+    if (place.depth == 1 && piece.kind == ReplyKind::Text)
+        fNames.emplace_back(piece.text);
+    else if (place.depth == 1 && piece.kind == ReplyKind::TooLarge)
+        fIsCut = fIsCut || piece.number <= std::int64_t{ReplyLimits::fMaxValue};
+    else if (place.depth > 0 || piece.kind != ReplyKind::Array)
+        return refuse(misplaced("CLUSTER GETKEYSINSLOT", piece.kind));
+    return true;
+}
+
+std::string SlotNamesSink::nameOf(const ReplyPlace&) const
 {
     return "a name in the key list";
 }

@@ -39,6 +39,14 @@ public:
         fPause = std::min<SteadyClock::duration>(2 * fPause, fLongestPause);
     }
 
+    /// Without notices: of `keys` keys `changed` have another value than a round before. While that
+    /// is most of them, a trial would be in vain.
+    void read(int changed, int keys, Time now)
+    {
+        if (!pays(now) && 3 * changed > keys)
+            fPausedUntil = std::max(fPausedUntil, now + fShortestPause);
+    }
+
 private:
     SteadyClock::duration fPause = fShortestPause;
     Time fPausedUntil{};

@@ -51,27 +51,62 @@ std::string HelloSink::nameOf(const ReplyPlace&) const
 
 std::optional<NoticesSetUp::Question> NoticesSetUp::next()
 {
-    if (fStage == Stage::Hello) {
+    const Stage stage = fStage;
+    if (!isToBeAsked(stage))
+        return {};
+    fStage = static_cast<Stage>(static_cast<int>(stage) + 1);
+    switch (stage) {
+    case Stage::Hello:
         fHello = std::make_shared<HelloSink>();
-        fStage = Stage::HelloSaid;
-        return Question{"HELLO", sharedText(encodeCommand({"HELLO", "3"})), fHello};
+        return Question{"HELLO", sharedText(encodeCommand({"HELLO", "3"})), 1, fHello};
+    case Stage::Tracking:
+        return ask("CLIENT TRACKING", encodeCommand({"CLIENT", "TRACKING", "ON", "OPTOUT"}));
+    case Stage::Caching:
+        // It is about the command behind it, whichever that is.
+        return ask("CLIENT CACHING",
+                   encodeCommand({"CLIENT", "CACHING", "NO"}) + encodeCommand({"PING"}), 2);
+    default:
+        return ask("CLIENT TRACKING", encodeCommand({"CLIENT", "TRACKING", "OFF"}));
     }
-    if (fStage == Stage::Tracking) {
-        fTracking = std::make_shared<StatusSink>("CLIENT TRACKING");
-        fStage = Stage::TrackingAsked;
-        return Question{"CLIENT TRACKING",
-                        sharedText(encodeCommand({"CLIENT", "TRACKING", "ON", "OPTOUT"})),
-                        fTracking};
-    }
-    return {};
 }
 
+NoticesSetUp::Question NoticesSetUp::ask(const char* name, std::string bytes, int replies)
+{
+    fStatus = std::make_shared<StatusSink>(name);
+    return {name, sharedText(std::move(bytes)), replies, fStatus};
+}
+
+// Where every read is told of, also those that are not to be, a robot would remember too much for
+// nothing: better to be told of none.
 void NoticesSetUp::answered()
 {
-    if (fStage == Stage::HelloSaid)
-        fStage = canSendNotices(fHello->version()) ? Stage::Tracking : Stage::Over;
-    else if (fStage == Stage::TrackingAsked)
-        fStage = fTracking->answers().back().isError ? Stage::Over : Stage::Done;
+    switch (fStage) {
+    case Stage::HelloSaid:
+        return hearVersion();
+    case Stage::TrackingAsked:
+        return goOn("CLIENT TRACKING", Stage::Caching, Stage::Over);
+    case Stage::CachingTried:
+        return goOn("CLIENT CACHING", Stage::Done, Stage::TrackingOff);
+    default:
+        fStage = Stage::Over;
+    }
+}
+
+void NoticesSetUp::hearVersion()
+{
+    const bool canSend = canSendNotices(fHello->version());
+    fStage = canSend ? Stage::Tracking : Stage::Over;
+    if (!canSend)
+        fProblem =
+            fHello->refusal().empty() ? "the server is too old for that" : "HELLO is refused";
+}
+
+void NoticesSetUp::goOn(const char* name, Stage next, Stage otherwise)
+{
+    const StatusSink::Answer& answer = fStatus->answers().front();
+    fStage = answer.isError ? otherwise : next;
+    if (answer.isError)
+        fProblem = std::string(name) + " is refused: " + answer.text;
 }
 
 } // namespace zo

@@ -37,7 +37,8 @@ private:
 };
 
 /// Asks the server of a new connection for notices: first whether it knows the protocol that has
-/// them, and its version, then for the notices. It may refuse either, which changes nothing else.
+/// them, and its version, then for the notices, and whether a read can do without. It may refuse
+/// any of it: then there are none, and nothing else changes.
 class NoticesSetUp
 {
 public:
@@ -45,6 +46,7 @@ public:
     {
         const char* name;
         SharedText bytes;
+        int replies;
         std::shared_ptr<ReplySink> sink;
     };
 
@@ -53,28 +55,47 @@ public:
     /// It is down.
     void end() { fStage = Stage::Over; }
 
-    bool isDue() const { return fStage == Stage::Hello || fStage == Stage::Tracking; }
+    bool isDue() const { return isToBeAsked(fStage); }
     /// What is to be asked next, if anything is.
     std::optional<Question> next();
     /// The last question is answered.
     void answered();
     /// Whether the server sends notices of what is read from now on.
     bool isDone() const { return fStage == Stage::Done; }
+    /// Why it does not, when nothing more is to be asked: "CLIENT TRACKING is refused: ...".
+    const std::string& problem() const { return fProblem; }
+    /// What the server has said of itself; null: it was not asked yet.
+    const HelloSink* hello() const { return fHello.get(); }
 
 private:
+    /// Behind each that is to be asked stands the one in which it was.
     enum class Stage
     {
         Hello, ///< to be said
         HelloSaid,
         Tracking, ///< to be asked for
         TrackingAsked,
+        Caching, ///< whether it can be left out is to be tried
+        CachingTried,
+        TrackingOff, ///< to be ended
+        TrackingEnded,
         Done,
         Over
     };
 
+    static bool isToBeAsked(Stage stage)
+    {
+        return stage == Stage::Hello || stage == Stage::Tracking || stage == Stage::Caching ||
+               stage == Stage::TrackingOff;
+    }
+    Question ask(const char* name, std::string bytes, int replies = 1);
+    void hearVersion();
+    void goOn(const char* name, Stage next, Stage otherwise);
+
     Stage fStage = Stage::Over;
     std::shared_ptr<HelloSink> fHello;
-    std::shared_ptr<StatusSink> fTracking;
+    std::shared_ptr<StatusSink> fStatus; ///< of the last question behind it
+    std::string fProblem;
 };
 
 } // namespace zo

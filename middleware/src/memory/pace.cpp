@@ -19,9 +19,6 @@ constexpr milliseconds byHand{250};
 constexpr milliseconds shortestMemory{1000};
 constexpr std::chrono::seconds longestMemory{30};
 
-// The transfer of fewer keys is too short to be told from the way's own straying.
-constexpr int measurableKeys = 1000;
-
 // Less than promised, for calls that stray or are left out.
 constexpr int roundsOfTurn = 18;
 constexpr std::chrono::seconds timeOfTurn{8};
@@ -32,12 +29,17 @@ void Pace::called(Time now)
 {
     if (fHasCalled)
         learn(now - fLastCall);
+    calledOnce(now);
+}
+
+void Pace::calledOnce(Time now)
+{
     fHasCalled = true;
     fLastCall = now;
 }
 
-// Two periods that are alike tell of the rhythm, whatever came before them: the first call waits
-// for the robot, and much may be in the way of others. One call that is late takes no rhythm away.
+// Two periods that are alike tell of the rhythm, whatever came before them: much may be in the way
+// of the first calls. One call that is late takes no rhythm away.
 void Pace::learn(Duration period)
 {
     const bool isRepeated = std::chrono::abs(period - fLastPeriod) <= period / 4;
@@ -62,9 +64,15 @@ void Pace::answered(Time begin, Time now, int keys, Duration shortest)
     Duration transfer = std::max(response - shortest, Duration(0));
     if (fLastAnswer)
         transfer = std::min<Duration>(transfer, now - *fLastAnswer);
-    fResponse.add(response);
-    fTransfer.add(transfer);
-    if (keys >= measurableKeys)
+    const bool isMany = keys >= fManyKeys;
+    // Straying makes a short round long. What its keys take is known better from long ones.
+    if (!isMany && fTransferOfKey)
+        transfer = std::min(transfer, keys * *fTransferOfKey);
+    Times& times = isMany ? fOfMany : fOfFew;
+    times.response.add(response);
+    times.transfer.add(transfer);
+    // The transfer of fewer keys is too short to be told from the way's own straying.
+    if (isMany)
         fTransferOfKey = std::min(fTransferOfKey.value_or(transfer), transfer / keys);
     fShortest = shortest;
     fLastAnswer = now;
@@ -74,8 +82,9 @@ void Pace::answered(Time begin, Time now, int keys, Duration shortest)
 // strays evenly is never further away.
 Pace::Duration Pace::lead() const
 {
-    const Duration margin = 3 * fResponse.deviation() + 2 * fPeriod.deviation() + hurry;
-    return fResponse.mean() + std::min(margin, freshness() / 2);
+    const SmoothedTime& response = expected().response;
+    const Duration margin = 3 * response.deviation() + 2 * fPeriod.deviation() + hurry;
+    return response.mean() + std::min(margin, freshness() / 2);
 }
 
 Pace::Time Pace::beginOfRound() const
@@ -88,7 +97,7 @@ Pace::Time Pace::beginOfRound() const
 
 int Pace::mostUnderWay() const
 {
-    const Duration transfer = std::max<Duration>(fTransfer.mean(), hurry);
+    const Duration transfer = std::max<Duration>(expected().transfer.mean(), hurry);
     return static_cast<int>(
         std::min<Duration::rep>(1 + fShortest / transfer, Duration::rep{fMostUnderWay}));
 }

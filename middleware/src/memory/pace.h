@@ -20,9 +20,15 @@ public:
     using Time = SteadyClock::time_point;
     using Duration = SmoothedTime::Duration;
 
-    static constexpr int fMostUnderWay = 8;
+    static constexpr int fMostUnderWay = 8; ///< of a link
+    /// A round about so many keys is a long one: its times say nothing about short ones.
+    static constexpr int fManyKeys = 1000;
 
     void called(Time now);
+    /// The same, but for a rhythm it does not count.
+    void calledOnce(Time now);
+    /// A round about `keys` keys begins; what is expected of the next one is that it is alike.
+    void planned(int keys) { fIsMany = keys >= fManyKeys; }
     /// A round about `keys` keys that began at `begin` is answered. The shortest round trip of the
     /// link is about `shortest`.
     void answered(Time begin, Time now, int keys, Duration shortest);
@@ -47,17 +53,28 @@ public:
     /// not.
     static constexpr std::chrono::seconds fTimeUntilLate{9};
     int roundsUntilLate(int keys) const;
+    /// How long a round takes, about.
+    Duration response() const { return expected().response.mean(); }
     /// How old an answer may be that is returned.
     Duration freshness() const;
 
 private:
+    /// What rounds take.
+    struct Times
+    {
+        SmoothedTime response;
+        SmoothedTime transfer; ///< what of the response is no way, but waiting for bytes
+    };
+
     void learn(Duration period);
     Duration::rep dueInTurn(int keys) const;
     Duration lead() const;
+    const Times& expected() const { return fIsMany ? fOfMany : fOfFew; }
 
     SmoothedTime fPeriod;
-    SmoothedTime fResponse;
-    SmoothedTime fTransfer; ///< what of the response is no way, but waiting for bytes
+    Times fOfFew;
+    Times fOfMany;
+    bool fIsMany = false;                   ///< the round that began last is about many keys
     std::optional<Duration> fTransferOfKey; ///< the shortest: pauses and strays only add to it
     Duration fShortest{0};
     Time fLastCall;

@@ -7,8 +7,10 @@
 #include "memory/store_request.h"
 #include "memory/values_sink.h"
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace zo {
@@ -21,30 +23,43 @@ public:
 
 private:
     ZoListAnswer values(const ZoValue& request) override;
-    ZoValue names() override;
+    ZoValue names(const std::string& ending) override;
     void store(const std::string& key, const std::string& text) override;
+    ZoValue exchange(const std::string& key, const std::string& text) override;
     void storeAll(const ZoValue& pairs) override;
     ZoError error(const std::string& problem) const override;
+
+    using ListRequestPtr = std::shared_ptr<const ListRequest>;
 
     struct Fetched
     {
         std::shared_ptr<ValuesSink> sink;
         SteadyClock::time_point arrived;
     };
+    /// An answer whose call gave up: it may come later.
+    struct Late
+    {
+        std::shared_ptr<ValuesSink> sink; ///< null: there is none
+        std::uint64_t writes = 0;         ///< that had begun when it was asked for
+    };
 
-    std::shared_ptr<const ListRequest> encoded(const ZoValue& request, int connection);
-    Fetched fetch(const std::shared_ptr<const ListRequest>& request, ZoValue::Elements values,
-                  const Deadline& deadline);
+    ListRequestPtr encoded(const ZoValue& request, int connection);
+    Fetched fetchOrLate(const ListRequestPtr& request, const Deadline& deadline);
+    std::optional<Fetched> late(const ListRequestPtr& request, const Deadline& deadline, Late next);
+    Fetched fetch(const std::shared_ptr<ValuesSink>& sink, const Deadline& deadline);
     Fetched askKeyByKey(const ListRequest& request, ValuesSink& refused, int connection,
                         const Deadline& deadline);
     void send(const std::string& what, const StoreRequest& request);
+    void write(const std::string& what, const StoreRequest& request,
+               const std::shared_ptr<ReplySink>& sink);
 
     const std::shared_ptr<RobotLink> fRobot;
     Link& fLink;                 ///< of fRobot
     Following* const fFollowing; ///< of fRobot
 
-    std::mutex fMutex; ///< guards fLast
-    std::shared_ptr<const ListRequest> fLast;
+    std::mutex fMutex; ///< guards what follows
+    ListRequestPtr fLast;
+    Late fLate;
 };
 
 } // namespace zo

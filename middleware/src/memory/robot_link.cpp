@@ -46,13 +46,14 @@ RobotLinks& robotLinks()
 
 std::shared_ptr<Following> followingFor(const ZoBrokerOptions& options)
 {
-    return options.follow ? std::make_shared<Following>(options.notices) : nullptr;
+    return options.follow ? std::make_shared<Following>(options.notices, options.prefix) : nullptr;
 }
 
 } // namespace
 
 RobotLink::RobotLink(const std::shared_ptr<const LinkSettings>& settings)
-    : wantsNotices(settings->options.notices),
+    : prefix(settings->options.prefix),
+      wantsNotices(settings->options.notices),
       following(followingFor(settings->options)),
       link(settings, following)
 {
@@ -66,10 +67,10 @@ bool RobotLink::isFor(const LinkSettings& settings) const
            (following != nullptr) == options.follow;
 }
 
-std::shared_ptr<RobotLink> openRobotLink(const std::shared_ptr<const LinkSettings>& settings)
+std::shared_ptr<RobotLink> beginRobotLink(const std::shared_ptr<const LinkSettings>& settings)
 {
     auto robot = robotLinks().with(settings);
-    robot->link.open();
+    robot->link.beginAnewIfDown();
     return robot;
 }
 

@@ -5,7 +5,10 @@
 #include "memory/following.h"
 #include "memory/forbidden_keys.h"
 
+#include <atomic>
+#include <cstdint>
 #include <memory>
+#include <string>
 
 namespace zo {
 
@@ -19,14 +22,17 @@ struct RobotLink
     /// Whether a broker with these `settings` can share it. May be called from any thread.
     bool isFor(const LinkSettings& settings) const;
 
-    const bool wantsNotices; ///< of what was written, from a server that can
+    const std::string prefix; ///< of its keys on the server
+    const bool wantsNotices;  ///< of what was written, from a server that can
     ForbiddenKeys forbidden;
+    std::atomic<std::uint64_t> writes{0};       ///< of its own, that have begun
     const std::shared_ptr<Following> following; ///< null: lists are not followed
     Link link;
 };
 
-/// The link of this process to that robot with these options; a new one when there is none. Waits
-/// until it is up. Throws ZoError when it does not come up. May be called from any thread.
-std::shared_ptr<RobotLink> openRobotLink(const std::shared_ptr<const LinkSettings>& settings);
+/// The link of this process to that robot with these options; a new one when there is none. Opens
+/// it when it is down, and does not wait for that. Throws ZoError when `settings` cannot be used.
+/// May be called from any thread.
+std::shared_ptr<RobotLink> beginRobotLink(const std::shared_ptr<const LinkSettings>& settings);
 
 } // namespace zo

@@ -99,7 +99,7 @@ bool Round::give(int command, int key, FollowedValues& values, Time now)
     FollowedValues::Entry& entry = *fPlan->keys()[key];
     const auto& [place, refusal] = fReplies[command];
     const bool isArmed = refusal.empty() && fPlan->telling() == Telling::Wanted;
-    const FollowedValues::Reading reading{place, isArmed, fBegin};
+    const FollowedValues::Reading reading{place, isArmed, fBegin, now};
     if (!refusal.empty())
         return values.refused(entry, reading, now);
     if (std::binary_search(fTooLarge.begin(), fTooLarge.end(), key))

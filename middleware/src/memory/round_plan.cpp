@@ -6,12 +6,11 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace zo {
 
-RoundPlan::RoundPlan(Keys keys, const Keys& singles, Telling telling)
+RoundPlan::RoundPlan(Keys keys, const Keys& singles, Telling telling, std::string_view prefix)
     : fKeys(std::move(keys)), fTelling(telling)
 {
     const int together = static_cast<int>(fKeys.size());
@@ -19,9 +18,9 @@ RoundPlan::RoundPlan(Keys keys, const Keys& singles, Telling telling)
     const int all = static_cast<int>(fKeys.size());
     std::string bytes;
     for (int first = 0; first < together; first += keysPerCommand)
-        append(first, std::min(keysPerCommand, together - first), bytes);
+        append(prefix, first, std::min(keysPerCommand, together - first), bytes);
     for (int single = together; single < all; ++single)
-        append(single, 1, bytes);
+        append(prefix, single, 1, bytes);
     fBytes = sharedText(std::move(bytes));
     std::vector<RequestPart> parts;
     parts.reserve(fCommands.size());
@@ -30,15 +29,14 @@ RoundPlan::RoundPlan(Keys keys, const Keys& singles, Telling telling)
     fParts = std::make_shared<const std::vector<RequestPart>>(std::move(parts));
 }
 
-void RoundPlan::append(int first, int keys, std::string& bytes)
+void RoundPlan::append(std::string_view prefix, int first, int keys, std::string& bytes)
 {
     if (fTelling == Telling::Refused)
         appendCommand({"CLIENT", "CACHING", "NO"}, bytes);
-    std::vector<std::string_view> words{"MGET"};
-    words.reserve(static_cast<std::size_t>(keys) + 1);
+    beginCommand(static_cast<std::size_t>(keys) + 1, bytes);
+    appendWord("MGET", bytes);
     for (int key = first; key < first + keys; ++key)
-        words.push_back(fKeys[key]->first);
-    appendCommand(words, bytes);
+        appendWord(prefix, fKeys[key]->first, bytes);
     fCommands.push_back({first, keys, bytes.size()});
 }
 

@@ -5,6 +5,7 @@
 #include "memory/followed_values.h"
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 namespace zo {
@@ -32,8 +33,9 @@ public:
         std::size_t end; ///< behind its bytes
     };
 
-    /// `keys` are asked for a thousand at a time, `singles` each by itself.
-    RoundPlan(Keys keys, const Keys& singles, Telling telling);
+    /// `keys` are asked for a thousand at a time, `singles` each by itself. On the server they are
+    /// behind `prefix`.
+    RoundPlan(Keys keys, const Keys& singles, Telling telling, std::string_view prefix = {});
 
     Telling telling() const { return fTelling; }
     /// All of them, the single ones last.
@@ -47,7 +49,7 @@ public:
     int replies() const { return repliesPerCommand() * static_cast<int>(fCommands.size()); }
 
 private:
-    void append(int first, int keys, std::string& bytes);
+    void append(std::string_view prefix, int first, int keys, std::string& bytes);
 
     Keys fKeys;
     const Telling fTelling;

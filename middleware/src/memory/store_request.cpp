@@ -10,31 +10,30 @@
 #include <zo/error.h>
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
 namespace zo {
 
 namespace {
 
-std::string storableText(const std::string& key, const ZoValue& value)
+std::string storableText(std::string_view prefix, const std::string& key, const ZoValue& value)
 {
     std::string text = textOf(key, value);
-    checkStorable(key, text);
+    checkStorable(prefix, key, text);
     return text;
 }
 
 } // namespace
 
-void checkStorable(const std::string& key, const std::string& text)
+void checkStorable(std::string_view prefix, const std::string& key, const std::string& text)
 {
-    checkKey(key);
+    checkKey(prefix, key);
     if (text.size() > ReplyLimits::fMaxValue)
         throw ZoError("value for " + quotedKey(key) + " is larger than " +
                       inMebibytes(ReplyLimits::fMaxValue));
 }
 
-StoreRequest encodeStoreRequest(const ZoValue& pairs)
+StoreRequest encodeStoreRequest(const ZoValue& pairs, std::string_view prefix)
 {
     StoreRequest request;
     const int count = pairs.getSize();
@@ -42,19 +41,18 @@ StoreRequest encodeStoreRequest(const ZoValue& pairs)
     std::vector<RequestPart> parts;
     std::string bytes;
     std::vector<std::string> texts;
-    std::vector<std::string_view> words;
     for (int first = 0; first < count; first += keysPerCommand) {
         const int end = std::min(first + keysPerCommand, count);
         texts.clear();
         for (int i = first; i < end; ++i)
-            texts.push_back(storableText(pairs[i][0].asString(), pairs[i][1]));
-        words.assign(1, "MSET");
+            texts.push_back(storableText(prefix, pairs[i][0].asString(), pairs[i][1]));
+        beginCommand(2 * texts.size() + 1, bytes);
+        appendWord("MSET", bytes);
         for (int i = first; i < end; ++i) {
             request.keys.push_back(pairs[i][0].asString());
-            words.push_back(request.keys.back());
-            words.push_back(texts[static_cast<std::size_t>(i - first)]);
+            appendWord(prefix, request.keys.back(), bytes);
+            appendWord(texts[static_cast<std::size_t>(i - first)], bytes);
         }
-        appendCommand(words, bytes);
         parts.push_back({bytes.size(), 1});
     }
     request.bytes = sharedText(std::move(bytes));

@@ -15,6 +15,22 @@ ValuesSink::ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elem
 
 bool ValuesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
+    const bool isTaken = takePiece(place, piece);
+    if (isTaken && isLast(place, piece))
+        fWholeAt = SteadyClock::now();
+    return isTaken;
+}
+
+bool ValuesSink::isLast(const ReplyPlace& place, const ReplyPiece& piece) const
+{
+    if (place.reply + 1 < fRequest->replies())
+        return false;
+    return place.depth == 0 ? piece.kind == ReplyKind::Error
+                            : place.index + 1 == fRequest->sizeOfReply(place.reply);
+}
+
+bool ValuesSink::takePiece(const ReplyPlace& place, const ReplyPiece& piece)
+{
     if (place.depth == 0)
         return takeReply(place.reply, piece);
     ZoValue& value = fValues[fRequest->position(place.reply, place.index)];
@@ -22,8 +38,10 @@ bool ValuesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
     case ReplyKind::Text:
         value = decodeJson(piece.text, fElements);
         return true;
-    case ReplyKind::Nil:
     case ReplyKind::TooLarge:
+        ++fTooLarge;
+        [[fallthrough]];
+    case ReplyKind::Nil:
         value = ZoValue();
         return true;
     default:

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "link/deadline.h"
 #include "memory/list_request.h"
 #include "wire/reply_sink.h"
 
 #include <zo/value.h>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -23,6 +25,8 @@ public:
     /// become 1.3 GB of values when they are all zeros.
     static constexpr std::int64_t fMaxElements = std::int64_t{1} << 22;
 
+    using Time = SteadyClock::time_point;
+
     /// A reply that was an error of the server.
     struct Refusal
     {
@@ -33,19 +37,29 @@ public:
     /// `values` has an element for each key of the whole request; those asked for are replaced.
     ValuesSink(std::shared_ptr<const ListRequest> request, ZoValue::Elements values);
 
+    /// When the last reply was all here; Time::max(): it is not yet. May be asked from any thread:
+    /// then nothing else changes any more.
+    Time wholeAt() const { return fWholeAt; }
+    const std::shared_ptr<const ListRequest>& request() const { return fRequest; }
     const std::vector<Refusal>& refusals() const { return fRefusals; }
+    /// How many values are left out because of their size.
+    int tooLarge() const { return fTooLarge; }
     ZoValue::Elements takeValues() { return std::move(fValues); }
 
     [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
 
 private:
+    bool takePiece(const ReplyPlace& place, const ReplyPiece& piece);
     bool takeReply(int reply, const ReplyPiece& piece);
+    bool isLast(const ReplyPlace& place, const ReplyPiece& piece) const;
 
     const std::shared_ptr<const ListRequest> fRequest;
     ZoValue::Elements fValues;
     std::int64_t fElements = fMaxElements; ///< that may still come
     std::vector<Refusal> fRefusals;
+    int fTooLarge = 0;
+    std::atomic<Time> fWholeAt{Time::max()};
 };
 
 } // namespace zo

@@ -13,8 +13,10 @@ struct ReplyLimits
     static constexpr std::size_t fMaxValue = std::size_t{1} << 20;
     /// ... up to this size, the largest that a server holds.
     static constexpr std::size_t fMaxText = std::size_t{512} << 20;
-    /// Of all awaited replies together, without what is skipped; and of each push.
-    static constexpr std::size_t fMaxReply = std::size_t{64} << 20;
+    /// A text that makes all awaited replies together, or a push, larger than this is skipped, too.
+    static constexpr std::size_t fMaxKept = std::size_t{64} << 20;
+    /// What else they may have, beside what is skipped, brings them up to this size.
+    static constexpr std::size_t fMaxReply = fMaxKept + fMaxKept / 4;
     /// Of what is skipped of them: more than comes in the time that a call has.
     static constexpr std::size_t fMaxSkipped = std::size_t{1} << 30;
     /// Without its type and its end.

@@ -117,7 +117,7 @@ bool ReplyReader::readWholeElement(std::string_view& bytes)
     if (bytes.front() != '$' || fAwaited != Awaited::Type || fDepth == 0)
         return false;
     const WholeElement element = wholeElement(bytes);
-    if (element.size == 0)
+    if (element.size == 0 || !isKept(element.size))
         return false;
     spend(element.size);
     if (!hasProblem())
@@ -221,7 +221,8 @@ void ReplyReader::beginText(std::size_t size)
 {
     if (size > ReplyLimits::fMaxText)
         return refuse(nameOfPiece() + " is larger than " + inMebibytes(ReplyLimits::fMaxText));
-    fSkipped = fToSkip = size > ReplyLimits::fMaxValue ? size : 0;
+    const bool isTooLarge = size > ReplyLimits::fMaxValue || !isKept(size + lineEnd.size());
+    fSkipped = fToSkip = isTooLarge ? size : 0;
     fSize = size - fSkipped;
     fAwaited = fSkipped > 0 ? Awaited::SkippedText : Awaited::Text;
     spend(fSize + lineEnd.size());
@@ -324,6 +325,12 @@ void ReplyReader::endMessage()
         return;
     ++fAnswer.replies;
     --fMissing;
+}
+
+/// Whether the message may have another text of so many bytes.
+bool ReplyReader::isKept(std::size_t size) const
+{
+    return progressOfMessage().taken + size <= ReplyLimits::fMaxKept;
 }
 
 void ReplyReader::spend(std::size_t bytes)

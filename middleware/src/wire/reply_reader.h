@@ -107,10 +107,12 @@ private:
     void handWhole(const ReplyPiece& piece);
     void endPiece();
     void endMessage();
+    bool isKept(std::size_t size) const;
     void spend(std::size_t bytes);
     void spendSkipped(std::size_t bytes);
 
     bool isPush() const { return fMessage == Message::Push; }
+    const ReplyProgress& progressOfMessage() const { return isPush() ? fPush : fAnswer; }
     ReplyProgress& progressOfMessage() { return isPush() ? fPush : fAnswer; }
     std::string nameOfMessage() const { return isPush() ? "a push" : "the reply"; }
     bool isSilent() const { return fDepth > 0 && fLevels[fDepth - 1].isSilent; }

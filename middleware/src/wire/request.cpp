@@ -21,13 +21,27 @@ void appendHeader(char type, std::size_t number, std::string& bytes)
 
 } // namespace
 
+void beginCommand(std::size_t words, std::string& bytes)
+{
+    appendHeader('*', words, bytes);
+}
+
+void appendWord(std::string_view word, std::string& bytes)
+{
+    appendWord({}, word, bytes);
+}
+
+void appendWord(std::string_view begin, std::string_view rest, std::string& bytes)
+{
+    appendHeader('$', begin.size() + rest.size(), bytes);
+    bytes.append(begin).append(rest).append("\r\n");
+}
+
 void appendCommand(const std::vector<std::string_view>& words, std::string& bytes)
 {
-    appendHeader('*', words.size(), bytes);
-    for (const std::string_view word : words) {
-        appendHeader('$', word.size(), bytes);
-        bytes.append(word).append("\r\n");
-    }
+    beginCommand(words.size(), bytes);
+    for (const std::string_view word : words)
+        appendWord(word, bytes);
 }
 
 std::string encodeCommand(const std::vector<std::string_view>& words)

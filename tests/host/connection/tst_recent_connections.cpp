@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "connection/recent_connections.h"
+#include "robots/keyring.h"
 #include "support/guarded_test.h"
 #include "support/register_test.h"
 
@@ -16,8 +17,12 @@ private slots:
     void remembersNothingAtFirst();
     void remembersAllButThePassword();
     void theLatestComesFirstAndOnce();
+    void anotherUserOrWayIsAnotherRobot();
+    void robotsOfTheSameSentinelsAreTwo();
+    void nodesComeBackIfTheyMakeSense();
     void keepsTenAtMost();
     void leavesOutWhatMakesNoSense();
+    void whatOnlyAnotherVersionKnowsStays();
 
 private:
     QScopedPointer<QTemporaryDir> fFolder;
@@ -86,6 +91,63 @@ void TestRecentConnections::theLatestComesFirstAndOnce()
     QCOMPARE(addresses(), QStringList({"a:2", "a:1", "b:1"}));
 }
 
+void TestRecentConnections::anotherUserOrWayIsAnotherRobot()
+{
+    ConnectionSettings settings = robot("a:1");
+    for (const char* user : {"me", "you", "me"}) {
+        settings.user = user;
+        rememberConnection(settings);
+    }
+    settings.jumpHost = "gate";
+    rememberConnection(settings);
+    settings.prefix = "robot7/";
+    rememberConnection(settings);
+    QStringList told;
+    for (const ConnectionSettings& known : recentConnections())
+        told += known.user + '@' + known.wayText();
+    QCOMPARE(told, QStringList({"me@robot7/ at a:1 by way of gate", "me@a:1 by way of gate",
+                                "me@a:1", "you@a:1"}));
+}
+
+void TestRecentConnections::robotsOfTheSameSentinelsAreTwo()
+{
+    ConnectionSettings settings = robot("watch:26379");
+    for (const char* name : {"arms", "legs"}) {
+        settings.other.sentinel = name;
+        rememberConnection(settings);
+    }
+    const QList<ConnectionSettings> list = recentConnections();
+    QCOMPARE(list.size(), 2);
+    QCOMPARE(list[0].robotText(), QString("legs at watch:26379"));
+    QCOMPARE(list[1].robotText(), QString("arms at watch:26379"));
+    QVERIFY(keyringName(list[0]) != keyringName(list[1]));
+}
+
+void TestRecentConnections::nodesComeBackIfTheyMakeSense()
+{
+    ConnectionSettings settings = robot("arm:7001");
+    settings.other.furtherAddresses = {ZoAddress::fromText("[::1]:7002"),
+                                       ZoAddress::fromText("leg:7003")};
+    settings.other.replica = true;
+    rememberConnection(settings);
+    const QList<ConnectionSettings> list = recentConnections();
+    QCOMPARE(list.size(), 1);
+    QVERIFY(isSameRobot(list[0], settings) && !isSameRobot(list[0], robot("arm:7001")));
+    QVERIFY(keyringName(list[0]) != keyringName(robot("arm:7001")));
+    QVERIFY(list[0].other.replica);
+    for (const QString& wrong : {QString("arms"), QString(257, 'x'), QString("a\nb")}) {
+        QSettings store; // the first goes with no replica
+        store.setValue("recentConnections/1/sentinel", wrong);
+        store.setValue("recentConnections/1/replica", wrong == "arms");
+        store.sync();
+        QVERIFY2(recentConnections().isEmpty(), qPrintable(wrong));
+    }
+    QSettings().remove("recentConnections/1/sentinel");
+    QCOMPARE(recentConnections().size(), 1);
+    QSettings().setValue("recentConnections/1/address", QString(2500, 'a').replace("a", "a,"));
+    QVERIFY(recentConnections().isEmpty());
+}
+
 void TestRecentConnections::keepsTenAtMost()
 {
     for (int i = 1; i <= 12; ++i)
@@ -106,6 +168,34 @@ void TestRecentConnections::leavesOutWhatMakesNoSense()
         store.setValue("recentConnections/size", 1000000000);
     }
     QCOMPARE(addresses(), QStringList({"a:1"}));
+}
+
+void TestRecentConnections::whatOnlyAnotherVersionKnowsStays()
+{
+    rememberConnection(robot("one"));
+    rememberConnection(robot("two"));
+    {
+        QSettings store; // as a newer version leaves it
+        store.setValue("recentConnections/2/colour", "red");
+        store.setValue("recentConnections/2/more/depth", 7);
+        store.setValue("recentConnections/3/serialPort", "/dev/ttyS0");
+        store.setValue("recentConnections/size", 3);
+    }
+    rememberConnection(robot("one"));
+    QCOMPARE(QSettings().value("recentConnections/1/colour").toString(), QString("red"));
+    QCOMPARE(QSettings().value("recentConnections/1/more/depth").toInt(), 7);
+    for (int i = 0; i < mostRecentConnections; ++i)
+        rememberConnection(robot("other" + std::to_string(i)));
+    QCOMPARE(recentConnections().size(), mostRecentConnections);
+    QSettings store;
+    QStringList ports;
+    const int size = store.beginReadArray("recentConnections");
+    for (int i = 0; i < size; ++i) {
+        store.setArrayIndex(i);
+        ports += store.value("serialPort").toString();
+    }
+    ports.removeAll(QString());
+    QCOMPARE(ports, QStringList("/dev/ttyS0"));
 }
 
 REGISTER_TEST(TestRecentConnections, QCoreApplication)

@@ -1,108 +1,72 @@
 // SPDX-License-Identifier: MIT
-#include "dialogs/connect_dialog.h"
+#include "support/connect_dialog_bench.h"
 #include "support/files.h"
 #include "support/guarded_test.h"
+#include "support/host.h"
 #include "support/modal_driver.h"
-#include "support/patience.h"
 #include "support/register_test.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFileDialog>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
+#include <QSpinBox>
 #include <QtTest>
 
-Q_DECLARE_METATYPE(ConnectionSettings)
-
 /// The dialog that asks which robot to connect to.
-class TestConnectDialog : public GuardedTest
+class TestConnectDialog : public GuardedTest, private ConnectDialogBench
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup()
+    {
+        tearDown();
+        GuardedTest::cleanup();
+    }
     void asksForWhatWasTyped();
     void keepsWhatOnlyTheCommandLineSays();
+    void nodesOfOneAddressAreNotForAnother();
+    void aNameAmongSentinelsWithoutAnAddressIsForAny();
+    void oneServerIsReachedByWayOfAHost();
     void keepsAGivenPasswordUntilOneIsTyped();
     void enterConnects();
     void takesAPortTypedBehindTheHost();
+    void anAddressIsNotCompletedToARememberedOne();
+    void anAddressSpelledLikeARememberedOneLeavesTheRest();
+    void thePortBoxShowsAPortBehindTheHost();
+    void aRememberedRobotLeavesATypedPassword();
+    void aPasswordGivenForOneRobotIsNotForTheNext();
+    void aPasswordGivenForOneAddressIsNotForAnother();
     void offersRecentRobots();
     void namesWhatIsWrongWithAnAddress();
+    void namesWhatIsWrongWithAPrefix();
+    void anAddressIsTakenInOneForm();
     void cannotConnectToNothing();
     void authoritiesCountWithEncryptionOnly();
     void aFileOfAuthoritiesIsBrowsedFor();
+    void pathsOfFilesBecomeAbsolute();
+    void aCertificateNeedsItsKey();
+    void aTimeOutIsForEveryWait();
     void staysOpenUntilSomebodyAccepts();
     void escapeCancels();
     void hidesThePassword();
 
 private:
-    void open(const QList<ConnectionSettings>& recent = {},
-              const ConnectionSettings& settings = {});
-    QPushButton* connectButton() const;
-    ConnectionSettings asked() const;
-    template <typename Widget>
-    Widget* field(const char* name) const
-    {
-        return fDialog->findChild<Widget*>(name);
-    }
-    void type(const char* name, const QString& text);
-
-    QScopedPointer<ConnectDialog> fDialog;
-    QScopedPointer<QSignalSpy> fRequests;
+    void chooseRecent();
 };
 
-void TestConnectDialog::init()
+/// The next robot in the list of the address box.
+void TestConnectDialog::chooseRecent()
 {
-    qRegisterMetaType<ConnectionSettings>();
-    open();
-}
-
-void TestConnectDialog::cleanup()
-{
-    fDialog.reset();
-    GuardedTest::cleanup();
-}
-
-void TestConnectDialog::open(const QList<ConnectionSettings>& recent,
-                             const ConnectionSettings& settings)
-{
-    fDialog.reset(new ConnectDialog(recent, settings));
-    fDialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(fDialog.data(), patience));
-    fRequests.reset(new QSignalSpy(fDialog.data(), &ConnectDialog::connectRequested));
-}
-
-QPushButton* TestConnectDialog::connectButton() const
-{
-    for (QPushButton* button : fDialog->findChildren<QPushButton*>())
-        if (button->isDefault())
-            return button;
-    return nullptr;
-}
-
-ConnectionSettings TestConnectDialog::asked() const
-{
-    return fRequests->isEmpty() ? ConnectionSettings()
-                                : fRequests->last().at(0).value<ConnectionSettings>();
-}
-
-void TestConnectDialog::type(const char* name, const QString& text)
-{
-    auto* widget = field<QWidget>(name);
-    if (auto* box = qobject_cast<QComboBox*>(widget))
-        widget = box->lineEdit();
-    widget->setFocus();
-    QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(widget, text);
+    field<QComboBox>("host")->setFocus();
+    QTest::keyClick(field<QComboBox>("host"), Qt::Key_Down);
 }
 
 void TestConnectDialog::asksForWhatWasTyped()
 {
     type("host", "robot.local");
     type("port", "7000");
+    type("prefix", " robot7/");
     type("user", "me");
     type("password", "secret");
     QTest::mouseClick(field<QCheckBox>("tls"), Qt::LeftButton, {}, QPoint(5, 8));
@@ -110,6 +74,7 @@ void TestConnectDialog::asksForWhatWasTyped()
     QTest::mouseClick(connectButton(), Qt::LeftButton);
     QCOMPARE(fRequests->size(), 1);
     QCOMPARE(asked().addressText(), QString("robot.local:7000"));
+    QCOMPARE(asked().prefix, QString("robot7/"));
     QCOMPARE(asked().user, QString("me"));
     QCOMPARE(asked().password, std::string("secret"));
     QVERIFY(asked().tls);
@@ -119,13 +84,57 @@ void TestConnectDialog::asksForWhatWasTyped()
 void TestConnectDialog::keepsWhatOnlyTheCommandLineSays()
 {
     ConnectionSettings settings;
-    settings.other.tlsCertFile = "/etc/me.pem";
-    settings.other.connectTimeout = std::chrono::milliseconds(300);
+    settings.other.pingInterval = std::chrono::milliseconds(300);
     open({}, settings);
     type("host", "robot");
     QTest::mouseClick(connectButton(), Qt::LeftButton);
-    QCOMPARE(asked().brokerOptions().tlsCertFile, std::string("/etc/me.pem"));
-    QCOMPARE(asked().brokerOptions().connectTimeout.count(), 300);
+    QCOMPARE(asked().brokerOptions().pingInterval.count(), 300);
+}
+
+void TestConnectDialog::nodesOfOneAddressAreNotForAnother()
+{
+    for (const char* box : {"host", "port"}) {
+        ConnectionSettings settings = robotAt("arm", 7000);
+        settings.other.furtherAddresses = {ZoAddress::fromText("leg:7000")};
+        settings.other.replica = box == std::string("port"); // sentinels know of none
+        settings.other.sentinel = settings.other.replica ? "" : "arms";
+        open({}, settings);
+        type("user", "me");
+        QTest::mouseClick(connectButton(), Qt::LeftButton);
+        QCOMPARE(asked().other.furtherAddresses, settings.other.furtherAddresses);
+        QCOMPARE(asked().other.sentinel, settings.other.sentinel);
+        QCOMPARE(asked().other.replica, settings.other.replica);
+        type(box, "7001");
+        QTest::mouseClick(connectButton(), Qt::LeftButton);
+        QVERIFY(asked().other.furtherAddresses.empty());
+        QVERIFY(asked().other.sentinel.empty() && !asked().other.replica);
+    }
+}
+
+void TestConnectDialog::aNameAmongSentinelsWithoutAnAddressIsForAny()
+{
+    ConnectionSettings settings;
+    settings.other.sentinel = "arms";
+    open({}, settings);
+    type("host", "watch");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().other.sentinel, std::string("arms"));
+}
+
+void TestConnectDialog::oneServerIsReachedByWayOfAHost()
+{
+    ConnectionSettings settings = robotAt("arm", 7000);
+    settings.other.furtherAddresses = {ZoAddress::fromText("leg:7000")};
+    open({}, settings);
+    QSignalSpy refused(fDialog.data(), &ConnectDialog::refused);
+    type("ssh", "gate");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QVERIFY(fRequests->isEmpty());
+    QCOMPARE(refused.size(), 1);
+    QVERIFY(refused.at(0).at(0).toString().startsWith("ssh leads to one server"));
+    type("host", "leg");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().jumpHost, QString("gate"));
 }
 
 void TestConnectDialog::keepsAGivenPasswordUntilOneIsTyped()
@@ -159,6 +168,77 @@ void TestConnectDialog::takesAPortTypedBehindTheHost()
     QCOMPARE(asked().addressText(), QString("[::1]:7000"));
 }
 
+void TestConnectDialog::anAddressIsNotCompletedToARememberedOne()
+{
+    open({robotAt("10.0.0.12", 6379)});
+    type("host", "10.0.0.1");
+    QTest::keyClick(field<QComboBox>("host")->lineEdit(), Qt::Key_Return);
+    QCOMPARE(asked().addressText(), QString("10.0.0.1:6379"));
+}
+
+void TestConnectDialog::anAddressSpelledLikeARememberedOneLeavesTheRest()
+{
+    open({robotAt("robot", 7000)});
+    type("user", "me");
+    type("host", "robot:7000");
+    QTest::keyClick(field<QComboBox>("host")->lineEdit(), Qt::Key_Return);
+    QCOMPARE(asked().addressText(), QString("robot:7000"));
+    QCOMPARE(asked().user, QString("me"));
+    QCOMPARE(field<QComboBox>("host")->count(), 1);
+}
+
+void TestConnectDialog::thePortBoxShowsAPortBehindTheHost()
+{
+    auto* port = field<QSpinBox>("port");
+    type("port", "7000");
+    for (const char* text : {"robot:8000", "[::1]:8000", "robot:08000"}) {
+        type("host", text);
+        QVERIFY(!port->isEnabled());
+        QCOMPARE(port->value(), 8000);
+        QTest::mouseClick(connectButton(), Qt::LeftButton);
+        QCOMPARE(asked().address.port, 8000);
+    }
+    for (const char* text : {"robot", "[::1]", "robot:", "robot:x"}) {
+        type("host", text);
+        QVERIFY(port->isEnabled());
+        QCOMPARE(port->value(), 7000);
+    }
+}
+
+void TestConnectDialog::aRememberedRobotLeavesATypedPassword()
+{
+    open({robotAt("first", 1)});
+    type("password", "secret");
+    chooseRecent();
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().addressText(), QString("first:1"));
+    QCOMPARE(asked().password, std::string("secret"));
+}
+
+void TestConnectDialog::aPasswordGivenForOneAddressIsNotForAnother()
+{
+    ConnectionSettings given = robotAt("second", 2);
+    given.password = "secret";
+    open({}, given);
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().password, std::string("secret"));
+    type("host", "third");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().addressText(), QString("third:2"));
+    QCOMPARE(asked().password, std::string());
+}
+
+void TestConnectDialog::aPasswordGivenForOneRobotIsNotForTheNext()
+{
+    ConnectionSettings given = robotAt("second", 2);
+    given.password = "secret";
+    open({robotAt("first", 1)}, given);
+    chooseRecent();
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().addressText(), QString("first:1"));
+    QVERIFY(asked().password.empty());
+}
+
 void TestConnectDialog::offersRecentRobots()
 {
     ConnectionSettings first;
@@ -170,12 +250,13 @@ void TestConnectDialog::offersRecentRobots()
     second.caFile = "/etc/ca.pem";
     open({first, second});
     auto* box = field<QComboBox>("host");
-    QCOMPARE(box->itemText(1), QString("[::1]:2"));
-    box->setFocus();
-    QTest::keyClick(box, Qt::Key_Down);
-    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(box->itemText(0), QString("first:1"));
+    QCOMPARE(box->itemText(1), QString("[::1]:2 as me"));
+    chooseRecent();
+    chooseRecent();
     QTest::mouseClick(connectButton(), Qt::LeftButton);
-    QCOMPARE(asked().addressText(), box->itemText(box->currentIndex()));
+    QCOMPARE(box->currentIndex(), 1);
+    QCOMPARE(asked().addressText(), QString("[::1]:2"));
     QCOMPARE(asked().user, QString("me"));
     QVERIFY(asked().tls);
     QCOMPARE(asked().caFile, QString("/etc/ca.pem"));
@@ -189,6 +270,27 @@ void TestConnectDialog::namesWhatIsWrongWithAnAddress()
     QCOMPARE(fRequests->size(), 0);
     QCOMPARE(refused.size(), 1);
     QVERIFY(refused.at(0).at(0).toString().contains("robot:seven"));
+}
+
+void TestConnectDialog::namesWhatIsWrongWithAPrefix()
+{
+    QSignalSpy refused(fDialog.data(), &ConnectDialog::refused);
+    type("host", "robot");
+    type("prefix", "robot 7/");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(fRequests->size(), 0);
+    QCOMPARE(refused.at(0).at(0).toString(),
+             QString("prefix \"robot 7/\": there is a blank in it"));
+}
+
+void TestConnectDialog::anAddressIsTakenInOneForm()
+{
+    type("host", "[0:0::0:1]");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().addressText(), QString("[::1]:6379"));
+    type("host", "Robot");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().addressText(), QString("robot:6379"));
 }
 
 void TestConnectDialog::cannotConnectToNothing()
@@ -217,9 +319,7 @@ void TestConnectDialog::aFileOfAuthoritiesIsBrowsedFor()
     const QTemporaryDir folder;
     const QString chosen = folder.filePath("authorities.pem");
     writeBytes(chosen, "-----BEGIN CERTIFICATE-----");
-    QAbstractButton* browse = buttonOf(*fDialog, "&Browse...");
-    if (!browse)
-        QFAIL("there is no such button");
+    auto* browse = field<QLineEdit>("ca")->parentWidget()->findChild<QPushButton*>();
     QVERIFY(!browse->isEnabled());
     QTest::mouseClick(field<QCheckBox>("tls"), Qt::LeftButton, {}, QPoint(5, 8));
     QVERIFY(browse->isEnabled());
@@ -231,6 +331,39 @@ void TestConnectDialog::aFileOfAuthoritiesIsBrowsedFor()
     user.then<QFileDialog>([&chosen](QFileDialog& dialog) { chooseFile(dialog, chosen); });
     QTest::mouseClick(browse, Qt::LeftButton);
     QCOMPARE(field<QLineEdit>("ca")->text(), chosen);
+}
+
+void TestConnectDialog::pathsOfFilesBecomeAbsolute()
+{
+    QTest::mouseClick(field<QCheckBox>("tls"), Qt::LeftButton, {}, QPoint(5, 8));
+    type("ca", "ca.pem");
+    type("cert", "./me.pem");
+    type("key", "/etc/me.key");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().caFile, QDir::current().absoluteFilePath("ca.pem"));
+    QCOMPARE(asked().certFile, QDir::current().absoluteFilePath("me.pem"));
+    QCOMPARE(asked().keyFile, QString("/etc/me.key"));
+}
+
+void TestConnectDialog::aCertificateNeedsItsKey()
+{
+    const QSignalSpy refused(fDialog.data(), &ConnectDialog::refused);
+    QTest::mouseClick(field<QCheckBox>("tls"), Qt::LeftButton, {}, QPoint(5, 8));
+    type("cert", "/etc/me.pem");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(fRequests->size(), 0);
+    QCOMPARE(refused.size(), 1);
+    QVERIFY(refused.at(0).at(0).toString().contains("need each other"));
+}
+
+void TestConnectDialog::aTimeOutIsForEveryWait()
+{
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().brokerOptions().exchangeTimeout, ZoBrokerOptions().exchangeTimeout);
+    type("timeout", "1500");
+    QTest::mouseClick(connectButton(), Qt::LeftButton);
+    QCOMPARE(asked().brokerOptions().connectTimeout.count(), 1500);
+    QCOMPARE(asked().brokerOptions().exchangeTimeout.count(), 1500);
 }
 
 void TestConnectDialog::staysOpenUntilSomebodyAccepts()
@@ -254,5 +387,5 @@ void TestConnectDialog::hidesThePassword()
     QCOMPARE(field<QLineEdit>("password")->echoMode(), QLineEdit::Password);
 }
 
-REGISTER_TEST(TestConnectDialog, QApplication)
+REGISTER_TEST(TestConnectDialog, HostApplication)
 #include "tst_connect_dialog.moc"

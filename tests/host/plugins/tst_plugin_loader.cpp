@@ -16,6 +16,7 @@ private slots:
     void loadsAPluginUnderItsOwnName();
     void aPluginWithoutANameHasThatOfItsFile();
     void findsPluginsByNameInCapitalsOrNot();
+    void copiesOfAPluginAreToldApart();
     void tellsFileAndReasonOfABrokenPlugin_data();
     void tellsFileAndReasonOfABrokenPlugin();
     void aFileThatIsNoLibraryIsAFailure_data();
@@ -69,6 +70,23 @@ void TestPluginLoader::findsPluginsByNameInCapitalsOrNot()
     loader.loadFile(pluginFile("probe"));
     QCOMPARE(loader.find("PROBE"), loader.plugins()[1].get());
     QCOMPARE(loader.find("prob"), nullptr);
+}
+
+void TestPluginLoader::copiesOfAPluginAreToldApart()
+{
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath("probe.so");
+    QVERIFY(QFile::copy(pluginFile("probe"), copy));
+    PluginLoader loader;
+    loader.loadFile(pluginFile("probe"));
+    QCOMPARE(loader.plugins()[0]->label, QString("Probe"));
+    loader.loadFile(pluginFile("nothing"));
+    loader.loadFile(copy);
+    QCOMPARE(loader.plugins()[0]->label, "Probe (" + pluginFile("probe") + ')');
+    QCOMPARE(loader.plugins()[1]->label, QString("nothing"));
+    QCOMPARE(loader.plugins()[2]->label, "Probe (" + copy + ')');
+    QCOMPARE(loader.find("probe"), loader.plugins()[0].get());
+    QCOMPARE(loader.find("Probe (" + copy + ')'), loader.plugins()[2].get());
 }
 
 void TestPluginLoader::tellsFileAndReasonOfABrokenPlugin_data()
@@ -138,7 +156,8 @@ void TestPluginLoader::brokenPluginsKeepNoneFromLoading()
     QVERIFY(loader.find("Probe"));
     QVERIFY(loader.find("throws"));
     QVERIFY(loader.find("nothing"));
-    QCOMPARE(loader.plugins().size(), size_t(3));
+    QVERIFY(loader.find("table"));
+    QCOMPARE(loader.plugins().size(), size_t(4));
     QCOMPARE(loader.failures().size(), size_t(6));
     QCOMPARE(loader.folders(), QStringList(TEST_PLUGIN_DIR));
 }

@@ -3,6 +3,7 @@
 #include "support/register_test.h"
 #include "windows/picture.h"
 
+#include <QLabel>
 #include <QtTest>
 
 /// Pictures of panels.
@@ -11,36 +12,30 @@ class TestPicture : public GuardedTest
     Q_OBJECT
 
 private slots:
-    void namesEndInPng();
     void savesWhatItWasGiven();
     void keepsEveryPixelOfADenseScreen();
+    void aDocumentHasTheTextAsText();
+    void otherFormatsAreRefused_data();
+    void otherFormatsAreRefused();
     void saysWhereAndWhyItCannotSave();
     void aFailureLeavesTheOldFile();
 
 private:
-    static QPixmap red();
+    static Picture red();
 };
 
-QPixmap TestPicture::red()
+Picture TestPicture::red()
 {
-    QPixmap picture(30, 20);
-    picture.fill(Qt::red);
+    Picture picture;
+    picture.pixels = QPixmap(30, 20);
+    picture.pixels.fill(Qt::red);
     return picture;
-}
-
-void TestPicture::namesEndInPng()
-{
-    QCOMPARE(pictureFileName(""), QString());
-    QCOMPARE(pictureFileName("a"), QString("a.png"));
-    QCOMPARE(pictureFileName("a.png"), QString("a.png"));
-    QCOMPARE(pictureFileName("a.PNG"), QString("a.PNG"));
-    QCOMPARE(pictureFileName("a.jpg"), QString("a.jpg.png"));
 }
 
 void TestPicture::savesWhatItWasGiven()
 {
     const QTemporaryDir folder;
-    const QString file = folder.filePath("a.png");
+    const QString file = folder.filePath("a.PNG");
     QCOMPARE(savePicture(red(), file), QString());
     const QImage image(file);
     QCOMPARE(image.size(), QSize(30, 20));
@@ -50,10 +45,44 @@ void TestPicture::savesWhatItWasGiven()
 void TestPicture::keepsEveryPixelOfADenseScreen()
 {
     const QTemporaryDir folder;
-    QPixmap picture = red();
-    picture.setDevicePixelRatio(2);
+    Picture picture = red();
+    picture.pixels.setDevicePixelRatio(2);
     QCOMPARE(savePicture(picture, folder.filePath("a.png")), QString());
     QCOMPARE(QImage(folder.filePath("a.png")).size(), QSize(30, 20));
+}
+
+void TestPicture::aDocumentHasTheTextAsText()
+{
+    const QTemporaryDir folder;
+    QLabel label("a curve");
+    label.resize(192, 96); // two inches by one
+    const Picture picture = pictureOf(label);
+    QCOMPARE(picture.pixels.size(), label.size());
+    const QString name = folder.filePath("a.pdf");
+    QCOMPARE(savePicture(picture, name), QString());
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QVERIFY(bytes.startsWith("%PDF-"));
+    QVERIFY2(bytes.contains("/MediaBox [0 0 144"), bytes.left(2000));
+    QVERIFY(bytes.contains("/Font"));
+}
+
+void TestPicture::otherFormatsAreRefused_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char* name : {"a", "a.jpg", "png", ".png.txt"})
+        QTest::newRow(name) << name;
+}
+
+void TestPicture::otherFormatsAreRefused()
+{
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    const QString problem = savePicture(red(), folder.filePath(name));
+    QVERIFY2(problem.contains(folder.filePath(name)), qPrintable(problem));
+    QVERIFY2(problem.contains(".pdf"), qPrintable(problem));
+    QVERIFY(QDir(folder.path()).isEmpty());
 }
 
 void TestPicture::saysWhereAndWhyItCannotSave()
@@ -68,7 +97,7 @@ void TestPicture::aFailureLeavesTheOldFile()
     const QTemporaryDir folder;
     const QString file = folder.filePath("a.png");
     QCOMPARE(savePicture(red(), file), QString());
-    QVERIFY(!savePicture(QPixmap(), file).isEmpty());
+    QVERIFY(!savePicture(Picture(), file).isEmpty());
     QCOMPARE(QImage(file).size(), QSize(30, 20));
 }
 

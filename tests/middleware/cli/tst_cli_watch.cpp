@@ -22,7 +22,6 @@ class TestCliWatch : public GuardedTest
     Q_OBJECT
 
 private slots:
-    void secondsHaveThreeDecimals();
     void everyPollPrintsEveryKey();
     void pollsStandOnAGridHoweverLateEachIs();
     void aPollIsNotMadeUpFor();
@@ -115,14 +114,6 @@ QStringList seconds(const Watched& seen)
 }
 
 } // namespace
-
-void TestCliWatch::secondsHaveThreeDecimals()
-{
-    QCOMPARE(secondsText(0ms), std::string("0.000"));
-    QCOMPARE(secondsText(7ms), std::string("0.007"));
-    QCOMPARE(secondsText(60ms), std::string("0.060"));
-    QCOMPARE(secondsText(123456789ms), std::string("123456.789"));
-}
 
 void TestCliWatch::everyPollPrintsEveryKey()
 {

@@ -9,6 +9,8 @@
 
 #include <QtTest>
 
+#include <utility>
+
 /// What `zo check` finds out about good and bad robots.
 class TestZoCheck : public GuardedTest
 {
@@ -29,6 +31,8 @@ private slots:
     void aPanelsRightsSuffice();
     void aRobotThatHangsEndsIt();
     void aRobotThatHangsLaterEndsItThere();
+    void aListOfKeysThatFailsEndsNothing_data();
+    void aListOfKeysThatFailsEndsNothing();
     void aRobotThatIsNotReadyIsToldApart();
     void aRobotThatHangsUpWithAReasonIsQuoted();
     void whatIsNoRobotIsToldApart();
@@ -225,7 +229,9 @@ void TestZoCheck::aMissingRightIsNamed()
     QCOMPARE(noListing.status, 1);
     QVERIFY2(found(noListing, "rights").startsWith("failed: SCAN is refused: NOPERM "),
              noListing.output.constData());
-    QCOMPARE(found(noListing, "keys"), QString("skipped: they cannot be listed"));
+    QCOMPARE(found(noListing, "keys"),
+             QString("skipped: they cannot be listed; those that are named can be read"));
+    QCOMPARE(linesIn(noListing.output), allSteps);
 }
 
 void TestZoCheck::someForbiddenKeysAreNoFailure()
@@ -254,6 +260,9 @@ void TestZoCheck::aPanelsRightsSuffice()
     QVERIFY2(ended.status == 0, ended.output.constData());
     QVERIFY2(found(ended, "notices").startsWith("skipped: CLIENT TRACKING is refused: NOPERM "),
              ended.output.constData());
+    const RedisServer always(withUser("%R~* -@all +mget +scan +ping +client|tracking"));
+    QVERIFY(found(check(always, {"--user", "alice"}), "notices")
+                .startsWith("skipped: CLIENT CACHING is refused: NOPERM "));
     const RedisServer telling(
         withUser("%R~* -@all +mget +scan +ping +client|tracking +client|caching"));
     QVERIFY(found(check(telling, {"--user", "alice"}), "notices").startsWith("ok: "));
@@ -275,6 +284,43 @@ void TestZoCheck::aRobotThatHangsLaterEndsItThere()
         connection.waitForEnd();
     });
     VERIFY_ENDS_AT(checkBriefly(robot), "rights", "no reply to SCAN within 1000 ms");
+}
+
+void TestZoCheck::aListOfKeysThatFailsEndsNothing_data()
+{
+    QTest::addColumn<QByteArray>("reply"); // to the second SCAN; empty: none comes
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("silence") << QByteArray() << "no reply to SCAN within 1000 ms";
+    QTest::newRow("refusal") << QByteArray("-NOPERM not any more\r\n") << "refuses SCAN: NOPERM";
+    QTest::newRow("nonsense") << QByteArray("*3\r\n") << "malformed reply to SCAN";
+}
+
+void TestZoCheck::aListOfKeysThatFailsEndsNothing()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, cause);
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        bool isFirst = true;
+        for (;;) {
+            const std::string word = connection.readCommand().at(0);
+            if (word == "SCAN" && !std::exchange(isFirst, false))
+                connection.send(reply.toStdString());
+            else if (word == "SCAN")
+                connection.send("*2\r\n$1\r\n0\r\n*0\r\n");
+            else if (word == "MGET")
+                connection.send("*1\r\n$-1\r\n");
+            else
+                connection.send(word == "PING" ? "+PONG\r\n" : "-ERR no such command\r\n");
+        }
+    });
+    const Ended ended = checkBriefly(robot);
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(found(ended, "keys").startsWith("failed: ") && found(ended, "keys").contains(cause) &&
+                 found(ended, "keys").endsWith("; those that are named can be read"),
+             ended.output.constData());
+    QVERIFY2(found(ended, "round trip").startsWith("ok: "), ended.output.constData());
+    QCOMPARE(linesIn(ended.output), allSteps);
 }
 
 void TestZoCheck::aRobotThatIsNotReadyIsToldApart()
@@ -333,8 +379,11 @@ void TestZoCheck::anOldServerSendsNoNotices()
     const FakeRobot robot([&](FakeConnection& connection) {
         connection.greet();
         for (;;) {
-            const std::string word = connection.readCommand().at(0);
-            if (word == "SCAN")
+            const auto command = connection.readCommand();
+            const std::string& word = command.at(0);
+            if (word == "SCAN" && command.size() > 4)
+                connection.send("-ERR syntax error\r\n");
+            else if (word == "SCAN")
                 connection.send("*2\r\n$1\r\n0\r\n*0\r\n");
             else if (word == "MGET")
                 connection.send("*1\r\n$-1\r\n");
@@ -343,6 +392,7 @@ void TestZoCheck::anOldServerSendsNoNotices()
         }
     });
     const Ended ended = checkBriefly(robot);
+    QVERIFY2(found(ended, "rights").startsWith("ok: SCAN is allowed"), ended.output.constData());
     QCOMPARE(found(ended, "server"), server);
     QCOMPARE(found(ended, "notices"), notices);
 }

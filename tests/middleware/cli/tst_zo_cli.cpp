@@ -20,6 +20,7 @@ private slots:
     void listPrintsTheKeysSortedByBytes();
     void getPrintsEveryTypeInTheOrderAsked();
     void aLargeValueIsInvalidAlone();
+    void aSocketLeadsToTheRobot();
     void aRecordIsAlwaysOneLine();
     void setStoresTextAsItStands();
     void watchPrintsEachPollAtItsTime();
@@ -115,6 +116,16 @@ void TestZoCli::getPrintsEveryTypeInTheOrderAsked()
                                       "hash\tinvalid\t\n"
                                       "missing\tinvalid\t\n"
                                       "int\tint\t3\n"));
+}
+
+void TestZoCli::aSocketLeadsToTheRobot()
+{
+    const RedisServer server;
+    server.command({"SET", "a", "1"});
+    const QString path = QString::fromStdString(server.socketPath());
+    const Ended ended = run({"--connect", "arm-7.invalid", "--socket", path, "get", "a"});
+    QCOMPARE(ended.errors, QByteArray());
+    QCOMPARE(ended.output, QByteArray("a\tint\t1\n"));
 }
 
 void TestZoCli::aLargeValueIsInvalidAlone()
@@ -422,13 +433,20 @@ void TestZoCli::helpAndVersionArePrinted()
     const Ended help = run({"--help"});
     QCOMPARE(help.status, 0);
     QCOMPARE(help.errors, QByteArray());
-    for (const char* word :
-         {"list", "get", "set", "watch", "check", "--connect", "--user", "--password-file", "--tls",
-          "--ca", "--cert", "--key", "--timeout", "--period", "--count", "--help", "--version"})
+    for (const char* word : {"list", "get", "set", "watch", "check", "--connect", "--user",
+                             "--password-file", "--tls", "--ca", "--cert", "--key", "--timeout",
+                             "--socket", "--period", "--count", "--help", "--version"})
         QVERIFY2(help.output.contains(word), word);
     const Ended version = run({"--version"});
     QCOMPARE(version.status, 0);
-    QVERIFY(QRegularExpression("^zo \\d+\\.\\d+\\.\\d+\n$").match(version.output).hasMatch());
+    QVERIFY2(QRegularExpression("^zo \\d+\\.\\d+\\.\\d+\n"
+                                "libzo \\d+\\.\\d+\\.\\d+\n"
+                                "OpenSSL 3\\.\\d+\\.\\d+\n"
+                                "Boost 1\\.\\d+\\.\\d+\n"
+                                "simdjson \\d+\\.\\d+\\.\\d+\n$")
+                 .match(version.output)
+                 .hasMatch(),
+             version.output);
 }
 
 REGISTER_TEST(TestZoCli, QCoreApplication)

@@ -21,6 +21,8 @@ class TestZoCommand : public GuardedTest
 private slots:
     void commandsHaveTheirOperands();
     void watchHasOptionsOfItsOwn();
+    void whatRecordGetsIsReadByItsOwnProgram();
+    void aReplayIsControlled();
     void theRobotIsChosenByOptions();
     void helpAndVersionComeBeforeAllMistakes();
     void aValueMayLookLikeAnOption();
@@ -53,6 +55,9 @@ void TestZoCommand::commandsHaveTheirOperands()
     QVERIFY(set.action == Action::Set);
     QCOMPARE(set.operands, (Words{"a", ""}));
     QVERIFY(readZoCommand({"check"}).action == Action::Check);
+    QVERIFY(readZoCommand({"robots"}).action == Action::Robots);
+    QVERIFY(!readZoCommand({"robots"}).isJson);
+    QVERIFY(readZoCommand({"robots", "--json"}).isJson);
 }
 
 void TestZoCommand::watchHasOptionsOfItsOwn()
@@ -65,6 +70,30 @@ void TestZoCommand::watchHasOptionsOfItsOwn()
     QCOMPARE(full.period.count(), 60);
     QCOMPARE(full.count, 3);
     QCOMPARE(full.operands, (Words{"a", "b"}));
+}
+
+void TestZoCommand::whatRecordGetsIsReadByItsOwnProgram()
+{
+    const ZoCommand command = readZoCommand(
+        {"--password-file", "/nowhere", "--tls", "record", "--for", "1h", "record", "--", "-a"});
+    QVERIFY(command.action == Action::Record);
+    QCOMPARE(command.operands,
+             (Words{"--password-file", "/nowhere", "--tls", "--for", "1h", "record", "--", "-a"}));
+    QCOMPARE(readZoCommand({"--tls", "--", "record", "--all"}).operands, (Words{"--tls", "--all"}));
+    QVERIFY(readZoCommand({"record", "--help"}).action == Action::Record);
+}
+
+void TestZoCommand::aReplayIsControlled()
+{
+    const auto textOf = [](const Words& words) {
+        const ZoCommand command = readZoCommand(words);
+        return command.action == Action::ReplayControl ? command.operands : Words{};
+    };
+    QCOMPARE(textOf({"replay-control", "status"}), Words{"status"});
+    QCOMPARE(textOf({"replay-control", "pause"}), Words{"pause"});
+    QCOMPARE(textOf({"replay-control", "step", "3"}), Words{"step 3"});
+    QCOMPARE(textOf({"replay-control", "jump", "-90s"}), Words{"jump -90s"});
+    QCOMPARE(textOf({"replay-control", "speed 0.5"}), Words{"speed 0.5"});
 }
 
 void TestZoCommand::theRobotIsChosenByOptions()
@@ -114,6 +143,11 @@ void TestZoCommand::mistakesAreNamed_data()
     row({"--nonsense", "list"}, "'--nonsense'");
     row({"list", "--period", "60"}, "'--period'");
     row({"--period", "60", "watch", "a"}, "'--period'");
+    row({"replay-control"}, "it goes: zo replay-control");
+    row({"replay-control", "fly"}, "'fly' is no command for a replay");
+    row({"replay-control", "status", "now"}, "'status now' is no command for a replay");
+    row({"replay-control", "speed", "0"}, "'speed 0' is no command for a replay");
+    row({"replay-control", "step", "1", "2"}, "it goes: zo replay-control");
     row({"--connect"}, "--connect needs a value");
     row({"--connect", "", "list"}, "--connect needs a value");
     row({"--connect=", "list"}, "--connect needs a value");
@@ -122,6 +156,8 @@ void TestZoCommand::mistakesAreNamed_data()
     row({"--timeout", "0", "list"}, "--timeout must be a whole number from 1 to 3600000, not '0'");
     row({"list", "a", "b"}, "zo list [SUBSTRING]");
     row({"get"}, "zo get KEY...");
+    row({"robots", "a"}, "zo robots [--json]");
+    row({"robots", "--json=yes"}, "--json has no value");
     row({"check", "a"}, "zo check");
     row({"check", "--count", "3"}, "'--count'");
     row({"get", "a", "--count"}, "'--count'");

@@ -4,6 +4,7 @@
 #include "support/redis_server.h"
 #include "support/register_test.h"
 
+#include <link/link_settings.h>
 #include <link/stream.h>
 
 #include <zo/broker.h>
@@ -21,7 +22,8 @@ std::string handshake(const RedisServer& server, const std::string& host)
     options.tls = true;
     options.tlsCaFile = server.caFile();
     boost::asio::io_context context;
-    Stream stream(context, makeTlsContext(options), host);
+    const LinkSettings settings(host, server.port(), options, "test");
+    Stream stream(context, makeTlsContext(options), settings, host);
     std::string outcome = "nothing happened";
     const auto port = static_cast<unsigned short>(server.port());
     stream.connect({boost::asio::ip::make_address("127.0.0.1"), port},

@@ -44,7 +44,9 @@ class TestConnection : public GuardedTest
 private slots:
     void aBadReplyEndsTheLink_data();
     void aBadReplyEndsTheLink();
-    void aTooLargeReplyEndsTheLink();
+    void whatMakesAReplyTooLargeIsInvalidAlone();
+    void anAnswerThatComesLateServesTheNextCall();
+    void anAnswerThatComesLateIsNoneBehindAWrite();
     void drippingBytesDoNotMoveTheDeadline();
     void aReplyThatBreaksOffEndsTheLink();
     void aLateReplyReachesNobody();
@@ -92,13 +94,63 @@ void TestConnection::aBadReplyEndsTheLink()
     QVERIFY(contains(errorOf([&] { memory.getDataListName(); }), error));
 }
 
-void TestConnection::aTooLargeReplyEndsTheLink()
+void TestConnection::whatMakesAReplyTooLargeIsInvalidAlone()
 {
     const std::string value = "$1048576\r\n" + std::string(1 << 20, 'x') + "\r\n";
     const FakeRobot robot(answering(arrayOf(70, value)));
-    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
-    const std::string error = errorOf([&] { memory.getListData(requestFor(manyKeys(70))); });
-    QVERIFY2(contains(error, "64 MiB"), error.c_str());
+    const auto broker = linkTo(robot.port(), quietOptions());
+    ZoMemoryProxy memory = memoryOf(broker);
+    const ZoValue values = memory.getListData(requestFor(manyKeys(70)));
+    QVERIFY(values[62] == ZoValue(std::string(1 << 20, 'x')));
+    QVERIFY(values[63] == ZoValue() && values[69] == ZoValue());
+    QVERIFY(broker->isConnected());
+}
+
+void TestConnection::anAnswerThatComesLateServesTheNextCall()
+{
+    std::promise<void> hasGivenUp;
+    const FakeRobot robot([late = hasGivenUp.get_future().share()](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        late.wait();
+        connection.send(arrayOf(1, "$1\r\n7\r\n"));
+        connection.waitForEnd(); // and says nothing more
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(300))));
+    const auto before = std::chrono::steady_clock::now();
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    QVERIFY2(contains(error, "no reply to MGET within 300 ms"), error.c_str());
+    hasGivenUp.set_value();
+    ZoListAnswer answer;
+    const auto ask = [&] { answer = memory.getListAnswer(requestFor({"Arm"})); };
+    bool isAnswered = false; // until it has come, the link is silent
+    TRY_VERIFY(isAnswered || (isAnswered = errorOf(ask).empty()));
+    QVERIFY(answer.values[0] == ZoValue(7));
+    QVERIFY(answer.arrived > before && answer.arrived < std::chrono::steady_clock::now());
+    QVERIFY(!errorOf([&] { memory.getListData(requestFor({"Arm"})); }).empty()); // once
+}
+
+void TestConnection::anAnswerThatComesLateIsNoneBehindAWrite()
+{
+    std::promise<void> hasGivenUp;
+    const FakeRobot robot([late = hasGivenUp.get_future().share()](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        late.wait();
+        connection.send(arrayOf(1, "$1\r\n7\r\n"));
+        connection.readCommand();
+        connection.send("+OK\r\n");
+        connection.readCommand();
+        connection.send(arrayOf(1, "$1\r\n8\r\n"));
+        connection.waitForEnd();
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions(milliseconds(1000))));
+    errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    hasGivenUp.set_value();
+    bool isSet = false; // until it has come, the link is silent
+    const auto set = [&] { memory.setData("Arm", 8); };
+    TRY_VERIFY(isSet || (isSet = errorOf(set).empty()));
+    QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(8));
 }
 
 void TestConnection::drippingBytesDoNotMoveTheDeadline()

@@ -381,9 +381,13 @@ void TestLink::itTellsHowItIsDoing()
 {
     FakeRobot robot([](FakeConnection& connection) {
         connection.greet();
-        while (connection.readCommand().at(0) == "MGET")
-            connection.send("*1\r\n$1000\r\n" + std::string(1000, '7') + "\r\n");
-        connection.waitForEnd();
+        for (;;) {
+            const std::string word = connection.readCommand().at(0);
+            if (word == "MGET")
+                connection.send("*1\r\n$1000\r\n" + std::string(1000, '7') + "\r\n");
+            else
+                connection.send(word == "SET" ? "+OK\r\n" : "*2\r\n$1\r\n0\r\n*0\r\n");
+        }
     });
     const auto broker = linkTo(robot.port(), quietOptions());
     const ZoLinkStatus before = broker->linkStatus();
@@ -393,6 +397,9 @@ void TestLink::itTellsHowItIsDoing()
     QVERIFY(before.following == ZoLinkStatus::Following::None);
 
     ZoMemoryProxy memory = memoryOf(broker);
+    memory.setData("Arm", 1);
+    memory.getDataListName();
+    QVERIFY(!broker->linkStatus().answerAge); // which are no lists of values
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < 10; ++i)
         memory.getListData(requestFor({"Arm"}));

@@ -6,6 +6,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace zo;
@@ -70,13 +71,18 @@ const std::vector<std::pair<const char*, void (*)(MachineBench&)>> ways = {
          bench.connect();
          bench.receive("-NOAUTH who are you\r\n");
      }},
+    {"closed",
+     [](MachineBench& bench) {
+         bench.machine.disconnect(bench.now);
+         bench.settle();
+     }},
 };
 
-void addWays(const std::string& without = {})
+void addWays(const std::vector<std::string>& without = {})
 {
     QTest::addColumn<int>("way");
     for (std::size_t i = 0; i < ways.size(); ++i)
-        if (ways[i].first != without)
+        if (std::find(without.begin(), without.end(), ways[i].first) == without.end())
             QTest::newRow(ways[i].first) << static_cast<int>(i);
 }
 
@@ -89,6 +95,7 @@ class TestLinkMachine : public GuardedTest
 
 private slots:
     void itGreetsAndGoesUp();
+    void itTellsWhatAnAttemptIsAt();
     void itLogsInBeforeAllElse();
     void aUserWithoutRightsToPingOrNamesHasALink();
     void aRefusedLoginIsFinal_data();
@@ -99,6 +106,8 @@ private slots:
     void aGreetingThatIsWrittenLateIsWaitedForBeforeACall();
     void reconnectingBeginsAnew_data();
     void reconnectingBeginsAnew();
+    void disconnectingEndsEverythingUntilReconnecting_data();
+    void disconnectingEndsEverythingUntilReconnecting();
     void whatComesLateIsIgnored();
     void itSleepsWhenThereIsNothingToDo();
     void stoppingEndsEverything_data();
@@ -106,6 +115,7 @@ private slots:
     void aDriverThatFailsIsALoss_data();
     void aDriverThatFailsIsALoss();
     void aDriverThatFailsLeavesARefusalFinal();
+    void aDriverThatFailsLeavesAClosedLinkClosed();
 };
 
 void TestLinkMachine::itGreetsAndGoesUp()
@@ -126,6 +136,27 @@ void TestLinkMachine::itGreetsAndGoesUp()
     QVERIFY(bench.isUp());
     QCOMPARE(bench.told.size(), std::size_t{1});
     QVERIFY(bench.told[0].isUp && bench.told[0].since == bench.now);
+}
+
+void TestLinkMachine::itTellsWhatAnAttemptIsAt()
+{
+    using Step = ZoLinkStatus::Step;
+    MachineBench bench(overTls());
+    QVERIFY(bench.machine.step() == Step::None);
+    bench.start();
+    QVERIFY(bench.machine.step() == Step::LookUp);
+    bench.answerLookUp();
+    QVERIFY(bench.machine.step() == Step::Connection);
+    bench.connect();
+    QVERIFY(bench.machine.step() == Step::Tls);
+    bench.machine.secured(bench.now, bench.newest());
+    QVERIFY(bench.machine.step() == Step::Login);
+    bench.settle();
+    bench.finishWrite();
+    bench.receive("+PONG\r\n+OK\r\n");
+    QVERIFY(bench.isUp() && bench.machine.step() == Step::None);
+    bench.close("gone");
+    QVERIFY(bench.machine.step() == Step::None);
 }
 
 void TestLinkMachine::itLogsInBeforeAllElse()
@@ -251,6 +282,7 @@ void TestLinkMachine::reconnectingBeginsAnew()
     bench.machine.reconnect(bench.now, MachineBench::settingsFor(withPassword()));
     bench.settle();
     QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    QVERIFY(!bench.machine.condition().isClosed);
     QVERIFY(contains(bench.cause(), "connecting anew"));
     QCOMPARE(bench.closes.size(), bench.connects.size());
     QCOMPARE(bench.problems.size(), bench.sinks.size());
@@ -262,6 +294,40 @@ void TestLinkMachine::reconnectingBeginsAnew()
     bench.finishWrite();
     bench.receive("+OK\r\n+PONG\r\n+OK\r\n");
     QVERIFY(bench.isUp());
+}
+
+void TestLinkMachine::disconnectingEndsEverythingUntilReconnecting_data()
+{
+    addWays();
+}
+
+void TestLinkMachine::disconnectingEndsEverythingUntilReconnecting()
+{
+    QFETCH(int, way);
+    MachineBench bench;
+    bench.start();
+    ways[way].second(bench);
+    bench.machine.disconnect(bench.now);
+    bench.settle();
+    QVERIFY(!bench.isUp() && bench.machine.condition().isClosed);
+    QVERIFY(!bench.machine.condition().isRefused && !bench.machine.condition().isOpening);
+    QVERIFY(contains(bench.cause(), "disconnected on request"));
+    QCOMPARE(bench.closes.size(), bench.connects.size());
+    QCOMPARE(bench.problems.size(), bench.sinks.size());
+    QVERIFY(bench.machine.wakeAt() == MachineBench::Time::max());
+    QCOMPARE(bench.ends(bench.call("GET")), 1);
+
+    const std::size_t lookUps = bench.lookUps.size();
+    bench.answerLookUp();
+    bench.machine.woken(bench.now + hours(1));
+    bench.settle();
+    QCOMPARE(bench.lookUps.size(), lookUps);
+    QCOMPARE(bench.closes.size(), bench.connects.size());
+    bench.now += hours(1);
+    bench.machine.reconnect(bench.now, MachineBench::settingsFor({}));
+    bench.settle();
+    bench.goUp();
+    QVERIFY(bench.isUp() && !bench.machine.condition().isClosed);
 }
 
 void TestLinkMachine::whatComesLateIsIgnored()
@@ -354,7 +420,7 @@ void TestLinkMachine::stoppingEndsEverything()
 
 void TestLinkMachine::aDriverThatFailsIsALoss_data()
 {
-    addWays("refused"); // which is final
+    addWays({"refused", "closed"}); // which nothing ends but reconnecting
 }
 
 void TestLinkMachine::aDriverThatFailsIsALoss()
@@ -398,6 +464,18 @@ void TestLinkMachine::aDriverThatFailsLeavesARefusalFinal()
     bench.settle();
     bench.goUp();
     QVERIFY(bench.isUp());
+}
+
+void TestLinkMachine::aDriverThatFailsLeavesAClosedLinkClosed()
+{
+    MachineBench bench;
+    bench.startUp();
+    bench.machine.disconnect(bench.now);
+    bench.machine.failed(bench.now);
+    bench.settle();
+    QVERIFY(bench.machine.condition().isClosed);
+    QVERIFY(contains(bench.cause(), "disconnected on request"));
+    QVERIFY(bench.machine.wakeAt() == MachineBench::Time::max());
 }
 
 REGISTER_TEST(TestLinkMachine, QCoreApplication)

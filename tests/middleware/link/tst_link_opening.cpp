@@ -14,10 +14,16 @@
 namespace {
 
 using std::chrono::milliseconds;
+using Step = ZoLinkStatus::Step;
 
 std::string problemAt(const std::string& host, int port, const ZoBrokerOptions& options)
 {
     return errorOf([&] { ZoBroker::create("TestBroker", host, port, options); });
+}
+
+boost::shared_ptr<ZoBroker> begunAt(int port, const ZoBrokerOptions& options)
+{
+    return ZoBroker::begin("TestBroker", "127.0.0.1", port, options);
 }
 
 } // namespace
@@ -42,6 +48,13 @@ private slots:
     void aUserWithoutTheRightToPingHasALink();
     void aServerThatIsNotReadyIsNamed();
     void aServerWithTooManyClientsIsNamed();
+    void aLinkThatIsBegunTellsWhenItIsUp();
+    void aLinkThatIsBegunTellsWhyItIsNotUp();
+    void aLinkThatIsBegunTellsWhatItIsAt_data();
+    void aLinkThatIsBegunTellsWhatItIsAt();
+    void aLinkThatIsDownIsBegunAnew();
+    void aRobotBehindASocketNeedsNoAddress();
+    void aSocketThatIsNotThereIsNamed();
     void anUnknownModuleIsNamed();
     void wildTimeoutsAreConfined();
 };
@@ -198,6 +211,95 @@ void TestLinkOpening::aServerWithTooManyClientsIsNamed()
         const std::string error = problemAt("127.0.0.1", server.port(), options);
         QVERIFY2(contains(error, "not ready: ERR max number of clients reached"), error.c_str());
     }
+}
+
+void TestLinkOpening::aLinkThatIsBegunTellsWhenItIsUp()
+{
+    const RedisServer server;
+    const auto broker = begunAt(server.port(), patientOptions());
+    TRY_VERIFY(!broker->linkStatus().opening);
+    QVERIFY(broker->isConnected());
+    QVERIFY(broker->linkStatus().step == Step::None);
+    ZoMemoryProxy memory = memoryOf(broker);
+    QCOMPARE(memory.getListData(requestFor({"a"})).getSize(), 1);
+}
+
+void TestLinkOpening::aLinkThatIsBegunTellsWhyItIsNotUp()
+{
+    const DeafPort deaf;
+    const auto broker = begunAt(deaf.port(), patientOptions());
+    TRY_VERIFY(!broker->linkStatus().opening);
+    const ZoLinkStatus status = broker->linkStatus();
+    QVERIFY(!status.connected);
+    QVERIFY2(contains(status.cause, "refused"), status.cause.c_str());
+    QVERIFY(contains(errorOf([] { begunAt(0, {}); }), "port 0"));
+}
+
+void TestLinkOpening::aLinkThatIsBegunTellsWhatItIsAt_data()
+{
+    QTest::addColumn<bool>("tls");
+    QTest::addColumn<int>("step");
+    QTest::newRow("plain") << false << int(Step::Login);
+    QTest::newRow("TLS") << true << int(Step::Tls);
+}
+
+// Of a server that says nothing; the test's end is the end of a link that is waiting for it.
+void TestLinkOpening::aLinkThatIsBegunTellsWhatItIsAt()
+{
+    QFETCH(bool, tls);
+    QFETCH(int, step);
+    const FakeRobot robot([](FakeConnection& connection) { connection.waitForEnd(); });
+    ZoBrokerOptions options;
+    options.tls = tls;
+    options.connectTimeout = std::chrono::hours(1);
+    const auto broker = begunAt(robot.port(), options);
+    TRY_COMPARE(int(broker->linkStatus().step), step);
+    QVERIFY(broker->linkStatus().opening);
+}
+
+void TestLinkOpening::aLinkThatIsDownIsBegunAnew()
+{
+    RedisServer server;
+    ZoBrokerOptions options = patientOptions();
+    options.reconnectWait = std::chrono::hours(1);
+    options.reconnectWaitMax = std::chrono::hours(1);
+    const auto broker = linkTo(server.port(), options);
+    server.kill();
+    TRY_VERIFY(!broker->isConnected());
+    server.restart();
+    const auto other = begunAt(server.port(), options);
+    TRY_VERIFY(other->isConnected());
+    QVERIFY(broker->isConnected());
+}
+
+void TestLinkOpening::aRobotBehindASocketNeedsNoAddress()
+{
+    RedisServer server;
+    ZoBrokerOptions options = patientOptions();
+    options.socketPath = server.socketPath();
+    const auto broker = ZoBroker::create("TestBroker", "nowhere.invalid", 1, options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    memory.setText("Arm", "1");
+    QVERIFY(memory.getListData(requestFor({"Arm"}))[0] == ZoValue(1));
+    QStringList found;
+    QVERIFY(ZoCheck::run({"nowhere.invalid", 1}, options, [&](const ZoCheck::Step& step) {
+        found += QString::fromStdString(step.text);
+    }));
+    QCOMPARE(found[0], QString("left to the other end of the tunnel"));
+    QCOMPARE(found[1], QString("the tunnel is there"));
+    server.kill();
+    TRY_VERIFY(contains(broker->linkStatus().cause, "nowhere.invalid:1"));
+    server.restart();
+    TRY_VERIFY(broker->isConnected());
+}
+
+void TestLinkOpening::aSocketThatIsNotThereIsNamed()
+{
+    ZoBrokerOptions options = patientOptions();
+    options.socketPath = "/nowhere/at/all";
+    QVERIFY(contains(problemAt("arm", 6379, options), "arm:6379: No such file"));
+    options.socketPath = std::string(200, 'x');
+    QVERIFY(contains(problemAt("arm", 6379, options), "too long"));
 }
 
 void TestLinkOpening::anUnknownModuleIsNamed()

@@ -4,6 +4,8 @@
 #include "support/link_bench.h"
 #include "support/register_test.h"
 
+#include <link/link_pulse.h>
+
 #include <QtTest>
 
 #include <chrono>
@@ -13,6 +15,7 @@ using namespace zo;
 
 namespace {
 
+using std::chrono::microseconds;
 using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
@@ -42,6 +45,7 @@ private slots:
     void aViolationCutsTheLink_data();
     void aViolationCutsTheLink();
     void aLossEndsAllCalls();
+    void aRoundTripOfNoTimeIsKnown();
     void theRoundTripIsSmoothedAndBounded();
     void everyByteIsCounted();
     void onlyWholeAnswersToCallsCount();
@@ -300,6 +304,15 @@ void TestTraffic::aLossEndsAllCalls()
     link.passToNextAttempt();
     link.goUp();
     QVERIFY(!contains(link.written(link.newest()), "TWO"));
+}
+
+void TestTraffic::aRoundTripOfNoTimeIsKnown()
+{
+    LinkPulse pulse;
+    QVERIFY(!pulse.knownRoundTrip());
+    const LinkBench link(withoutPings(), milliseconds(0));
+    pulse.set(ZoLinkStatus::Step::None, link.now, link.machine.roundTrip());
+    QVERIFY(pulse.knownRoundTrip() == microseconds(1));
 }
 
 void TestTraffic::theRoundTripIsSmoothedAndBounded()

@@ -19,6 +19,9 @@ private slots:
     void itsTextReadsBack();
     void mistakesAreNamed_data();
     void mistakesAreNamed();
+    void severalAreReadInTheirOrder();
+    void mistakesInAListAreNamed_data();
+    void mistakesInAListAreNamed();
 };
 
 void TestZoAddress::itDefaultsToThisMachine()
@@ -77,6 +80,8 @@ void TestZoAddress::mistakesAreNamed_data()
                            << "no host name";
     QTest::newRow("a user") << "me@arm"
                             << "no host name";
+    QTest::newRow("several") << "arm,leg"
+                             << "no host name";
     QTest::newRow("bare IPv6") << "::1"
                                << "in brackets";
     QTest::newRow("bare IPv6 and port") << "fe80::1:6379"
@@ -107,6 +112,48 @@ void TestZoAddress::mistakesAreNamed()
         const QString message = QString::fromStdString(error.toString());
         QVERIFY2(message.contains(cause), error.what());
         QVERIFY2(message.contains("'" + text + "'"), error.what());
+    }
+}
+
+void TestZoAddress::severalAreReadInTheirOrder()
+{
+    const auto addresses = ZoAddress::listFromText("10.0.0.8:7001,arm-7,[::1]:7002,10.0.0.8:7001");
+    std::string texts;
+    for (const ZoAddress& address : addresses)
+        texts += address.toText() + " ";
+    QCOMPARE(texts, std::string("10.0.0.8:7001 arm-7:6379 [::1]:7002 "));
+    QCOMPARE(ZoAddress::listFromText("arm").size(), std::size_t{1});
+}
+
+void TestZoAddress::mistakesInAListAreNamed_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("nothing") << ""
+                             << "there is no host";
+    QTest::newRow("begins with a comma") << ",arm"
+                                         << "nothing before or behind a comma";
+    QTest::newRow("ends with a comma") << "arm,"
+                                       << "nothing before or behind a comma";
+    QTest::newRow("a blank") << "arm, leg"
+                             << "' leg': this is no host name";
+    QTest::newRow("a bad port") << "arm:1,leg:x"
+                                << "'leg:x': the port must be";
+    QString many;
+    for (int port = 1; port <= ZoAddress::fMostAddresses + 1; ++port)
+        many += QString("arm:%1,").arg(port);
+    QTest::newRow("too many") << many.chopped(1) << "more than 16 addresses";
+}
+
+void TestZoAddress::mistakesInAListAreNamed()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, cause);
+    try {
+        ZoAddress::listFromText(text.toStdString());
+        QFAIL("no error");
+    } catch (const ZoError& error) {
+        QVERIFY2(QString::fromStdString(error.toString()).contains(cause), error.what());
     }
 }
 

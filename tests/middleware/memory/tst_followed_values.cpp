@@ -37,8 +37,10 @@ private slots:
     void onlyAnotherValueIsAChange();
     void aTooLargeValueIsLeftAloneForLongerAndLonger();
     void aForbiddenKeyIsLeftAloneForAWhile();
+    void whatIsReadInVainIsLeftAloneLongerEachTime();
     void anOwnWriteEndsThePause();
     void anOwnWriteIsAChangeWhateverBecomesOfIt();
+    void whoComesInTheMidstOfOwnWritesKnowsOfThem();
     void allKeysMayHaveChanged();
     void aNewConnectionKnowsNothing();
     void memoryIsGivenBack();
@@ -132,6 +134,21 @@ void TestFollowedValues::aForbiddenKeyIsLeftAloneForAWhile()
     QVERIFY(!fEntry->second.isForbidden);
 }
 
+void TestFollowedValues::whatIsReadInVainIsLeftAloneLongerEachTime()
+{
+    for (const int pause : {1, 2, 4, 8, 10}) {
+        QVERIFY(fValues.read(*fEntry, 1, {1, false, {}}));
+        fValues.leaveOut(*fEntry, start);
+        QVERIFY(fEntry->second.value == ZoValue());
+        QVERIFY(fEntry->second.isPaused(start + seconds(pause) - milliseconds(1)));
+        QVERIFY(!fEntry->second.isPaused(start + seconds(pause)));
+    }
+    for (int kept = 0; kept < 2; ++kept)
+        QVERIFY(fValues.read(*fEntry, 1, {1, false, {}}));
+    fValues.leaveOut(*fEntry, start);
+    QVERIFY(!fEntry->second.isPaused(start + seconds(1)));
+}
+
 void TestFollowedValues::anOwnWriteEndsThePause()
 {
     QVERIFY(fValues.readTooLarge(*fEntry, told(1), start));
@@ -144,6 +161,19 @@ void TestFollowedValues::anOwnWriteEndsThePause()
     QVERIFY(!fEntry->second.isPaused(start));
     QVERIFY(fValues.readTooLarge(*fEntry, told(4), start));
     QVERIFY(fEntry->second.isPaused(start));
+}
+
+void TestFollowedValues::whoComesInTheMidstOfOwnWritesKnowsOfThem()
+{
+    fValues.beginWrite({"b"});
+    FollowedValues::Entry* const entry = fValues.acquire("b");
+    QCOMPARE(entry->second.writes, 1);
+    fValues.beginWrite({"b"});
+    fValues.endWrite({"b"}, 1);
+    QCOMPARE(entry->second.writes, 1);
+    fValues.endWrite({"b"}, 2);
+    QCOMPARE(entry->second.writes, 0);
+    fValues.release(entry);
 }
 
 void TestFollowedValues::anOwnWriteIsAChangeWhateverBecomesOfIt()

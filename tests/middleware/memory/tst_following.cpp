@@ -31,6 +31,7 @@ private slots:
     void aForbiddenCommandIsNamed();
     void aListLongerThanACommandIsWhole();
     void noCallWaitsForARobotThatHangs();
+    void onlyTheFirstCallWaitsForASlowRobot();
     void itGoesOnAfterALoss();
     void noCallWaitsForARobotThatIsBack();
     void manyThreadsShareOneProxy();
@@ -225,6 +226,26 @@ void TestFollowing::noCallWaitsForARobotThatHangs()
             ++unanswered;
         pauseAsAPanelDoes();
     }
+    isOver.set_value();
+}
+
+void TestFollowing::onlyTheFirstCallWaitsForASlowRobot()
+{
+    std::promise<void> isOver;
+    FakeRobot robot([over = isOver.get_future().share()](FakeConnection& connection) {
+        connection.greet();
+        while (connection.readCommand().at(0) != "MGET")
+            connection.send("+PONG\r\n");
+        // Longer than what lies between two calls that make a rhythm.
+        over.wait_for(std::chrono::milliseconds(400));
+        connection.send("*1\r\n$1\r\n1\r\n");
+        over.wait();
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), following(quietOptions())));
+    const ZoValue request = requestFor({"Arm/A"});
+    QVERIFY(memory.getListData(request)[0] == ZoValue(1));
+    pauseAsAPanelDoes();
+    tried(memory, request); // one that waited would do so for minutes
     isOver.set_value();
 }
 

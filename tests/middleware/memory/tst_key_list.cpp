@@ -6,6 +6,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <string>
@@ -51,7 +52,9 @@ private slots:
     void theKeyListsPagesGrowWhenTheyComeSoon();
     void aKeyListMayTakeAtLeastAsLongAsOneAnswer();
     void aKeyListThatGrowsForEverIsGivenUp();
+    void aPageThatIsTooLargeIsNoKeyList();
     void aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes();
+    void aServerThatKnowsNoKindsIsAskedForThatOfEachKey();
     void aBadKeyListEndsTheLink_data();
     void aBadKeyListEndsTheLink();
 };
@@ -159,6 +162,16 @@ void TestKeyList::aKeyListThatGrowsForEverIsGivenUp()
     QCOMPARE(pages.load(), 7); // of 10 MB each
 }
 
+void TestKeyList::aPageThatIsTooLargeIsNoKeyList()
+{
+    const FakeRobot robot(answering(pageOf(0, numberedNames(70, 1000000, 0))));
+    const auto broker = linkTo(robot.port(), quietOptions());
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getDataListName(); });
+    QVERIFY2(contains(error, "the key list is larger than 64 MiB"), error.c_str());
+    QVERIFY(broker->isConnected());
+}
+
 void TestKeyList::aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes()
 {
     constexpr int namesOfPage = 50000;
@@ -178,6 +191,28 @@ void TestKeyList::aKeyListOfTinyNamesIsGivenUpForTheMemoryItTakes()
     // Each name takes a node, a place and its bytes: two words and a string at the very least.
     constexpr int fewestBytes = 2 * sizeof(void*) + sizeof(std::string) + sizeof(ZoValue);
     QVERIFY2(pages * namesOfPage * fewestBytes < 80 << 20, "more than 80 MiB were taken");
+}
+
+void TestKeyList::aServerThatKnowsNoKindsIsAskedForThatOfEachKey()
+{
+    const FakeRobot robot([](FakeConnection& connection) {
+        connection.greet();
+        for (;;) {
+            const auto command = connection.readCommand();
+            if (command[0] == "TYPE")
+                connection.send(command[1] == "2" ? "+list\r\n" : "+string\r\n");
+            else if (command.size() > 4)
+                connection.send("-ERR syntax error\r\n");
+            else if (command[1] == "0")
+                connection.send(pageOf(1, numberedNames(3, 1, 1)));
+            else
+                connection.send(pageOf(0, {}));
+        }
+    });
+    ZoMemoryProxy memory = memoryOf(linkTo(robot.port(), quietOptions()));
+    std::vector<std::string> names = memory.getDataListName();
+    std::sort(names.begin(), names.end());
+    QCOMPARE(names, (std::vector<std::string>{"1", "3"}));
 }
 
 void TestKeyList::aBadKeyListEndsTheLink_data()

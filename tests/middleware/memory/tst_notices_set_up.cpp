@@ -25,7 +25,7 @@ QStringList asked(const std::vector<std::string>& answers)
             break;
         names += question->name;
         ReplyReader reader;
-        reader.expect(1, *question->sink);
+        reader.expect(question->replies, *question->sink);
         reader.read(answer);
         setUp.answered();
     }
@@ -89,8 +89,9 @@ void TestNoticesSetUp::aServerOfTheRightVersionIsAskedForThem()
     QFETCH(QByteArray, version);
     QFETCH(bool, isAsked);
     const QStringList expected =
-        isAsked ? QStringList{"HELLO", "CLIENT TRACKING", "done"} : QStringList{"HELLO"};
-    QCOMPARE(asked({helloOf(version.toStdString()), "+OK\r\n"}), expected);
+        isAsked ? QStringList{"HELLO", "CLIENT TRACKING", "CLIENT CACHING", "done"}
+                : QStringList{"HELLO"};
+    QCOMPARE(asked({helloOf(version.toStdString()), "+OK\r\n", "+OK\r\n+PONG\r\n"}), expected);
 }
 
 void TestNoticesSetUp::aRefusalEndsIt()
@@ -98,6 +99,9 @@ void TestNoticesSetUp::aRefusalEndsIt()
     const std::string refusal = "-NOPERM no\r\n";
     QCOMPARE(asked({refusal, "+OK\r\n"}), QStringList{"HELLO"});
     QCOMPARE(asked({helloOf("7.0.15"), refusal}), QStringList({"HELLO", "CLIENT TRACKING"}));
+    // The notices that nobody can leave out are taken back.
+    QCOMPARE(asked({helloOf("7.0.15"), "+OK\r\n", refusal + "+PONG\r\n", refusal}),
+             QStringList({"HELLO", "CLIENT TRACKING", "CLIENT CACHING", "CLIENT TRACKING"}));
     QCOMPARE(asked({"+PONG\r\n", "+OK\r\n"}), QStringList{"HELLO"});
 }
 

@@ -27,11 +27,13 @@ Pace paceOf(Pace::Duration period)
     return pace;
 }
 
-/// Each of its rounds about `keys` took `response` over a way of `trip`.
-void answer(Pace& pace, milliseconds response, milliseconds trip, int keys = 1)
+/// Each of its rounds about `keys` took `response` over a way of `trip`; the last one began at
+/// `last`.
+void answer(Pace& pace, milliseconds response, milliseconds trip, int keys = 1,
+            Pace::Time last = start)
 {
     for (int i = enough; i >= 0; --i) {
-        const Pace::Time begin = start - i * seconds(10);
+        const Pace::Time begin = last - i * seconds(10);
         pace.answered(begin, begin + response, keys, trip);
     }
 }
@@ -53,6 +55,8 @@ private slots:
     void overALongWayItIsMeantForACallBehindTheNext();
     void straysOfTheWayAreAllowedForWithinLimits();
     void moreRoundsThanTheWayHoldsWouldWait();
+    void aLongRoundSaysNothingAboutShortOnes();
+    void straysOfTheWayAreNoTransfer();
     void theTurnReadsAllInTime_data();
     void theTurnReadsAllInTime();
     void theTurnTakesAQuarterOfTheLinkAtMost();
@@ -160,6 +164,31 @@ void TestPace::moreRoundsThanTheWayHoldsWouldWait()
     Pace slower = paceOf(milliseconds(100));
     answer(slower, milliseconds(400), milliseconds(120));
     QCOMPARE(slower.mostUnderWay(), 1);
+}
+
+void TestPace::aLongRoundSaysNothingAboutShortOnes()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(20), milliseconds(20), 999);
+    const auto begin = pace.beginOfRound();
+    answer(pace, milliseconds(2050), milliseconds(20), 1000, start + seconds(2000));
+    pace.planned(999);
+    QCOMPARE(pace.mostUnderWay(), 8);
+    QVERIFY(pace.beginOfRound() == begin);
+    pace.planned(1000);
+    QCOMPARE(pace.mostUnderWay(), 1);
+    QVERIFY(pace.beginOfRound() != begin);
+}
+
+void TestPace::straysOfTheWayAreNoTransfer()
+{
+    Pace pace = paceOf(milliseconds(100));
+    answer(pace, milliseconds(200), milliseconds(100), 200);
+    QCOMPARE(pace.mostUnderWay(), 2); // 100 ms may be for the bytes
+    answer(pace, milliseconds(1100), milliseconds(100), 10000, start + seconds(2000));
+    // But no: these take 19 ms.
+    answer(pace, milliseconds(200), milliseconds(100), 190, start + seconds(4000));
+    QCOMPARE(pace.mostUnderWay(), 6);
 }
 
 void TestPace::theTurnReadsAllInTime_data()

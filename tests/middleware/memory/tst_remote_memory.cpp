@@ -65,6 +65,9 @@ private slots:
     void readsEveryType();
     void storesEveryType();
     void storesTextAsItStands();
+    void tellsHowManyValuesAreTooLarge();
+    void exchangesInOneStep();
+    void anExchangeThatTheServerRefusesIsTold();
     void storesManyValuesInChunks();
     void storesNothingOfAListThatCannotBeStored();
     void saysWhyAListWasRefused();
@@ -143,6 +146,39 @@ void TestRemoteMemory::storesTextAsItStands()
     QCOMPARE(server.command({"GET", "key"}), text);
     memory.setText("key", "0.5");
     QVERIFY(memory.getListData(requestFor({"key"}))[0] == ZoValue(0.5));
+}
+
+void TestRemoteMemory::tellsHowManyValuesAreTooLarge()
+{
+    const RedisServer server;
+    ZoMemoryProxy memory = memoryOf(server);
+    const std::string large((1 << 20) + 1, 'x');
+    server.command({"MSET", "a", large, "b", "1", "c", large});
+    QCOMPARE(memory.getListAnswer(requestFor({"a", "b", "c", "none"})).tooLarge, 2);
+    QCOMPARE(memory.getListAnswer(requestFor({"b", "none"})).tooLarge, 0);
+}
+
+void TestRemoteMemory::exchangesInOneStep()
+{
+    const RedisServer server;
+    ZoMemoryProxy memory = memoryOf(server);
+    QVERIFY(memory.exchangeData("key", 1) == ZoValue());
+    QCOMPARE(server.command({"GET", "key"}), std::string("1"));
+    server.command({"SET", "key", "[1, \"x\"]"});
+    QCOMPARE(memory.exchangeData("key", ZoValue()).toString(ZoWhole), std::string("[1,\"x\"]"));
+    QVERIFY(memory.getListData(requestFor({"key"}))[0] == ZoValue());
+    server.command({"SET", "key", std::string((1 << 20) + 1, 'x')}); // too large to be read
+    QVERIFY(memory.exchangeData("key", 2) == ZoValue());
+    QCOMPARE(server.command({"GET", "key"}), std::string("2"));
+}
+
+void TestRemoteMemory::anExchangeThatTheServerRefusesIsTold()
+{
+    const RedisServer server;
+    ZoMemoryProxy memory = memoryOf(server);
+    server.command({"LPUSH", "list", "1"});
+    const std::string error = errorOf([&] { memory.exchangeData("list", 1); });
+    QVERIFY2(contains(error, "GETSET") && contains(error, "list"), error.c_str());
 }
 
 void TestRemoteMemory::storesManyValuesInChunks()

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "memory/follower.h"
+#include "support/follower_bench.h"
 #include "support/guarded_test.h"
 #include "support/register_test.h"
-#include "support/request_for.h"
+
+#include <memory/follower.h>
 
 #include <QtTest>
 
-#include <algorithm>
-#include <deque>
 #include <string>
 
 using namespace zo;
@@ -25,100 +24,14 @@ private slots:
     void aCallThatComesEarlyCostsNoRound();
     void aPauseOfTheNetworkIsNoReasonToReadEverything();
     void whatIsAllWrittenIsReadWithoutNotices();
+    void aWholeReadHoldsUpNoShortOnesBehindIt();
 };
 
 namespace {
 
 using Time = Follower::Time;
 
-/// One caller, one list, and a robot whose answers take always the same time.
-class Bench
-{
-public:
-    Bench(int keys, bool canTell, Pace::Duration way)
-        : fRequest(requestFor(namesOf(keys))), fWay(way)
-    {
-        follower.cameUp(canTell);
-    }
-
-    static std::vector<std::string> namesOf(int keys)
-    {
-        std::vector<std::string> names(keys);
-        for (int i = 0; i < keys; ++i)
-            names[i] = "Key/" + std::to_string(i);
-        return names;
-    }
-
-    void passUntil(Time until)
-    {
-        for (Time next = nextEvent(); next <= until; next = nextEvent()) {
-            fNow = std::max(fNow, next);
-            if (!fUnderWay.empty() && fUnderWay.front().round->begin() + fWay <= fNow)
-                answer();
-            begin();
-        }
-        fNow = until;
-    }
-
-    /// How long ago the values were asked for that the call gets; the longest time, if none.
-    Pace::Duration call()
-    {
-        const auto asked = follower.ask(fNow, {this, {}}, fRequest);
-        begin();
-        if (!asked.values)
-            return Pace::Duration::max();
-        return fNow - Time(Pace::Duration(std::get<std::int64_t>(asked.values->front().data())));
-    }
-
-    /// Some keys from the first one on are written, as the link hears.
-    void hearOf(int keys)
-    {
-        for (const std::string& name : namesOf(keys))
-            follower.noticed(name);
-    }
-
-    Follower follower;
-    std::deque<Follower::Begun> begun; ///< all rounds
-
-private:
-    Time nextEvent() const
-    {
-        const Time arrival =
-            fUnderWay.empty() ? Time::max() : fUnderWay.front().round->begin() + fWay;
-        return std::min(arrival, follower.wakeAt());
-    }
-
-    void begin()
-    {
-        while (const auto round = follower.begin(fNow)) {
-            begun.push_back(*round);
-            fUnderWay.push_back(*round);
-        }
-    }
-
-    void answer()
-    {
-        const Follower::Begun round = fUnderWay.front();
-        fUnderWay.pop_front();
-        const RoundPlan& plan = *round.round->plan();
-        const std::string value = std::to_string(round.round->begin().time_since_epoch().count());
-        const int reply = plan.repliesPerCommand() - 1;
-        const int keys = static_cast<int>(plan.keys().size());
-        bool isTaken = round.round->take({reply, 0, 0}, {ReplyKind::Array, {}, keys});
-        for (int key = 0; key < keys; ++key)
-            isTaken = round.round->take({reply, 1, key}, {ReplyKind::Text, value}) && isTaken;
-        QVERIFY(isTaken);
-        follower.ended(round, true, ++fOrder, fNow, fWay);
-    }
-
-    const ZoValue fRequest;
-    const Pace::Duration fWay;
-    Time fNow{hours(1)};
-    std::deque<Follower::Begun> fUnderWay;
-    std::uint64_t fOrder = 0;
-};
-
-constexpr auto period = milliseconds(100);
+constexpr auto period = FollowerBench::fPeriod;
 
 /// When the call of this number comes, of one that is never more than 2 ms off.
 Time timeOf(int call)
@@ -129,16 +42,24 @@ Time timeOf(int call)
     return Time(hours(2)) + call * period + strays[call % 7];
 }
 
+/// Some keys from the first one on are written, as the link hears.
+void hearOf(FollowerBench& bench, int keys)
+{
+    for (const std::string& name : FollowerBench::namesOf(0, keys))
+        bench.follower.noticed(name);
+}
+
 } // namespace
 
 void TestRoundTimes::aRoundIsAnsweredJustBeforeACall()
 {
     for (const auto way : {milliseconds(1), milliseconds(98), milliseconds(130), milliseconds(301),
                            milliseconds(399)}) {
-        Bench bench(1, false, way);
+        FollowerBench bench(false, way);
+        bench.textOf = FollowerBench::timeOfBegin;
         for (int call = 0; call < 200; ++call) {
             bench.passUntil(timeOf(call));
-            const auto age = bench.call();
+            const auto age = bench.callNow(FollowerBench::requestOf(0, 1));
             if (call > 60)
                 QVERIFY2(age < way + milliseconds(20), std::to_string(age.count()).c_str());
         }
@@ -149,10 +70,10 @@ void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
 {
     for (const auto way : {milliseconds(1), milliseconds(95), milliseconds(99), milliseconds(195),
                            milliseconds(301), milliseconds(395)}) {
-        Bench bench(1, false, way);
+        FollowerBench bench(false, way);
         for (int call = 0; call < 200; ++call) {
             bench.passUntil(timeOf(call));
-            bench.call();
+            bench.callNow(FollowerBench::requestOf(0, 1));
         }
         QVERIFY2(bench.begun.size() > 190, std::to_string(bench.begun.size()).c_str());
     }
@@ -160,11 +81,12 @@ void TestRoundTimes::aCallThatComesEarlyCostsNoRound()
 
 void TestRoundTimes::aPauseOfTheNetworkIsNoReasonToReadEverything()
 {
-    Bench bench(100, true, milliseconds(10));
+    FollowerBench bench(true, milliseconds(10));
+    const ZoValue request = FollowerBench::requestOf(0, 100);
     for (int call = 0; call < 100; ++call) {
         bench.passUntil(timeOf(call));
-        bench.hearOf(call % 20 == 19 ? 50 : 5); // what was written in the pause comes at once
-        bench.call();
+        hearOf(bench, call % 20 == 19 ? 50 : 5); // what was written in the pause comes at once
+        bench.callNow(request);
         if (call > 20)
             QVERIFY(bench.begun.back().round->plan()->telling() == Telling::Wanted);
     }
@@ -172,15 +94,39 @@ void TestRoundTimes::aPauseOfTheNetworkIsNoReasonToReadEverything()
 
 void TestRoundTimes::whatIsAllWrittenIsReadWithoutNotices()
 {
-    Bench bench(100, true, milliseconds(10));
+    FollowerBench bench(true, milliseconds(10));
+    const ZoValue request = FollowerBench::requestOf(0, 100);
     int told = 0;
     for (int call = 0; call < 200; ++call) {
         bench.passUntil(timeOf(call));
-        bench.hearOf(100);
-        bench.call();
+        hearOf(bench, 100);
+        bench.callNow(request);
         told += bench.begun.back().round->plan()->telling() == Telling::Wanted ? 1 : 0;
     }
     QVERIFY(told > 0 && told < 20);
+}
+
+// As over a cellular network: a whole read takes seconds, what has changed of it a fraction of the
+// round trip.
+void TestRoundTimes::aWholeReadHoldsUpNoShortOnesBehindIt()
+{
+    FollowerBench bench(true, milliseconds(300));
+    bench.perKey = std::chrono::microseconds(250);
+    const ZoValue request = FollowerBench::requestOf(0, 10000);
+    int call = 0;
+    const auto callOn = [&] {
+        bench.passUntil(timeOf(call++));
+        hearOf(bench, 100);
+        bench.callNow(request);
+    };
+    const auto isShort = [&] { return bench.begun.back().round->plan()->keys().size() < 1000; };
+    while (call < 5 || !isShort())
+        callOn();
+    const std::size_t before = bench.begun.size();
+    for (const int end = call + 20; call < end;)
+        callOn();
+    QVERIFY2(bench.begun.size() >= before + 18,
+             std::to_string(bench.begun.size() - before).c_str());
 }
 
 REGISTER_TEST(TestRoundTimes, NoApplication)

@@ -38,14 +38,15 @@ private slots:
     void aLargeTextIsSkippedAndTheOthersAreExact();
     void itTakesATextOfTheLargestSize();
     void noServerHoldsATextSoLarge();
-    void itRefusesALargeReply_data();
+    void textsBeyondTheLimitAreSkipped_data();
+    void textsBeyondTheLimitAreSkipped();
     void itRefusesALargeReply();
     void eachExchangeBeginsItsCountsAnew();
     void whatIsSkippedDoesNotMakeAReplyLarge();
     void whatIsSkippedHasItsLimit_data();
     void whatIsSkippedHasItsLimit();
     void eachExchangeSkipsAnew();
-    void aLargePushIsRefused();
+    void ofALargePushTextsAreSkippedToo();
     void itNestsToItsLimit();
     void itCountsTheElementsOfAllLevels();
 };
@@ -81,29 +82,47 @@ void TestReplyLimits::noServerHoldsATextSoLarge()
     QCOMPARE(problemWith("$536870912\r\nx").text, std::string());
 }
 
-void TestReplyLimits::itRefusesALargeReply_data()
+void TestReplyLimits::textsBeyondTheLimitAreSkipped_data()
 {
-    QTest::addColumn<QByteArray>("piece");
-    QTest::addColumn<int>("taken"); // of those that arrive in 64 MiB
-    QTest::newRow("texts of the largest size")
-        << QByteArray::fromStdString(textOf(ReplyLimits::fMaxValue)) << 63;
-    QTest::newRow("texts") << QByteArray::fromStdString(textOf(500000)) << 134;
-    QTest::newRow("lines") << "+" + QByteArray(4093, 'x') + "\r\n" << 16383;
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("kept"); // of 1,000
+    QTest::newRow("of the largest size") << static_cast<int>(ReplyLimits::fMaxValue) << 63;
+    QTest::newRow("half as large") << 500000 << 134;
+}
+
+void TestReplyLimits::textsBeyondTheLimitAreSkipped()
+{
+    QFETCH(int, size);
+    QFETCH(int, kept);
+    const std::string piece = textOf(static_cast<std::size_t>(size));
+    const std::string_view bytes = piece;
+    for (const std::size_t first : {bytes.size(), std::size_t{100}}) {
+        ReplyCounter counter;
+        ReplyReader reader;
+        reader.expect(1, counter);
+        reader.read("*1000\r\n");
+        for (int i = 0; i < 999; ++i) {
+            reader.read(bytes.substr(0, first));
+            reader.read(bytes.substr(first));
+        }
+        reader.read("$1\r\na\r\n"); // which fits
+        QVERIFY2(reader.isComplete(), reader.problem().text.c_str());
+        QCOMPARE(counter.texts, kept + 1);
+        QCOMPARE(counter.skipped, std::int64_t{999 - kept} * size);
+    }
 }
 
 void TestReplyLimits::itRefusesALargeReply()
 {
-    QFETCH(QByteArray, piece);
-    QFETCH(int, taken);
+    const std::string line = "+" + std::string(4093, 'x') + "\r\n";
     ReplyCounter counter;
     ReplyReader reader;
     reader.expect(1, counter);
     reader.read("*100000\r\n");
-    const std::string bytes = piece.toStdString();
-    while (!reader.hasProblem() && counter.texts + counter.others < 100000)
-        reader.read(bytes);
-    QCOMPARE(counter.texts + counter.others, taken + 1); // and the array itself
-    QCOMPARE(reader.problem().text, std::string("the reply is larger than 64 MiB"));
+    while (!reader.hasProblem() && counter.others < 100000)
+        reader.read(line);
+    QCOMPARE(counter.others, 20479 + 1); // and the array itself
+    QCOMPARE(reader.problem().text, std::string("the reply is larger than 80 MiB"));
 }
 
 void TestReplyLimits::eachExchangeBeginsItsCountsAnew()
@@ -179,7 +198,7 @@ void TestReplyLimits::eachExchangeSkipsAnew()
     QCOMPARE(pushes.skipped, std::int64_t{3} << 30);
 }
 
-void TestReplyLimits::aLargePushIsRefused()
+void TestReplyLimits::ofALargePushTextsAreSkippedToo()
 {
     ReplyCounter answers;
     ReplyCounter pushes;
@@ -188,12 +207,13 @@ void TestReplyLimits::aLargePushIsRefused()
     const std::string piece = textOf(ReplyLimits::fMaxValue);
     for (int push = 0; push < 100; ++push) // each alone is small
         reader.read(">1\r\n" + piece);
-    QVERIFY(!reader.hasProblem());
+    QCOMPARE(pushes.texts, 100);
     reader.read(">100\r\n");
-    while (!reader.hasProblem() && pushes.texts < 200)
+    for (int i = 0; i < 100; ++i)
         reader.read(piece);
     QCOMPARE(pushes.texts, 163);
-    QCOMPARE(reader.problem().text, std::string("a push is larger than 64 MiB"));
+    reader.read("+OK\r\n");
+    QVERIFY2(reader.isComplete(), reader.problem().text.c_str());
 }
 
 void TestReplyLimits::itNestsToItsLimit()

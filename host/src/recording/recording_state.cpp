@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "recording/recording_state.h"
+
+#include <kit/quantity.h>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+#include <QStringList>
+
+#include <cmath>
+
+namespace {
+
+using Phase = RecordingState::Phase;
+
+constexpr double mostExact = 9007199254740992.0; ///< whole numbers up to there
+
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(RecordingState)
+};
+
+std::optional<Phase> phaseFrom(const QString& name)
+{
+    if (name == "recording")
+        return Phase::Recording;
+    if (name == "waiting")
+        return Phase::Waiting;
+    if (name == "ended")
+        return Phase::Ended;
+    return {};
+}
+
+std::optional<qint64> countFrom(const QJsonValue& value)
+{
+    const double number = value.toDouble(-1);
+    if (number < 0 || number > mostExact || std::floor(number) != number)
+        return {};
+    return static_cast<qint64>(number);
+}
+
+QString sizeText(qint64 bytes)
+{
+    return QString::fromStdString(kit::sizeText(static_cast<std::uint64_t>(bytes)));
+}
+
+} // namespace
+
+std::optional<RecordingState> recordingStateFrom(const QByteArray& line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    const auto phase = phaseFrom(object["state"].toString());
+    const auto rows = countFrom(object["rows"]);
+    const auto missed = countFrom(object["missed"]);
+    const auto bytes = countFrom(object["bytes"]);
+    if (!phase || !rows || !missed || !bytes)
+        return {};
+    return RecordingState{*phase,
+                          *rows,
+                          *missed,
+                          countFrom(object["tooLarge"]).value_or(0),
+                          *bytes,
+                          countFrom(object["free"]),
+                          object["file"].toString(),
+                          object["cause"].toString().simplified()};
+}
+
+QString recordingText(const RecordingState& state)
+{
+    if (state.phase == Phase::Starting)
+        return Text::tr("starting");
+    QStringList parts;
+    if (state.phase == Phase::Waiting)
+        parts += Text::tr("waits for the robot");
+    // The numbers of a language with its marks between thousands.
+    parts += Text::tr("%1 rows").arg(QLocale().toString(state.rows));
+    parts += sizeText(state.bytes);
+    if (state.missed > 0)
+        parts += Text::tr("%1 polls missed").arg(QLocale().toString(state.missed));
+    if (state.tooLarge > 0)
+        parts += Text::tr("%1 values too large").arg(QLocale().toString(state.tooLarge));
+    if (state.free)
+        parts += Text::tr("%1 free").arg(sizeText(*state.free));
+    return parts.join(Text::tr(", "));
+}

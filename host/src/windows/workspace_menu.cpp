@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "windows/workspace_menu.h"
+
+#include "connection/plain_tool_tip.h"
+#include "windows/recent_workspaces.h"
+
+#include <QFileInfo>
+#include <QMenu>
+
+WorkspaceMenu::WorkspaceMenu(QMenu* file) : QObject(file)
+{
+    file->addAction(
+        tr("&Open workspace..."), this, [this] { emit openRequested({}); },
+        QKeySequence(tr("Ctrl+O")));
+    fRecent = file->addMenu(tr("Recent wor&kspaces"));
+    fRecent->setToolTipsVisible(true);
+    file->addAction(tr("Sa&ve workspace..."), this, &WorkspaceMenu::saveRequested,
+                    QKeySequence(tr("Ctrl+Alt+S")));
+    connect(file, &QMenu::aboutToShow, this, &WorkspaceMenu::xShowRecent);
+    xShowRecent();
+}
+
+/// Those of other windows, too.
+void WorkspaceMenu::xShowRecent()
+{
+    fRecent->clear();
+    for (const QString& file : recentWorkspaces()) {
+        const QString name = QFileInfo(file).completeBaseName();
+        QAction* action = fRecent->addAction(QString(name).replace('&', "&&"),
+                                             [this, file] { emit openRequested(file); });
+        action->setToolTip(plainToolTip(file));
+    }
+    fRecent->setEnabled(!fRecent->isEmpty());
+}

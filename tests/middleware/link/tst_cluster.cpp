@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "support/contains.h"
+#include "support/fake_robot.h"
+#include "support/guarded_test.h"
+#include "support/redis_cluster.h"
+#include "support/register_test.h"
+#include "support/robot.h"
+
+#include <kit/loopback_port.h>
+#include <zo/check.h>
+
+#include <QtTest>
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr char prefix[] = "{robot7}/";
+constexpr int slot = 13104; // of that prefix
+constexpr int owner = 2;    // of the last third
+const std::vector<std::string> keys = {"Arm", "Leg", "Tail"};
+
+ZoBrokerOptions optionsFor(const std::string& wanted)
+{
+    ZoBrokerOptions options = patientOptions();
+    options.prefix = wanted;
+    return options;
+}
+
+/// The values of all keys; empty when there are none to be had.
+std::string valuesOf(ZoMemoryProxy& memory)
+{
+    try {
+        std::string texts;
+        for (const std::string& key : keys)
+            texts += memory.getListData(requestFor({key}))[0].toString(ZoBrief) + " ";
+        return texts;
+    } catch (const ZoError&) {
+        return {};
+    }
+}
+
+/// What a check of the robot at `address` says of its node.
+ZoCheck::Step nodeStep(const ZoAddress& address)
+{
+    ZoCheck::Step found{};
+    const auto tell = [&](const ZoCheck::Step& step) {
+        if (step.subject == ZoCheck::Subject::Node)
+            found = step;
+    };
+    const bool isGood = ZoCheck::run(address, optionsFor(prefix), tell);
+    if (isGood != (found.outcome == ZoCheck::Outcome::Ok))
+        found.text += " (but the check ends otherwise)";
+    return found;
+}
+
+} // namespace
+
+/// A robot on a cluster of real servers.
+class TestCluster : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void theTagHasTheSlotThatTheServersGiveIt();
+    void anyNodeLeadsToTheOwner();
+    void deadNodesOfAListAreSkipped();
+    void aCheckNamesTheNodeAndTheSlot();
+    void aCheckSaysThatOneServerHasAllKeys();
+    void aCheckNamesTheNodeThatCannotBeReached();
+    void aPrefixWithoutATagIsRefused_data();
+    void aPrefixWithoutATagIsRefused();
+    void theKeyListAsksTheSlotAndNotTheFleet();
+    void nothingIsWrittenOverAReplica();
+    void aSlotThatMovesIsFollowed();
+    void aReplicaIsRead();
+    void anOwnerThatDiesIsSucceeded();
+
+private:
+    void store(const std::string& value) const;
+
+    std::unique_ptr<RedisCluster> fCluster;
+};
+
+void TestCluster::initTestCase()
+{
+    fCluster = std::make_unique<RedisCluster>();
+    store("1");
+}
+
+void TestCluster::store(const std::string& value) const
+{
+    for (const std::string& key : keys)
+        fCluster->node(fCluster->ownerOf(slot, 1)).command({"SET", prefix + key, value});
+}
+
+void TestCluster::theTagHasTheSlotThatTheServersGiveIt()
+{
+    QCOMPARE(fCluster->node(0).command({"CLUSTER", "KEYSLOT", prefix}), std::to_string(slot));
+    QCOMPARE(fCluster->ownerOf(slot), owner);
+}
+
+void TestCluster::anyNodeLeadsToTheOwner()
+{
+    for (int number = 0; number < RedisCluster::fNodes; ++number) {
+        const auto broker = linkTo(fCluster->address(number).port, optionsFor(prefix));
+        ZoMemoryProxy memory = memoryOf(broker);
+        QCOMPARE(valuesOf(memory), std::string("1 1 1 "));
+        QCOMPARE(broker->linkStatus().node, fCluster->address(owner).toText());
+        QVERIFY(broker->linkStatus().inCluster);
+    }
+}
+
+void TestCluster::deadNodesOfAListAreSkipped()
+{
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.furtherAddresses = {{"127.0.0.1", kit::freeLoopbackPort()}, fCluster->address(0)};
+    const auto broker = linkTo(kit::freeLoopbackPort(), options);
+    QCOMPARE(broker->linkStatus().node, fCluster->address(owner).toText());
+}
+
+void TestCluster::aCheckNamesTheNodeAndTheSlot()
+{
+    const std::string expected = fCluster->address(owner).toText() + " has slot " +
+                                 std::to_string(slot) + " with the robot's keys";
+    for (const int number : {0, owner}) {
+        const ZoCheck::Step step = nodeStep(fCluster->address(number));
+        QCOMPARE(step.text, expected);
+        QVERIFY(step.outcome == ZoCheck::Outcome::Ok);
+    }
+}
+
+void TestCluster::aCheckSaysThatOneServerHasAllKeys()
+{
+    const RedisServer server;
+    const ZoCheck::Step step = nodeStep({"127.0.0.1", server.port()});
+    QCOMPARE(step.text, std::string("one server for all keys, or it does not tell of others"));
+    QVERIFY(step.outcome == ZoCheck::Outcome::Ok);
+}
+
+void TestCluster::aCheckNamesTheNodeThatCannotBeReached()
+{
+    const ZoAddress dead{"127.0.0.1", kit::freeLoopbackPort()};
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        connection.readCommand();
+        connection.send("-MOVED " + std::to_string(slot) + " " + dead.toText() + "\r\n");
+        connection.readCommand();
+        connection.send("-ERR not for you\r\n");
+        connection.waitForEnd();
+    });
+    const ZoCheck::Step step = nodeStep({"127.0.0.1", robot.port()});
+    QVERIFY2(contains(step.text, "node " + dead.toText() + ": "), step.text.c_str());
+    QVERIFY(step.outcome == ZoCheck::Outcome::Failed);
+}
+
+void TestCluster::aPrefixWithoutATagIsRefused_data()
+{
+    QTest::addColumn<QString>("wanted");
+    QTest::addColumn<QString>("advice");
+    QTest::newRow("none") << ""
+                          << "--prefix '{robot7}/'";
+    QTest::newRow("no tag") << "arm/"
+                            << "--prefix '{arm}/'";
+}
+
+void TestCluster::aPrefixWithoutATagIsRefused()
+{
+    QFETCH(QString, wanted);
+    QFETCH(QString, advice);
+    const auto broker = linkTo(fCluster->address(0).port, optionsFor(wanted.toStdString()));
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] {
+        memory.getListData(requestFor({"Arm", "Leg", "Tail"}));
+    });
+    QVERIFY2(contains(error, advice.toStdString()), error.c_str());
+    QVERIFY(broker->linkStatus().refused);
+}
+
+void TestCluster::theKeyListAsksTheSlotAndNotTheFleet()
+{
+    RedisServer& server = fCluster->node(owner);
+    server.command({"SET", "{robot7}other/Arm", "1"}); // of another, in the same slot
+    server.command({"RPUSH", prefix + std::string("List"), "1"});
+    server.command({"CONFIG", "RESETSTAT"});
+    const auto broker = linkTo(fCluster->address(owner).port, optionsFor(prefix));
+    ZoMemoryProxy memory = memoryOf(broker);
+    const ZoValue list = memory.getDataListName();
+    std::set<std::string> names;
+    for (int i = 0; i < list.getSize(); ++i)
+        names.insert(list[i].asString());
+    QVERIFY(names == std::set<std::string>(keys.begin(), keys.end()));
+    const std::string asked = server.command({"INFO", "commandstats"});
+    server.command({"DEL", "{robot7}other/Arm", prefix + std::string("List")});
+    QVERIFY2(contains(asked, "getkeysinslot") && !contains(asked, "scan"), asked.c_str());
+}
+
+void TestCluster::nothingIsWrittenOverAReplica()
+{
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.replica = true;
+    const auto broker = linkTo(fCluster->address(owner).port, options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.setData("Arm", ZoValue(7)); });
+    QVERIFY2(contains(error, "nothing can be written"), error.c_str());
+    QVERIFY(broker->isConnected());
+}
+
+void TestCluster::aSlotThatMovesIsFollowed()
+{
+    const auto broker = linkTo(fCluster->address(owner).port, optionsFor(prefix));
+    ZoMemoryProxy memory = memoryOf(broker);
+    for (const int to : {0, owner}) {
+        fCluster->beginToMove(slot, to);
+        for (const std::string& key : keys) {
+            // What is on its way is not read, and nothing stands in its place.
+            const std::string values = valuesOf(memory);
+            QVERIFY2(values.empty() || values == "1 1 1 ", values.c_str());
+            fCluster->moveKey(slot, prefix + key, to);
+            QCOMPARE(valuesOf(memory), std::string());
+        }
+        fCluster->endMove(slot, to);
+        TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
+        QCOMPARE(broker->linkStatus().node, fCluster->address(to).toText());
+    }
+}
+
+void TestCluster::aReplicaIsRead()
+{
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.replica = true;
+    const auto broker = linkTo(fCluster->address(0).port, options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
+    QCOMPARE(broker->linkStatus().node, fCluster->address(owner + RedisCluster::fMasters).toText());
+}
+
+// The last one: one node is dead then.
+void TestCluster::anOwnerThatDiesIsSucceeded()
+{
+    // Only one is given, and it is the one that dies.
+    const auto broker = linkTo(fCluster->address(owner).port, optionsFor(prefix));
+    ZoMemoryProxy memory = memoryOf(broker);
+    QCOMPARE(valuesOf(memory), std::string("1 1 1 "));
+    QElapsedTimer sinceDeath;
+    fCluster->node(owner).kill();
+    sinceDeath.start();
+    TRY_VERIFY(fCluster->ownerOf(slot, 0) != owner);
+    const auto succeeded = sinceDeath.elapsed();
+    TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
+    qInfo("a new owner after %lld ms, values again after %lld ms", succeeded, sinceDeath.elapsed());
+    QCOMPARE(broker->linkStatus().node, fCluster->address(owner + RedisCluster::fMasters).toText());
+    store("2");
+    TRY_COMPARE(valuesOf(memory), std::string("2 2 2 "));
+}
+
+REGISTER_TEST(TestCluster, NoApplication)
+#include "tst_cluster.moc"

@@ -1,0 +1,516 @@
+// SPDX-License-Identifier: MIT
+#include "support/contains.h"
+#include "support/guarded_test.h"
+#include "support/machine_bench.h"
+#include "support/register_test.h"
+
+#include <QtTest>
+
+using namespace zo;
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+const std::string greeted = "+PONG\r\n+OK\r\n";
+const std::string served = "*1\r\n$-1\r\n";
+const std::string noCluster = "-ERR This instance has cluster support disabled\r\n";
+
+ZoBrokerOptions behind(const std::string& prefix, const std::string& further = {})
+{
+    ZoBrokerOptions options;
+    options.prefix = prefix;
+    if (!further.empty())
+        options.furtherAddresses = ZoAddress::listFromText(further);
+    return options;
+}
+
+ZoBrokerOptions behindSentinel()
+{
+    ZoBrokerOptions options;
+    options.sentinel = "arms";
+    options.password = "secret";
+    return options;
+}
+
+std::string text(const std::string& word)
+{
+    return "$" + std::to_string(word.size()) + "\r\n" + word + "\r\n";
+}
+
+/// The reply to CLUSTER SLOTS of a cluster in which `nodes` have all slots.
+std::string table(const std::string& nodes)
+{
+    std::string list;
+    int count = 0;
+    for (const ZoAddress& node : ZoAddress::listFromText(nodes)) {
+        list +=
+            "*4\r\n" + text(node.host) + ":" + std::to_string(node.port) + "\r\n$2\r\nid\r\n*0\r\n";
+        ++count;
+    }
+    return "*1\r\n*" + std::to_string(2 + count) + "\r\n:0\r\n:16383\r\n" + list;
+}
+
+std::string moved(const std::string& node)
+{
+    return "-MOVED 14010 " + node + "\r\n";
+}
+
+/// A machine that follows owners, on the bench.
+struct SearchBench : MachineBench
+{
+    using MachineBench::MachineBench;
+
+    /// The node of the newest connection.
+    std::string at() const { return connects.back().node->toText(); }
+    void say(const std::string& bytes)
+    {
+        finishWrite();
+        receive(bytes);
+    }
+    /// The newest connection is made, and says so.
+    void greetAndSay(const std::string& bytes)
+    {
+        connect();
+        say(greeted + bytes);
+    }
+    /// From a look-up that is under way to a node that is the owner.
+    void comeUpAtOwner(const std::string& nodes = "arm:6379,leg:7001")
+    {
+        answerLookUp();
+        greetAndSay(served + table(nodes));
+    }
+};
+
+} // namespace
+
+/// How a link finds the node that has its robot's keys, in virtual time.
+class TestOwnerSearch : public GuardedTest
+{
+    Q_OBJECT
+
+private slots:
+    void aServerWithoutAClusterIsTakenAsItIs();
+    void nothingIsAskedWithoutATag();
+    void itGoesToTheNodeThatANodeNames();
+    void aNodeNamesTheHostItIsAtByNone();
+    void eachNodeHasItsOwnTime();
+    void nodesThatSendEachOtherAroundAreNotBesieged();
+    void aCallThatFindsTheKeysMovedLeadsThereAtOnce();
+    void oneThatIsSentAwayAgainAndAgainWaits();
+    void keysThatAreJustMovingAreTheirCallersAffair_data();
+    void keysThatAreJustMovingAreTheirCallersAffair();
+    void aNodeOfAClusterWithoutATagIsRefused_data();
+    void aNodeOfAClusterWithoutATagIsRefused();
+    void aClusterThatIsDownIsAskedElsewhere();
+    void whenTheOwnerIsGoneTheOthersAreAsked();
+    void theWaitsAreShortWhileOthersAnswer();
+    void deadAddressesAreSkipped();
+    void aNameThatIsNotFoundIsSkipped();
+    void allDeadIsSaidOfTheLastOne();
+    void aBadTableEndsTheAttempt_data();
+    void aBadTableEndsTheAttempt();
+    void odderNodesOfATableAreSkipped();
+    void aReplicaIsReadWhereThereIsOne();
+    void theOwnerIsReadWhenAReplicaIsNotThere();
+    void aSentinelIsAskedAgainAfterEachLoss();
+    void whatASentinelSaysIsChecked_data();
+    void whatASentinelSaysIsChecked();
+    void aServerThatHasLostItsPlaceIsLeft();
+};
+
+void TestOwnerSearch::aServerWithoutAClusterIsTakenAsItIs()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    bench.connect();
+    QVERIFY(contains(bench.written(1), "MGET\r\n$9\r\n{robot7}/\r\n"));
+    bench.say(greeted + served);
+    QVERIFY2(!bench.isUp(), "the answer is not all there");
+    bench.receive(noCluster);
+    QVERIFY(bench.isUp());
+    QVERIFY(!bench.told.back().isInCluster);
+}
+
+void TestOwnerSearch::nothingIsAskedWithoutATag()
+{
+    SearchBench bench(behind("robot7/"));
+    bench.startUp();
+    QVERIFY(!contains(bench.written(1), "MGET"));
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::itGoesToTheNodeThatANodeNames()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(moved("10.0.0.9:7002") + table("10.0.0.9:7002"));
+    QVERIFY(bench.isClosed(1) && !bench.isUp());
+    QVERIFY2(bench.told.empty(), "it is one attempt");
+    QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("10.0.0.9:7002"));
+    bench.answerLookUp({MachineBench::address("10.0.0.9")});
+    QCOMPARE(bench.at(), std::string("10.0.0.9:7002"));
+    bench.greetAndSay(served + table("10.0.0.9:7002"));
+    QVERIFY(bench.isUp() && bench.told.back().isInCluster);
+    QCOMPARE(bench.told.back().node->toText(), std::string("10.0.0.9:7002"));
+    bench.close("gone");
+    QCOMPARE(bench.cause(), std::string("robot at arm:6379: node 10.0.0.9:7002: gone"));
+}
+
+void TestOwnerSearch::aNodeNamesTheHostItIsAtByNone()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(moved(":7002") + noCluster);
+    QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("arm:7002"));
+}
+
+void TestOwnerSearch::eachNodeHasItsOwnTime()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.pass(milliseconds(900));
+    bench.answerLookUp();
+    bench.greetAndSay(moved("10.0.0.9:7002") + noCluster);
+    bench.pass(milliseconds(900));
+    QVERIFY(bench.told.empty());
+    bench.pass(milliseconds(100));
+    QCOMPARE(bench.cause(),
+             std::string("robot at arm:6379: node 10.0.0.9:7002: no connection within "
+                         "1000 ms, while looking up the host"));
+}
+
+void TestOwnerSearch::nodesThatSendEachOtherAroundAreNotBesieged()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    const auto end = bench.now + seconds(60);
+    while (bench.now < end) {
+        bench.answerLookUp();
+        bench.greetAndSay(moved(bench.at() == "leg:1" ? "arm:6379" : "leg:1") + noCluster);
+        if (!bench.told.empty())
+            QVERIFY2(contains(bench.cause(), "send each other around: 5 were asked"),
+                     bench.cause().c_str());
+        if (bench.machine.step() == ZoLinkStatus::Step::None)
+            bench.passToNextAttempt();
+    }
+    // Attempts of five, with waits of a quarter of a second on average between.
+    QVERIFY2(bench.connects.size() < 5 * 400, qPrintable(QString::number(bench.connects.size())));
+}
+
+void TestOwnerSearch::aCallThatFindsTheKeysMovedLeadsThereAtOnce()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner();
+    const auto first = bench.call("GET");
+    const auto second = bench.call("SET");
+    bench.say("+fine\r\n" + moved("10.0.0.9:7002"));
+    QVERIFY(!bench.isUp());
+    // Nobody is told what a node said that was not asked.
+    QVERIFY2(contains(bench.end(second), "keys are elsewhere: MOVED"), bench.end(second).c_str());
+    QVERIFY(!bench.end(first).empty());
+    const auto before = bench.now;
+    bench.passToNextAttempt();
+    QVERIFY(bench.now - before <= std::chrono::nanoseconds(1));
+    QCOMPARE(bench.lookUpNodes[1]->toText(), std::string("10.0.0.9:7002"));
+}
+
+void TestOwnerSearch::oneThatIsSentAwayAgainAndAgainWaits()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    const auto end = bench.now + seconds(60);
+    while (bench.now < end) {
+        bench.comeUpAtOwner("arm:6379");
+        bench.call("GET");
+        bench.say(moved("arm:6379"));
+        bench.passToNextAttempt();
+    }
+    QVERIFY2(bench.connects.size() < 400, qPrintable(QString::number(bench.connects.size())));
+    QVERIFY2(bench.connects.size() > 60, "it gives up as little as it insists");
+}
+
+void TestOwnerSearch::keysThatAreJustMovingAreTheirCallersAffair_data()
+{
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("ask") << QByteArray("-ASK 14010 10.0.0.9:7002\r\n");
+    QTest::newRow("try again") << QByteArray("-TRYAGAIN Multiple keys request\r\n");
+    QTest::newRow("no slot in common") << QByteArray("-CROSSSLOT Keys in request\r\n");
+}
+
+void TestOwnerSearch::keysThatAreJustMovingAreTheirCallersAffair()
+{
+    QFETCH(QByteArray, error);
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner();
+    const auto call = bench.call("GET");
+    bench.say(error.toStdString());
+    QVERIFY(bench.isUp());
+    QCOMPARE(bench.end(call), std::string("answered"));
+    QVERIFY(contains(bench.answer(call), error.mid(1, 4).toStdString()));
+}
+
+void TestOwnerSearch::aNodeOfAClusterWithoutATagIsRefused_data()
+{
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QByteArray>("error");
+    QTest::addColumn<QString>("advice");
+    QTest::newRow("no prefix") << "" << QByteArray("-MOVED 1 10.0.0.9:1\r\n")
+                               << "--prefix '{robot7}/'";
+    QTest::newRow("no tag") << "arm/" << QByteArray("-CROSSSLOT Keys in request\r\n")
+                            << "--prefix '{arm}/'";
+}
+
+void TestOwnerSearch::aNodeOfAClusterWithoutATagIsRefused()
+{
+    QFETCH(QString, prefix);
+    QFETCH(QByteArray, error);
+    QFETCH(QString, advice);
+    SearchBench bench(behind(prefix.toStdString()));
+    bench.startUp();
+    bench.call("GET");
+    bench.say(error.toStdString());
+    QVERIFY(bench.told.back().isRefused);
+    QVERIFY2(contains(bench.cause(), advice.toStdString()), bench.cause().c_str());
+    bench.pass(std::chrono::hours(1));
+    QCOMPARE(bench.connects.size(), std::size_t{1});
+}
+
+void TestOwnerSearch::aClusterThatIsDownIsAskedElsewhere()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.call("GET");
+    bench.say("-CLUSTERDOWN The cluster is down\r\n");
+    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    bool isAskedElsewhere = false;
+    for (int i = 0; i < 4; ++i) {
+        bench.passToNextAttempt();
+        bench.answerLookUps();
+        isAskedElsewhere = isAskedElsewhere || bench.at() == "leg:7001";
+        bench.greetAndSay("-CLUSTERDOWN The cluster is down\r\n" + noCluster);
+        QVERIFY2(contains(bench.cause(), "not ready: CLUSTERDOWN"), bench.cause().c_str());
+    }
+    QVERIFY(isAskedElsewhere);
+}
+
+void TestOwnerSearch::whenTheOwnerIsGoneTheOthersAreAsked()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.close("gone");
+    bench.passToNextAttempt();
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("arm:6379"));
+    bench.close("refused");
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    bench.greetAndSay(served + table("leg:7001,arm:6379"));
+    QVERIFY(bench.isUp());
+    QCOMPARE(bench.told.back().node->toText(), std::string("leg:7001"));
+}
+
+void TestOwnerSearch::theWaitsAreShortWhileOthersAnswer()
+{
+    SearchBench bench(behind("{robot7}/", "leg:7001"));
+    bench.start();
+    for (int i = 0; i < 50; ++i) {
+        bench.answerLookUps();
+        bench.greetAndSay(moved("10.0.0.9:1") + table("10.0.0.9:1,leg:7001"));
+        bench.answerLookUp({MachineBench::address("10.0.0.9")});
+        bench.close("refused");
+        const auto before = bench.now;
+        bench.passToNextAttempt();
+        QVERIFY(bench.now - before <= milliseconds(500));
+    }
+}
+
+void TestOwnerSearch::deadAddressesAreSkipped()
+{
+    SearchBench bench(behind("", "leg:7001,tail:7002"));
+    bench.start();
+    QCOMPARE(bench.lookUps.size(), std::size_t{3});
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("arm:6379"));
+    bench.pass(milliseconds(250));
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    bench.close("refused");
+    QCOMPARE(bench.at(), std::string("tail:7002"));
+    bench.comeUp();
+    QVERIFY(bench.isUp() && bench.isClosed(1));
+}
+
+void TestOwnerSearch::aNameThatIsNotFoundIsSkipped()
+{
+    SearchBench bench(behind("", "leg:7001"));
+    bench.start();
+    bench.machine.lookedUp(bench.now, bench.lookUps[0], {}, "unknown host");
+    bench.settle();
+    QVERIFY(bench.told.empty());
+    bench.machine.lookedUp(bench.now, bench.lookUps[1], {MachineBench::address("10.0.0.8")}, "");
+    bench.settle();
+    bench.comeUp();
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::allDeadIsSaidOfTheLastOne()
+{
+    SearchBench bench(behind("", "leg:7001"));
+    bench.start();
+    bench.answerLookUps();
+    bench.close("refused");
+    QVERIFY(bench.told.empty());
+    bench.close("refused, too");
+    QCOMPARE(bench.cause(), std::string("robot at arm:6379: node leg:7001: refused, too"));
+}
+
+void TestOwnerSearch::aBadTableEndsTheAttempt_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::newRow("a number") << QByteArray(":1\r\n");
+    QTest::newRow("a range that is none") << QByteArray("*1\r\n:1\r\n");
+    QTest::newRow("text for a slot") << QByteArray("*1\r\n*3\r\n$1\r\n0\r\n");
+    QTest::newRow("a slot too high") << QByteArray("*1\r\n*3\r\n:0\r\n:16384\r\n");
+    QTest::newRow("a slot below none") << QByteArray("*1\r\n*3\r\n:-1\r\n:7\r\n");
+    QTest::newRow("the end before the begin") << QByteArray("*1\r\n*3\r\n:7\r\n:6\r\n");
+    QTest::newRow("a node that is none") << QByteArray("*1\r\n*3\r\n:0\r\n:9\r\n+no\r\n");
+    QTest::newRow("a port that is none")
+        << QByteArray("*1\r\n*3\r\n:0\r\n:9\r\n*2\r\n$1\r\na\r\n$1\r\nb\r\n");
+}
+
+void TestOwnerSearch::aBadTableEndsTheAttempt()
+{
+    QFETCH(QByteArray, reply);
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(served + reply.toStdString());
+    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    QVERIFY2(contains(bench.cause(), "malformed reply to CLUSTER SLOTS"), bench.cause().c_str());
+}
+
+void TestOwnerSearch::odderNodesOfATableAreSkipped()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    std::string nodes;
+    for (const std::string& host :
+         {text("?"), text("a b"), text(std::string(300, 'a')), std::string("$-1\r\n"), text("leg")})
+        nodes += "*2\r\n" + host + ":7001\r\n";
+    nodes += "*2\r\n" + text("tail") + ":70000\r\n";
+    bench.greetAndSay(served + "*1\r\n*8\r\n:0\r\n:16383\r\n" + nodes);
+    QVERIFY(bench.isUp());
+    bench.close("gone");
+    bench.passToNextAttempt();
+    std::string asked;
+    for (std::size_t i = 1; i < bench.lookUpNodes.size(); ++i)
+        asked += bench.lookUpNodes[i]->toText() + " ";
+    QCOMPARE(asked, std::string("arm:6379 leg:7001 arm:7001 "));
+}
+
+void TestOwnerSearch::aReplicaIsReadWhereThereIsOne()
+{
+    ZoBrokerOptions wanted = behind("{robot7}/");
+    wanted.replica = true;
+    SearchBench bench(wanted);
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("+OK\r\n" + served + table("arm:6379,leg:7001"));
+    QVERIFY(contains(bench.written(1), "READONLY"));
+    bench.answerLookUp();
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    bench.greetAndSay("+OK\r\n" + served + table("arm:6379,leg:7001"));
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::theOwnerIsReadWhenAReplicaIsNotThere()
+{
+    ZoBrokerOptions wanted = behind("{robot7}/");
+    wanted.replica = true;
+    SearchBench bench(wanted);
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("+OK\r\n" + served + table("arm:6379,leg:7001"));
+    bench.answerLookUp();
+    bench.close("refused");
+    QCOMPARE(bench.cause(), std::string("robot at arm:6379: node leg:7001: refused"));
+    bench.passToNextAttempt();
+    bench.answerLookUps();
+    if (bench.at() == "leg:7001")
+        bench.close("refused");
+    bench.greetAndSay("+OK\r\n" + served + table("arm:6379,leg:7001"));
+    QVERIFY(bench.isUp());
+    QCOMPARE(bench.told.back().node->toText(), std::string("arm:6379"));
+}
+
+void TestOwnerSearch::aSentinelIsAskedAgainAfterEachLoss()
+{
+    SearchBench bench(behindSentinel());
+    bench.start();
+    for (const std::string server : {"10.0.0.8", "10.0.0.9"}) {
+        bench.answerLookUp();
+        QCOMPARE(bench.at(), std::string("arm:6379"));
+        bench.connect();
+        QVERIFY2(!contains(bench.written(bench.newest()), "secret"), "it has no login");
+        QVERIFY(contains(bench.written(bench.newest()), "GET-MASTER-ADDR-BY-NAME\r\n$4\r\narms"));
+        bench.say(greeted + "*2\r\n" + text(server) + text("6380"));
+        bench.answerLookUp({MachineBench::address(server.c_str())});
+        QCOMPARE(bench.at(), server + ":6380");
+        bench.connect();
+        QVERIFY(contains(bench.written(bench.newest()), "AUTH\r\n$6\r\nsecret"));
+        bench.say("+OK\r\n" + greeted + "*3\r\n" + text("master") + ":7\r\n*0\r\n");
+        QVERIFY(bench.isUp());
+        QCOMPARE(bench.told.back().node->toText(), server + ":6380");
+        bench.close("gone");
+        bench.passToNextAttempt();
+    }
+}
+
+void TestOwnerSearch::whatASentinelSaysIsChecked_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("unknown") << QByteArray("*-1\r\n") << "knows no server called \"arms\"";
+    QTest::newRow("no sentinel") << QByteArray("-ERR unknown command 'SENTINEL'\r\n")
+                                 << "is no sentinel: ERR unknown command";
+    QTest::newRow("no port") << QByteArray("*2\r\n$1\r\na\r\n$1\r\nb\r\n")
+                             << "names no server that could be one: a:b";
+    QTest::newRow("no host") << QByteArray("*2\r\n$0\r\n\r\n$1\r\n1\r\n")
+                             << "names no server that could be one";
+}
+
+void TestOwnerSearch::whatASentinelSaysIsChecked()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, cause);
+    SearchBench bench(behindSentinel());
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(reply.toStdString());
+    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    QVERIFY2(contains(bench.cause(), cause.toStdString()), bench.cause().c_str());
+}
+
+void TestOwnerSearch::aServerThatHasLostItsPlaceIsLeft()
+{
+    SearchBench bench(behindSentinel());
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("*2\r\n" + text("10.0.0.8") + text("6380"));
+    bench.answerLookUp();
+    bench.connect();
+    bench.say("+OK\r\n" + greeted + "*5\r\n" + text("slave") + text("10.0.0.9") +
+              ":6380\r\n+connected\r\n:7\r\n");
+    QVERIFY2(contains(bench.cause(), "not ready: it is a slave now"), bench.cause().c_str());
+}
+
+REGISTER_TEST(TestOwnerSearch, NoApplication)
+#include "tst_owner_search.moc"
