@@ -173,6 +173,7 @@ void Callers::end(const LinkAction::End& end)
             "a caller is told how its call ended", [&] { return told(*call.exchange); });
     if (!end.problem) {
         ++fAnswered;
+        fAnsweredForKeys += call.names ? 0 : 1;
         checkAnswer(call);
     }
     checkStore(call, !end.problem, end.problem);

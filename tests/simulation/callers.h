@@ -39,6 +39,8 @@ public:
     void checkDeadlines(Time awake) const;
     int underWay() const { return static_cast<int>(fCalls.size()); }
     int answered() const { return fAnswered; }
+    /// Those among them that name keys: any node of a cluster lists names, only one has the keys.
+    int answeredForKeys() const { return fAnsweredForKeys; }
     /// All have ended, and nothing keeps them.
     void checkEnd();
     /// The next call's request is long.
@@ -83,5 +85,6 @@ private:
     std::vector<Call> fCalls;
     std::vector<std::weak_ptr<zo::Call>> fAll;
     int fAnswered = 0;
+    int fAnsweredForKeys = 0;
     int fVersions = 500000; ///< beyond those that the robot itself makes
 };

@@ -163,10 +163,10 @@ void ClusterSchedule::recover()
     fTroubles.heal();
     fCallers.calmDown();
     const Agenda::Time limit = fAgenda.now() + seconds(30);
-    const int before = fCallers.answered();
+    const int before = fCallers.answeredForKeys();
     callUntilAnswered(before);
     while (!fLink.condition().isUp || fCallers.underWay() > 0 || !fNetwork.isCalm() ||
-           fCallers.answered() == before) {
+           fCallers.answeredForKeys() == before) {
         require(fAgenda.now() <= limit, "a link comes up when all is well", [this] {
             return fLink.condition().isUp ? "it is up, and silent" : *fLink.condition().cause;
         });
@@ -180,7 +180,7 @@ void ClusterSchedule::recover()
 
 void ClusterSchedule::callUntilAnswered(int before)
 {
-    if (fCallers.answered() > before)
+    if (fCallers.answeredForKeys() > before)
         return;
     fLink.call();
     fAgenda.in(milliseconds(50), [this, before] { callUntilAnswered(before); });
