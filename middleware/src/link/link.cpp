@@ -64,7 +64,7 @@ void Link::waitUntilOpen()
 {
     const auto current = settings();
     const bool isSearched = current->slot() || !current->options.sentinel.empty();
-    const int nodes = isSearched ? OwnerSearch::fMostHops : 1;
+    const int nodes = isSearched || current->nodes.size() > 1 ? OwnerSearch::fMostAsked : 1;
     fState.waitForFirstAttempt(SteadyClock::now() + nodes * current->options.connectTimeout +
                                attemptGrace);
 }

@@ -90,6 +90,7 @@ void LinkMachine::start(Time now) noexcept
 
 void LinkMachine::beginAttempt(Time now)
 {
+    fRefusal.reset();
     approach(now, fSearch.begin());
 }
 
@@ -193,9 +194,10 @@ void LinkMachine::judgeGreeting(Time now)
     case Greeting::Verdict::Pending:
         return;
     case Greeting::Verdict::NotReady:
+        fRefusal.reset();
         return fail(now, fGreeting->problem(fSettings->peer));
     case Greeting::Verdict::Refused:
-        return refuse(now, fGreeting->problem(fSettings->peer));
+        return askTheOthers(now, fGreeting->problem(fSettings->peer));
     case Greeting::Verdict::Welcome:
         if (fTraffic.endGreeting(now))
             arrive(now);
@@ -205,15 +207,34 @@ void LinkMachine::judgeGreeting(Time now)
 /// A node bids welcome: it may know of another.
 void LinkMachine::arrive(Time now)
 {
+    fRefusal.reset();
     const OwnerSearch::Lead lead = fSearch.judge(fNode);
     if (!lead.problem.empty())
         return fail(now, lead.problem);
     if (!lead.node)
         return goUp(now);
+    leaveNode();
+    approach(now, {lead.node});
+}
+
+/// A node has refused us, which says nothing about the others. It counts when none of them can be
+/// asked.
+void LinkMachine::askTheOthers(Time now, const std::string& problem)
+{
+    if (!fRefusal)
+        fRefusal = told(fNode, problem);
+    const Nodes& others = fSearch.beside(*fNode);
+    if (others.empty())
+        return goDown(now, fSearch.isWelcome() ? Stage::Waiting : Stage::Refused, fRefusal);
+    leaveNode();
+    approach(now, others);
+}
+
+void LinkMachine::leaveNode() noexcept
+{
     closeConnections();
     fGreeting.reset();
     fTraffic.close(nullptr);
-    approach(now, {lead.node});
 }
 
 /// A node that was the robot's says that it is no longer, or never was.
@@ -236,7 +257,7 @@ void LinkMachine::closed(Time now, ConnectionId connection, const std::string& p
             fActions.push(LinkAction::Close{connection});
             fApproach.connectNext(now);
             if (fApproach.isOver())
-                goDown(now, Stage::Waiting, told(node, problem));
+                endInVain(now, told(node, problem));
         } else if (isCurrent(connection)) {
             fail(now, problem);
         }
@@ -247,7 +268,7 @@ void LinkMachine::refused(Time now, ConnectionId connection, const std::string& 
 {
     guarded(now, [&] {
         if (isCurrent(connection))
-            refuse(now, problem);
+            askTheOthers(now, problem);
     });
 }
 
@@ -293,7 +314,15 @@ void LinkMachine::goUp(Time now)
 /// The end of an attempt, or of a link that was up. Another attempt follows.
 void LinkMachine::fail(Time now, const std::string& problem)
 {
-    goDown(now, Stage::Waiting, told(fNode ? fNode : fApproach.goal(), problem));
+    endInVain(now, told(fNode ? fNode : fApproach.goal(), problem));
+}
+
+void LinkMachine::endInVain(Time now, const SharedText& cause) noexcept
+{
+    if (fRefusal)
+        goDown(now, Stage::Refused, fRefusal);
+    else
+        goDown(now, Stage::Waiting, cause);
 }
 
 void LinkMachine::refuse(Time now, const std::string& problem)

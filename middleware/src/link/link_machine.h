@@ -82,7 +82,7 @@ public:
     void received(Time now, ConnectionId connection, std::string_view bytes) noexcept;
     void written(Time now, ConnectionId connection) noexcept;
     void closed(Time now, ConnectionId connection, const std::string& problem) noexcept;
-    /// Its certificate was refused, or ours by it: there is no use in trying again.
+    /// Its certificate was refused, or ours by it: there is no use in trying that node again.
     void refused(Time now, ConnectionId connection, const std::string& problem) noexcept;
 
     void call(Time now, const std::shared_ptr<Exchange>& exchange) noexcept;
@@ -144,12 +144,15 @@ private:
     void goOn(Time now);
     void judgeGreeting(Time now);
     void arrive(Time now);
+    void askTheOthers(Time now, const std::string& problem);
+    void leaveNode() noexcept;
     void turn(Time now, const std::string& error);
     void attend(Time now);
     const char* nameOfStep() const;
 
     void goUp(Time now);
     void fail(Time now, const std::string& problem);
+    void endInVain(Time now, const SharedText& cause) noexcept;
     void refuse(Time now, const std::string& problem);
     SharedText told(const NodePtr& node, const std::string& problem) const;
     void goDown(Time now, Stage next, const SharedText& cause) noexcept;
@@ -171,6 +174,8 @@ private:
     ConnectionId fCurrent = 0; ///< the one that has won the race; 0: none has
     NodePtr fNode;             ///< where it leads
     std::optional<Greeting> fGreeting;
+    SharedText
+        fRefusal; ///< of the first node that refused, while no other was heard in the attempt
     Time fAttemptEnd;
     Time fRetryAt;
     Time fUpSince;

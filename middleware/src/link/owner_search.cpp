@@ -77,6 +77,15 @@ const Nodes& OwnerSearch::begin()
     return fCandidates;
 }
 
+const Nodes& OwnerSearch::beside(const ZoAddress& node)
+{
+    const auto isOut = [&](const NodePtr& one) { return fHops > 0 || *one == node; };
+    fCandidates.erase(std::remove_if(fCandidates.begin(), fCandidates.end(), isOut),
+                      fCandidates.end());
+    fIsHeard = fIsHeard && !fCandidates.empty();
+    return fCandidates;
+}
+
 void OwnerSearch::addCandidate(const NodePtr& node)
 {
     const auto isSame = [&](const NodePtr& known) { return *known == *node; };

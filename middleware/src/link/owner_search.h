@@ -22,8 +22,9 @@ class OwnerSearch
 public:
     using Time = SteadyClock::time_point;
 
-    /// So many nodes are asked in one attempt, one after the other.
+    /// So many nodes are asked in one attempt, one after the other, beside those that refuse.
     static constexpr int fMostHops = 5;
+    static constexpr int fMostAsked = fMostHops + ZoAddress::fMostAddresses - 1;
     /// A link that is sent to another node goes there at once, but not again within such a while.
     static constexpr std::chrono::milliseconds fCalm{1000};
 
@@ -55,6 +56,12 @@ public:
 
     /// An attempt begins: the nodes to try, the likeliest first. Needs no memory.
     const Nodes& begin();
+    /// `node` has refused: those that are left to try in this attempt. There are none behind one
+    /// that was heard: a single way leads on from it. Needs no memory.
+    const Nodes& beside(const ZoAddress& node);
+    /// Whether a node of the cluster has taken us in this attempt: if the next does not, it is
+    /// alone with that.
+    bool isWelcome() const { return fSlot && fHops > 0; }
     /// What the next node is asked; null: nothing.
     const Question* ask();
     /// What the answer to it means that came from `node`.

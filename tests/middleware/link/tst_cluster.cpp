@@ -71,6 +71,7 @@ private slots:
     void theTagHasTheSlotThatTheServersGiveIt();
     void anyNodeLeadsToTheOwner();
     void deadNodesOfAListAreSkipped();
+    void aNodeThatDoesNotKnowTheUserIsLeftForTheOthers();
     void aCheckNamesTheNodeAndTheSlot();
     void aCheckSaysThatOneServerHasAllKeys();
     void aCheckNamesTheNodeThatCannotBeReached();
@@ -122,6 +123,22 @@ void TestCluster::deadNodesOfAListAreSkipped()
     ZoBrokerOptions options = optionsFor(prefix);
     options.furtherAddresses = {{"127.0.0.1", kit::freeLoopbackPort()}, fCluster->address(0)};
     const auto broker = linkTo(kit::freeLoopbackPort(), options);
+    QCOMPARE(broker->linkStatus().node, fCluster->address(owner).toText());
+}
+
+void TestCluster::aNodeThatDoesNotKnowTheUserIsLeftForTheOthers()
+{
+    constexpr int stranger = 0;
+    for (int number = 1; number < RedisCluster::fNodes; ++number)
+        fCluster->node(number).command(
+            {"ACL", "SETUSER", "panel", "on", ">secret", "allkeys", "allcommands"});
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.user = "panel";
+    options.password = "secret";
+    const std::string alone = errorOf([&] { linkTo(fCluster->address(stranger).port, options); });
+    QVERIFY2(contains(alone, "user or password refused"), alone.c_str());
+    options.furtherAddresses = {fCluster->address(1)};
+    const auto broker = linkTo(fCluster->address(stranger).port, options);
     QCOMPARE(broker->linkStatus().node, fCluster->address(owner).toText());
 }
 

@@ -14,6 +14,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 const std::string greeted = "+PONG\r\n+OK\r\n";
+const std::string wantsLogin = "-NOAUTH Authentication required.\r\n";
 const std::string served = "*1\r\n$-1\r\n";
 const std::string noCluster = "-ERR This instance has cluster support disabled\r\n";
 
@@ -109,6 +110,13 @@ private slots:
     void deadAddressesAreSkipped();
     void aNameThatIsNotFoundIsSkipped();
     void allDeadIsSaidOfTheLastOne();
+    void whenANodeRefusesTheOthersAreAsked_data();
+    void whenANodeRefusesTheOthersAreAsked();
+    void whenAllRefuseThatIsTheEnd();
+    void oneThatRefusesIsTheEndWhenTheOthersAreDead();
+    void oneThatRefusesIsNotTheEndWhenAnotherIsNotReady();
+    void anOwnerThatRefusesAloneIsTriedAgain();
+    void aServerThatASentinelNamesMayRefuse();
     void aBadTableEndsTheAttempt_data();
     void aBadTableEndsTheAttempt();
     void odderNodesOfATableAreSkipped();
@@ -369,6 +377,115 @@ void TestOwnerSearch::allDeadIsSaidOfTheLastOne()
     QVERIFY(bench.told.empty());
     bench.close("refused, too");
     QCOMPARE(bench.cause(), std::string("robot at arm:6379: node leg:7001: refused, too"));
+}
+
+void TestOwnerSearch::whenANodeRefusesTheOthersAreAsked_data()
+{
+    QTest::addColumn<bool>("isCertificate");
+    QTest::newRow("the login") << false;
+    QTest::newRow("the certificate") << true;
+}
+
+void TestOwnerSearch::whenANodeRefusesTheOthersAreAsked()
+{
+    QFETCH(bool, isCertificate);
+    ZoBrokerOptions wanted = behind("", "leg:7001");
+    wanted.tls = isCertificate;
+    SearchBench bench(wanted);
+    bench.start();
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("arm:6379"));
+    bench.connect();
+    if (isCertificate) {
+        bench.machine.refused(bench.now, bench.newest(), "expired");
+        bench.settle();
+    } else {
+        bench.say(wantsLogin);
+    }
+    QVERIFY2(bench.isClosed(1) && bench.told.empty(), "it is one attempt");
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    bench.comeUp();
+    QVERIFY(bench.isUp());
+    bench.close("gone");
+    QVERIFY2(!bench.machine.condition().isRefused, "that is long ago");
+}
+
+void TestOwnerSearch::whenAllRefuseThatIsTheEnd()
+{
+    SearchBench bench(behind("{robot7}/", "leg:7001,tail:7002"));
+    bench.start();
+    for (int node = 0; node < 3; ++node) {
+        QVERIFY(bench.told.empty());
+        bench.answerLookUps();
+        bench.connect();
+        bench.say(wantsLogin);
+    }
+    QVERIFY(bench.told.back().isRefused);
+    QCOMPARE(bench.cause(),
+             std::string("robot at arm:6379: login refused: NOAUTH Authentication required."));
+    bench.pass(std::chrono::hours(1));
+    QCOMPARE(bench.connects.size(), std::size_t{3});
+}
+
+void TestOwnerSearch::oneThatRefusesIsTheEndWhenTheOthersAreDead()
+{
+    SearchBench bench(behind("", "leg:7001"));
+    bench.start();
+    bench.answerLookUps();
+    bench.connect();
+    bench.say(wantsLogin);
+    bench.answerLookUps();
+    bench.close("dead");
+    QVERIFY(bench.told.back().isRefused);
+    QVERIFY2(contains(bench.cause(), "login refused"), bench.cause().c_str());
+}
+
+void TestOwnerSearch::oneThatRefusesIsNotTheEndWhenAnotherIsNotReady()
+{
+    SearchBench bench(behind("", "leg:7001"));
+    bench.start();
+    bench.answerLookUps();
+    bench.connect();
+    bench.say(wantsLogin);
+    bench.answerLookUps();
+    bench.connect();
+    bench.say("-LOADING its memory\r\n+OK\r\n");
+    QVERIFY(!bench.isUp() && !bench.told.back().isRefused);
+    QVERIFY2(contains(bench.cause(), "node leg:7001: not ready"), bench.cause().c_str());
+    bench.passToNextAttempt();
+    bench.answerLookUps();
+    bench.comeUp();
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::anOwnerThatRefusesAloneIsTriedAgain()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(moved("leg:7001") + table("leg:7001,arm:6379"));
+    bench.answerLookUp();
+    bench.connect();
+    bench.say(wantsLogin);
+    QVERIFY(!bench.isUp() && !bench.told.back().isRefused);
+    QVERIFY2(contains(bench.cause(), "node leg:7001: login refused"), bench.cause().c_str());
+    bench.passToNextAttempt();
+    QCOMPARE(bench.lookUpNodes.size(), std::size_t{4});
+}
+
+void TestOwnerSearch::aServerThatASentinelNamesMayRefuse()
+{
+    SearchBench bench(behindSentinel());
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("*2\r\n" + text("10.0.0.8") + text("6380"));
+    bench.answerLookUp();
+    bench.connect();
+    bench.say("-WRONGPASS invalid password\r\n");
+    QVERIFY(bench.told.back().isRefused);
+    QVERIFY2(contains(bench.cause(), "node 10.0.0.8:6380: user or password refused"),
+             bench.cause().c_str());
 }
 
 void TestOwnerSearch::aBadTableEndsTheAttempt_data()
