@@ -4,7 +4,6 @@
 #include "link/link_companion.h"
 #include "link/link_driver.h"
 #include "link/quiet_thread.h"
-#include "link/redirection.h"
 
 #include <zo/error.h>
 
@@ -65,8 +64,12 @@ void Link::waitUntilOpen()
     const auto current = settings();
     const bool isSearched = current->slot() || !current->options.sentinel.empty();
     const int nodes = isSearched || current->nodes.size() > 1 ? OwnerSearch::fMostAsked : 1;
-    fState.waitForFirstAttempt(SteadyClock::now() + nodes * current->options.connectTimeout +
-                               attemptGrace);
+    waitUntilOpen(SteadyClock::now() + nodes * current->options.connectTimeout + attemptGrace);
+}
+
+void Link::waitUntilOpen(SteadyClock::time_point deadline)
+{
+    fState.waitForFirstAttempt(deadline);
 }
 
 void Link::reconnect(const std::shared_ptr<const LinkSettings>& settings)
@@ -147,12 +150,7 @@ ZoError Link::error(const std::string& problem) const
 
 ZoError Link::refusal(const std::string& command, const std::string& text) const
 {
-    using Kind = Redirection::Kind;
-    const auto current = settings();
-    const Kind kind = readRedirection(text, {}).kind;
-    const bool isMoving = kind == Kind::Ask || kind == Kind::TryAgain;
-    const std::string hint = isMoving ? " (its keys are just moving to another node)" : "";
-    return current->peer.error("refuses " + command + ": " + current->peer.quote(text) + hint);
+    return settings()->refusal(command, text);
 }
 
 } // namespace zo

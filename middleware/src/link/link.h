@@ -37,6 +37,8 @@ public:
     void beginAnewIfDown();
     /// Waits for the end of the first attempt. Throws ZoError when that fails.
     void waitUntilOpen();
+    /// The same until `deadline`.
+    void waitUntilOpen(SteadyClock::time_point deadline);
 
     /// Begins anew with other settings of the same robot, and does not wait for the result; nothing
     /// happens when that is under way already. Throws ZoError, and changes nothing, when these
@@ -53,6 +55,8 @@ public:
     int connections() const { return fState.connections(); }
 
     const LinkPulse& pulse() const { return fPulse; }
+    /// Where it is up; null while it is down.
+    NodePtr node() const { return fState.node(); }
     /// Throws ZoError with the cause and the time of the loss while the link is down.
     void throwIfDown() const { fState.throwIfDown(); }
 

@@ -3,6 +3,7 @@
 
 #include "link/hash_slot.h"
 #include "link/host_name.h"
+#include "link/redirection.h"
 #include "link/secret_text.h"
 #include "value/printable.h"
 
@@ -102,6 +103,12 @@ std::optional<int> LinkSettings::slot() const
     if (!hasHashTag(options.prefix) || !options.sentinel.empty() || !options.socketPath.empty())
         return {};
     return hashSlotOf(options.prefix);
+}
+
+ZoError LinkSettings::refusal(const std::string& command, const std::string& text) const
+{
+    const std::string hint = isMoving(text) ? " (its keys are just moving to another node)" : "";
+    return peer.error("refuses " + command + ": " + peer.quote(text) + hint);
 }
 
 LinkSettings::~LinkSettings()

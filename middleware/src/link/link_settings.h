@@ -28,6 +28,9 @@ struct LinkSettings
     /// The slot of the robot's keys, if one it is, wherever that counts: with a tag in the prefix.
     std::optional<int> slot() const;
 
+    /// What is thrown when the server answers `command` with the error `text`.
+    ZoError refusal(const std::string& command, const std::string& text) const;
+
     Peer peer;
     ZoBrokerOptions options; ///< each duration within bounds that no sum can overflow
     std::string clientName;  ///< as the server's list of clients shows this one

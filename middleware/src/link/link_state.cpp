@@ -60,6 +60,12 @@ int LinkState::connections() const
     return fConnections;
 }
 
+NodePtr LinkState::node() const
+{
+    const std::lock_guard<std::mutex> lock(fMutex);
+    return fCondition.node;
+}
+
 void LinkState::throwIfDown() const
 {
     const std::lock_guard<std::mutex> lock(fMutex);

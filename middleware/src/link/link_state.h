@@ -22,6 +22,7 @@ public:
     ZoLinkStatus status() const;
     /// Counts how often the link has come up.
     int connections() const;
+    NodePtr node() const;
     /// Throws ZoError with the cause and the time of the loss while the link is down.
     void throwIfDown() const;
     bool isUp() const;

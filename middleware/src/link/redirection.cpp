@@ -52,4 +52,10 @@ Redirection readRedirection(std::string_view error, const std::string& host)
     return {kind, tellsNode ? readNode(error.substr(error.rfind(' ') + 1), host) : std::nullopt};
 }
 
+bool isMoving(std::string_view error)
+{
+    const Redirection::Kind kind = kindOf(error.substr(0, error.find(' ')));
+    return kind == Redirection::Kind::Ask || kind == Redirection::Kind::TryAgain;
+}
+
 } // namespace zo

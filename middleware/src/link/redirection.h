@@ -29,4 +29,7 @@ struct Redirection
 /// What `error` tells that came from a node at `host`: that stands where the node tells none.
 Redirection readRedirection(std::string_view error, const std::string& host);
 
+/// Whether `error` says of keys that they are just moving to another node.
+bool isMoving(std::string_view error);
+
 } // namespace zo

@@ -2,6 +2,7 @@
 #include "memory/following.h"
 
 #include "link/link.h"
+#include "link/redirection.h"
 #include "memory/wait_budget.h"
 
 #include <zo/error.h>
@@ -97,6 +98,8 @@ ZoListAnswer Following::values(Link& link, const void* proxy, const ZoValue& req
         if (asked.values)
             return {ZoValue::fromElements(std::move(*asked.values)), asked.list->arrived(), {}};
     } catch (const ServerRefusal& refusal) {
+        if (isMoving(refusal.text))
+            throw;
         throw link.refusal("MGET", refusal.text);
     }
     lock.unlock();

@@ -29,7 +29,8 @@ public:
 
     /// The values that `request`, the argument of getListData, asks for, and when they came, for
     /// the caller that the proxy and the calling thread are. Throws ZoError when the request is
-    /// malformed, the robot refuses, the link is down, or the answer is still under way.
+    /// malformed, the robot refuses, the link is down, or the answer is still under way, and
+    /// ServerRefusal when keys of it are just moving to another node: they are not followed there.
     ZoListAnswer values(Link& link, const void* proxy, const ZoValue& request);
 
     /// A write of `keys` over the link begins, which returns its number, and ends.

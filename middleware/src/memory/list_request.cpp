@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "memory/list_request.h"
 
+#include "memory/behind_asking.h"
 #include "memory/key_text.h"
 #include "memory/keys_per_command.h"
 #include "memory/memory_arguments.h"
@@ -43,7 +44,7 @@ ListRequest::ListRequest(const ZoValue& request,
     encode();
 }
 
-ListRequest::ListRequest(const ListRequest& request, const std::vector<int>& replies)
+ListRequest::ListRequest(const ListRequest& request, const std::vector<int>& replies, At node)
     : fPrefix(request.fPrefix),
       fKeys(request.fKeys),
       fForbidden(request.fForbidden),
@@ -53,7 +54,7 @@ ListRequest::ListRequest(const ListRequest& request, const std::vector<int>& rep
         for (int i = 0; i < request.sizeOfReply(reply); ++i)
             fAsked.push_back(request.position(reply, i));
     }
-    encode();
+    encode(node);
 }
 
 bool ListRequest::isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const
@@ -79,17 +80,20 @@ int ListRequest::sizeOfReply(int reply) const
     return std::min(fKeysPerReply, static_cast<int>(fAsked.size()) - before);
 }
 
-void ListRequest::encode()
+void ListRequest::encode(At node)
 {
     std::string bytes;
     std::vector<RequestPart> parts;
     for (int reply = 0; reply < replies(); ++reply) {
         const int keys = sizeOfReply(reply);
+        if (node == At::Importer)
+            appendAsking(bytes);
         beginCommand(static_cast<std::size_t>(keys) + 1, bytes);
         appendWord("MGET", bytes);
         for (int i = 0; i < keys; ++i)
             appendWord(fPrefix, key(position(reply, i)), bytes);
-        parts.push_back({bytes.size(), 1});
+        parts.push_back(
+            {bytes.size(), node == At::Importer ? BehindAsking::fRepliesPerCommand : 1});
     }
     fBytes = sharedText(std::move(bytes));
     fParts = std::make_shared<const std::vector<RequestPart>>(std::move(parts));

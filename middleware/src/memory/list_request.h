@@ -23,8 +23,14 @@ public:
     ListRequest(const ZoValue& request, std::shared_ptr<const ForbiddenKeys::Set> forbidden,
                 std::string prefix = {});
 
+    /// Of which node keys are asked: the one that has them, or the one that they are moving to.
+    enum class At
+    {
+        Owner,
+        Importer
+    };
     /// The keys that the replies numbered `replies` of `request` stand for, each asked by itself.
-    ListRequest(const ListRequest& request, const std::vector<int>& replies);
+    ListRequest(const ListRequest& request, const std::vector<int>& replies, At node = At::Owner);
 
     /// Whether this is the encoding of `request` as long as `forbidden` holds.
     bool isFor(const ZoValue& request, const ForbiddenKeys::Set* forbidden) const;
@@ -41,7 +47,7 @@ public:
     int count() const { return static_cast<int>(fKeys->size()); }
 
 private:
-    void encode();
+    void encode(At node = At::Owner);
 
     std::string fPrefix;
     std::shared_ptr<const std::vector<std::string>> fKeys;

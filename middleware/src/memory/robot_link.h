@@ -2,6 +2,7 @@
 #pragma once
 
 #include "link/link.h"
+#include "memory/detour.h"
 #include "memory/following.h"
 #include "memory/forbidden_keys.h"
 
@@ -28,6 +29,7 @@ struct RobotLink
     std::atomic<std::uint64_t> writes{0};       ///< of its own, that have begun
     const std::shared_ptr<Following> following; ///< null: lists are not followed
     Link link;
+    Detour detour;
 };
 
 /// The link of this process to that robot with these options; a new one when there is none. Opens

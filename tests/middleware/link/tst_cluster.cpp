@@ -11,9 +11,11 @@
 
 #include <QtTest>
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -37,12 +39,39 @@ std::string valuesOf(ZoMemoryProxy& memory)
 {
     try {
         std::string texts;
-        for (const std::string& key : keys)
-            texts += memory.getListData(requestFor({key}))[0].toString(ZoBrief) + " ";
+        const ZoValue values = memory.getListData(requestFor(keys));
+        for (int i = 0; i < values.getSize(); ++i)
+            texts += values[i].toString(ZoBrief) + " ";
         return texts;
     } catch (const ZoError&) {
         return {};
     }
+}
+
+std::string textOf(const std::map<std::string, int>& values)
+{
+    std::string text;
+    for (const auto& [key, value] : values)
+        text += std::to_string(value) + " ";
+    return text;
+}
+
+bool isStored(ZoMemoryProxy& memory, const std::string& key, int value)
+{
+    try {
+        memory.setData(key, ZoValue(value));
+        return true;
+    } catch (const ZoError&) {
+        return false;
+    }
+}
+
+void storeTogether(ZoMemoryProxy& memory, int value)
+{
+    ZoValue::Elements pairs;
+    for (const std::string& key : keys)
+        pairs.push_back(ZoValue::fromElements({ZoValue(key), ZoValue(value)}));
+    memory.setListData(ZoValue::fromElements(std::move(pairs)));
 }
 
 /// What a check of the robot at `address` says of its node.
@@ -79,7 +108,9 @@ private slots:
     void aPrefixWithoutATagIsRefused();
     void theKeyListAsksTheSlotAndNotTheFleet();
     void nothingIsWrittenOverAReplica();
-    void aSlotThatMovesIsFollowed();
+    void aSlotThatMovesIsReadAndWritten_data();
+    void aSlotThatMovesIsReadAndWritten();
+    void aNodeThatCannotBeAskedForWhatMovesIsNamed();
     void aReplicaIsRead();
     void anOwnerThatDiesIsSucceeded();
 
@@ -229,23 +260,75 @@ void TestCluster::nothingIsWrittenOverAReplica()
     QVERIFY(broker->isConnected());
 }
 
-void TestCluster::aSlotThatMovesIsFollowed()
+void TestCluster::aSlotThatMovesIsReadAndWritten_data()
 {
-    const auto broker = linkTo(fCluster->address(owner).port, optionsFor(prefix));
-    ZoMemoryProxy memory = memoryOf(broker);
+    QTest::addColumn<bool>("follow");
+    QTest::addColumn<bool>("notices");
+    QTest::newRow("read each time") << false << false;
+    QTest::newRow("followed") << true << false;
+    QTest::newRow("followed with notices") << true << true;
+}
+
+void TestCluster::aSlotThatMovesIsReadAndWritten()
+{
+    ZoBrokerOptions options = optionsFor(prefix);
+    const auto writer = linkTo(fCluster->address(owner).port, options);
+    ZoMemoryProxy pen = memoryOf(writer);
+    QFETCH(bool, follow);
+    QFETCH(bool, notices);
+    options.follow = follow;
+    options.notices = notices;
+    const auto reader = linkTo(fCluster->address(owner).port, options);
+    ZoMemoryProxy memory = memoryOf(reader);
+    std::map<std::string, int> stored = {{"Arm", 1}, {"Leg", 1}, {"Tail", 1}};
+    std::set<std::string> possible = {textOf(stored)};
+    std::set<std::string> seen;
+    const auto read = [&] {
+        const std::string text = valuesOf(memory);
+        if (!text.empty())
+            seen.insert(text);
+        return text;
+    };
+    TRY_COMPARE(read(), textOf(stored));
     for (const int to : {0, owner}) {
+        const std::string from = reader->linkStatus().node;
         fCluster->beginToMove(slot, to);
-        for (const std::string& key : keys) {
-            // What is on its way is not read, and nothing stands in its place.
-            const std::string values = valuesOf(memory);
-            QVERIFY2(values.empty() || values == "1 1 1 ", values.c_str());
+        for (auto& [key, value] : stored) {
             fCluster->moveKey(slot, prefix + key, to);
-            QCOMPARE(valuesOf(memory), std::string());
+            TRY_COMPARE(read(), textOf(stored));
+            ++value;
+            possible.insert(textOf(stored));
+            TRY_VERIFY(isStored(pen, key, value));
+            TRY_COMPARE(read(), textOf(stored));
         }
+        QCOMPARE(reader->linkStatus().node, from);
+        const std::string error = errorOf([&] { storeTogether(pen, 7); });
+        QVERIFY2(contains(error, "just moving to another node"), error.c_str());
         fCluster->endMove(slot, to);
-        TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
-        QCOMPARE(broker->linkStatus().node, fCluster->address(to).toText());
+        TRY_COMPARE(read(), textOf(stored));
+        TRY_COMPARE(reader->linkStatus().node, fCluster->address(to).toText());
     }
+    for (const std::string& text : seen)
+        QVERIFY2(possible.count(text) == 1, text.c_str());
+    store("1");
+}
+
+void TestCluster::aNodeThatCannotBeAskedForWhatMovesIsNamed()
+{
+    const RedisServer alone; // which knows no moving slots
+    const FakeRobot robot([&](FakeConnection& connection) {
+        connection.greet();
+        for (int question = 0; question < 2; ++question) { // all keys, and each
+            connection.readCommand();
+            connection.send("-ASK 13104 127.0.0.1:" + std::to_string(alone.port()) + "\r\n");
+        }
+        connection.waitForEnd();
+    });
+    const auto broker = linkTo(robot.port(), quietOptions());
+    ZoMemoryProxy memory = memoryOf(broker);
+    const std::string error = errorOf([&] { memory.getListData(requestFor({"Arm"})); });
+    QVERIFY2(contains(error, "refuses ASKING"), error.c_str());
+    QVERIFY2(contains(error, std::to_string(alone.port())), error.c_str());
 }
 
 void TestCluster::aReplicaIsRead()
