@@ -101,7 +101,7 @@ bool SlotNamesSink::isCut() const
 bool SlotNamesSink::take(const ReplyPlace& place, const ReplyPiece& piece)
 {
     if (place.depth == 0 && piece.kind == ReplyKind::Error)
-        fRefusal = piece.text;
+        fRefusals.emplace_back(piece.text);
     if (place.reply > 0 || piece.kind == ReplyKind::Error)
         return true;
     if (place.depth == 1 && piece.kind == ReplyKind::Text)

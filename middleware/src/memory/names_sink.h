@@ -53,8 +53,8 @@ public:
     std::vector<std::string>& names() { return fNames; }
     /// Whether some names are not there: there are too many.
     bool isCut() const;
-    /// The server's error to any of it; empty: there is none.
-    const std::string& refusal() const { return fRefusal; }
+    /// The server's errors to any of it.
+    const std::vector<std::string>& refusals() const { return fRefusals; }
 
     [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override;
     std::string nameOf(const ReplyPlace& place) const override;
@@ -62,7 +62,7 @@ public:
 private:
     std::vector<std::string> fNames;
     bool fIsCut = false;
-    std::string fRefusal;
+    std::vector<std::string> fRefusals;
 };
 
 } // namespace zo

@@ -2,12 +2,14 @@
 #include "memory/names_walk.h"
 
 #include "link/link.h"
+#include "link/redirection.h"
 #include "memory/key_prefix.h"
 #include "memory/key_text.h"
 #include "memory/keys_per_command.h"
 #include "memory/names_sink.h"
 #include "wire/limits.h"
 #include "wire/request.h"
+#include "wire/server_error.h"
 #include "wire/status_sink.h"
 
 #include <zo/error.h>
@@ -70,13 +72,18 @@ private:
     }
 
     /// In a cluster the slot knows its keys: nobody goes through those of a whole fleet. Whether
-    /// the server tells.
+    /// the server tells us. A node that has not all of them any more knows none, either, by going
+    /// through what it has.
     bool takeSlot(int slot)
     {
         const std::string& prefix = fSettings.options.prefix;
         const auto sink = std::make_shared<SlotNamesSink>();
         run("CLUSTER GETKEYSINSLOT", encodeKeysInSlot(slot, prefix), 2, sink);
-        if (!sink->refusal().empty())
+        for (const std::string& refusal : sink->refusals()) {
+            if (!isForbidden(refusal) && !isUnknown(refusal))
+                throw fSettings.refusal("the key list", refusal);
+        }
+        if (!sink->refusals().empty())
             return false;
         if (sink->isCut())
             throw tooLarge();
@@ -107,7 +114,7 @@ private:
         const auto asked = SteadyClock::now();
         const auto sink = askPage(cursor);
         if (!sink->refusal().empty())
-            throw fSettings.peer.error("refuses SCAN: " + fSettings.peer.quote(sink->refusal()));
+            throw fSettings.refusal("SCAN", sink->refusal());
         if (sink->isCut())
             throw tooLarge();
         const std::size_t known = fNames.size();
@@ -144,12 +151,17 @@ private:
         const auto kinds = std::make_shared<StatusSink>("TYPE");
         if (!names.empty())
             run("TYPE", std::move(bytes), static_cast<int>(names.size()), kinds);
+        bool isTold = true;
+        for (const StatusSink::Answer& answer : kinds->answers()) {
+            if (answer.isError && readRedirection(answer.text, {}).kind != Redirection::Kind::None)
+                throw fSettings.refusal("TYPE", answer.text);
+            isTold = isTold && !answer.isError;
+        }
         auto kind = kinds->answers().begin();
         names.erase(std::remove_if(names.begin(), names.end(),
                                    [&](const std::string&) { return kind++->text != textKind; }),
                     names.end());
-        return std::none_of(kinds->answers().begin(), kinds->answers().end(),
-                            [](const StatusSink::Answer& answer) { return answer.isError; });
+        return isTold;
     }
 
     void run(const char* name, std::string bytes, int replies,

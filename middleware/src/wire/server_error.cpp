@@ -30,6 +30,12 @@ bool isKeyForbidden(std::string_view error)
     return isForbidden(error) && error.find("permissions to run") == std::string_view::npos;
 }
 
+bool isUnknown(std::string_view error)
+{
+    return beginsWith(error, "ERR unknown ") ||
+           beginsWith(error, "ERR This instance has cluster support disabled");
+}
+
 bool willPass(std::string_view error)
 {
     constexpr std::string_view passing[] = {"LOADING ",

@@ -107,6 +107,7 @@ private slots:
     void aPrefixWithoutATagIsRefused_data();
     void aPrefixWithoutATagIsRefused();
     void theKeyListAsksTheSlotAndNotTheFleet();
+    void theKeyListGoesThroughAllKeysWhereTheSlotMayNotBeAsked();
     void nothingIsWrittenOverAReplica();
     void aSlotThatMovesIsReadAndWritten_data();
     void aSlotThatMovesIsReadAndWritten();
@@ -249,6 +250,18 @@ void TestCluster::theKeyListAsksTheSlotAndNotTheFleet()
     QVERIFY2(contains(asked, "getkeysinslot") && !contains(asked, "scan"), asked.c_str());
 }
 
+void TestCluster::theKeyListGoesThroughAllKeysWhereTheSlotMayNotBeAsked()
+{
+    RedisServer& server = fCluster->node(owner);
+    server.command({"ACL", "SETUSER", "lister", "on", ">secret", "allkeys", "allcommands",
+                    "-cluster|getkeysinslot"});
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.user = "lister";
+    options.password = "secret";
+    ZoMemoryProxy memory = memoryOf(linkTo(fCluster->address(owner).port, options));
+    QCOMPARE(memory.getDataListName().size(), keys.size());
+}
+
 void TestCluster::nothingIsWrittenOverAReplica()
 {
     ZoBrokerOptions options = optionsFor(prefix);
@@ -293,6 +306,8 @@ void TestCluster::aSlotThatMovesIsReadAndWritten()
     for (const int to : {0, owner}) {
         const std::string from = reader->linkStatus().node;
         fCluster->beginToMove(slot, to);
+        const std::string noList = errorOf([&] { memory.getDataListName(); });
+        QVERIFY2(contains(noList, "refuses the key list: ASK"), noList.c_str());
         for (auto& [key, value] : stored) {
             fCluster->moveKey(slot, prefix + key, to);
             TRY_COMPARE(read(), textOf(stored));
