@@ -27,10 +27,13 @@ std::vector<LinkAddress> courseOf(const std::vector<LinkAddress>& addresses)
 
 void AddressRace::add(const NodePtr& node, const std::vector<LinkAddress>& addresses)
 {
-    for (const LinkAddress& address : courseOf(addresses)) {
-        if (fEntries.size() < fMostAddresses)
-            fEntries.push_back({node, address});
-    }
+    std::size_t turn = 0;
+    for (const LinkAddress& address : courseOf(addresses))
+        fEntries.push_back({node, address, turn++});
+    std::stable_sort(fEntries.begin() + static_cast<std::ptrdiff_t>(fNext), fEntries.end(),
+                     [](const Entry& one, const Entry& other) { return one.turn < other.turn; });
+    if (fEntries.size() > fMostAddresses)
+        fEntries.erase(fEntries.begin() + fMostAddresses, fEntries.end());
     fRunning.reserve(fEntries.size());
 }
 

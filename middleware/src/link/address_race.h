@@ -24,6 +24,7 @@ public:
     {
         NodePtr node;
         LinkAddress address;
+        std::size_t turn; ///< among those of its node
     };
     struct Running
     {
@@ -34,8 +35,8 @@ public:
     /// In `time` all have their turn.
     explicit AddressRace(std::chrono::nanoseconds time) : fTime(time) {}
 
-    /// Of the first of `addresses`, all of `node`, behind those that are here. The one at their
-    /// front goes first.
+    /// Of the first of `addresses`, all of `node`. The one at their front goes first. Those of
+    /// several nodes take turns, so that one with many leaves the others room.
     void add(const NodePtr& node, const std::vector<LinkAddress>& addresses);
 
     /// The one whose turn it is, if that has come at `now`. `started` must follow.

@@ -10,18 +10,28 @@ namespace {
 
 // Of more than the nodes of two attempts nothing need be known.
 constexpr std::size_t mostPlaces = 2 * ZoAddress::fMostAddresses;
+// The system answers a look-up sooner or later; so many at a time are enough, whatever names a
+// server makes up.
 constexpr std::size_t mostAsked = 64;
+constexpr std::size_t mostAskedOfGiven = 64; // beside those
+constexpr std::chrono::seconds longestLookUp{600};
+
+bool isAmong(const Nodes& nodes, const ZoAddress& wanted)
+{
+    return std::any_of(nodes.begin(), nodes.end(),
+                       [&](const NodePtr& node) { return *node == wanted; });
+}
 
 } // namespace
 
 Approach::Approach(ActionQueue& actions) : fActions(actions)
 {
     fPlaces.reserve(mostPlaces);
-    fAsked.reserve(mostAsked);
+    fAsked.reserve(mostAsked + mostAskedOfGiven);
 }
 
 // The addresses of an earlier answer serve one attempt only: they may change.
-bool Approach::begin(Time now, Time end, const Nodes& nodes)
+bool Approach::begin(Time now, Time end, const Nodes& nodes, const Nodes& given)
 {
     fRace.reset();
     fEnd = end;
@@ -36,7 +46,10 @@ bool Approach::begin(Time now, Time end, const Nodes& nodes)
     }
     for (const NodePtr& node : nodes) {
         Place& place = placeOf(node);
-        if (place.isAwaited && place.lookUps.isAnotherNeeded(now))
+        if (!place.isAwaited || !place.lookUps.isAnotherNeeded(now))
+            continue;
+        place.isAwaited = hasRoom(now) || isAmong(given, *node);
+        if (place.isAwaited)
             lookUp(now, place);
     }
     return fRace.has_value();
@@ -47,8 +60,10 @@ Approach::Place& Approach::placeOf(const NodePtr& node)
 {
     const auto found = std::find_if(fPlaces.begin(), fPlaces.end(),
                                     [&](const Place& place) { return *place.node == *node; });
-    if (found != fPlaces.end())
-        return *found;
+    if (found != fPlaces.end()) {
+        std::rotate(found, found + 1, fPlaces.end());
+        return fPlaces.back();
+    }
     if (fPlaces.size() == mostPlaces)
         fPlaces.erase(std::find_if(fPlaces.begin(), fPlaces.end(),
                                    [](const Place& place) { return !place.isAwaited; }));
@@ -56,11 +71,18 @@ Approach::Place& Approach::placeOf(const NodePtr& node)
     return fPlaces.back();
 }
 
+bool Approach::hasRoom(Time now)
+{
+    const auto isLost = [now](const Asked& one) { return now >= one.since + longestLookUp; };
+    fAsked.erase(std::remove_if(fAsked.begin(), fAsked.end(), isLost), fAsked.end());
+    return fAsked.size() < mostAsked;
+}
+
 void Approach::lookUp(Time now, Place& place)
 {
-    if (fAsked.size() == mostAsked)
+    if (fAsked.size() == mostAsked + mostAskedOfGiven)
         fAsked.erase(fAsked.begin());
-    fAsked.push_back({++fNewestLookUp, place.node});
+    fAsked.push_back({++fNewestLookUp, place.node, now});
     place.lookUps.begin(now, fNewestLookUp);
     fActions.push(LinkAction::LookUp{fNewestLookUp, place.node});
 }
@@ -121,6 +143,12 @@ bool Approach::isOver() const
     const bool isAwaiting = std::any_of(fPlaces.begin(), fPlaces.end(),
                                         [](const Place& place) { return place.isAwaited; });
     return !isAwaiting && (!fRace || fRace->isOver());
+}
+
+void Approach::forgetFound() noexcept
+{
+    for (Place& place : fPlaces)
+        place.found.clear();
 }
 
 void Approach::end() noexcept

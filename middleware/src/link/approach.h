@@ -31,8 +31,9 @@ public:
     explicit Approach(ActionQueue& actions);
 
     /// Begins with `nodes`, the likeliest first; all must have had their turn at `end`. Whether
-    /// some of them are in the race already, or else all are looked up first.
-    bool begin(Time now, Time end, const Nodes& nodes);
+    /// some of them are in the race already, or else all are looked up first. Those that are not
+    /// `given` are passed over while too many look-ups are not answered.
+    bool begin(Time now, Time end, const Nodes& nodes, const Nodes& given);
     /// An answer that helps the attempt that is under way.
     News lookedUp(Time now, int number, const Addresses& addresses);
     /// One that comes between two attempts: it serves the next.
@@ -46,6 +47,8 @@ public:
     const NodePtr& goal() const { return fGoal; }
     /// Whether there is nothing left to try.
     bool isOver() const;
+    /// A link is up: addresses that were found meanwhile are of no use any more.
+    void forgetFound() noexcept;
     /// Ends it, and closes what still runs.
     void end() noexcept;
     /// When the next address may start.
@@ -65,10 +68,12 @@ private:
     {
         int number;
         NodePtr node;
+        Time since;
     };
 
     Place& placeOf(const NodePtr& node);
     Place* answered(int number);
+    bool hasRoom(Time now);
     void enter(Time now, Place& place, const Addresses& addresses);
     void lookUp(Time now, Place& place);
 

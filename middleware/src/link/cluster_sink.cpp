@@ -77,7 +77,7 @@ bool ClusterSink::takeNode(const ReplyPlace& place, const ReplyPiece& piece)
     return true;
 }
 
-// One that cannot be reached at all is none: "?" stands for a host that the node does not know.
+// One that cannot be reached at all is none. Without a host it is where the one is that was asked.
 void ClusterSink::addNode(std::int64_t port)
 {
     Nodes& nodes = fIsOurs ? fOwners : fOthers;
@@ -86,8 +86,7 @@ void ClusterSink::addNode(std::int64_t port)
         return;
     const ZoAddress node{fHost, static_cast<int>(port)};
     const auto isSame = [&](const NodePtr& known) { return *known == node; };
-    if (fHost != "?" && (fHost.empty() || canBeNode(node)) &&
-        std::none_of(nodes.begin(), nodes.end(), isSame))
+    if ((fHost.empty() || canBeNode(node)) && std::none_of(nodes.begin(), nodes.end(), isSame))
         nodes.push_back(std::make_shared<const ZoAddress>(node));
 }
 

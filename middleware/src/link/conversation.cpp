@@ -51,7 +51,10 @@ ReplyProblem Conversation::received(Time now, std::string_view bytes, RoundTrip&
 {
     fSilentSince = now;
     for (;;) {
+        const bool isNew = !fWatch.hasError();
         const std::string_view rest = fReader.read(bytes);
+        if (isNew)
+            fWholeBefore = fWhole.size();
         noteAnswer(now, roundTrip);
         if (fReader.hasProblem())
             return fReader.problem();
@@ -96,6 +99,14 @@ Conversation::AskingPtr Conversation::takeWhole()
     AskingPtr whole = std::move(fWhole.front());
     fWhole.pop_front();
     return whole;
+}
+
+Conversation::AskingPtr Conversation::takeWholeBefore()
+{
+    if (fWholeBefore == 0)
+        return nullptr;
+    --fWholeBefore;
+    return takeWhole();
 }
 
 std::string Conversation::pending() const

@@ -54,9 +54,11 @@ public:
 
     /// The next inquiry that is sent and answered, if any: it is no longer under way.
     AskingPtr takeWhole();
+    /// The same for those that were answered before an error came that tells of another node.
+    AskingPtr takeWholeBefore();
 
-    /// An error that tells of another node, in reply to what was sent since the last call; empty:
-    /// there was none.
+    /// Such an error, the first in reply to what was sent since the last call; empty: there was
+    /// none.
     std::string takeRedirection() { return fWatch.takeError(); }
 
     /// Whether anything is being written, or awaited.
@@ -91,6 +93,8 @@ private:
     std::uint64_t& fSlices;
     std::deque<Awaited> fAwaited;
     std::deque<AskingPtr> fWhole;
+    std::size_t fWholeBefore =
+        0;                      ///< so many of these, when an error came that tells of another node
     bool fIsWriting = false;    ///< a slice of the last awaited commands, if they still are
     bool fIsFirstSlice = false; ///< of these
     Time fSilentSince;

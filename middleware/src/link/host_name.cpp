@@ -27,7 +27,9 @@ bool canBeHost(const std::string& host)
 
 bool canBeNode(const ZoAddress& node)
 {
-    return canBeHost(node.host) && node.host.size() <= longestHost && node.port >= 1 &&
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+    return canBeHost(node.host) && std::all_of(node.host.begin(), node.host.end(), isAscii) &&
+           node.host != "?" && node.host.size() <= longestHost && node.port >= 1 &&
            node.port <= ZoAddress::fHighestPort;
 }
 

@@ -11,7 +11,8 @@ namespace zo {
 /// characters, and none that has a meaning around a host.
 bool canBeHost(const std::string& host);
 
-/// Whether `node` can be the address of a server, whoever told it.
+/// Whether `node` can be the address of a server, whoever told it: other servers name it in ASCII,
+/// and by "?" when they do not know it.
 bool canBeNode(const ZoAddress& node);
 
 /// Whether `host` is an IPv4 or IPv6 address, which needs no look-up.

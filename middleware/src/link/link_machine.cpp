@@ -99,7 +99,7 @@ void LinkMachine::approach(Time now, const Nodes& nodes)
 {
     fStage = Stage::LookingUp;
     fAttemptEnd = now + fSettings->options.connectTimeout;
-    if (fApproach.begin(now, fAttemptEnd, nodes))
+    if (fApproach.begin(now, fAttemptEnd, nodes, fSettings->nodes))
         fStage = Stage::Connecting;
     fApproach.connectNext(now);
 }
@@ -244,6 +244,7 @@ void LinkMachine::turn(Time now, const std::string& error)
     case OwnerSearch::Turn::None:
         return goOn(now);
     case OwnerSearch::Turn::Anew:
+        fTraffic.endEarlier(now);
         return fail(now, fSearch.reason());
     case OwnerSearch::Turn::Refusal:
         return refuse(now, fSearch.reason());
@@ -308,6 +309,7 @@ void LinkMachine::goUp(Time now)
     fStage = Stage::Up;
     fUpSince = now;
     fSearch.settle(fNode);
+    fApproach.forgetFound();
     setCondition(now, true, nullptr);
 }
 

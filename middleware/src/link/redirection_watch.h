@@ -18,6 +18,7 @@ public:
 
     /// The first such error since the last call; empty: there was none.
     std::string takeError() { return std::exchange(fError, {}); }
+    bool hasError() const { return !fError.empty(); }
 
     [[nodiscard]] bool take(const ReplyPlace& place, const ReplyPiece& piece) override
     {

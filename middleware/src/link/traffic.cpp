@@ -86,6 +86,12 @@ void Traffic::drop(const std::shared_ptr<Exchange>& call)
     fCalls.erase(found);
 }
 
+void Traffic::endEarlier(Time now)
+{
+    while (const auto whole = fTalk->takeWholeBefore())
+        endAnswered(now, whole);
+}
+
 void Traffic::goOn(Time now)
 {
     while (const auto whole = fTalk->takeWhole()) {

@@ -47,6 +47,8 @@ public:
     void enqueue(const std::shared_ptr<Exchange>& call);
     void drop(const std::shared_ptr<Exchange>& call);
 
+    /// Ends the calls that were answered before such an error came.
+    void endEarlier(Time now);
     /// Ends the calls that are over, and sends on.
     void goOn(Time now);
     /// Does what time demands. Returns why the link must be cut, if so.
