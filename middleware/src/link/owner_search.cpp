@@ -219,11 +219,13 @@ OwnerSearch::Turn OwnerSearch::turned(Time now, const std::string& error, const 
         if (!fSlot)
             return refusal(error);
     }
-    if (away.kind != Kind::Moved && away.kind != Kind::ClusterDown)
+    // Sentinels have made another one the master. A replica that was given by its address is meant.
+    const bool isDeposed = away.kind == Kind::ReadOnly && !options().sentinel.empty();
+    if (away.kind != Kind::Moved && away.kind != Kind::ClusterDown && !isDeposed)
         return Turn::None;
     fReason = "the robot's keys are elsewhere: " + fSettings->peer.quote(error);
     fFirst = away.node ? std::make_shared<const ZoAddress>(*away.node) : nullptr;
-    fIsInHurry = away.node && now >= fLastHurry + fCalm;
+    fIsInHurry = (away.node || isDeposed) && now >= fLastHurry + fCalm;
     if (fIsInHurry)
         fLastHurry = now;
     return Turn::Anew;

@@ -14,11 +14,9 @@ Redirection::Kind kindOf(std::string_view word)
 {
     using Kind = Redirection::Kind;
     static constexpr std::pair<std::string_view, Kind> kinds[] = {
-        {"MOVED", Kind::Moved},
-        {"ASK", Kind::Ask},
-        {"TRYAGAIN", Kind::TryAgain},
-        {"CLUSTERDOWN", Kind::ClusterDown},
-        {"CROSSSLOT", Kind::CrossSlot}};
+        {"MOVED", Kind::Moved},         {"ASK", Kind::Ask},
+        {"TRYAGAIN", Kind::TryAgain},   {"CLUSTERDOWN", Kind::ClusterDown},
+        {"CROSSSLOT", Kind::CrossSlot}, {"READONLY", Kind::ReadOnly}};
     for (const auto& [name, kind] : kinds) {
         if (word == name)
             return kind;

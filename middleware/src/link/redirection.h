@@ -19,7 +19,8 @@ struct Redirection
         Ask,      ///< the slot is moving, and this key is at the other node, or nowhere
         TryAgain, ///< the slot is moving, and not all of these keys are here
         ClusterDown,
-        CrossSlot ///< these keys are in several slots
+        CrossSlot, ///< these keys are in several slots
+        ReadOnly   ///< it is a replica, which takes no writes
     };
 
     Kind kind = Kind::None;

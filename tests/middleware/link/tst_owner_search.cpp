@@ -128,6 +128,7 @@ private slots:
     void whatASentinelSaysIsChecked_data();
     void whatASentinelSaysIsChecked();
     void aServerThatHasLostItsPlaceIsLeft();
+    void aServerThatLosesItsPlaceIsLeft();
     void oneHostWithManyAddressesLeavesOthersTheirTurn();
     void soManyLookUpsAreUnderWayAtMost();
 };
@@ -276,6 +277,7 @@ void TestOwnerSearch::keysThatAreJustMovingAreTheirCallersAffair_data()
     QTest::newRow("ask") << QByteArray("-ASK 14010 10.0.0.9:7002\r\n");
     QTest::newRow("try again") << QByteArray("-TRYAGAIN Multiple keys request\r\n");
     QTest::newRow("no slot in common") << QByteArray("-CROSSSLOT Keys in request\r\n");
+    QTest::newRow("a replica") << QByteArray("-READONLY You can't write here\r\n");
 }
 
 void TestOwnerSearch::keysThatAreJustMovingAreTheirCallersAffair()
@@ -698,6 +700,25 @@ void TestOwnerSearch::oneHostWithManyAddressesLeavesOthersTheirTurn()
     for (int left = 0; left < 30 && bench.told.empty(); ++left)
         bench.close("refused");
     QCOMPARE(bench.connects.size(), std::size_t{16});
+}
+
+void TestOwnerSearch::aServerThatLosesItsPlaceIsLeft()
+{
+    SearchBench bench(behindSentinel());
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("*2\r\n" + text("10.0.0.8") + text("6380"));
+    bench.answerLookUp();
+    bench.connect();
+    bench.say("+OK\r\n" + greeted + "*3\r\n" + text("master") + ":7\r\n*0\r\n");
+    const auto call = bench.call("SET");
+    bench.say("-READONLY You can't write against a read only replica.\r\n");
+    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    QVERIFY2(contains(bench.end(call), "elsewhere: READONLY"), bench.end(call).c_str());
+    const auto before = bench.now;
+    bench.passToNextAttempt();
+    QVERIFY(bench.now - before <= moment);
+    QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("arm:6379"));
 }
 
 REGISTER_TEST(TestOwnerSearch, NoApplication)
