@@ -18,8 +18,11 @@ public:
     std::chrono::microseconds next();
     /// The next wait is as short as the first again.
     void startOver() { fBound = fFirst; }
-    /// The next wait is no longer than `most`.
-    void shorten(std::chrono::milliseconds most) { fBound = std::min(fBound, most); }
+    /// The next wait is no longer than `most`, or the first, if that is longer.
+    void shorten(std::chrono::milliseconds most)
+    {
+        fBound = std::min(fBound, std::max(most, fFirst));
+    }
     void setBounds(std::chrono::milliseconds first, std::chrono::milliseconds most);
 
 private:

@@ -61,8 +61,7 @@ void LinkMachine::woken(Time now) noexcept
         if (fStage == Stage::Waiting && now >= fRetryAt)
             beginAttempt(now);
         else if (isTrying() && now >= fAttemptEnd)
-            fail(now, "no connection within " + inMilliseconds(fSettings->options.connectTimeout) +
-                          ", while " + nameOfStep());
+            timeOut(now);
         else if (fStage == Stage::Connecting)
             fApproach.connectNext(now);
         else if (fStage == Stage::Up)
@@ -70,10 +69,20 @@ void LinkMachine::woken(Time now) noexcept
     });
 }
 
+void LinkMachine::timeOut(Time now)
+{
+    if (fNode)
+        fSearch.fellSilent(fNode);
+    fail(now, "no connection within " + inMilliseconds(fPatience) + ", while " + nameOfStep());
+}
+
 void LinkMachine::attend(Time now)
 {
-    if (const auto problem = fTraffic.attend(now))
-        fail(now, *problem);
+    const auto problem = fTraffic.attend(now);
+    if (!problem)
+        return;
+    fSearch.fellSilent(fNode);
+    fail(now, *problem);
 }
 
 void LinkMachine::failed(Time now) noexcept
@@ -91,14 +100,15 @@ void LinkMachine::start(Time now) noexcept
 void LinkMachine::beginAttempt(Time now)
 {
     fRefusal.reset();
-    approach(now, fSearch.begin());
+    approach(now, fSearch.begin(), fSettings->options.connectTimeout);
 }
 
-/// Goes to one of `nodes`. Each node that an attempt leads to has its own time.
-void LinkMachine::approach(Time now, const Nodes& nodes)
+/// Goes to one of `nodes`. Each node that an attempt leads to has its own time, `patience`.
+void LinkMachine::approach(Time now, const Nodes& nodes, RoundTrip::Duration patience)
 {
     fStage = Stage::LookingUp;
-    fAttemptEnd = now + fSettings->options.connectTimeout;
+    fPatience = patience;
+    fAttemptEnd = now + patience;
     if (fApproach.begin(now, fAttemptEnd, nodes, fSettings->nodes))
         fStage = Stage::Connecting;
     fApproach.connectNext(now);
@@ -214,7 +224,16 @@ void LinkMachine::arrive(Time now)
     if (!lead.node)
         return goUp(now);
     leaveNode();
-    approach(now, {lead.node});
+    approach(now, {lead.node}, patienceFor(*lead.node));
+}
+
+RoundTrip::Duration LinkMachine::patienceFor(const ZoAddress& node) const
+{
+    const RoundTrip::Duration full = fSettings->options.connectTimeout;
+    if (!fSearch.isHurried(node))
+        return full;
+    // To connect, agree on encryption and log in, beside what a call waits.
+    return std::min(full, fSettings->options.exchangeTimeout + 4 * roundTrip().value());
 }
 
 /// A node has refused us, which says nothing about the others. It counts when none of them can be
@@ -227,7 +246,7 @@ void LinkMachine::askTheOthers(Time now, const std::string& problem)
     if (others.empty())
         return goDown(now, fSearch.isWelcome() ? Stage::Waiting : Stage::Refused, fRefusal);
     leaveNode();
-    approach(now, others);
+    approach(now, others, fSettings->options.connectTimeout);
 }
 
 void LinkMachine::leaveNode() noexcept

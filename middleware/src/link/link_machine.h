@@ -138,7 +138,9 @@ private:
     {
         return fCurrent != 0 && connection == fCurrent;
     }
-    void approach(Time now, const Nodes& nodes);
+    void approach(Time now, const Nodes& nodes, RoundTrip::Duration patience);
+    RoundTrip::Duration patienceFor(const ZoAddress& node) const;
+    void timeOut(Time now);
     void take(Time now, ConnectionId winner, const NodePtr& node);
     void greet(Time now);
     void goOn(Time now);
@@ -176,6 +178,7 @@ private:
     std::optional<Greeting> fGreeting;
     SharedText
         fRefusal; ///< of the first node that refused, while no other was heard in the attempt
+    RoundTrip::Duration fPatience{0}; ///< of the attempt, or of its part under way
     Time fAttemptEnd;
     Time fRetryAt;
     Time fUpSince;

@@ -44,7 +44,9 @@ void OwnerSearch::use(std::shared_ptr<const LinkSettings> settings)
     fSlot = fSettings->slot();
     fKnown.clear();
     fFirst.reset();
+    fSilent.reset();
     fTurn = 0;
+    fTimesDown = 0;
     fIsHeard = false;
     fIsInHurry = false;
     fLastHurry = Time::min();
@@ -73,8 +75,28 @@ const Nodes& OwnerSearch::begin()
     if (const auto count = fCandidates.end() - others)
         std::rotate(others, others + static_cast<std::ptrdiff_t>(fTurn) % count, fCandidates.end());
     ++fTurn;
+    ++fSinceSilent;
+    putSilentLast();
     fCandidates.resize(std::min<std::size_t>(fCandidates.size(), ZoAddress::fMostAddresses));
     return fCandidates;
+}
+
+void OwnerSearch::putSilentLast()
+{
+    const auto found =
+        std::find_if(fCandidates.begin(), fCandidates.end(),
+                     [&](const NodePtr& one) { return fSilent && *one == *fSilent; });
+    if (found != fCandidates.end())
+        std::rotate(found, found + 1, fCandidates.end());
+}
+
+void OwnerSearch::fellSilent(const NodePtr& node)
+{
+    fFirst.reset();
+    if (fSilent && *fSilent == *node)
+        return;
+    fSilent = node;
+    fSinceSilent = 0;
 }
 
 const Nodes& OwnerSearch::beside(const ZoAddress& node)
@@ -137,8 +159,10 @@ OwnerSearch::Lead OwnerSearch::leadOfCluster(const ZoAddress& at)
     learn(at);
     fIsReached = fIsAtReplica;
     const Redirection away = readRedirection(fCluster->error(), at.host);
-    if (away.kind == Redirection::Kind::ClusterDown)
+    if (away.kind == Redirection::Kind::ClusterDown) {
+        fIsHeard = ++fTimesDown < fMostBriefWaits;
         return {nullptr, "not ready: " + fSettings->peer.quote(fCluster->error())};
+    }
     if (away.kind == Redirection::Kind::Moved && !away.node)
         return {nullptr,
                 "it names no node that could be one: " + fSettings->peer.quote(fCluster->error())};
@@ -206,6 +230,8 @@ OwnerSearch::Lead OwnerSearch::goOn(NodePtr node) const
 void OwnerSearch::settle(const NodePtr& node)
 {
     fQuestion.reset();
+    fSilent.reset();
+    fTimesDown = 0;
     // Sentinels are asked again, and to another replica it is not far.
     if (options().sentinel.empty())
         fFirst = node;

@@ -25,8 +25,13 @@ public:
     /// So many nodes are asked in one attempt, one after the other, beside those that refuse.
     static constexpr int fMostHops = 5;
     static constexpr int fMostAsked = fMostHops + ZoAddress::fMostAddresses - 1;
+    /// While a cluster looks for a new owner it is down for seconds: so often it is asked again
+    /// soon.
+    static constexpr int fMostBriefWaits = 20;
     /// A link that is sent to another node goes there at once, but not again within such a while.
     static constexpr std::chrono::milliseconds fCalm{1000};
+    /// A node that was silent has all its time in one of so many attempts.
+    static constexpr int fFullTime = 4;
 
     /// What a node is asked behind the greeting.
     struct Question
@@ -66,6 +71,15 @@ public:
     const Question* ask();
     /// What the answer to it means that came from `node`.
     Lead judge(const NodePtr& node);
+    /// `node` has said nothing for too long: the others come before it, until the link is up. Needs
+    /// no memory.
+    void fellSilent(const NodePtr& node);
+    /// Whether it is worth so much time only as a call has: it may hang still. Now and then it gets
+    /// all its time.
+    bool isHurried(const ZoAddress& node) const
+    {
+        return fSilent && *fSilent == node && fSinceSilent % fFullTime != 0;
+    }
     /// The link is up at `node`.
     void settle(const NodePtr& node);
 
@@ -85,6 +99,7 @@ public:
 private:
     const ZoBrokerOptions& options() const { return fSettings->options; }
     void addCandidate(const NodePtr& node);
+    void putSilentLast();
     Lead leadOfCluster(const ZoAddress& at);
     Lead leadOfSentinel() const;
     Lead leadOfServer() const;
@@ -95,12 +110,15 @@ private:
 
     std::shared_ptr<const LinkSettings> fSettings;
     std::optional<int> fSlot;
-    Nodes fCandidates; ///< has room for all
-    Nodes fKnown;      ///< of the cluster, beside those that are given
-    NodePtr fFirst;    ///< where the next attempt goes first; null: wherever its turn is
+    Nodes fCandidates;    ///< has room for all
+    Nodes fKnown;         ///< of the cluster, beside those that are given
+    NodePtr fFirst;       ///< where the next attempt goes first; null: wherever its turn is
+    NodePtr fSilent;      ///< it comes last; null: none does
+    int fSinceSilent = 0; ///< attempts
     unsigned fTurn = 0;
     int fHops = 0; ///< in this attempt
     bool fIsHeard = false;
+    int fTimesDown = 0;        ///< that the cluster was, since the link was up
     bool fIsAtReplica = false; ///< that was chosen, or on the way there
     bool fIsReached = false;   ///< that replica
     bool fIsShunned = false;   ///< replicas are: the last one was not reached

@@ -113,6 +113,7 @@ private slots:
     void aSlotThatMovesIsReadAndWritten();
     void aNodeThatCannotBeAskedForWhatMovesIsNamed();
     void aReplicaIsRead();
+    void anOwnerThatHangsIsSucceeded();
     void anOwnerThatDiesIsSucceeded();
 
 private:
@@ -356,21 +357,41 @@ void TestCluster::aReplicaIsRead()
     QCOMPARE(broker->linkStatus().node, fCluster->address(owner + RedisCluster::fMasters).toText());
 }
 
+void TestCluster::anOwnerThatHangsIsSucceeded()
+{
+    ZoBrokerOptions options = optionsFor(prefix);
+    options.connectTimeout = std::chrono::seconds(3);
+    options.exchangeTimeout = ZoBrokerOptions().exchangeTimeout;
+    const auto broker = linkTo(fCluster->address(owner).port, options);
+    ZoMemoryProxy memory = memoryOf(broker);
+    TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
+    QElapsedTimer sinceItHangs;
+    fCluster->node(owner).stop();
+    sinceItHangs.start();
+    TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
+    qInfo("values again after %lld ms", sinceItHangs.elapsed());
+    QCOMPARE(broker->linkStatus().node, fCluster->address(owner + RedisCluster::fMasters).toText());
+    fCluster->node(owner).resume();
+    TRY_VERIFY(
+        contains(fCluster->node(owner).command({"INFO", "replication"}), "master_link_status:up"));
+}
+
 // The last one: one node is dead then.
 void TestCluster::anOwnerThatDiesIsSucceeded()
 {
     // Only one is given, and it is the one that dies.
-    const auto broker = linkTo(fCluster->address(owner).port, optionsFor(prefix));
+    const int last = fCluster->ownerOf(slot);
+    const auto broker = linkTo(fCluster->address(last).port, optionsFor(prefix));
     ZoMemoryProxy memory = memoryOf(broker);
     QCOMPARE(valuesOf(memory), std::string("1 1 1 "));
     QElapsedTimer sinceDeath;
-    fCluster->node(owner).kill();
+    fCluster->node(last).kill();
     sinceDeath.start();
-    TRY_VERIFY(fCluster->ownerOf(slot, 0) != owner);
+    TRY_VERIFY(fCluster->ownerOf(slot, 0) != last);
     const auto succeeded = sinceDeath.elapsed();
     TRY_COMPARE(valuesOf(memory), std::string("1 1 1 "));
     qInfo("a new owner after %lld ms, values again after %lld ms", succeeded, sinceDeath.elapsed());
-    QCOMPARE(broker->linkStatus().node, fCluster->address(owner + RedisCluster::fMasters).toText());
+    QCOMPARE(broker->linkStatus().node, fCluster->address(fCluster->ownerOf(slot)).toText());
     store("2");
     TRY_COMPARE(valuesOf(memory), std::string("2 2 2 "));
 }

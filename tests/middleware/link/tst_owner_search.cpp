@@ -128,6 +128,9 @@ private slots:
     void whatASentinelSaysIsChecked_data();
     void whatASentinelSaysIsChecked();
     void aServerThatHasLostItsPlaceIsLeft();
+    void aNodeThatFellSilentIsAskedLast();
+    void aNodeThatFellSilentHasATurnAllTheSame();
+    void aClusterThatStaysDownIsAskedLessAndLess();
     void aServerThatLosesItsPlaceIsLeft();
     void oneHostWithManyAddressesLeavesOthersTheirTurn();
     void soManyLookUpsAreUnderWayAtMost();
@@ -719,6 +722,72 @@ void TestOwnerSearch::aServerThatLosesItsPlaceIsLeft()
     bench.passToNextAttempt();
     QVERIFY(bench.now - before <= moment);
     QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("arm:6379"));
+}
+
+void TestOwnerSearch::aClusterThatStaysDownIsAskedLessAndLess()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    std::size_t connectsOfMinute = 0;
+    for (int minute = 0; minute < 2; ++minute) {
+        const std::size_t before = bench.connects.size();
+        const auto end = bench.now + seconds(60);
+        while (bench.now < end) {
+            bench.answerLookUps();
+            bench.greetAndSay("-CLUSTERDOWN The cluster is down\r\n" + noCluster);
+            bench.passToNextAttempt();
+        }
+        connectsOfMinute = bench.connects.size() - before;
+    }
+    // As after any other failure: a wait of 1.5 s on average.
+    QVERIFY2(connectsOfMinute < 80, qPrintable(QString::number(connectsOfMinute)));
+}
+
+void TestOwnerSearch::aNodeThatFellSilentHasATurnAllTheSame()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.call("GET");
+    bench.pass(seconds(3));
+    bool hasTime = false;
+    for (int attempt = 0; attempt < 8 && !hasTime; ++attempt) {
+        bench.answerLookUps();
+        bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
+        bench.answerLookUps();
+        bench.connect();
+        const std::size_t before = bench.told.size();
+        bench.pass(milliseconds(500));
+        hasTime = bench.told.size() == before;
+        if (!hasTime && bench.machine.step() == ZoLinkStatus::Step::None)
+            bench.passToNextAttempt();
+    }
+    QVERIFY(hasTime);
+    bench.say(greeted + served + table("arm:6379,leg:7001"));
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::aNodeThatFellSilentIsAskedLast()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.call("GET");
+    bench.pass(seconds(3));
+    QVERIFY2(contains(bench.cause(), "silent for"), bench.cause().c_str());
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    // Which does not know yet.
+    bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("arm:6379"));
+    bench.connect();
+    const std::size_t before = bench.told.size();
+    bench.pass(milliseconds(249));
+    QCOMPARE(bench.told.size(), before);
+    bench.pass(milliseconds(1));
+    QVERIFY2(contains(bench.cause(), "node") == false && contains(bench.cause(), "within 250 ms"),
+             bench.cause().c_str());
 }
 
 REGISTER_TEST(TestOwnerSearch, NoApplication)
