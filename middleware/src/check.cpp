@@ -152,7 +152,10 @@ private:
     Finding greet();
     Finding isReady();
     Finding logIn();
-    bool isSearched() const { return fSettings->slot() || !options().sentinel.empty(); }
+    bool isSearched() const
+    {
+        return fSettings->slot() || fSettings->wouldScatter() || !options().sentinel.empty();
+    }
     Finding findNode();
     void goTo(const zo::NodePtr& node);
     void greetAgain();

@@ -22,7 +22,9 @@ std::string word(const std::string& text)
 
 int replies(const LinkSettings& settings)
 {
-    return settings.options.user.empty() && settings.options.password.empty() ? 2 : 3;
+    const ZoBrokerOptions& options = settings.options;
+    return 2 + (options.user.empty() && options.password.empty() ? 0 : 1) +
+           (options.prefix.empty() ? 0 : 1);
 }
 
 } // namespace
@@ -35,8 +37,11 @@ std::string expectedGreeting(const LinkSettings& settings)
             "*3\r\n$4\r\nAUTH\r\n" + word(settings.options.user) + word(settings.options.password);
     else if (!settings.options.password.empty())
         bytes = "*2\r\n$4\r\nAUTH\r\n" + word(settings.options.password);
-    return bytes + "*1\r\n$4\r\nPING\r\n*3\r\n$6\r\nCLIENT\r\n$7\r\nSETNAME\r\n" +
-           word(settings.clientName);
+    bytes +=
+        "*1\r\n$4\r\nPING\r\n*3\r\n$6\r\nCLIENT\r\n$7\r\nSETNAME\r\n" + word(settings.clientName);
+    if (!settings.options.prefix.empty())
+        bytes += "*3\r\n$7\r\nCLUSTER\r\n$7\r\nKEYSLOT\r\n" + word(settings.options.prefix);
+    return bytes;
 }
 
 void ExpectedTraffic::open(Time now, ConnectionId connection,

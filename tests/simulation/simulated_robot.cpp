@@ -28,8 +28,9 @@ std::string lowered(std::string_view text)
 int wordsOf(std::string_view name)
 {
     static constexpr std::pair<std::string_view, int> known[] = {
-        {"auth", -2}, {"client|setname", 3}, {"cluster|slots", 2}, {"get", 2},   {"mget", -2},
-        {"mset", -3}, {"ping", -1},          {"readonly", 1},      {"scan", -2}, {"set", -3}};
+        {"auth", -2},    {"client|setname", 3}, {"cluster|slots", 2}, {"cluster|keyslot", 3},
+        {"get", 2},      {"mget", -2},          {"mset", -3},         {"ping", -1},
+        {"readonly", 1}, {"scan", -2},          {"set", -3}};
     for (const auto& command : known) {
         if (command.first == name)
             return command.second;
@@ -192,7 +193,7 @@ bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name)
 
 void SimulatedRobot::answer(RobotSession& session, const Words& words, std::string_view name)
 {
-    if (name == "cluster|slots" || name == "readonly")
+    if (name == "cluster|keyslot" || name == "cluster|slots" || name == "readonly")
         return answerAsNode(session, name);
     if (name == "mget")
         return values(session, words);

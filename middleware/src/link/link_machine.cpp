@@ -219,6 +219,8 @@ void LinkMachine::arrive(Time now)
 {
     fRefusal.reset();
     const OwnerSearch::Lead lead = fSearch.judge(fNode);
+    if (lead.isRefusal)
+        return refuse(now, lead.problem);
     if (!lead.problem.empty())
         return fail(now, lead.problem);
     if (!lead.node)

@@ -105,6 +105,11 @@ std::optional<int> LinkSettings::slot() const
     return hashSlotOf(options.prefix);
 }
 
+bool LinkSettings::wouldScatter() const
+{
+    return !options.prefix.empty() && !hasHashTag(options.prefix) && options.sentinel.empty();
+}
+
 ZoError LinkSettings::refusal(const std::string& command, const std::string& text) const
 {
     const std::string hint = isMoving(text) ? " (its keys are just moving to another node)" : "";

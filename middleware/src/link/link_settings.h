@@ -27,6 +27,9 @@ struct LinkSettings
     const std::string& hostToLookUp(const ZoAddress& node) const;
     /// The slot of the robot's keys, if one it is, wherever that counts: with a tag in the prefix.
     std::optional<int> slot() const;
+    /// Whether it has to be found out that the server is none of a cluster, where a prefix like
+    /// this one would spread the robot's keys over all nodes.
+    bool wouldScatter() const;
 
     /// What is thrown when the server answers `command` with the error `text`.
     ZoError refusal(const std::string& command, const std::string& text) const;

@@ -121,8 +121,13 @@ const OwnerSearch::Question* OwnerSearch::ask()
 {
     fCluster.reset();
     fWords.reset();
+    fKeySlot.reset();
     fQuestion.reset();
-    if (fSlot) {
+    if (fSettings->wouldScatter()) {
+        fKeySlot = std::make_shared<SlotSink>(hashSlotOf(options().prefix));
+        fQuestion = Question{"CLUSTER KEYSLOT",
+                             encodeCommand({"CLUSTER", "KEYSLOT", options().prefix}), 1, fKeySlot};
+    } else if (fSlot) {
         std::string bytes = options().replica ? encodeCommand({"READONLY"}) : std::string();
         appendCommand({"MGET", options().prefix}, bytes);
         appendCommand({"CLUSTER", "SLOTS"}, bytes);
@@ -146,12 +151,22 @@ OwnerSearch::Lead OwnerSearch::judge(const NodePtr& node)
 {
     if (!fQuestion)
         return {};
+    if (fKeySlot)
+        return leadOfSoleServer();
     fIsHeard = true;
     Lead lead = fCluster         ? leadOfCluster(*node)
                 : asksSentinel() ? leadOfSentinel()
                                  : leadOfServer();
     ++fHops;
     return lead;
+}
+
+OwnerSearch::Lead OwnerSearch::leadOfSoleServer()
+{
+    if (!fKeySlot->isInCluster())
+        return {};
+    refusal({});
+    return {nullptr, fReason, true};
 }
 
 OwnerSearch::Lead OwnerSearch::leadOfCluster(const ZoAddress& at)
@@ -259,7 +274,7 @@ OwnerSearch::Turn OwnerSearch::turned(Time now, const std::string& error, const 
 
 OwnerSearch::Turn OwnerSearch::refusal(const std::string& error)
 {
-    const std::string words = " (" + fSettings->peer.quote(error) + ")";
+    const std::string words = error.empty() ? "" : " (" + fSettings->peer.quote(error) + ")";
     if (!options().socketPath.empty())
         fReason =
             "the robot's keys are on a cluster, where a tunnel leads to one node only" + words;

@@ -5,6 +5,7 @@
 #include "link/deadline.h"
 #include "link/link_settings.h"
 #include "link/node.h"
+#include "link/slot_sink.h"
 #include "link/words_sink.h"
 
 #include <memory>
@@ -46,6 +47,7 @@ public:
     {
         NodePtr node = {};        ///< there; null: it is the node that was asked, or none
         std::string problem = {}; ///< why it is none; may be empty
+        bool isRefusal = false;   ///< there is no use in trying again
     };
     /// What an error means for a link that is up.
     enum class Turn
@@ -101,6 +103,7 @@ private:
     void addCandidate(const NodePtr& node);
     void putSilentLast();
     Lead leadOfCluster(const ZoAddress& at);
+    Lead leadOfSoleServer();
     Lead leadOfSentinel() const;
     Lead leadOfServer() const;
     Lead goOn(NodePtr node) const;
@@ -129,6 +132,7 @@ private:
     std::optional<Question> fQuestion;
     std::shared_ptr<ClusterSink> fCluster; ///< of the newest question, as is the next
     std::shared_ptr<WordsSink> fWords;
+    std::shared_ptr<SlotSink> fKeySlot;
 };
 
 } // namespace zo

@@ -75,14 +75,14 @@ void storeTogether(ZoMemoryProxy& memory, int value)
 }
 
 /// What a check of the robot at `address` says of its node.
-ZoCheck::Step nodeStep(const ZoAddress& address)
+ZoCheck::Step nodeStep(const ZoAddress& address, const std::string& wanted = prefix)
 {
     ZoCheck::Step found{};
     const auto tell = [&](const ZoCheck::Step& step) {
         if (step.subject == ZoCheck::Subject::Node)
             found = step;
     };
-    const bool isGood = ZoCheck::run(address, optionsFor(prefix), tell);
+    const bool isGood = ZoCheck::run(address, optionsFor(wanted), tell);
     if (isGood != (found.outcome == ZoCheck::Outcome::Ok))
         found.text += " (but the check ends otherwise)";
     return found;
@@ -214,23 +214,31 @@ void TestCluster::aPrefixWithoutATagIsRefused_data()
 {
     QTest::addColumn<QString>("wanted");
     QTest::addColumn<QString>("advice");
+    QTest::addColumn<bool>("isAtOnce");
     QTest::newRow("none") << ""
-                          << "--prefix '{robot7}/'";
+                          << "--prefix '{robot7}/'" << false;
     QTest::newRow("no tag") << "arm/"
-                            << "--prefix '{arm}/'";
+                            << "--prefix '{arm}/'" << true;
 }
 
 void TestCluster::aPrefixWithoutATagIsRefused()
 {
     QFETCH(QString, wanted);
     QFETCH(QString, advice);
-    const auto broker = linkTo(fCluster->address(0).port, optionsFor(wanted.toStdString()));
-    ZoMemoryProxy memory = memoryOf(broker);
-    const std::string error = errorOf([&] {
+    QFETCH(bool, isAtOnce);
+    const ZoBrokerOptions options = optionsFor(wanted.toStdString());
+    const std::string refusal = errorOf([&] {
+        const auto broker = linkTo(fCluster->address(0).port, options);
+        QVERIFY2(!isAtOnce, "it is up");
+        ZoMemoryProxy memory = memoryOf(broker);
         memory.getListData(requestFor({"Arm", "Leg", "Tail"}));
     });
-    QVERIFY2(contains(error, advice.toStdString()), error.c_str());
-    QVERIFY(broker->linkStatus().refused);
+    QVERIFY2(contains(refusal, advice.toStdString()), refusal.c_str());
+    if (!isAtOnce)
+        return;
+    const ZoCheck::Step step = nodeStep(fCluster->address(0), wanted.toStdString());
+    QVERIFY2(contains(step.text, advice.toStdString()), step.text.c_str());
+    QVERIFY(step.outcome == ZoCheck::Outcome::Failed);
 }
 
 void TestCluster::theKeyListAsksTheSlotAndNotTheFleet()

@@ -4,6 +4,8 @@
 #include "support/machine_bench.h"
 #include "support/register_test.h"
 
+#include <link/hash_slot.h>
+
 #include <QtTest>
 
 using namespace zo;
@@ -93,7 +95,8 @@ class TestOwnerSearch : public GuardedTest
 
 private slots:
     void aServerWithoutAClusterIsTakenAsItIs();
-    void nothingIsAskedWithoutATag();
+    void withoutATagItIsAskedWhetherThereAreOtherNodes();
+    void withoutATagANodeOfAClusterIsRefusedAtOnce();
     void itGoesToTheNodeThatANodeNames();
     void aNodeNamesTheHostItIsAtByNone();
     void aNodeThatIsNamedAndCannotBeOneIsSaid_data();
@@ -128,12 +131,12 @@ private slots:
     void whatASentinelSaysIsChecked_data();
     void whatASentinelSaysIsChecked();
     void aServerThatHasLostItsPlaceIsLeft();
+    void aServerThatLosesItsPlaceIsLeft();
     void aNodeThatFellSilentIsAskedLast();
     void aNodeThatFellSilentHasATurnAllTheSame();
     void aClusterThatStaysDownIsAskedLessAndLess();
-    void aServerThatLosesItsPlaceIsLeft();
-    void oneHostWithManyAddressesLeavesOthersTheirTurn();
     void soManyLookUpsAreUnderWayAtMost();
+    void oneHostWithManyAddressesLeavesOthersTheirTurn();
 };
 
 void TestOwnerSearch::aServerWithoutAClusterIsTakenAsItIs()
@@ -150,12 +153,31 @@ void TestOwnerSearch::aServerWithoutAClusterIsTakenAsItIs()
     QVERIFY(!bench.told.back().isInCluster);
 }
 
-void TestOwnerSearch::nothingIsAskedWithoutATag()
+void TestOwnerSearch::withoutATagItIsAskedWhetherThereAreOtherNodes()
 {
     SearchBench bench(behind("robot7/"));
-    bench.startUp();
+    bench.start();
+    bench.answerLookUp();
+    bench.connect();
+    QVERIFY(contains(bench.written(1), "KEYSLOT\r\n$7\r\nrobot7/\r\n"));
     QVERIFY(!contains(bench.written(1), "MGET"));
+    bench.say(greeted + noCluster);
     QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::withoutATagANodeOfAClusterIsRefusedAtOnce()
+{
+    SearchBench bench(behind("robot7/", "leg:7001"));
+    bench.start();
+    bench.answerLookUps();
+    bench.greetAndSay(":" + std::to_string(hashSlotOf("robot7/")) + "\r\n");
+    QVERIFY(bench.told.back().isRefused);
+    QCOMPARE(bench.cause(),
+             std::string("robot at arm:6379: this is a node of a cluster: a robot's keys stay "
+                         "together there when their prefix has a tag in braces; write it as "
+                         "--prefix '{robot7}/'"));
+    bench.pass(std::chrono::hours(1));
+    QCOMPARE(bench.connects.size(), std::size_t{1});
 }
 
 void TestOwnerSearch::itGoesToTheNodeThatANodeNames()
@@ -313,7 +335,9 @@ void TestOwnerSearch::aNodeOfAClusterWithoutATagIsRefused()
     QFETCH(QByteArray, error);
     QFETCH(QString, advice);
     SearchBench bench(behind(prefix.toStdString()));
-    bench.startUp();
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay(prefix.isEmpty() ? "" : "-NOPERM this user has no permissions\r\n");
     bench.call("GET");
     bench.say(error.toStdString());
     QVERIFY(bench.told.back().isRefused);
@@ -662,6 +686,91 @@ void TestOwnerSearch::aServerThatHasLostItsPlaceIsLeft()
     QVERIFY2(contains(bench.cause(), "not ready: it is a slave now"), bench.cause().c_str());
 }
 
+void TestOwnerSearch::aServerThatLosesItsPlaceIsLeft()
+{
+    SearchBench bench(behindSentinel());
+    bench.start();
+    bench.answerLookUp();
+    bench.greetAndSay("*2\r\n" + text("10.0.0.8") + text("6380"));
+    bench.answerLookUp();
+    bench.connect();
+    bench.say("+OK\r\n" + greeted + "*3\r\n" + text("master") + ":7\r\n*0\r\n");
+    const auto call = bench.call("SET");
+    bench.say("-READONLY You can't write against a read only replica.\r\n");
+    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
+    QVERIFY2(contains(bench.end(call), "elsewhere: READONLY"), bench.end(call).c_str());
+    const auto before = bench.now;
+    bench.passToNextAttempt();
+    QVERIFY(bench.now - before <= moment);
+    QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("arm:6379"));
+}
+
+void TestOwnerSearch::aNodeThatFellSilentIsAskedLast()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.call("GET");
+    bench.pass(seconds(3));
+    QVERIFY2(contains(bench.cause(), "silent for"), bench.cause().c_str());
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("leg:7001"));
+    // Which does not know yet.
+    bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
+    bench.answerLookUps();
+    QCOMPARE(bench.at(), std::string("arm:6379"));
+    bench.connect();
+    const std::size_t before = bench.told.size();
+    bench.pass(milliseconds(249));
+    QCOMPARE(bench.told.size(), before);
+    bench.pass(milliseconds(1));
+    QVERIFY2(contains(bench.cause(), "node") == false && contains(bench.cause(), "within 250 ms"),
+             bench.cause().c_str());
+}
+
+void TestOwnerSearch::aNodeThatFellSilentHasATurnAllTheSame()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    bench.comeUpAtOwner("arm:6379,leg:7001");
+    bench.call("GET");
+    bench.pass(seconds(3));
+    bool hasTime = false;
+    for (int attempt = 0; attempt < 8 && !hasTime; ++attempt) {
+        bench.answerLookUps();
+        bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
+        bench.answerLookUps();
+        bench.connect();
+        const std::size_t before = bench.told.size();
+        bench.pass(milliseconds(500));
+        hasTime = bench.told.size() == before;
+        if (!hasTime && bench.machine.step() == ZoLinkStatus::Step::None)
+            bench.passToNextAttempt();
+    }
+    QVERIFY(hasTime);
+    bench.say(greeted + served + table("arm:6379,leg:7001"));
+    QVERIFY(bench.isUp());
+}
+
+void TestOwnerSearch::aClusterThatStaysDownIsAskedLessAndLess()
+{
+    SearchBench bench(behind("{robot7}/"));
+    bench.start();
+    std::size_t connectsOfMinute = 0;
+    for (int minute = 0; minute < 2; ++minute) {
+        const std::size_t before = bench.connects.size();
+        const auto end = bench.now + seconds(60);
+        while (bench.now < end) {
+            bench.answerLookUps();
+            bench.greetAndSay("-CLUSTERDOWN The cluster is down\r\n" + noCluster);
+            bench.passToNextAttempt();
+        }
+        connectsOfMinute = bench.connects.size() - before;
+    }
+    // As after any other failure: a wait of 1.5 s on average.
+    QVERIFY2(connectsOfMinute < 80, qPrintable(QString::number(connectsOfMinute)));
+}
+
 void TestOwnerSearch::soManyLookUpsAreUnderWayAtMost()
 {
     SearchBench bench(behind("{robot7}/"));
@@ -703,91 +812,6 @@ void TestOwnerSearch::oneHostWithManyAddressesLeavesOthersTheirTurn()
     for (int left = 0; left < 30 && bench.told.empty(); ++left)
         bench.close("refused");
     QCOMPARE(bench.connects.size(), std::size_t{16});
-}
-
-void TestOwnerSearch::aServerThatLosesItsPlaceIsLeft()
-{
-    SearchBench bench(behindSentinel());
-    bench.start();
-    bench.answerLookUp();
-    bench.greetAndSay("*2\r\n" + text("10.0.0.8") + text("6380"));
-    bench.answerLookUp();
-    bench.connect();
-    bench.say("+OK\r\n" + greeted + "*3\r\n" + text("master") + ":7\r\n*0\r\n");
-    const auto call = bench.call("SET");
-    bench.say("-READONLY You can't write against a read only replica.\r\n");
-    QVERIFY(!bench.isUp() && !bench.machine.condition().isRefused);
-    QVERIFY2(contains(bench.end(call), "elsewhere: READONLY"), bench.end(call).c_str());
-    const auto before = bench.now;
-    bench.passToNextAttempt();
-    QVERIFY(bench.now - before <= moment);
-    QCOMPARE(bench.lookUpNodes.back()->toText(), std::string("arm:6379"));
-}
-
-void TestOwnerSearch::aClusterThatStaysDownIsAskedLessAndLess()
-{
-    SearchBench bench(behind("{robot7}/"));
-    bench.start();
-    std::size_t connectsOfMinute = 0;
-    for (int minute = 0; minute < 2; ++minute) {
-        const std::size_t before = bench.connects.size();
-        const auto end = bench.now + seconds(60);
-        while (bench.now < end) {
-            bench.answerLookUps();
-            bench.greetAndSay("-CLUSTERDOWN The cluster is down\r\n" + noCluster);
-            bench.passToNextAttempt();
-        }
-        connectsOfMinute = bench.connects.size() - before;
-    }
-    // As after any other failure: a wait of 1.5 s on average.
-    QVERIFY2(connectsOfMinute < 80, qPrintable(QString::number(connectsOfMinute)));
-}
-
-void TestOwnerSearch::aNodeThatFellSilentHasATurnAllTheSame()
-{
-    SearchBench bench(behind("{robot7}/"));
-    bench.start();
-    bench.comeUpAtOwner("arm:6379,leg:7001");
-    bench.call("GET");
-    bench.pass(seconds(3));
-    bool hasTime = false;
-    for (int attempt = 0; attempt < 8 && !hasTime; ++attempt) {
-        bench.answerLookUps();
-        bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
-        bench.answerLookUps();
-        bench.connect();
-        const std::size_t before = bench.told.size();
-        bench.pass(milliseconds(500));
-        hasTime = bench.told.size() == before;
-        if (!hasTime && bench.machine.step() == ZoLinkStatus::Step::None)
-            bench.passToNextAttempt();
-    }
-    QVERIFY(hasTime);
-    bench.say(greeted + served + table("arm:6379,leg:7001"));
-    QVERIFY(bench.isUp());
-}
-
-void TestOwnerSearch::aNodeThatFellSilentIsAskedLast()
-{
-    SearchBench bench(behind("{robot7}/"));
-    bench.start();
-    bench.comeUpAtOwner("arm:6379,leg:7001");
-    bench.call("GET");
-    bench.pass(seconds(3));
-    QVERIFY2(contains(bench.cause(), "silent for"), bench.cause().c_str());
-    bench.answerLookUps();
-    QCOMPARE(bench.at(), std::string("leg:7001"));
-    // Which does not know yet.
-    bench.greetAndSay(moved("arm:6379") + table("arm:6379,leg:7001"));
-    bench.answerLookUps();
-    QCOMPARE(bench.at(), std::string("arm:6379"));
-    bench.connect();
-    const std::size_t before = bench.told.size();
-    bench.pass(milliseconds(249));
-    QCOMPARE(bench.told.size(), before);
-    bench.pass(milliseconds(1));
-    QVERIFY2(contains(bench.cause(), "node") == false && contains(bench.cause(), "within 250 ms"),
-             bench.cause().c_str());
 }
 
 REGISTER_TEST(TestOwnerSearch, NoApplication)

@@ -21,6 +21,14 @@ ZoBrokerOptions behind(const std::string& prefix, ZoBrokerOptions options = quie
     return options;
 }
 
+/// The greeting of a server that is no node of a cluster, which is asked behind a prefix.
+void greetAlone(FakeConnection& connection)
+{
+    connection.greet();
+    connection.readCommand();
+    connection.send("-ERR This instance has cluster support disabled\r\n");
+}
+
 ZoMemoryProxy memoryBehind(const RedisServer& server, const std::string& prefix)
 {
     return memoryOf(linkTo(server.port(), behind(prefix)));
@@ -259,7 +267,7 @@ void TestPrefix::aKeyAndItsPrefixMayBeTooLong()
 void TestPrefix::aServerThatKnowsNoKindsIsAskedForWholeKeys()
 {
     const FakeRobot robot([](FakeConnection& connection) {
-        connection.greet();
+        greetAlone(connection);
         for (;;) {
             const auto command = connection.readCommand();
             if (command[0] == "TYPE")
@@ -276,7 +284,7 @@ void TestPrefix::aServerThatKnowsNoKindsIsAskedForWholeKeys()
 void TestPrefix::keysOfOthersThatAServerSendsAreNoNames()
 {
     const FakeRobot robot([](FakeConnection& connection) {
-        connection.greet();
+        greetAlone(connection);
         connection.readCommand();
         connection.send("*2\r\n$1\r\n0\r\n*3\r\n$8\r\nrobot8/A\r\n$8\r\nrobot7/B\r\n$1\r\nC\r\n");
         connection.readCommand();
@@ -293,7 +301,7 @@ void TestPrefix::pagesWithoutANameGiveTheNextOneItsTime()
 {
     using std::chrono::milliseconds;
     const FakeRobot robot([](FakeConnection& connection) {
-        connection.greet();
+        greetAlone(connection);
         for (int page = 0; page < 9; ++page) {
             connection.readCommand();
             connection.sendSlowly("*2\r\n$1\r\n1\r\n*0\r\n"); // 15 bytes
