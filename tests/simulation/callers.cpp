@@ -123,11 +123,22 @@ std::vector<int> Callers::someKeys(bool areMany)
 
 void Callers::askForNames(Call& call)
 {
+    if (const auto slot = fSettings->slot())
+        return askForNamesInSlot(call, *slot);
     const SharedText bytes = sharedText(encodeScan("0", 1000, "string", patternOf(fPrefix, "")));
     const auto parts = std::make_shared<const std::vector<RequestPart>>(
         std::vector<RequestPart>{{bytes->size(), 1}});
     call.names = std::make_shared<NamesSink>();
     make(call, "SCAN", bytes, parts, call.names, fMemory.keys());
+}
+
+void Callers::askForNamesInSlot(Call& call, int slot)
+{
+    const SharedText bytes = sharedText(encodeKeysInSlot(slot, fPrefix));
+    const auto parts = std::make_shared<const std::vector<RequestPart>>(
+        std::vector<RequestPart>{{bytes->size(), 2}});
+    call.namesInSlot = std::make_shared<SlotNamesSink>();
+    make(call, "CLUSTER GETKEYSINSLOT", bytes, parts, call.namesInSlot, fMemory.keys());
 }
 
 void Callers::storeValues(Call& call)
@@ -183,8 +194,12 @@ void Callers::checkAnswer(const Call& call) const
 {
     if (call.values)
         checkValues(call);
-    else if (call.names)
-        checkNames(call);
+    else if (call.namesInSlot)
+        checkNamesInSlot(call);
+    else if (call.names && call.names->refusal().empty()) {
+        require(call.names->cursor() == "0", "a list of names has its end", [] { return "SCAN"; });
+        checkNames(call.names->names());
+    }
 }
 
 void Callers::checkValues(const Call& call) const
@@ -203,18 +218,29 @@ void Callers::checkValues(const Call& call) const
     }
 }
 
-void Callers::checkNames(const Call& call) const
+void Callers::checkNames(const std::vector<std::string>& names) const
 {
-    if (!call.names->refusal().empty())
-        return;
-    require(call.names->cursor() == "0", "a list of names has its end", [] { return "SCAN"; });
-    const auto& names = call.names->names();
     const std::set<std::string> unique(names.begin(), names.end());
     require(unique.size() == names.size(), "names come once", [] { return "SCAN"; });
     for (const std::string& name : names) {
         const bool isOwn = name.substr(0, fPrefix.size()) == fPrefix;
         const int key = isOwn ? keyNumber(name.substr(fPrefix.size())) : -1;
         require(key >= 0 && key < fMemory.keys(), "names are the robot's", [&] { return name; });
+    }
+}
+
+/// One that is not refused has all of them: it comes from the node that does.
+void Callers::checkNamesInSlot(const Call& call) const
+{
+    if (!call.namesInSlot->refusals().empty())
+        return;
+    const auto& names = call.namesInSlot->names();
+    checkNames(names);
+    const std::set<std::string> listed(names.begin(), names.end());
+    for (int key = 0; key < fMemory.keys(); ++key) {
+        const std::string name = fPrefix + keyName(key);
+        require(listed.count(name) == 1 || fMemory.hasHeld(key, noValue, call.begin),
+                "a name that is not listed is not there", [&] { return name; });
     }
 }
 

@@ -58,6 +58,7 @@ private:
         std::shared_ptr<const zo::ListRequest> list;
         std::shared_ptr<zo::ValuesSink> values;
         std::shared_ptr<zo::NamesSink> names;
+        std::shared_ptr<zo::SlotNamesSink> namesInSlot;
         std::shared_ptr<zo::StatusSink> stored;
         std::vector<ValueId> store; ///< the values that it stores
     };
@@ -65,10 +66,12 @@ private:
     void askForValues(Call& call);
     std::vector<int> someKeys(bool areMany);
     void askForNames(Call& call);
+    void askForNamesInSlot(Call& call, int slot);
     void storeValues(Call& call);
     void checkAnswer(const Call& call) const;
     void checkValues(const Call& call) const;
-    void checkNames(const Call& call) const;
+    void checkNames(const std::vector<std::string>& names) const;
+    void checkNamesInSlot(const Call& call) const;
     void checkStore(const Call& call, bool isAnswered, const zo::SharedText& problem) const;
     void make(Call& call, const char* name, zo::SharedText bytes, zo::Inquiry::Parts parts,
               std::shared_ptr<zo::ReplySink> sink, int keys);

@@ -94,7 +94,8 @@ std::string SimulatedCluster::addressText(int node) const
 
 // One that takes itself for the owner, and is not, is one that the others have left behind: it
 // serves nobody then.
-std::string SimulatedCluster::redirection(const Address& address, bool areSeveral) const
+std::string SimulatedCluster::redirection(const Address& address, bool areSeveral,
+                                          bool isAbsent) const
 {
     const int number = nodeAt(address);
     const Node& node = nodes[static_cast<std::size_t>(number)];
@@ -104,7 +105,7 @@ std::string SimulatedCluster::redirection(const Address& address, bool areSevera
         return fRandom.pick(falseRedirections());
     if (number != owner)
         return "MOVED 13104 " + addressText(node.believed);
-    if (isMoving && fRandom.chance(50))
+    if (isMoving && (isAbsent || fRandom.chance(50)))
         return areSeveral ? "TRYAGAIN Multiple keys request during rehashing of slot"
                           : "ASK 13104 " + addressText(0);
     return {};

@@ -31,8 +31,9 @@ public:
     int nodeAt(const Address& address) const;
     zo::NodePtr nodePtr(int node) const;
 
-    /// What the node at `address` says in place of values; empty: it has them.
-    std::string redirection(const Address& address, bool areSeveral) const;
+    /// What the node at `address` says in place of the values of some keys; empty: it has them. One
+    /// that is not there, `isAbsent`, may be where its slot is moving.
+    std::string redirection(const Address& address, bool areSeveral, bool isAbsent) const;
     /// Its table of slots.
     std::string table(const Address& address) const;
     /// All know who the owner is.

@@ -28,9 +28,10 @@ std::string lowered(std::string_view text)
 int wordsOf(std::string_view name)
 {
     static constexpr std::pair<std::string_view, int> known[] = {
-        {"auth", -2},    {"client|setname", 3}, {"cluster|slots", 2}, {"cluster|keyslot", 3},
-        {"get", 2},      {"mget", -2},          {"mset", -3},         {"ping", -1},
-        {"readonly", 1}, {"scan", -2},          {"set", -3}};
+        {"auth", -2},           {"client|setname", 3}, {"cluster|getkeysinslot", 4},
+        {"cluster|keyslot", 3}, {"cluster|slots", 2},  {"get", 2},
+        {"mget", -2},           {"mset", -3},          {"ping", -1},
+        {"readonly", 1},        {"scan", -2},          {"set", -3}};
     for (const auto& command : known) {
         if (command.first == name)
             return command.second;
@@ -170,8 +171,7 @@ void SimulatedRobot::execute(RobotSession& session, const Words& words)
                     "arguments");
     if (rules.isLoading && name != "client|setname")
         return fail(session, "LOADING Redis is loading the dataset in memory");
-    const std::string away =
-        cluster && hasKeys(name) ? cluster->redirection(session.address, words.size() > 2) : "";
+    const std::string away = cluster && hasKeys(name) ? redirection(session, words) : "";
     if (!away.empty())
         return fail(session, away);
     answer(session, words, name);
@@ -193,7 +193,10 @@ bool SimulatedRobot::asksForForbidden(const Words& words, std::string_view name)
 
 void SimulatedRobot::answer(RobotSession& session, const Words& words, std::string_view name)
 {
-    if (name == "cluster|keyslot" || name == "cluster|slots" || name == "readonly")
+    if (name == "cluster|getkeysinslot" && cluster)
+        return namesInSlot(session);
+    if (name == "cluster|getkeysinslot" || name == "cluster|keyslot" || name == "cluster|slots" ||
+        name == "readonly")
         return answerAsNode(session, name);
     if (name == "mget")
         return values(session, words);
@@ -317,6 +320,31 @@ void SimulatedRobot::names(RobotSession& session, const Words& words)
     }
     fReply.assign("*2\r\n$1\r\n0\r\n*").append(std::to_string(count)).append("\r\n").append(list);
     say(session, fReply);
+}
+
+/// A node tells those that it has: some have gone from the owner when they are moving, and the
+/// others have none.
+void SimulatedRobot::namesInSlot(RobotSession& session)
+{
+    std::string list;
+    int count = 0;
+    const bool isOwner = cluster->nodeAt(session.address) == cluster->owner;
+    for (int key = 0; isOwner && key < memory.keys(); ++key) {
+        if (memory.get(key) == noValue || (cluster->isMoving && fRandom.chance(50)))
+            continue;
+        appendText(rules.prefix + keyName(key), list);
+        ++count;
+    }
+    fReply.assign("*").append(std::to_string(count)).append("\r\n").append(list);
+    say(session, fReply);
+}
+
+std::string SimulatedRobot::redirection(const RobotSession& session, const Words& words) const
+{
+    const int key = numberOf(words[1]);
+    const bool isAbsent = key < 0 || key >= memory.keys() || memory.get(key) == noValue;
+    const bool areSeveral = words.size() > 2;
+    return cluster->redirection(session.address, areSeveral, isAbsent && !areSeveral);
 }
 
 void SimulatedRobot::store(const Words& words)

@@ -68,6 +68,8 @@ private:
     void values(RobotSession& session, const Words& words);
     void listValues(const Words& words, std::size_t announced, std::string_view inside = {});
     void names(RobotSession& session, const Words& words);
+    void namesInSlot(RobotSession& session);
+    std::string redirection(const RobotSession& session, const Words& words) const;
     bool isOwn(std::string_view name) const;
     int numberOf(std::string_view name) const;
     void store(const Words& words);
