@@ -8,6 +8,7 @@
 
 #include <csv.h>
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -68,6 +69,10 @@ kit::Options robotOptions(RobotArguments& arguments)
         kit::numberOption<std::uint32_t>("--seed", "S",
                                          "another seed, a slightly different robot (1)", 0,
                                          std::numeric_limits<std::uint32_t>::max(), arguments.seed),
+        kit::numberOption("--robots", "N",
+                          "so many robots, 1 to 1000, each with a link and a seed of its own, and "
+                          "with its number, from 1 on, in place of % in --prefix",
+                          1, maxRobots, arguments.robots),
     };
 }
 
@@ -101,6 +106,15 @@ void checkServer(const RobotArguments& arguments)
                          "--password-file");
 }
 
+void checkRobots(const RobotArguments& arguments)
+{
+    const std::string& prefix = arguments.connection.options.prefix;
+    const auto signs = std::count(prefix.begin(), prefix.end(), robotNumberSign);
+    if (arguments.robots > 0 && signs != 1)
+        throw UsageError("--robots needs one % in --prefix, for each robot's number, as in "
+                         "--prefix '{robot%}/'");
+}
+
 void checkReplay(const RobotArguments& arguments)
 {
     const ReplayArguments& replay = arguments.replay;
@@ -109,13 +123,25 @@ void checkReplay(const RobotArguments& arguments)
         throw UsageError("--speed, --loop, --from and --paused are for --replay FILE");
     const RobotArguments usual;
     const bool isSimulated = arguments.rate != usual.rate || arguments.keys != usual.keys ||
-                             arguments.seed != usual.seed;
+                             arguments.seed != usual.seed || arguments.robots != usual.robots;
     if (!replay.path.empty() && isSimulated)
-        throw UsageError("--rate, --keys and --seed are for the simulated robot: --replay plays "
-                         "what was recorded");
+        throw UsageError("--rate, --keys, --seed and --robots are for the simulated robot: "
+                         "--replay plays what was recorded");
 }
 
 } // namespace
+
+std::vector<std::string> robotPrefixes(const RobotArguments& arguments)
+{
+    const std::string& prefix = arguments.connection.options.prefix;
+    if (arguments.robots == 0)
+        return {prefix};
+    const std::size_t sign = prefix.find(robotNumberSign);
+    std::vector<std::string> prefixes;
+    for (int number = 1; number <= arguments.robots; ++number)
+        prefixes.push_back(std::string(prefix).replace(sign, 1, std::to_string(number)));
+    return prefixes;
+}
 
 RobotArguments parseArguments(const std::vector<std::string>& words)
 {
@@ -126,6 +152,7 @@ RobotArguments parseArguments(const std::vector<std::string>& words)
         return arguments;
     kit::refuseOperands(rest);
     checkServer(arguments);
+    checkRobots(arguments);
     checkReplay(arguments);
     kit::completeConnection(arguments.connection);
     return arguments;
@@ -174,7 +201,8 @@ std::string robotHelp()
            "\n"
            "With --prefix it writes all that behind it, and once a second Robot/Alive, the "
            "seconds\n"
-           "since 1970: zo robots lists the robots of a server by it.\n"
+           "since 1970: zo robots lists the robots of a server by it. With --robots 20 and\n"
+           "--prefix '{robot%}/' twenty robots do so, as {robot1}/ to {robot20}/.\n"
            "\n"
            "Exit status: 0 ended by Ctrl-C or a signal; 1 a server failed; 2 wrong use.\n";
 }

@@ -39,9 +39,17 @@ struct RobotArguments
     bool open = false; ///< everybody on this machine may read the private server
     double rate = 50;  ///< ticks per second
     int keys = defaultRobotKeys;
-    std::uint32_t seed = 1;
+    std::uint32_t seed = 1; ///< of the first robot; the others have those behind it
+    int robots = 0;         ///< so many, each behind a prefix with its number; 0: one robot
     ReplayArguments replay;
 };
+
+constexpr int maxRobots = 1000;
+/// Stands for the robot's number in the prefix of several.
+constexpr char robotNumberSign = '%';
+
+/// What the keys of each robot begin with, the first robot first.
+std::vector<std::string> robotPrefixes(const RobotArguments& arguments);
 
 /// `words` are the command line's without the program's name. Throws kit::UsageError.
 RobotArguments parseArguments(const std::vector<std::string>& words);

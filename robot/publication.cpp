@@ -57,11 +57,17 @@ std::unique_ptr<OwnServer> serverFor(RobotArguments& arguments, const std::strin
                                         : std::make_unique<OwnServer>(arguments, readersKey);
 }
 
-boost::shared_ptr<ZoBroker> brokerFor(kit::Connection& connection)
+std::vector<boost::shared_ptr<ZoBroker>> brokersFor(kit::Connection& connection,
+                                                    const std::vector<std::string>& prefixes)
 {
-    const kit::WipedAtEnd wiped(connection.options.password); // the broker has its own
-    return ZoBroker::create("TarvekRobot", connection.address.host, connection.address.port,
-                            connection.options);
+    const kit::WipedAtEnd wiped(connection.options.password); // the brokers have their own
+    std::vector<boost::shared_ptr<ZoBroker>> brokers;
+    for (const std::string& prefix : prefixes) {
+        connection.options.prefix = prefix;
+        brokers.push_back(ZoBroker::create("TarvekRobot", connection.address.host,
+                                           connection.address.port, connection.options));
+    }
+    return brokers;
 }
 
 } // namespace
@@ -69,21 +75,23 @@ boost::shared_ptr<ZoBroker> brokerFor(kit::Connection& connection)
 Publication::Publication(RobotArguments& arguments, const std::string& readersKey)
     : fServer(serverFor(arguments, readersKey)),
       fAddress(arguments.connection.address),
-      fPrefix(arguments.connection.options.prefix),
-      fBroker(brokerFor(arguments.connection))
+      fPrefixes(robotPrefixes(arguments)),
+      fBrokers(brokersFor(arguments.connection, fPrefixes))
 {
 }
 
 Publication::~Publication() = default;
 
-ZoMemoryProxy Publication::memory() const
+ZoMemoryProxy Publication::memory(std::size_t robot) const
 {
-    return ZoMemoryProxy(fBroker->getProxy("ZoMemory", 0));
+    return ZoMemoryProxy(fBrokers[robot]->getProxy("ZoMemory", 0));
 }
 
 std::string Publication::news() const
 {
-    const std::string where = fPrefix.empty() ? "" : " behind " + fPrefix;
+    std::string where = fPrefixes.front().empty() ? "" : " behind " + fPrefixes.front();
+    if (robots() > 1)
+        where += " to " + fPrefixes.back();
     return fServer ? fServer->news() : "publishing to " + fAddress.toText() + where + "\n";
 }
 

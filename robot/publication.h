@@ -9,10 +9,11 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class OwnServer;
 
-/// Where a robot publishes: a server of its own, or one that is given.
+/// Where robots publish: a server of their own, or one that is given. Each has a link to it.
 class Publication
 {
 public:
@@ -24,10 +25,14 @@ public:
     Publication(const Publication&) = delete;
     Publication& operator=(const Publication&) = delete;
 
-    ZoMemoryProxy memory() const;
-    const ZoBroker& broker() const { return *fBroker; }
-    /// Of the robot there.
-    SignOfLife signOfLife() const { return {memory(), !fPrefix.empty()}; }
+    std::size_t robots() const { return fPrefixes.size(); }
+    // Of one of them.
+    ZoMemoryProxy memory(std::size_t robot = 0) const;
+    const ZoBroker& broker(std::size_t robot = 0) const { return *fBrokers[robot]; }
+    SignOfLife signOfLife(std::size_t robot = 0) const
+    {
+        return {memory(robot), !fPrefixes[robot].empty()};
+    }
 
     /// What readers have to know.
     std::string news() const;
@@ -39,6 +44,6 @@ public:
 private:
     std::unique_ptr<OwnServer> fServer; ///< none: it is given
     const ZoAddress fAddress;
-    const std::string fPrefix;
-    const boost::shared_ptr<ZoBroker> fBroker;
+    const std::vector<std::string> fPrefixes; ///< by robot
+    const std::vector<boost::shared_ptr<ZoBroker>> fBrokers;
 };

@@ -19,6 +19,7 @@ class TestRobotArguments : public GuardedTest
 private slots:
     void noArgumentsMeanAPrivateServerOnAFreePort();
     void everyOptionIsTaken();
+    void eachOfManyRobotsHasItsNumberInItsPrefix();
     void aRecordingIsPlayedAsAsked();
     void valueMayFollowAnEqualsSign();
     void serverToConnectToHasADefaultPort();
@@ -53,6 +54,16 @@ void TestRobotArguments::everyOptionIsTaken()
     QCOMPARE(arguments.rate, 12.5);
     QCOMPARE(arguments.keys, 10000);
     QCOMPARE(arguments.seed, 4294967295U);
+}
+
+void TestRobotArguments::eachOfManyRobotsHasItsNumberInItsPrefix()
+{
+    using Prefixes = std::vector<std::string>;
+    QVERIFY(robotPrefixes(parseArguments({})) == Prefixes{""});
+    QVERIFY(robotPrefixes(parseArguments({"--prefix", "r%/"})) == Prefixes{"r%/"});
+    const RobotArguments arguments = parseArguments({"--robots", "3", "--prefix", "{robot%}/"});
+    QVERIFY(robotPrefixes(arguments) == (Prefixes{"{robot1}/", "{robot2}/", "{robot3}/"}));
+    QVERIFY(robotPrefixes(parseArguments({"--robots=1", "--prefix=%"})) == Prefixes{"1"});
 }
 
 void TestRobotArguments::aRecordingIsPlayedAsAsked()
@@ -135,6 +146,12 @@ void TestRobotArguments::senselessArgumentsAreRefusedWithTheOption_data()
     row("user of its own server", {"--user", "me"}, "--user and --tls are for");
     row("another server opened", {"--open", "--connect", "robot"}, "--open is for the robot's own");
     row("open with a password", {"--open", "--password-file", "/dev/null"}, "--password-file");
+    row("no robots", {"--robots", "0", "--prefix", "r%/"}, "from 1 to 1000, not '0'");
+    row("too many robots", {"--robots", "1001", "--prefix", "r%/"}, "from 1 to 1000");
+    row("robots without a prefix", {"--robots", "2"}, "--robots needs one % in --prefix");
+    row("no place for the number", {"--robots", "2", "--prefix", "r/"}, "needs one % in --prefix");
+    row("two places for it", {"--robots", "2", "--prefix", "r%%/"}, "needs one % in --prefix");
+    row("replay by many", {"--robots", "2", "--prefix", "%", "--replay", "a"}, "--replay plays");
     row("speed of no replay", {"--speed", "3"}, "are for --replay FILE");
     row("loop of no replay", {"--loop"}, "are for --replay FILE");
     row("start of no replay", {"--from", "3s"}, "are for --replay FILE");
