@@ -16,6 +16,8 @@
 #include <zo/zo.h>
 
 #include <chrono>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -57,11 +59,48 @@ void askOnce(ZoCommand& command, kit::Output& output)
         printValues(memory, command.operands, output);
     else if (command.action == ZoCommand::Action::ReplayControl)
         controlReplay(memory, command.operands[0], output);
-    else if (command.action == ZoCommand::Action::Robots)
-        listRobots(memory, command.isJson ? RobotsForm::Json : RobotsForm::Plain,
-                   std::chrono::system_clock::now(), output);
     else
         memory.setText(command.operands[0], command.operands[1]);
+}
+
+std::vector<ZoAddress> mastersOf(const kit::Connection& connection)
+{
+    // Sentinels watch a server without a cluster, and a tunnel leads to one node.
+    if (!connection.options.sentinel.empty() || !connection.options.socketPath.empty())
+        return {};
+    return ZoCluster::masters(connection.address, connection.options);
+}
+
+RobotAges robotsAt(kit::Connection connection, const ZoAddress& node)
+{
+    connection.address = node;
+    connection.options.furtherAddresses.clear();
+    ZoMemoryProxy memory = memoryOf(*connect(connection));
+    return robotsIn(memory, std::chrono::system_clock::now(), true);
+}
+
+/// Those of every node. One that cannot be asked hides its robots only, and is told at the end.
+void listRobots(ZoCommand& command, kit::Output& output)
+{
+    const kit::WipedAtEnd wiped(command.connection.options.password);
+    kit::tellWarning("zo", std::exchange(command.connection.warning, "")); // once
+    const std::vector<ZoAddress> masters = mastersOf(command.connection);
+    RobotAges robots;
+    std::string problems;
+    for (const ZoAddress& node : masters) {
+        try {
+            robots.merge(robotsAt(command.connection, node));
+        } catch (const ZoError& error) {
+            problems += (problems.empty() ? "" : "; ") + error.toString();
+        }
+    }
+    if (masters.empty()) {
+        ZoMemoryProxy memory = memoryOf(*connect(command.connection));
+        robots = robotsIn(memory, std::chrono::system_clock::now(), false);
+    }
+    printRobots(robots, command.isJson ? RobotsForm::Json : RobotsForm::Plain, output);
+    if (!problems.empty())
+        throw ZoError("robots of these nodes may be missing: " + problems);
 }
 
 int check(ZoCommand& command, kit::Output& output)
@@ -84,6 +123,8 @@ int run(ZoCommand command)
         output.add(kit::versionText("zo"));
     else if (command.action == ZoCommand::Action::Watch)
         watch(command, output);
+    else if (command.action == ZoCommand::Action::Robots)
+        listRobots(command, output);
     else
         askOnce(command, output);
     output.flush();

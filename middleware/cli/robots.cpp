@@ -10,7 +10,6 @@
 #include <zo/json.h>
 #include <zo/memory_proxy.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +27,22 @@ ZoValue ageOf(const ZoValue& alive, std::chrono::system_clock::time_point now)
     return seconds - *told;
 }
 
+/// Each is asked for by itself where `areApart`: its key may be in any slot of a cluster's node.
+std::vector<ZoValue> valuesOf(ZoMemoryProxy& memory, const std::vector<std::string>& keys,
+                              bool areApart)
+{
+    std::vector<ZoValue> values;
+    if (areApart) {
+        for (const std::string& key : keys)
+            values.push_back(valuesOf(memory, requestOf({key}))[0]);
+        return values;
+    }
+    ZoValue all = valuesOf(memory, requestOf(keys));
+    for (int i = 0; i < all.getSize(); ++i)
+        values.push_back(all[i]);
+    return values;
+}
+
 std::string lineOf(const std::string& prefix, const ZoValue& age, RobotsForm form)
 {
     if (form == RobotsForm::Json)
@@ -38,16 +53,20 @@ std::string lineOf(const std::string& prefix, const ZoValue& age, RobotsForm for
 
 } // namespace
 
-void listRobots(ZoMemoryProxy& memory, RobotsForm form, std::chrono::system_clock::time_point now,
-                kit::Output& output)
+RobotAges robotsIn(ZoMemoryProxy& memory, std::chrono::system_clock::time_point now, bool areApart)
 {
-    const std::string key = kit::aliveKey;
-    std::vector<std::string> keys = memory.getDataListName(key);
-    std::sort(keys.begin(), keys.end());
-    const ZoValue alive = valuesOf(memory, requestOf(keys));
-    for (int i = 0; i < alive.getSize(); ++i) {
-        const std::string& whole = keys[static_cast<std::size_t>(i)];
-        output.add(lineOf(whole.substr(0, whole.size() - key.size()), ageOf(alive[i], now), form));
-    }
+    const std::string ending = kit::aliveKey;
+    const std::vector<std::string> keys = memory.getDataListName(ending);
+    const std::vector<ZoValue> alive = valuesOf(memory, keys, areApart);
+    RobotAges robots;
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        robots[keys[i].substr(0, keys[i].size() - ending.size())] = ageOf(alive[i], now);
+    return robots;
+}
+
+void printRobots(const RobotAges& robots, RobotsForm form, kit::Output& output)
+{
+    for (const auto& [prefix, age] : robots)
+        output.add(lineOf(prefix, age, form));
     output.flush();
 }

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <zo/value.h>
+
 #include <chrono>
+#include <map>
+#include <string>
 
 namespace kit {
 class Output;
@@ -14,8 +18,14 @@ enum class RobotsForm
     Json   ///< an object of "prefix" and "age", and an end of line
 };
 
-/// Prints a line for each robot that has its keys in `memory` behind a prefix, sorted by prefix,
-/// with how long ago, at the time `now`, it said that it is there; that is unknown of those whose
-/// keys may not be read. Throws ZoError when the server fails, and what Output throws.
-void listRobots(ZoMemoryProxy& memory, RobotsForm form, std::chrono::system_clock::time_point now,
-                kit::Output& output);
+/// The prefix of each robot, and how long ago, in seconds, it said that it is there; invalid where
+/// that is unknown.
+using RobotAges = std::map<std::string, ZoValue>;
+
+/// Those that have their keys in `memory` behind a prefix, at the time `now`. Of robots whose keys
+/// may not be read, the age is unknown. `areApart`: the memory is a cluster's node, which does not
+/// answer for robots together. Throws ZoError when the server fails.
+RobotAges robotsIn(ZoMemoryProxy& memory, std::chrono::system_clock::time_point now, bool areApart);
+
+/// Prints a line for each, sorted by prefix. Throws what Output throws.
+void printRobots(const RobotAges& robots, RobotsForm form, kit::Output& output);

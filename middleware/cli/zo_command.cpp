@@ -242,7 +242,8 @@ Commands:
   robots [--json]    print a line PREFIX<tab>SECONDS for each robot that shares the
                      server, sorted by bytes: its prefix, and how long ago by its clock
                      and this machine's it wrote its key Robot/Alive, which robots with a
-                     prefix do each second; unknown, where that may not be read. With
+                     prefix do each second; unknown, where that may not be read. Of a
+                     cluster, those of all nodes that take writes, up to 16. With
                      --json a line {"prefix":"robot7/","age":0} or "age":null. The server
                      goes through all its keys for it, as for list with a prefix: a
                      million take it a quarter of a second, some ms at a time

@@ -4,11 +4,14 @@
 #include "support/guarded_test.h"
 #include "support/password_file.h"
 #include "support/patience.h"
+#include "support/redis_cluster.h"
 #include "support/register_test.h"
 #include "support/zo_program.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
 
 namespace {
 
@@ -20,6 +23,11 @@ QStringList signedIn(const QString& user, const PasswordFile& password)
 QStringList behind(const QString& prefix, const QStringList& words)
 {
     return QStringList{"--prefix", prefix} + words;
+}
+
+QString addressOf(const RedisCluster& cluster, int node)
+{
+    return QString::fromStdString(cluster.address(node).toText());
 }
 
 /// The lines of zo robots without the seconds.
@@ -76,6 +84,9 @@ class TestManyRobots : public GuardedTest
 private slots:
     void init() { fFolder = std::make_unique<QTemporaryDir>(); }
     void theRobotsOfAServerAreListed();
+    void oneProcessSimulatesManyRobots();
+    void theRobotsOfAClusterAreListed();
+    void aRobotThatIsRefusedEndsAllOfItsProcess();
     void aSlowRobotTellsThatItIsThereBetweenItsTicks();
     void aRobotAloneOnItsServerWritesNoSign();
     void eachUserHasItsRobotOnly();
@@ -103,6 +114,71 @@ void TestManyRobots::theRobotsOfAServerAreListed()
     // It is told again and again.
     server.command({"SET", "robot7/Robot/Alive", "1"});
     TRY_VERIFY(server.command({"GET", "robot7/Robot/Alive"}).size() >= 10);
+}
+
+void TestManyRobots::oneProcessSimulatesManyRobots()
+{
+    const RedisServer server;
+    const QStringList words = {"--robots", "3", "--keys", "20", "--seed", "5"};
+    SharingRobot robots(server, behind("r%/", words));
+    QVERIFY(robots.isThere);
+    QVERIFY2(robots.output().contains(" behind r1/ to r3/\n"), robots.output());
+    QCOMPARE(prefixesIn(run(at(server, {"robots"})).output), (QStringList{"r1/", "r2/", "r3/"}));
+    QCOMPARE(server.command({"DBSIZE"}), std::string("63"));
+    QCOMPARE(server.clients(), 3);
+    const auto goesOn = [&server](const std::string& prefix) {
+        const std::string key = prefix + "Counter/ControlTicks";
+        const std::string before = server.command({"GET", key});
+        return QTest::qWaitFor([&] { return server.command({"GET", key}) != before; }, patience);
+    };
+    QVERIFY(goesOn("r1/") && goesOn("r2/") && goesOn("r3/"));
+    robots.signal(SIGTERM);
+    QCOMPARE(robots.waitForExit(), 0);
+    QCOMPARE(robots.errors(), QString());
+}
+
+// Two of three masters at least, and a master that is not among the given addresses.
+void TestManyRobots::theRobotsOfAClusterAreListed()
+{
+    const RedisCluster cluster;
+    RobotProgram robots(
+        {"--connect", addressOf(cluster, 0), "--prefix", "{r%}/", "--robots", "6", "--keys", "20"});
+    robots.start();
+    QVERIFY2(!robots.waitForLine("publishing to ").isEmpty(), qPrintable(robots.errors()));
+    const QStringList all = {"{r1}/", "{r2}/", "{r3}/", "{r4}/", "{r5}/", "{r6}/"};
+    for (int node = 0; node < RedisCluster::fMasters; ++node) {
+        const Ended listed = run({"--connect", addressOf(cluster, node), "robots"});
+        QCOMPARE(prefixesIn(listed.output), all);
+        QVERIFY2(listed.status == 0, listed.errors);
+        QVERIFY(cluster.node(node).command({"DBSIZE"}) != std::to_string(6 * 21));
+    }
+    const QString several = addressOf(cluster, 1) + "," + addressOf(cluster, 2);
+    QCOMPARE(prefixesIn(run({"--connect", several, "robots"}).output), all);
+    QCOMPARE(prefixesIn(run({"--connect", several, "--prefix", "{r4}/", "robots"}).output),
+             QStringList{""});
+    // Nobody takes its place then.
+    cluster.node(RedisCluster::fMasters).kill();
+    cluster.node(0).stop();
+    const Ended part = run({"--connect", several, "--timeout", "300", "robots"});
+    cluster.node(0).resume();
+    QCOMPARE(part.status, 1);
+    QVERIFY2(part.errors.contains("robots of these nodes may be missing: "), part.errors);
+    QVERIFY2(part.errors.contains("robot at " + addressOf(cluster, 0).toUtf8()), part.errors);
+}
+
+void TestManyRobots::aRobotThatIsRefusedEndsAllOfItsProcess()
+{
+    RedisServer::Options options;
+    options.users = {"fleet on >write ~r1/* ~r2/* +@all"};
+    const RedisServer server(options);
+    const PasswordFile password("write");
+    SharingRobot robots(server, signedIn("fleet", password) +
+                                    behind("r%/", {"--robots", "2", "--keys", "20"}));
+    QVERIFY2(robots.isThere, qPrintable(robots.errors()));
+    server.command({"ACL", "SETUSER", "fleet", "resetpass", ">other"});
+    server.command({"CLIENT", "KILL", "USER", "fleet"});
+    QCOMPARE(robots.waitForExit(), 1);
+    QVERIFY2(robots.errors().contains("WRONGPASS"), qPrintable(robots.errors()));
 }
 
 void TestManyRobots::aSlowRobotTellsThatItIsThereBetweenItsTicks()

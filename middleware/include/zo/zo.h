@@ -7,6 +7,7 @@
 #include <zo/broker.h>
 #include <zo/broker_options.h>
 #include <zo/check.h>
+#include <zo/cluster.h>
 #include <zo/error.h>
 #include <zo/json.h>
 #include <zo/link_status.h>

@@ -118,7 +118,12 @@ void TestRobots::whoMayReadOneSeesTheAgeOfOne()
 
 void TestRobots::aServerThatSendsNamesForEverIsGivenUp()
 {
-    const FakeRobot server(answering("*2\r\n$1\r\n1\r\n*0\r\n"));
+    const auto sendNames = answering("*2\r\n$1\r\n1\r\n*0\r\n");
+    const FakeRobot server([&](FakeConnection& connection) {
+        if (connection.number() == 0)
+            answering("-ERR unknown command\r\n")(connection); // it knows of no cluster
+        sendNames(connection);
+    });
     const QString address = "127.0.0.1:" + QString::number(server.port());
     const Ended ended = run({"--connect", address, "--timeout", "100", "robots"});
     QCOMPARE(ended.status, 1);
