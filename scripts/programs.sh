@@ -4,6 +4,7 @@
 
 . scripts/fail.sh
 
+programs=build/programs/bin # where they are
 children=()
 work=$(mktemp -d)
 end_children() {
@@ -30,6 +31,13 @@ wait_until() {
     done
 }
 
+# start COMMAND...: in the background, as one of the `children`. Ends with the script, also when that
+# is killed.
+start() {
+    setpriv --pdeathsig TERM -- "$@" &
+    children+=($!)
+}
+
 build_programs() {
     cmake --preset programs >"$work/configure.log" 2>&1 || {
         cat "$work/configure.log" >&2
@@ -45,8 +53,7 @@ robot_is_ready_or_gone() {
 # Sets `connection`, the options that lead to it.
 start_robot() {
     : >"$work/robot.out"
-    build/programs/bin/tarvek-robot >"$work/robot.out" &
-    children+=($!)
+    start "$programs/tarvek-robot" >"$work/robot.out"
     wait_until 30 robot_is_ready_or_gone || true
     local address password
     address=$(sed -n 's/^listening on //p' "$work/robot.out")
@@ -57,6 +64,5 @@ start_robot() {
 }
 
 start_desktop() {
-    build/programs/bin/tarvek-desktop "$@" &
-    children+=($!)
+    start "$programs/tarvek-desktop" "$@"
 }

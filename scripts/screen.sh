@@ -18,9 +18,7 @@ own_settings() {
 # use; SCALE is how dense it is. `work` is a folder for its files. The screen is one of the `children`.
 start_screen() {
     own_settings
-    Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp -noreset 3>"$work/display" \
-        2>/dev/null &
-    children+=($!)
+    start Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp -noreset 3>"$work/display" 2>/dev/null
     wait_until 10 test -s "$work/display" || fail "Xvfb does not start"
     export DISPLAY
     DISPLAY=:$(<"$work/display")
@@ -36,9 +34,9 @@ start_compositor() {
         *.*) QT_SCALE_FACTOR=$2 ;;
         *) scale=$2 ;;
     esac
-    weston --backend=headless-backend.so --no-config --idle-time=0 --socket=screen --scale="$scale" \
-        --width=$((${1%x*} / scale)) --height=$((${1#*x} / scale)) >"$work/compositor" 2>&1 &
-    children+=($!)
+    start weston --backend=headless-backend.so --no-config --idle-time=0 --socket=screen \
+        --scale="$scale" --width=$((${1%x*} / scale)) --height=$((${1#*x} / scale)) \
+        >"$work/compositor" 2>&1
     wait_until 10 test -S "$XDG_RUNTIME_DIR/screen" || {
         cat "$work/compositor" >&2
         fail "weston does not start"
@@ -92,14 +90,20 @@ picture() {
     maim --hidecursor ${2:+--window "$2"} "$1"
 }
 
-# The panel's window, with the example configuration in it, made large enough to see all of it.
-# Begins where the start-up dialog is open.
-open_example() {
+# answer_with_example: opens the example configuration in the start-up dialog that is open.
+answer_with_example() {
     wait_for_window "Glimmet configuration"
     click 112 60
     wait_for_window "Open File"
     type_text "$PWD/docs/example.xml"
     keys Return
+    wait_for_no_window "Open File"
+}
+
+# The panel's window, with the example configuration in it, made large enough to see all of it.
+# Begins where the start-up dialog is open.
+open_example() {
+    answer_with_example
     wait_for_no_window "Glimmet configuration"
     wait_for_window "Tarvek Desktop \\(connected to .*\\)"
     xdotool windowsize --sync "$window" 1360 680
