@@ -34,6 +34,7 @@ MainWindow* Session::connectTo(const QString& address, const std::string& passwo
     const int before = windows().size();
     ConnectionSettings settings;
     settings.follow = options.follow;
+    settings.prefix = QString::fromStdString(options.prefix);
     settings.address = ZoAddress::fromText(address.toStdString());
     settings.password = password;
     settings.other = options;
