@@ -35,6 +35,7 @@ private slots:
     void aPasswordGivenInOneWindowIsThatOfAllThatShareItsLink();
     void aPasswordGivenInANewWindowIsOfferedInTheRefusedOne();
     void aLinkThatMendsItselfDoesSoWithThePasswordGivenElsewhere();
+    void aLinkThatIsUpTakesThePasswordGivenElsewhere();
     void aFileThatIsGoneMeanwhileIsNamedAndChangesNothing();
 
 private:
@@ -49,6 +50,7 @@ private:
         return fDesktop->connectDialog()->findChild<QLineEdit*>("password")->text();
     }
     qint64 refusals() const;
+    int logins() const;
 };
 
 /// A window with a panel, for a user whose password can be changed.
@@ -103,6 +105,12 @@ qint64 TestRefusedRobot::refusals() const
         .section("acl_access_denied_auth:", 1)
         .section('\r', 0, 0)
         .toLongLong();
+}
+
+/// How many links of the user are up.
+int TestRefusedRobot::logins() const
+{
+    return QString::fromStdString(fRobot->command({"CLIENT", "LIST"})).count("user=alice ");
 }
 
 QString TestRefusedRobot::detailText() const
@@ -272,6 +280,22 @@ void TestRefusedRobot::aLinkThatMendsItselfDoesSoWithThePasswordGivenElsewhere()
     TRY_VERIFY(window()->monitor().busiest().connected || window()->monitor().state().refused);
     QCOMPARE(refusals(), qint64(0));
     QVERIFY(window()->monitor().busiest().connected);
+}
+
+void TestRefusedRobot::aLinkThatIsUpTakesThePasswordGivenElsewhere()
+{
+    startWithPassword();
+    MainWindow* const first = window();
+    fRobot->command({"ACL", "SETUSER", "alice", "resetpass", ">new-word"});
+    ConnectionSettings settings = first->settings();
+    settings.password = "new-word";
+    settings.timeout = 20000; // a link of its own
+    fDesktop->connectTo(settings);
+    TRY_COMPARE(fDesktop->windows().size(), 2);
+    fRobot->command({"CLIENT", "KILL", "USER", "alice"});
+    TRY_VERIFY(logins() == 2 || first->monitor().state().refused);
+    QCOMPARE(refusals(), qint64(0));
+    TRY_VERIFY(first->monitor().busiest().connected);
 }
 
 void TestRefusedRobot::aFileThatIsGoneMeanwhileIsNamedAndChangesNothing()

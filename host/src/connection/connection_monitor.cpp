@@ -32,8 +32,8 @@ bool isAmong(const ZoLinkStatus& link, ConnectionMonitor::Which which)
     switch (which) {
     case ConnectionMonitor::Which::Down:
         return !link.connected;
-    case ConnectionMonitor::Which::Mending:
-        return !link.connected && !link.refused && !link.closed;
+    case ConnectionMonitor::Which::Wanted:
+        return !link.refused && !link.closed;
     case ConnectionMonitor::Which::All:
         break;
     }

@@ -30,8 +30,8 @@ public:
     enum class Which
     {
         All,
-        Down,   ///< those that are down
-        Mending ///< of these, those that try again by themselves
+        Down,  ///< those that are down
+        Wanted ///< those that are up, or try again by themselves
     };
 
     explicit ConnectionMonitor(QObject* parent = nullptr);

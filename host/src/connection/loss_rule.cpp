@@ -14,7 +14,8 @@ bool LossRule::see(Time now, const ZoLinkStatus& link)
     }
     fDownFor = now - *fDownSince;
     const bool wasLost = fIsLost;
-    fIsLost = wasLost || link.refused || link.closed || fDownFor >= fLimit;
+    const bool hasWaited = fDownFor >= fLimit && !link.opening;
+    fIsLost = wasLost || link.refused || link.closed || hasWaited;
     return fIsLost && !wasLost;
 }
 

@@ -8,8 +8,9 @@
 
 /// Decides when a link that is down counts as lost. Until then it is interrupted: it mends itself,
 /// and its panels go on by themselves. It is lost when it was refused or closed, since nothing
-/// mends it then, and when it has been down for longer than the user wants to wait. It reads no
-/// clock: the time comes with what is seen, and never goes back.
+/// mends it then, and when it has been down for longer than the user wants to wait; but not while
+/// it is opened anew on request, before that has failed. It reads no clock: the time comes with
+/// what is seen, and never goes back.
 class LossRule
 {
 public:

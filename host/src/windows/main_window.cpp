@@ -253,14 +253,17 @@ void MainWindow::learnFrom(const MainWindow& other)
     } else if (isSameRobot(fSettings, other.fSettings) &&
                fSettings.password != other.fSettings.password) {
         fSettings.password = other.fSettings.password;
-        mendWithSettings();
+        openWithSettings();
     }
 }
 
-void MainWindow::mendWithSettings()
+/// A link that is up, too, which would send the old password once it is lost.
+void MainWindow::openWithSettings()
 {
+    if (fSettings.relay)
+        fSettings.relay->allowQuestions();
     try {
-        fMonitor.reconnect(fSettings, ConnectionMonitor::Which::Mending);
+        fMonitor.reconnect(fSettings, ConnectionMonitor::Which::Wanted);
     } catch (const std::exception& error) {
         fContext.errors.note(QString::fromUtf8(error.what())); // they go on as they did
     }

@@ -118,7 +118,7 @@ private:
     WindowLook look() const;
     bool isAnotherShown() const;
     void addPanel(PanelPlugin* plugin, const PanelContent& like);
-    void mendWithSettings();
+    void openWithSettings();
     void tellWhenLost(PanelDock* dock, const boost::shared_ptr<ZoBroker>& broker);
     void rejectDialogs();
 

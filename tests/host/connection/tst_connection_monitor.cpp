@@ -108,7 +108,7 @@ private slots:
     void closesEveryLinkAndTellsAll();
     void opensEveryLinkAnew();
     void opensOnlyThoseThatAreDown();
-    void opensOnlyThoseThatMendThemselves();
+    void opensThoseThatAreUpOrMendThemselves();
     void aMissingFileLeavesEveryLinkAsItIs();
     void aRemarkIsShownWhileALinkIsDown();
     void tellsOfTheBusiestLinkOnceASecond();
@@ -419,18 +419,19 @@ void TestConnectionMonitor::opensOnlyThoseThatAreDown()
     QVERIFY(links.second.users.empty());
 }
 
-void TestConnectionMonitor::opensOnlyThoseThatMendThemselves()
+void TestConnectionMonitor::opensThoseThatAreUpOrMendThemselves()
 {
     TwoLinks links;
     links.first.goDown("it fell over");
-    links.monitor.reconnect({}, ConnectionMonitor::Which::Mending);
+    links.monitor.reconnect({}, ConnectionMonitor::Which::Wanted);
     QCOMPARE(links.first.users.size(), std::size_t{1});
-    QVERIFY(links.second.users.empty());
-    links.first.refuse("who are you?");
+    QCOMPARE(links.second.users.size(), std::size_t{1});
     links.monitor.disconnect();
-    links.monitor.reconnect({}, ConnectionMonitor::Which::Mending);
+    links.first.comeUp();
+    links.first.refuse("who are you?");
+    links.monitor.reconnect({}, ConnectionMonitor::Which::Wanted);
     QCOMPARE(links.first.users.size(), std::size_t{1});
-    QVERIFY(links.second.users.empty());
+    QCOMPARE(links.second.users.size(), std::size_t{1});
 }
 
 void TestConnectionMonitor::aMissingFileLeavesEveryLinkAsItIs()

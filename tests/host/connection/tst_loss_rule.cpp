@@ -37,6 +37,13 @@ ZoLinkStatus closed()
     return link;
 }
 
+ZoLinkStatus opening()
+{
+    ZoLinkStatus link;
+    link.opening = true;
+    return link;
+}
+
 const ZoLinkStatus down;
 constexpr milliseconds lookAround{100}; ///< the time between two looks
 
@@ -82,6 +89,7 @@ private slots:
     void whatNothingMendsIsLostAtOnce();
     void anOutageIsOneLossWhateverItsCauses();
     void connectingAnewDoesNotEndALoss();
+    void openingAnewIsNoLossUntilItFails();
     void theNextOutageIsAnotherLoss();
     void aLinkThatComesAndGoesIsNotLost();
     void aLinkThatWasUpBetweenTwoLooksIsInAnotherOutage();
@@ -180,6 +188,19 @@ void TestLossRule::connectingAnewDoesNotEndALoss()
     QVERIFY(watch.rule.state() == State::Lost);
     watch.see(up());
     QVERIFY(watch.rule.state() == State::Connected);
+}
+
+void TestLossRule::openingAnewIsNoLossUntilItFails()
+{
+    Watch watch(seconds(0));
+    watch.see(up());
+    watch.see(opening());
+    watch.see(up());
+    QCOMPARE(watch.losses, 0);
+    watch.see(opening(), seconds(1));
+    QVERIFY(watch.rule.state() == State::Interrupted);
+    watch.see(down);
+    QCOMPARE(watch.losses, 1);
 }
 
 void TestLossRule::theNextOutageIsAnotherLoss()
