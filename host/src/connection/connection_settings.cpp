@@ -62,6 +62,25 @@ ZoAddress inOneForm(ZoAddress address)
     return address;
 }
 
+namespace {
+
+void putInOneForm(std::vector<ZoAddress>& all)
+{
+    for (ZoAddress& address : all)
+        address = inOneForm(address);
+}
+
+QString robotTextAt(QString text, const ConnectionSettings& robot)
+{
+    for (const QString& part : {QString::fromStdString(robot.other.sentinel), robot.prefix}) {
+        if (!part.isEmpty())
+            text = QCoreApplication::translate("ConnectionSettings", "%1 at %2").arg(part, text);
+    }
+    return text;
+}
+
+} // namespace
+
 ConnectionSettings::ConnectionSettings(const ZoAddress& robot, const ZoBrokerOptions& options)
     : address(inOneForm(robot)),
       prefix(QString::fromStdString(options.prefix)),
@@ -75,8 +94,7 @@ ConnectionSettings::ConnectionSettings(const ZoAddress& robot, const ZoBrokerOpt
       other(options)
 {
     kit::wipe(other.password);
-    std::transform(other.furtherAddresses.begin(), other.furtherAddresses.end(),
-                   other.furtherAddresses.begin(), inOneForm);
+    putInOneForm(other.furtherAddresses);
     if (timeout == 0)
         return;
     const ZoBrokerOptions standard; // which a user may choose again
@@ -118,6 +136,13 @@ void refuseUnreadableFiles(const ConnectionSettings& settings)
     }
 }
 
+void ConnectionSettings::setAddresses(std::vector<ZoAddress> all)
+{
+    putInOneForm(all);
+    address = all.front();
+    other.furtherAddresses.assign(all.begin() + 1, all.end());
+}
+
 QString ConnectionSettings::addressesText() const
 {
     QString text = addressText();
@@ -128,19 +153,17 @@ QString ConnectionSettings::addressesText() const
 
 QString ConnectionSettings::robotText() const
 {
-    QString text = addressText();
-    for (const QString& part : {QString::fromStdString(other.sentinel), prefix}) {
-        if (!part.isEmpty())
-            text = QCoreApplication::translate("ConnectionSettings", "%1 at %2").arg(part, text);
-    }
-    return text;
+    return robotTextAt(addressText(), *this);
 }
 
 QString ConnectionSettings::wayText() const
 {
-    return jumpHost.isEmpty() ? robotText()
+    QString text = robotTextAt(addressesText(), *this);
+    if (other.replica)
+        text = QCoreApplication::translate("ConnectionSettings", "a replica of %1").arg(text);
+    return jumpHost.isEmpty() ? text
                               : QCoreApplication::translate("ConnectionSettings", "%1 by way of %2")
-                                    .arg(robotText(), jumpHost);
+                                    .arg(text, jumpHost);
 }
 
 void ConnectionSettings::openWay()

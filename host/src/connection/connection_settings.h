@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class SshRelay;
 
@@ -39,12 +40,15 @@ struct ConnectionSettings
     bool follow = true;    ///< panels wait for no answer: they take the newest that is there
     ZoBrokerOptions other; ///< what has no field here
 
+    /// Of the robot and its further nodes, in one form; one at least.
+    void setAddresses(std::vector<ZoAddress> all);
+
     QString addressText() const { return QString::fromStdString(address.toText()); }
     /// With those of its further nodes, and commas between.
     QString addressesText() const;
     /// Which robot it is: its prefix, if it has one, its name among sentinels, and the address.
     QString robotText() const;
-    /// The same, and by way of whom.
+    /// The same with all addresses, whether a replica is read there, and by way of whom.
     QString wayText() const;
     ZoBrokerOptions brokerOptions() const;
     /// Makes what brokerOptions needs to lead there, and lets it ask the user. Throws what SshRelay

@@ -11,7 +11,6 @@
 #include <QSettings>
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
@@ -30,10 +29,7 @@ void readAddresses(const QVariant& value, ConnectionSettings& settings)
     const QString text = value.toStringList().join(','); // which a file may hold without quotes
     if (text.size() > longestAddresses)
         throw ZoError("the robot's addresses are too long a text");
-    std::vector<ZoAddress> all = ZoAddress::listFromText(text.toStdString());
-    std::transform(all.begin(), all.end(), all.begin(), inOneForm);
-    settings.address = all.front();
-    settings.other.furtherAddresses.assign(all.begin() + 1, all.end());
+    settings.setAddresses(ZoAddress::listFromText(text.toStdString()));
 }
 
 } // namespace

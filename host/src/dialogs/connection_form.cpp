@@ -2,7 +2,9 @@
 #include "dialogs/connection_form.h"
 
 #include "connection/ssh_relay.h"
+#include "connection/typed_addresses.h"
 #include "dialogs/file_field.h"
+#include "dialogs/nodes_field.h"
 
 #include <kit/option_words.h>
 #include <kit/password_file.h>
@@ -16,24 +18,6 @@
 #include <QSpinBox>
 
 namespace {
-
-bool isAddress(const std::string& text)
-{
-    try {
-        ZoAddress::fromText(text);
-        return true;
-    } catch (const ZoError&) {
-        return false;
-    }
-}
-
-/// The port that stands behind the host in `text`; 0: none does, or `text` is no address.
-int portIn(const std::string& text)
-{
-    if (!isAddress(text) || isAddress(text + ":1"))
-        return 0;
-    return ZoAddress::fromText(text).port;
-}
 
 /// What tells it from others to choose from.
 QString nameOf(const ConnectionSettings& robot)
@@ -55,6 +39,7 @@ ConnectionForm::ConnectionForm(const QList<ConnectionSettings>& recent, QWidget*
     setUpWay(form);
     setFocusProxy(fHostBox);
     connect(fPortBox, QOverload<int>::of(&QSpinBox::valueChanged), this, &ConnectionForm::xUpdate);
+    connect(fNodesField, &NodesField::changed, this, &ConnectionForm::xUpdate);
     for (QLineEdit* edit : {fPrefixEdit, fUserEdit, fJumpEdit})
         connect(edit, &QLineEdit::textChanged, this, &ConnectionForm::xUpdate);
 }
@@ -76,16 +61,20 @@ void ConnectionForm::setUpAddress(QFormLayout* form)
     for (const ConnectionSettings& settings : fRecent)
         fHostBox->addItem(nameOf(settings));
     fHostBox->setCurrentIndex(-1);
+    fHostBox->setToolTip(tr("HOST or HOST:PORT. Of nodes of a cluster, or of sentinels, several "
+                            "with commas between."));
     fPortBox = new QSpinBox(this);
     fPortBox->setObjectName("port");
     fPortBox->setRange(1, ZoAddress::fHighestPort);
-    form->addRow(tr("&Address:"), fHostBox);
+    fNodesField = new NodesField(this);
     fPrefixEdit = new QLineEdit(this);
     fPrefixEdit->setObjectName("prefix");
     fPrefixEdit->setPlaceholderText(tr("none"));
     fPrefixEdit->setToolTip(tr("What the robot's keys begin with on a server of many robots, as "
                                "robot7/. Keys are shown without it."));
+    form->addRow(tr("&Address:"), fHostBox);
     form->addRow(tr("&Port:"), fPortBox);
+    form->addRow(tr("&Leads to:"), fNodesField);
     form->addRow(tr("Prefi&x:"), fPrefixEdit);
     connect(fHostBox, QOverload<int>::of(&QComboBox::activated), this,
             &ConnectionForm::xChooseRecent);
@@ -145,10 +134,11 @@ void ConnectionForm::setUpWay(QFormLayout* form)
 void ConnectionForm::fill(const ConnectionSettings& settings)
 {
     fOther = settings.other;
-    fOtherFor = inOneForm(settings.address);
     const QString host = QString::fromStdString(settings.address.host);
-    fHostBox->setEditText(host.contains(':') ? '[' + host + ']' : host);
+    const QString alone = host.contains(':') ? '[' + host + ']' : host;
+    fHostBox->setEditText(fOther.furtherAddresses.empty() ? alone : settings.addressesText());
     fPortBox->setValue(settings.address.port);
+    fNodesField->fill(fOther);
     fPrefixEdit->setText(settings.prefix);
     fUserEdit->setText(settings.user);
     fKeepBox->setChecked(settings.keepsPassword);
@@ -204,7 +194,9 @@ void ConnectionForm::dropPasswordOfAnother()
 ConnectionSettings ConnectionForm::settings() const
 {
     ConnectionSettings settings;
-    settings.address = address();
+    settings.other = fOther;
+    settings.setAddresses(typedAddresses(fHostBox->currentText(), fPortBox->value()));
+    fNodesField->store(settings.other);
     settings.prefix = fPrefixEdit->text().trimmed();
     ZoBrokerOptions::checkPrefix(settings.prefix.toStdString());
     settings.user = fUserEdit->text();
@@ -223,31 +215,8 @@ ConnectionSettings ConnectionForm::settings() const
     settings.jumpHost = fJumpEdit->text().trimmed();
     if (!settings.jumpHost.isEmpty())
         checkJumpHost(settings.jumpHost.toStdString());
-    settings.other = otherFor(settings.address);
     checkNodes(settings);
     return settings;
-}
-
-ZoAddress ConnectionForm::address() const
-{
-    ZoAddress address = ZoAddress::fromText(fHostBox->currentText().trimmed().toStdString());
-    address.port = fPortBox->value();
-    return inOneForm(address);
-}
-
-/// The further nodes of a robot, and its name among sentinels, are no other robot's. A name that
-/// the command line gives without a robot is for whatever robot comes.
-ZoBrokerOptions ConnectionForm::otherFor(const ZoAddress& address) const
-{
-    const bool isForAny = fOtherFor == ZoAddress() && fOther.furtherAddresses.empty();
-    ZoBrokerOptions options = fOther;
-    if (address == fOtherFor || isForAny)
-        return options;
-    const ZoBrokerOptions fresh;
-    options.furtherAddresses = fresh.furtherAddresses;
-    options.sentinel = fresh.sentinel;
-    options.replica = fresh.replica;
-    return options;
 }
 
 kit::Secret ConnectionForm::password() const
@@ -273,10 +242,10 @@ void ConnectionForm::xChooseRecent(int pIndex)
         fill(fRecent.at(pIndex));
 }
 
-/// The box of the port shows what will be used, also while the address names one.
+/// The box of the port shows what will be used, also while each address names its own.
 void ConnectionForm::xFollowAddress()
 {
-    const int named = portIn(fHostBox->currentText().trimmed().toStdString());
+    const int named = typedPort(fHostBox->currentText());
     if (fPortBox->isEnabledTo(this))
         fOwnPort = fPortBox->value();
     fPortBox->setValue(named > 0 ? named : fOwnPort);

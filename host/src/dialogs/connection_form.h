@@ -9,6 +9,7 @@
 #include <optional>
 
 class FileField;
+class NodesField;
 class QCheckBox;
 class QComboBox;
 class QFormLayout;
@@ -51,18 +52,16 @@ private:
     void setUpWay(QFormLayout* form);
     bool shows(const ConnectionSettings& robot) const;
     void dropPasswordOfAnother();
-    ZoAddress address() const;
-    ZoBrokerOptions otherFor(const ZoAddress& address) const;
     kit::Secret password() const;
 
     const QList<ConnectionSettings> fRecent;
-    ZoBrokerOptions fOther; ///< what has no field
-    ZoAddress fOtherFor;    ///< the address that it came with
+    ZoBrokerOptions fOther; ///< as given, with what has no field
     std::string fPassword;  ///< as given, which the field need not be able to show
     std::optional<ConnectionSettings> fKeptFor; ///< whose it is, if it was not typed
     QComboBox* fHostBox;
     QSpinBox* fPortBox;
-    int fOwnPort = 0; ///< in that box when the address names none
+    int fOwnPort = 0; ///< in that box when an address names none
+    NodesField* fNodesField;
     QLineEdit* fPrefixEdit;
     QLineEdit* fUserEdit;
     QLineEdit* fPasswordEdit;

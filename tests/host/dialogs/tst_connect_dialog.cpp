@@ -25,9 +25,6 @@ private slots:
     }
     void asksForWhatWasTyped();
     void keepsWhatOnlyTheCommandLineSays();
-    void nodesOfOneAddressAreNotForAnother();
-    void aNameAmongSentinelsWithoutAnAddressIsForAny();
-    void oneServerIsReachedByWayOfAHost();
     void keepsAGivenPasswordUntilOneIsTyped();
     void enterConnects();
     void takesAPortTypedBehindTheHost();
@@ -89,52 +86,6 @@ void TestConnectDialog::keepsWhatOnlyTheCommandLineSays()
     type("host", "robot");
     QTest::mouseClick(connectButton(), Qt::LeftButton);
     QCOMPARE(asked().brokerOptions().pingInterval.count(), 300);
-}
-
-void TestConnectDialog::nodesOfOneAddressAreNotForAnother()
-{
-    for (const char* box : {"host", "port"}) {
-        ConnectionSettings settings = robotAt("arm", 7000);
-        settings.other.furtherAddresses = {ZoAddress::fromText("leg:7000")};
-        settings.other.replica = box == std::string("port"); // sentinels know of none
-        settings.other.sentinel = settings.other.replica ? "" : "arms";
-        open({}, settings);
-        type("user", "me");
-        QTest::mouseClick(connectButton(), Qt::LeftButton);
-        QCOMPARE(asked().other.furtherAddresses, settings.other.furtherAddresses);
-        QCOMPARE(asked().other.sentinel, settings.other.sentinel);
-        QCOMPARE(asked().other.replica, settings.other.replica);
-        type(box, "7001");
-        QTest::mouseClick(connectButton(), Qt::LeftButton);
-        QVERIFY(asked().other.furtherAddresses.empty());
-        QVERIFY(asked().other.sentinel.empty() && !asked().other.replica);
-    }
-}
-
-void TestConnectDialog::aNameAmongSentinelsWithoutAnAddressIsForAny()
-{
-    ConnectionSettings settings;
-    settings.other.sentinel = "arms";
-    open({}, settings);
-    type("host", "watch");
-    QTest::mouseClick(connectButton(), Qt::LeftButton);
-    QCOMPARE(asked().other.sentinel, std::string("arms"));
-}
-
-void TestConnectDialog::oneServerIsReachedByWayOfAHost()
-{
-    ConnectionSettings settings = robotAt("arm", 7000);
-    settings.other.furtherAddresses = {ZoAddress::fromText("leg:7000")};
-    open({}, settings);
-    QSignalSpy refused(fDialog.data(), &ConnectDialog::refused);
-    type("ssh", "gate");
-    QTest::mouseClick(connectButton(), Qt::LeftButton);
-    QVERIFY(fRequests->isEmpty());
-    QCOMPARE(refused.size(), 1);
-    QVERIFY(refused.at(0).at(0).toString().startsWith("ssh leads to one server"));
-    type("host", "leg");
-    QTest::mouseClick(connectButton(), Qt::LeftButton);
-    QCOMPARE(asked().jumpHost, QString("gate"));
 }
 
 void TestConnectDialog::keepsAGivenPasswordUntilOneIsTyped()
