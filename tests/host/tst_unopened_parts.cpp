@@ -4,6 +4,7 @@
 #include "support/register_test.h"
 #include "support/workspace_bench.h"
 
+#include <QCheckBox>
 #include <QPushButton>
 #include <QtTest>
 
@@ -41,6 +42,7 @@ private slots:
     void robotsThatWereAwayAreTriedAgain();
     void robotsThatAreAwayStayInAWorkspaceThatIsSavedAgain();
     void panelsThatCannotBeOpenedStayInAWorkspaceThatIsSavedAgain();
+    void panelsWithoutAPlugInAreLeftOutIfWanted();
     void panelsThatAreCalledOffDoNot();
     void panelsStillToComeAreKeptForTheNextSession();
     void aMessageOfManyProblemsFitsTheScreen();
@@ -77,6 +79,7 @@ void TestUnopenedParts::robotsThatWereAwayAreTriedAgain()
     away.kill();
     openWithMessage();
     QCOMPARE(fDesktop->windows().size(), 1);
+    QVERIFY(!message()->findChild<QCheckBox*>("dropMissing")); // no panel is missing
     away.restart();
     QTest::mouseClick(message()->findChild<QPushButton*>("tryAgain"), Qt::LeftButton);
     TRY_COMPARE(fDesktop->windows().size(), 2);
@@ -110,6 +113,19 @@ void TestUnopenedParts::panelsThatCannotBeOpenedStayInAWorkspaceThatIsSavedAgain
     const WindowContent kept = readWorkspace(again).windows.first().content;
     QCOMPARE(kept.panels.at(1).arrangement, wanted.content.panels[0].arrangement);
     QCOMPARE(kept.look.titles, wanted.content.look.titles);
+}
+
+void TestUnopenedParts::panelsWithoutAPlugInAreLeftOutIfWanted()
+{
+    write({windowOf(settingsOf(*fRobot), {"Hologram", "Probe", "throws", "Oracle"}),
+           windowOf(settingsOf(*fRobot), {"Hologram"})});
+    openWithMessage();
+    auto* const drop = message()->findChild<QCheckBox*>("dropMissing");
+    QVERIFY(drop && drop->isVisible());
+    QTest::keyClick(drop, Qt::Key_Space);
+    const QString again = savedAgain();
+    QCOMPARE(panelsIn(again), QStringList({"Probe 1", "throws 1"}));
+    QVERIFY(readWorkspace(again).windows.last().content.panels.isEmpty());
 }
 
 void TestUnopenedParts::panelsThatAreCalledOffDoNot()

@@ -5,6 +5,7 @@
 #include "windows/main_window.h"
 #include "workspace/robot_opening.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
@@ -193,6 +194,7 @@ void WorkspaceOpening::openPanel(const Step& step)
     const PanelContent& panel = step.content.panels.at(step.panel);
     PanelPlugin* const plugin = fProgram.plugins.find(panel.plugin);
     if (!plugin) {
+        fMissing += MissingPanel{step.window, panel};
         fProblems += tr("Panel \"%1\" of %2: there is no such plug-in here. \"Help\", \"Plug-ins "
                         "that failed...\" may say why.")
                          .arg(panel.plugin, step.window->settings().wayText());
@@ -227,6 +229,8 @@ QMessageBox* WorkspaceOpening::openMessage()
     box->setTextFormat(Qt::PlainText); // some of it is the file's and the robots'
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    if (!fMissing.isEmpty())
+        offerToDrop(std::exchange(fMissing, {}), *box);
     if (!fWorkspace.windows.isEmpty()) {
         QPushButton* again = box->addButton(tr("Try &again"), QMessageBox::AcceptRole);
         again->setObjectName("tryAgain");
@@ -236,6 +240,21 @@ QMessageBox* WorkspaceOpening::openMessage()
     connect(box, &QObject::destroyed, this, &WorkspaceOpening::ended);
     box->open();
     return box;
+}
+
+/// A plug-in may be missing for today, or for ever: only the user knows.
+void WorkspaceOpening::offerToDrop(const QList<MissingPanel>& missing, QMessageBox& box)
+{
+    auto* drop = new QCheckBox(tr("&Leave out panels without a plug-in when the workspace is saved "
+                                  "again"));
+    drop->setObjectName("dropMissing");
+    box.setCheckBox(drop); // which takes it over
+    connect(&box, &QDialog::finished, &box, [drop, missing] {
+        for (const MissingPanel& one : missing) {
+            if (drop->isChecked() && one.window)
+                one.window->dropPlace(one.panel);
+        }
+    });
 }
 
 /// The robots that could not be reached.

@@ -75,6 +75,13 @@ private:
         int panel; ///< of the content's
     };
 
+    /// A panel without a plug-in here.
+    struct MissingPanel
+    {
+        QPointer<MainWindow> window;
+        PanelContent panel;
+    };
+
     void connectToRobots();
     void showProgress();
     void openWindows();
@@ -82,6 +89,7 @@ private:
     void openPanel(const Step& step);
     void finish();
     QMessageBox* openMessage();
+    static void offerToDrop(const QList<MissingPanel>& missing, QMessageBox& box);
 
     Workspace fWorkspace;
     const QString fName;
@@ -90,6 +98,7 @@ private:
     QPointer<QProgressDialog> fProgress;
     std::deque<Step> fSteps;
     QPointer<MainWindow> fLastWindow;
+    QList<MissingPanel> fMissing; ///< that the user does not know of
     QStringList fProblems;
     QPointer<QMessageBox> fMessage;
 };
