@@ -1,26 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "support/fake_robot.h"
-#include "support/files.h"
 #include "support/full_pipe.h"
 #include "support/guarded_test.h"
+#include "support/record_bench.h"
 #include "support/register_test.h"
-#include "support/zo_program.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <atomic>
 #include <csignal>
 
 /// What `zo record` tells the program that started it.
-class TestRecordStatus : public GuardedTest
+class TestRecordStatus : public GuardedTest, private RecordBench
 {
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { setUp(); }
     void whatIsStillBeginningIsEnded_data();
     void whatIsStillBeginningIsEnded();
     void aProgramIsToldHowItIsGettingOn();
@@ -28,20 +26,6 @@ private slots:
     void aBeginningThatFailsIsToldToAProgram();
     void aReaderOfItsStateThatIsGoneEndsItWell();
     void aReaderOfItsStateThatDoesNotReadHoldsUpNothing();
-
-private:
-    QString path() const { return fFolder->filePath("a.csv"); }
-    QStringList lines() const
-    {
-        return QString::fromUtf8(bytesOf(path())).split("\r\n", Qt::SkipEmptyParts);
-    }
-    QStringList recording(const QStringList& words) const
-    {
-        return at(*fServer, QStringList{"record", "--output", path()} + words);
-    }
-
-    std::unique_ptr<QTemporaryDir> fFolder;
-    std::unique_ptr<RedisServer> fServer;
 };
 
 namespace {
@@ -59,13 +43,6 @@ QString stateIn(const QByteArray& output)
 }
 
 } // namespace
-
-void TestRecordStatus::init()
-{
-    fFolder = std::make_unique<QTemporaryDir>();
-    fServer = std::make_unique<RedisServer>();
-    fServer->command({"MSET", "a", "0.5", "b", "walking", "c", "[1, \"x\\n\"]"});
-}
 
 void TestRecordStatus::whatIsStillBeginningIsEnded_data()
 {

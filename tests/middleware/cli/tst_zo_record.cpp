@@ -1,28 +1,26 @@
 // SPDX-License-Identifier: MIT
-#include "support/files.h"
 #include "support/full_pipe.h"
 #include "support/guarded_test.h"
 #include "support/password_file.h"
 #include "support/patience.h"
+#include "support/record_bench.h"
 #include "support/register_test.h"
 #include "support/terminal.h"
-#include "support/zo_program.h"
 
 #include <row_sink.h>
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
 #include <termios.h>
 
 /// `zo record`, run as people and scripts run it, with real servers and real readers of its files.
-class TestZoRecord : public GuardedTest
+class TestZoRecord : public GuardedTest, private RecordBench
 {
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { setUp(); }
     void aRobotIsRecordedByAConfiguration();
     void allKeysAreRecordedSorted();
     void optionsBeforeTheCommandHold();
@@ -41,28 +39,7 @@ private slots:
     void aStoppedTerminalHoldsUpNothing();
     void aReaderWhoPausesGetsWholeRowsAgain();
     void aReaderWhoPausesDoesNotHoldUpTheEnd();
-
-private:
-    QString path() const { return fFolder->filePath("a.csv"); }
-    QStringList lines() const
-    {
-        return QString::fromUtf8(bytesOf(path())).split("\r\n", Qt::SkipEmptyParts);
-    }
-    QStringList recording(const QStringList& words) const
-    {
-        return at(*fServer, QStringList{"record", "--output", path()} + words);
-    }
-
-    std::unique_ptr<QTemporaryDir> fFolder;
-    std::unique_ptr<RedisServer> fServer;
 };
-
-void TestZoRecord::init()
-{
-    fFolder = std::make_unique<QTemporaryDir>();
-    fServer = std::make_unique<RedisServer>();
-    fServer->command({"MSET", "a", "0.5", "b", "walking", "c", "[1, \"x\\n\"]"});
-}
 
 void TestZoRecord::aRobotIsRecordedByAConfiguration()
 {
