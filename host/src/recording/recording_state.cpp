@@ -61,6 +61,7 @@ std::optional<RecordingState> recordingStateFrom(const QByteArray& line)
                           *rows,
                           *missed,
                           countFrom(object["tooLarge"]).value_or(0),
+                          countFrom(object["empty"]).value_or(0),
                           *bytes,
                           countFrom(object["free"]),
                           object["file"].toString(),
@@ -81,6 +82,8 @@ QString recordingText(const RecordingState& state)
         parts += Text::tr("%1 polls missed").arg(QLocale().toString(state.missed));
     if (state.tooLarge > 0)
         parts += Text::tr("%1 values too large").arg(QLocale().toString(state.tooLarge));
+    if (state.empty > 0)
+        parts += Text::tr("keys without a value: %1").arg(QLocale().toString(state.empty));
     if (state.free)
         parts += Text::tr("%1 free").arg(sizeText(*state.free));
     return parts.join(Text::tr(", "));

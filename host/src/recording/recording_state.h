@@ -21,6 +21,7 @@ struct RecordingState
     qint64 rows = 0;
     qint64 missed = 0;          ///< polls that the robot did not answer
     qint64 tooLarge = 0;        ///< values that were left out
+    qint64 empty = 0;           ///< keys that have had no value so far
     qint64 bytes = 0;           ///< of all its files
     std::optional<qint64> free; ///< bytes on the disk; nothing: not known
     QString file;               ///< that is written now; empty: none yet

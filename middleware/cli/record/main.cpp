@@ -131,7 +131,8 @@ PreparedRecording prepare(RecordArguments& arguments, const Wait& wait, const Te
     if (arguments.allKeys)
         wanted = allColumns(keysOf(memory, *broker, wait));
     const Columns columns = columnsFor(arguments, std::move(wanted), tell);
-    RecorderPlan plan{{}, arguments.period, arguments.duration, arguments.gapRows};
+    RecorderPlan plan{
+        {}, arguments.period, arguments.duration, arguments.gapRows, !arguments.status};
     for (const Column& column : columns)
         plan.keys.push_back(column.key);
     auto rows = rowsFor(arguments, columns);

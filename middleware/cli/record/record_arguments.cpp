@@ -172,8 +172,8 @@ std::string recordHelp()
 Records values of a robot's memory as comma-separated values, until Ctrl-C or the end of
 --for. The first column is the time at which the robot's answer came in, in seconds since
 1970 (UTC); then there is one for each key. Values are JSON: 3, 3.0, "3", true, [1,"a"];
-that of a key that does not exist is empty. A column whose name was there before has its
-key behind it, in parentheses.
+that of a key that does not exist is empty, which is told. A column whose name was there
+before has its key behind it, in parentheses.
 
 While the robot is lost there are no rows; they go on when it is back. Rows in a file are
 whole, and on the disk within a second.

@@ -67,6 +67,7 @@ void Recorder::recordAndSave(const RecorderPlan& plan)
         throw;
     }
     fSink.finish();
+    tellMissing(fMissing.atEnd());
 }
 
 void Recorder::saveAfterFailure(const Tell& tell)
@@ -83,6 +84,8 @@ void Recorder::saveAfterFailure(const Tell& tell)
 void Recorder::record(const RecorderPlan& plan)
 {
     fRequest = requestOf(plan.keys);
+    fMissing = MissingKeys(plan.keys);
+    fTellsMissing = plan.tellsMissing;
     if (plan.gapRows && fSink.isContinued())
         addGap();
     Ticks ticks(fStart, plan.period);
@@ -137,6 +140,7 @@ void Recorder::take(const ZoListAnswer& answer)
     fLastArrival = answer.arrived;
     ++fAnswers;
     tellTooLarge(answer.tooLarge);
+    tellMissing(fMissing.see(answer));
     const Rows::Time time =
         fClock.timeOf(answer.arrived, fTime.now(), [this](const std::string& text) { say(text); });
     std::size_t count = fRows.add(time, answer, fText);
@@ -156,6 +160,12 @@ void Recorder::tellTooLarge(int count)
         say(std::to_string(count) + (count == 1 ? " value is" : " values are") +
             " larger than 1 MiB: rows leave that out");
     fHasTooLarge = count > 0;
+}
+
+void Recorder::tellMissing(const std::string& missing)
+{
+    if (fTellsMissing && !missing.empty())
+        say(missing);
 }
 
 /// Each file shall stand alone.
@@ -208,6 +218,7 @@ void Recorder::show(const ClockReading& now)
     if (fLastArrival)
         fState.age = duration_cast<milliseconds>(now.steady - *fLastArrival);
     fState.missedPolls = fPolls - fAnswers;
+    fState.emptyKeys = fMissing.count();
     fState.bytes = fSink.bytes();
     fState.freeBytes = fSink.freeBytes();
     fState.path = fSink.path();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "missing_keys.h"
 #include "presence.h"
 #include "recording_view.h"
 #include "row_clock.h"
@@ -36,6 +37,7 @@ struct RecorderPlan
     std::chrono::milliseconds period{1000};
     std::chrono::milliseconds duration{0}; ///< 0: until it is told to end
     bool gapRows = false;
+    bool tellsMissing = true; ///< keys without a value by messages, not only by its state
 };
 
 /// Polls a robot at an even pace, and hands the rows that its answers make to a sink: for each poll
@@ -62,6 +64,7 @@ private:
     void poll(bool gapRows);
     void take(const ZoListAnswer& answer);
     void tellTooLarge(int count);
+    void tellMissing(const std::string& missing);
     bool beginsFile(Rows::Time time);
     void addGap();
     void write(Rows::Time time);
@@ -79,6 +82,8 @@ private:
     const RecorderTime fTime;
 
     Presence fPresence;
+    MissingKeys fMissing;
+    bool fTellsMissing = true;
     RowClock fClock;
     const Point fStart;
     ZoValue fRequest;

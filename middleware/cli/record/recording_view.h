@@ -21,6 +21,7 @@ struct RecorderState
     std::uint64_t rows = 0;       ///< without those that mark gaps
     std::int64_t missedPolls = 0; ///< that had no new answer
     std::int64_t tooLarge = 0;    ///< values that rows have not, for their size
+    std::int64_t emptyKeys = 0;   ///< that have had no value so far
     std::optional<std::chrono::milliseconds> age; ///< of the newest answer
     std::uint64_t bytes = 0;
     std::optional<std::uint64_t> freeBytes; ///< of the disk

@@ -37,6 +37,7 @@ std::string statusLine(const RecorderState& state)
            R"(,"rows":)" + std::to_string(state.rows) +           //
            R"(,"missed":)" + std::to_string(state.missedPolls) +  //
            R"(,"tooLarge":)" + std::to_string(state.tooLarge) +   //
+           R"(,"empty":)" + std::to_string(state.emptyKeys) +     //
            R"(,"bytes":)" + std::to_string(state.bytes) +         //
            R"(,"free":)" + numberOrNull(state.freeBytes.has_value(), state.freeBytes.value_or(0)) +
            R"(,"age":)" + numberOrNull(state.age.has_value(), age) + //

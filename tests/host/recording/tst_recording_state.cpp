@@ -10,7 +10,7 @@ Q_DECLARE_METATYPE(RecordingState::Phase)
 namespace {
 
 const QByteArray good = R"({"state":"recording","rows":12000,"missed":0,"tooLarge":0,)"
-                        R"("bytes":4096,"free":58400000000,"age":3,"file":"/tmp/a.csv",)"
+                        R"("empty":2,"bytes":4096,"free":58400000000,"age":3,"file":"/tmp/a.csv",)"
                         R"("cause":"","later":[1]})";
 
 } // namespace
@@ -36,6 +36,7 @@ void TestRecordingState::aLineIsUnderstood()
     QCOMPARE(int(state->phase), int(RecordingState::Phase::Recording));
     QCOMPARE(state->rows, qint64(12000));
     QCOMPARE(state->bytes, qint64(4096));
+    QCOMPARE(state->empty, qint64(2));
     QVERIFY(state->free && *state->free == 58400000000);
     QCOMPARE(state->file, QString("/tmp/a.csv"));
 }
@@ -43,10 +44,10 @@ void TestRecordingState::aLineIsUnderstood()
 void TestRecordingState::whatIsNotKnownIsLeftOut()
 {
     QByteArray line = good;
-    line.replace("\"tooLarge\":0,", "");
+    line.replace("\"tooLarge\":0,", "").replace("\"empty\":2,", "");
     line.replace("58400000000", "null").replace("\"cause\":\"\"", "\"cause\":\"a\\n  b\"");
     const auto state = recordingStateFrom(line.replace("recording", "waiting"));
-    QVERIFY(state && !state->free && state->tooLarge == 0);
+    QVERIFY(state && !state->free && state->tooLarge == 0 && state->empty == 0);
     QCOMPARE(int(state->phase), int(RecordingState::Phase::Waiting));
     QCOMPARE(state->cause, QString("a b"));
 }
@@ -78,14 +79,15 @@ void TestRecordingState::anyOtherLineIsNone()
 void TestRecordingState::theTextTellsWhatMatters_data()
 {
     QTest::addColumn<RecordingState::Phase>("phase");
-    QTest::addColumn<int>("lost"); // polls, and values
+    QTest::addColumn<int>("lost"); // polls, values, and keys
     QTest::addColumn<bool>("knowsFree");
     QTest::addColumn<QString>("text");
     using Phase = RecordingState::Phase;
     QTest::newRow("start") << Phase::Starting << 0 << false << "starting";
     QTest::newRow("well") << Phase::Recording << 0 << true << "12,000 rows, 291.6 MB, 58.4 GB free";
     QTest::newRow("gaps") << Phase::Recording << 3 << false
-                          << "12,000 rows, 291.6 MB, 3 polls missed, 3 values too large";
+                          << "12,000 rows, 291.6 MB, 3 polls missed, 3 values too large, "
+                             "keys without a value: 3";
     QTest::newRow("away") << Phase::Waiting << 0 << false
                           << "waits for the robot, 12,000 rows, 291.6 MB";
 }
@@ -103,6 +105,7 @@ void TestRecordingState::theTextTellsWhatMatters()
     state.bytes = 291600000;
     state.missed = lost;
     state.tooLarge = lost;
+    state.empty = lost;
     if (knowsFree)
         state.free = 58400000000;
     const QString text = recordingText(state);

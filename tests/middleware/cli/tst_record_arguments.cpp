@@ -141,22 +141,25 @@ void TestRecordArguments::theStatusIsALineOfJson()
     RecorderState state;
     const auto line = [&state] { return QByteArray::fromStdString(statusLine(state)); };
     const QJsonValue unknown;
-    QJsonObject object{{"state", "recording"}, {"rows", 0},  {"missed", 0},
-                       {"tooLarge", 0},        {"bytes", 0}, {"free", unknown},
-                       {"age", unknown},       {"file", ""}, {"cause", ""}};
+    QJsonObject object{{"state", "recording"}, {"rows", 0},  {"missed", 0},     {"tooLarge", 0},
+                       {"empty", 0},           {"bytes", 0}, {"free", unknown}, {"age", unknown},
+                       {"file", ""},           {"cause", ""}};
     QCOMPARE(QJsonDocument::fromJson(line()).object(), object);
     state.phase = RecorderState::Phase::Waiting;
     state.cause = "a \"cause\"\n";
     state.rows = 1;
     state.missedPolls = 2;
     state.tooLarge = 4;
+    state.emptyKeys = 5;
     state.age = 12ms;
     state.bytes = 3;
     state.freeBytes = 5000000000;
     state.path = "/b.csv";
-    object = {{"state", "waiting"}, {"rows", 1},        {"missed", 2},
-              {"tooLarge", 4},      {"bytes", 3},       {"free", 5e9},
-              {"age", 12},          {"file", "/b.csv"}, {"cause", "a \"cause\"\n"}};
+    object = {{"state", "waiting"}, {"rows", 1},
+              {"missed", 2},        {"tooLarge", 4},
+              {"empty", 5},         {"bytes", 3},
+              {"free", 5e9},        {"age", 12},
+              {"file", "/b.csv"},   {"cause", "a \"cause\"\n"}};
     QCOMPARE(QJsonDocument::fromJson(line()).object(), object);
     QCOMPARE(line().count('\n'), 1);
     QVERIFY(line().endsWith('\n'));

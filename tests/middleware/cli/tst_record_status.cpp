@@ -85,7 +85,7 @@ void TestRecordStatus::whatIsStillBeginningIsEnded()
 
 void TestRecordStatus::aProgramIsToldHowItIsGettingOn()
 {
-    ZoProgram zo(recording({"--status", "--period", "50", "a"}));
+    ZoProgram zo(recording({"--status", "--period", "50", "a", "slip"}));
     QVERIFY(zo.waitUntil([&] { return stateIn(zo.output()) == "recording"; }));
     fServer->kill();
     QVERIFY(zo.waitUntil([&] { return stateIn(zo.output()) == "waiting"; }));
@@ -101,6 +101,8 @@ void TestRecordStatus::aProgramIsToldHowItIsGettingOn()
     QCOMPARE(last["rows"].toInt(), lines().size() - 1);
     QCOMPARE(last["bytes"].toInt(), bytesOf(path()).size());
     QVERIFY(last["missed"].toInt() > 0);
+    QCOMPARE(last["empty"].toInt(), 1);
+    QVERIFY2(!zo.errors().contains("slip"), qPrintable(zo.errors()));
     QVERIFY(last["free"].toDouble() > 0);
     QVERIFY(last["age"].toInt(-1) >= 0);
 }

@@ -36,6 +36,10 @@ private slots:
     void aReaderWhoPausesMissesPolls();
     void rowsAreCountedAndNotAnswers();
     void valuesThatAreTooLargeAreCountedAndTold();
+    void keysWithoutAValueAreTold();
+    void ofManyKeysWithoutAValueSomeAreNamed();
+    void keysWithoutAValueAreNotToldUnlessWanted();
+    void keysOfARobotThatNeverAnswersAreNotTold();
     void atTheEndTheReaderIsWaitedFor();
     void atTheEndTheReaderIsNotWaitedForWhenToldToEnd();
 
@@ -397,6 +401,60 @@ void TestRecorder::valuesThatAreTooLargeAreCountedAndTold()
     QCOMPARE(fTold, (QStringList{"1 value is larger than 1 MiB: rows leave that out",
                                  "2 values are larger than 1 MiB: rows leave that out"}));
     QVERIFY2(fProgress.last().contains(", 4 values too large, "), qPrintable(fProgress.last()));
+}
+
+void TestRecorder::keysWithoutAValueAreTold()
+{
+    RecorderPlan plan = planOf(300ms);
+    plan.keys = {"there", "slip", "late"};
+    record(
+        [this](int poll) {
+            ZoListAnswer given = answer(poll);
+            given.values = ZoValue::fromElements({1, ZoValue(), poll > 1 ? ZoValue(7) : ZoValue()});
+            return given;
+        },
+        plan);
+    QCOMPARE(fTold,
+             (QStringList{"there is no value of 'slip', 'late' now (is that spelled right?): what "
+                          "is recorded of it stays empty until there is one",
+                          "there was never a value to record of 'slip'"}));
+}
+
+void TestRecorder::ofManyKeysWithoutAValueSomeAreNamed()
+{
+    RecorderPlan plan = planOf(100ms);
+    plan.keys = {"a", "b", "c", "d", "e", "f", "g"};
+    record(
+        [this](int poll) {
+            ZoListAnswer given = answer(poll);
+            given.values = ZoValue::fromElements(std::vector<ZoValue>(7));
+            return given;
+        },
+        plan);
+    QVERIFY2(fTold.first().contains("of 'a', 'b', 'c', 'd', 'e' and 2 more now"),
+             qPrintable(fTold.first()));
+    QCOMPARE(fTold.last(),
+             QString("there was never a value to record of 'a', 'b', 'c', 'd', 'e' and 2 more"));
+}
+
+void TestRecorder::keysWithoutAValueAreNotToldUnlessWanted()
+{
+    RecorderPlan plan = planOf(200ms);
+    plan.tellsMissing = false;
+    record(
+        [this](int poll) {
+            ZoListAnswer given = answer(poll);
+            given.values = ZoValue::fromElements({ZoValue()});
+            return given;
+        },
+        plan);
+    QVERIFY(fTold.isEmpty());
+}
+
+void TestRecorder::keysOfARobotThatNeverAnswersAreNotTold()
+{
+    record([](int) -> ZoListAnswer { throw ZoError("no answer"); }, planOf(200ms));
+    QCOMPARE(fTold, QStringList("the robot is lost: no answer"));
 }
 
 void TestRecorder::atTheEndTheReaderIsWaitedFor()
