@@ -24,17 +24,31 @@ void checkPlays(ZoMemoryProxy& memory)
         throw ZoError("this robot plays no recording: tarvek-robot --replay FILE is one that does");
 }
 
+/// What stands there of commands; invalid: none.
+ZoValue present(ZoMemoryProxy& memory)
+{
+    return valuesOf(memory, requestOf({kit::replayControlKey}))[0];
+}
+
 /// Waits until nobody's command is there; false: that lasts too long.
 bool isTaken(ZoMemoryProxy& memory, const kit::Output& output)
 {
-    const ZoValue request = requestOf({kit::replayControlKey});
     const Clock::time_point end = Clock::now() + patience;
-    while (valuesOf(memory, request)[0].getType() != ZoValue::Invalid) {
+    while (present(memory).getType() != ZoValue::Invalid) {
         if (Clock::now() > end)
             return false;
         output.waitUntil(Clock::now() + lookInterval);
     }
     return true;
+}
+
+/// Lest a later robot obeys it. Somebody else's, who has not waited, stays: whoever reads that it
+/// has gone takes it for obeyed. What is set between the look and the withdrawal is lost, since the
+/// few rights that this needs know no way to do both in one step.
+void withdraw(ZoMemoryProxy& memory, const std::string& text)
+{
+    if (present(memory).toString(ZoWhole) == text)
+        memory.setData(kit::replayControlKey, ZoValue());
 }
 
 } // namespace
@@ -52,6 +66,6 @@ void controlReplay(ZoMemoryProxy& memory, const std::string& text, kit::Output& 
     memory.setText(kit::replayControlKey, text);
     if (isTaken(memory, output))
         return;
-    memory.setData(kit::replayControlKey, ZoValue()); // lest a later one obeys it
+    withdraw(memory, text);
     throw ZoError("the robot does not take the command, which is withdrawn: does it still run?");
 }

@@ -82,6 +82,7 @@ private slots:
     void itIsControlledByAKey();
     void itIsControlledByTheCommand();
     void onlyARobotThatPlaysIsControlled();
+    void onlyACommandOfItsOwnIsWithdrawn();
     void aCommandForAnEarlierOneIsNotObeyed();
     void itNeedsFewRights();
     void itsEndAndACutRowAreTold();
@@ -217,6 +218,17 @@ void TestReplayProgram::onlyARobotThatPlaysIsControlled()
     const Ended blocked = run(at(server, {"replay-control", "pause"}));
     QCOMPARE(blocked.status, 1);
     QVERIFY2(blocked.errors.contains("that was there before"), blocked.errors);
+    QCOMPARE(server.command({"GET", "Replay/Control"}), std::string("play"));
+}
+
+void TestReplayProgram::onlyACommandOfItsOwnIsWithdrawn()
+{
+    const RedisServer server;
+    server.command({"SET", "Replay/State", "paused"});
+    ZoProgram zo(at(server, {"replay-control", "pause"}));
+    QVERIFY(zo.waitUntil([&] { return server.command({"GET", "Replay/Control"}) == "pause"; }));
+    server.command({"SET", "Replay/Control", "play"}); // by somebody who does not wait
+    QCOMPARE(endOf(zo).status, 1);
     QCOMPARE(server.command({"GET", "Replay/Control"}), std::string("play"));
 }
 
