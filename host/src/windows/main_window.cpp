@@ -7,27 +7,27 @@
 #include "connection/ssh_relay.h"
 #include "connection/traffic_text.h"
 #include "dialogs/error_reporter.h"
+#include "dialogs/loss_limit_dialog.h"
 #include "dialogs/window_order.h"
 #include "plugins/panel_maker.h"
 #include "plugins/plugin_loader.h"
 #include "recording/recordings.h"
 #include "windows/diagnostics.h"
+#include "windows/file_menu.h"
 #include "windows/help_menu.h"
 #include "windows/in_sight.h"
 #include "windows/panel_commands.h"
 #include "windows/panel_dock.h"
 #include "windows/panel_docks.h"
+#include "windows/panel_menu.h"
 #include "windows/start_page.h"
 #include "windows/window_settings.h"
-#include "windows/workspace_menu.h"
 
 #include <tarvek/widget_interface.h>
 
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
-#include <QInputDialog>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
@@ -36,7 +36,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& settings,
@@ -46,6 +45,7 @@ MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& s
       fBroker(broker),
       fDocks(new PanelDocks(this)),
       fCommands(new PanelCommands(*fDocks, this)),
+      fFileMenu(new FileMenu(*fCommands, this)),
       fRecordings(new Recordings(this, context.errors)),
       fStartPage(new StartPage(context.plugins, this)),
       fOutageBar(new OutageBar(settings.robotText(), this)),
@@ -57,9 +57,7 @@ MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& s
     connect(fStartPage, &StartPage::chosen, this, &MainWindow::openPanel);
     connect(fDocks, &PanelDocks::changed, this, &MainWindow::xOnDocksChanged);
     whenScreensChange(this, [this] { xBringIntoSight(); });
-    setUpFileMenu();
-    setUpPanelMenu();
-    setUpHelpMenu();
+    setUpMenus();
     setUpStatus();
     setUpLook();
     emit fDocks->changed();
@@ -142,45 +140,25 @@ void MainWindow::saveLook() const
     ::saveLook(look());
 }
 
-void MainWindow::setUpFileMenu()
+void MainWindow::setUpMenus()
 {
-    QMenu* menu = menuBar()->addMenu(tr("&File"));
-    menu->addAction(tr("&New connection..."), this, &MainWindow::newConnectionRequested,
-                    QKeySequence(tr("Ctrl+N")));
-    const auto* workspaces = new WorkspaceMenu(menu);
-    connect(workspaces, &WorkspaceMenu::saveRequested, this, &MainWindow::saveWorkspaceRequested);
-    connect(workspaces, &WorkspaceMenu::openRequested, this, &MainWindow::openWorkspaceRequested);
-    menu->addSeparator();
-    fCommands->addSaving(*menu);
-    menu->addAction(
-        tr("R&ecord..."), [this] { fRecordings->ask(fSettings); }, QKeySequence(tr("Ctrl+R")));
-    menu->addSeparator();
-    fDisconnectAction = menu->addAction(tr("&Disconnect"), [this] { fMonitor.disconnect(); });
-    fReconnectAction = menu->addAction(tr("&Reconnect"), [this] { reconnect(); });
-    menu->addAction(tr("Wa&it for the robot..."), this, &MainWindow::xChooseLossLimit);
-    menu->addSeparator();
-    menu->addAction(tr("&Close panel"), this, &MainWindow::xClosePanel, QKeySequence(tr("Ctrl+W")));
-    menu->addAction(tr("Close &window"), this, &MainWindow::close,
-                    QKeySequence(tr("Ctrl+Shift+W")));
-    menu->addAction(tr("&Quit"), this, &MainWindow::quitRequested, QKeySequence(tr("Ctrl+Q")));
+    connect(fFileMenu, &FileMenu::newConnectionRequested, this,
+            &MainWindow::newConnectionRequested);
+    connect(fFileMenu, &FileMenu::saveWorkspaceRequested, this,
+            &MainWindow::saveWorkspaceRequested);
+    connect(fFileMenu, &FileMenu::openWorkspaceRequested, this,
+            &MainWindow::openWorkspaceRequested);
+    connect(fFileMenu, &FileMenu::recordRequested, this, [this] { fRecordings->ask(fSettings); });
+    connect(fFileMenu, &FileMenu::disconnectRequested, &fMonitor, &ConnectionMonitor::disconnect);
+    connect(fFileMenu, &FileMenu::reconnectRequested, this, [this] { reconnect(); });
+    connect(fFileMenu, &FileMenu::lossLimitRequested, this, &MainWindow::xChooseLossLimit);
+    connect(fFileMenu, &FileMenu::closePanelRequested, this, &MainWindow::xClosePanel);
+    connect(fFileMenu, &FileMenu::closeWindowRequested, this, &MainWindow::close);
+    connect(fFileMenu, &FileMenu::quitRequested, this, &MainWindow::quitRequested);
     fCommands->addEditing(*menuBar()->addMenu(tr("&Edit")));
-}
-
-void MainWindow::setUpPanelMenu()
-{
-    QMenu* menu = menuBar()->addMenu(tr("&Panels"));
-    menu->setToolTipsVisible(true);
-    for (const auto& plugin : fContext.plugins.plugins()) {
-        QAction* action = menu->addAction(plugin->label);
-        action->setToolTip(plugin->file);
-        connect(action, &QAction::triggered, this,
-                [this, chosen = plugin.get()] { openPanel(chosen); });
-        fNewPanelActions += action;
-    }
-    if (fNewPanelActions.isEmpty())
-        menu->addAction(tr("(none found)"))->setEnabled(false);
-    menu->addSeparator();
-    fCommands->addPlacing(*menu);
+    fPanelMenu = new PanelMenu(fContext.plugins, *fCommands, this);
+    connect(fPanelMenu, &PanelMenu::chosen, this, &MainWindow::openPanel);
+    setUpHelpMenu();
 }
 
 void MainWindow::setUpHelpMenu()
@@ -211,8 +189,8 @@ void MainWindow::setUpStatus()
     connect(&fContext.errors, &ErrorReporter::noted, fBar, &ConnectionBar::note);
     connect(fOutageBar, &OutageBar::connectAgainRequested, this,
             &MainWindow::connectAgainRequested);
-    connect(fOutageBar, &OutageBar::disconnectRequested, fDisconnectAction, &QAction::trigger);
-    connect(fOutageBar, &OutageBar::reconnectRequested, fReconnectAction, &QAction::trigger);
+    connect(fOutageBar, &OutageBar::disconnectRequested, &fMonitor, &ConnectionMonitor::disconnect);
+    connect(fOutageBar, &OutageBar::reconnectRequested, this, [this] { reconnect(); });
     connect(fOutageBar, &OutageBar::dismissed, &fMonitor, &ConnectionMonitor::forgetStopped);
     connect(fCommands, &PanelCommands::noted, fBar, &ConnectionBar::note);
     connect(fCommands, &PanelCommands::failed, this, &MainWindow::xOnFailed);
@@ -367,22 +345,8 @@ void MainWindow::xShowTitle()
 
 void MainWindow::xChooseLossLimit()
 {
-    auto* dialog = new QInputDialog(this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(tr("Wait for the robot"));
-    dialog->setLabelText(tr("Minutes that panels wait for a robot that is away before they give "
-                            "up (0: none):"));
-    dialog->setInputMode(QInputDialog::DoubleInput);
-    const auto inMinutes = [](std::chrono::seconds time) {
-        return static_cast<double>(time.count()) / 60;
-    };
-    dialog->setDoubleRange(0, inMinutes(longestLossLimit));
-    dialog->setDoubleDecimals(1);
-    dialog->setDoubleValue(inMinutes(fMonitor.limit()));
-    connect(dialog, &QInputDialog::doubleValueSelected, this, [this](double minutes) {
-        emit lossLimitChosen(std::chrono::seconds(std::llround(minutes * 60)));
-    });
-    dialog->open();
+    askLossLimit(this, fMonitor.limit(),
+                 [this](std::chrono::seconds limit) { emit lossLimitChosen(limit); });
 }
 
 void MainWindow::xOnDocksChanged()
@@ -397,13 +361,11 @@ void MainWindow::xOnDocksChanged()
 
 void MainWindow::xUpdateActions()
 {
-    fDisconnectAction->setEnabled(!fMonitor.state().closed);
-    fReconnectAction->setEnabled(!fMonitor.state().connected);
-    for (int i = 0; i < fNewPanelActions.size(); ++i) {
-        const PanelPlugin& plugin = *fContext.plugins.plugins()[static_cast<size_t>(i)];
-        const bool isPossible = fMonitor.state().connected || !plugin.panels->requiresConnection();
-        fNewPanelActions.at(i)->setEnabled(isPossible);
-        fStartPage->setPossible(plugin, isPossible);
+    fFileMenu->showState(fMonitor.state());
+    for (const auto& plugin : fContext.plugins.plugins()) {
+        const bool isPossible = fMonitor.state().connected || !plugin->panels->requiresConnection();
+        fPanelMenu->setPossible(*plugin, isPossible);
+        fStartPage->setPossible(*plugin, isPossible);
     }
 }
 

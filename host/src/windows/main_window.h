@@ -13,12 +13,13 @@
 
 class ConnectionBar;
 class ErrorReporter;
+class FileMenu;
 class OutageBar;
 class PanelCommands;
 class PanelDock;
 class PanelDocks;
+class PanelMenu;
 class PluginLoader;
-class QAction;
 class Recordings;
 class StartPage;
 struct PanelPlugin;
@@ -107,8 +108,7 @@ private slots:
     void xOnDocksChanged();
 
 private:
-    void setUpFileMenu();
-    void setUpPanelMenu();
+    void setUpMenus();
     void setUpHelpMenu();
     QString diagnosticsText() const;
     void setUpStatus();
@@ -128,14 +128,13 @@ private:
     ConnectionMonitor fMonitor;
     PanelDocks* fDocks;
     PanelCommands* fCommands;
+    FileMenu* fFileMenu;
+    PanelMenu* fPanelMenu = nullptr;
     Recordings* fRecordings;
     StartPage* fStartPage;
     OutageBar* fOutageBar;
     ConnectionBar* fBar;
     QString fTitlePrefix; ///< what the title begins with now
-    QAction* fDisconnectAction = nullptr;
-    QAction* fReconnectAction = nullptr;
-    QList<QAction*> fNewPanelActions; ///< in the order of the plug-ins
     bool fIsMakingPanel = false;
     bool fIsClosed = false;
 };
