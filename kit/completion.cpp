@@ -21,9 +21,13 @@ Completion namesOf(const Options& options)
     return names;
 }
 
-Completion valueOf(const Option& option)
+/// `before` is what stands before the value in the same word.
+Completion valueOf(const Option& option, const std::string& before = {})
 {
-    return {{}, option.value == "FILE" || option.value == "DIR"};
+    Completion values{{}, option.value == "FILE" || option.value == "DIR"};
+    for (const std::string& choice : option.choices)
+        values.texts.push_back(before + choice);
+    return values;
 }
 
 /// The last word, which begins as an option does.
@@ -32,7 +36,7 @@ Completion optionOrValue(const std::string& word, const Options& options)
     const std::size_t equals = word.find('=');
     if (equals == std::string::npos)
         return namesOf(options);
-    return valueOf(optionCalled(word.substr(0, equals), options));
+    return valueOf(optionCalled(word.substr(0, equals), options), word.substr(0, equals + 1));
 }
 
 /// Whether the last word is the value of the option before it.

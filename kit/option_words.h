@@ -37,7 +37,8 @@ struct Option
     /// Gets the name as it was written, and the value, which is empty where there is none. Throws
     /// UsageError for a value that is no good.
     std::function<void(const std::string& name, const std::string& value)> store;
-    bool settles = false; ///< what follows does not matter, as behind --help
+    bool settles = false;                  ///< what follows does not matter, as behind --help
+    std::vector<std::string> choices = {}; ///< all that the value may be; empty: more than a few
 };
 using Options = std::vector<Option>;
 

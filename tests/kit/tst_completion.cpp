@@ -23,6 +23,7 @@ class TestCompletion : public GuardedTest
 private slots:
     void optionsAreCompletedByTheirNames();
     void aValueIsAFileOrNothingKnown();
+    void aValueIsOneOfItsChoices();
     void whatStandsBeforeTheLastWordIsRead();
     void behindTheOptionsIsAnOperand_data();
     void behindTheOptionsIsAnOperand();
@@ -78,6 +79,14 @@ kit::Completion keys(const Texts&)
              "Arm/\xc2\x9b", ""}};
 }
 
+kit::Option colorOption()
+{
+    static std::string color;
+    kit::Option option = kit::textOption("--color", "COLOR", "", color);
+    option.choices = {"red", "green"};
+    return option;
+}
+
 } // namespace
 
 std::optional<kit::Completion> TestCompletion::complete(const Texts& texts)
@@ -85,7 +94,7 @@ std::optional<kit::Completion> TestCompletion::complete(const Texts& texts)
     kit::Words words(texts);
     auto completion = kit::completeOptions(
         words, {kit::flag("--loud", "", fLoud), kit::textOption("--file", "FILE", "", fFile),
-                kit::textOption("--name", "NAME", "", fName),
+                kit::textOption("--name", "NAME", "", fName), colorOption(),
                 kit::settlingOption({"--help", "-h"}, "", [] {})});
     fRest = words.takeAll();
     return completion;
@@ -93,7 +102,7 @@ std::optional<kit::Completion> TestCompletion::complete(const Texts& texts)
 
 void TestCompletion::optionsAreCompletedByTheirNames()
 {
-    const Texts names{"--loud", "--file", "--name", "--help", "-h"};
+    const Texts names{"--loud", "--file", "--name", "--color", "--help", "-h"};
     for (const char* word : {"-", "--", "--lo", "--nonsense"}) {
         const auto completion = complete({"--loud", word});
         QVERIFY(completion);
@@ -112,6 +121,16 @@ void TestCompletion::aValueIsAFileOrNothingKnown()
         const auto completion = complete(words);
         QVERIFY(completion && !completion->isFile && completion->texts.empty());
     }
+}
+
+void TestCompletion::aValueIsOneOfItsChoices()
+{
+    const auto apart = complete({"--color", ""});
+    QVERIFY(apart && !apart->isFile);
+    QCOMPARE(apart->texts, Texts({"red", "green"}));
+    const auto together = complete({"--color=r"});
+    QVERIFY(together && !together->isFile);
+    QCOMPARE(together->texts, Texts({"--color=red", "--color=green"}));
 }
 
 void TestCompletion::whatStandsBeforeTheLastWordIsRead()
