@@ -13,6 +13,15 @@
 
 namespace {
 
+/// What it shows as a text of each of its parents, for who gathers the texts to translate.
+[[maybe_unused]] constexpr const char* gatheredTexts[] = {
+    QT_TRANSLATE_NOOP("ConfigDialog", "Xml file (*.xml)"),
+    QT_TRANSLATE_NOOP("ConfigDialog", "Save configuration file"),
+    QT_TRANSLATE_NOOP("ConfigDialog", "Error"),
+    QT_TRANSLATE_NOOP("Widget", "Xml file (*.xml)"),
+    QT_TRANSLATE_NOOP("Widget", "Save configuration file"),
+    QT_TRANSLATE_NOOP("Widget", "Error")};
+
 /// Empty when the user cancels.
 QString chosenFile(ModalDialog<QFileDialog>& dialog)
 {
@@ -61,5 +70,5 @@ QString ConfigFiles::xFilter() const
 
 QString ConfigFiles::xTr(const char* text) const
 {
-    return fParent.metaObject()->tr(text, nullptr);
+    return QCoreApplication::translate(fParent.metaObject()->className(), text);
 }

@@ -3,6 +3,7 @@
 
 #include "connection/loss_limit.h"
 #include "connection/ssh_relay.h"
+#include "language/languages.h"
 
 #include <kit/connection_options.h>
 #include <kit/options_text.h>
@@ -89,6 +90,28 @@ kit::Options aboutOptions(CommandLine& line)
     return options;
 }
 
+QString knownLanguage(const Text& option, const Text& code)
+{
+    const QString language = QString::fromLocal8Bit(code.c_str());
+    if (!languages().contains(language))
+        throw kit::UsageError(option + ": there is no language '" + code +
+                              "', but these: " + languages().join(", ").toStdString());
+    return language;
+}
+
+kit::Option languageOption(CommandLine& line)
+{
+    kit::Option option{
+        {"--language"},
+        "CODE",
+        "show all texts in this language, not in the system's: " +
+            languages().join(", ").toStdString(),
+        [&line](const Text& name, const Text& code) { line.language = knownLanguage(name, code); }};
+    for (const QString& code : languages())
+        option.choices.push_back(code.toStdString());
+    return option;
+}
+
 /// What is about one robot, besides how to reach it.
 kit::Options ownRobotOptions(CommandLine& line)
 {
@@ -139,6 +162,7 @@ kit::Options ownOptions(CommandLine& line)
              const int longest = static_cast<int>(longestLossLimit.count());
              line.lostAfter = std::chrono::seconds(kit::numberFrom(name, text, 0, longest));
          }},
+        languageOption(line),
         {{"--plugin"},
          "FILE",
          "load this plug-in, too; may be given again",

@@ -34,6 +34,7 @@ struct CommandLine
     QString imageDir;       ///< empty: the program's own
     /// How long a robot may be away before it counts as lost; nothing: as the user's settings say.
     std::optional<std::chrono::seconds> lostAfter;
+    QString language;  ///< of all texts, one of languages(); empty: as the system says
     QString workspace; ///< file with robots and panels to be opened; empty: none
     QString panel;     ///< opened as soon as a robot is connected; empty: none
     QString file;      ///< the same, for the panel that opens this file; empty: none

@@ -109,6 +109,8 @@ QStringList Desktop::sessionCommand(const QString& file) const
         words += {"--plugin-dir", folder};
     if (fCommandLine.imageDir != ownImageDir())
         words += {"--image-dir", fCommandLine.imageDir};
+    if (!fCommandLine.language.isEmpty())
+        words += {"--language", fCommandLine.language};
     if (fCommandLine.lostAfter)
         words += {"--lost-after", QString::number(fCommandLine.lostAfter->count())};
     return words;

@@ -4,9 +4,12 @@
 #include "desktop.h"
 #include "dialogs/ssh_question.h"
 #include "ending_signals.h"
+#include "language/languages.h"
 
 #include <kit/password_file.h>
 #include <kit/program.h>
+
+#include <QLocale>
 
 #include <string>
 #include <vector>
@@ -39,6 +42,10 @@ int runWindows(const std::string& program, const Words& words)
     if (commandLine.action != CommandLine::Action::Run)
         return printText(commandLine.action);
     kit::tellWarning("tarvek-desktop", commandLine.warning);
+    // ssh's questions come up in a process of their own, which finds it there.
+    if (!commandLine.language.isEmpty())
+        qputenv("LANGUAGE", commandLine.language.toLatin1());
+    speak(languageFor(QLocale::system().uiLanguages()));
     Desktop desktop(commandLine, application.errors());
     QObject::connect(&desktop, &Desktop::finished, &application, &QCoreApplication::quit);
     const EndingSignals endings;
@@ -55,6 +62,7 @@ int answerSsh(const std::string& program, const Words& words)
     char* pointers[] = {texts[0].data(), nullptr};
     int count = 1;
     const Application application(count, pointers);
+    speak(languageFor(QLocale::system().uiLanguages()));
     SshQuestion question(QString::fromLocal8Bit(words.empty() ? "" : words[0].c_str()),
                          qEnvironmentVariable("SSH_ASKPASS_PROMPT"));
     if (question.exec() != QDialog::Accepted)

@@ -65,6 +65,7 @@ void TestCommandLine::withoutWordsItAsks()
     QVERIFY(line.panel.isEmpty() && line.imageDir.isEmpty());
     QVERIFY(line.pluginFiles.isEmpty() && line.pluginDirs.isEmpty());
     QVERIFY(!line.lostAfter);
+    QVERIFY(line.language.isEmpty());
 }
 
 void TestCommandLine::understandsEveryOption()
@@ -102,7 +103,10 @@ void TestCommandLine::understandsEveryOption()
                                                "--ssh",
                                                "me@gate",
                                                "--prefix",
-                                               "robot7/"});
+                                               "robot7/",
+                                               "--language",
+                                               "ja"});
+    QCOMPARE(line.language, QString("ja"));
     QCOMPARE(line.settings.prefix, QString("robot7/"));
     QCOMPARE(line.settings.jumpHost, QString("me@gate"));
     QVERIFY(line.forgets && !parseCommandLine({}).forgets);
@@ -184,6 +188,10 @@ void TestCommandLine::refusesWithAReason_data()
     QTest::newRow("too long a wait") << Words{"--lost-after", "604801"} << "604800";
     QTest::newRow("no wait") << Words{"--lost-after", "1h"} << "--lost-after";
     QTest::newRow("no image folder") << Words{"--image-dir", "/dev/null"} << "/dev/null";
+    QTest::newRow("no such language")
+        << Words{"--language", "tlh"}
+        << "there is no language 'tlh', but these: de, en, es, fr, ja";
+    QTest::newRow("a country's language") << Words{"--language", "de_AT"} << "'de_AT'";
 }
 
 void TestCommandLine::refusesWithAReason()
@@ -252,7 +260,7 @@ void TestCommandLine::helpNamesEveryOption()
     for (const QString option :
          {"--connect", "--user", "--password-file", "--tls", "--ca", "--cert", "--key", "--timeout",
           "--plugin", "--plugin-dir", "--no-remember", "--ssh", "--workspace", "--image-dir",
-          "--panel", "--help", "--version"})
+          "--panel", "--language", "--help", "--version"})
         QVERIFY2(help.contains(option), qPrintable(option));
 }
 
@@ -270,6 +278,7 @@ void TestCommandLine::aShellIsToldOfTheOptions()
 {
     const Words names = completeCommandLine({"--tls", "--"}).texts;
     QVERIFY(std::find(names.begin(), names.end(), "--workspace") != names.end());
+    QCOMPARE(completeCommandLine({"--language", ""}).texts, Words({"de", "en", "es", "fr", "ja"}));
     QVERIFY(completeCommandLine({"--image-dir", ""}).isFile);
     QVERIFY(!completeCommandLine({"--panel", ""}).isFile);
     QVERIFY(completeCommandLine({"x"}).isFile);

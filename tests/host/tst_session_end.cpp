@@ -33,6 +33,7 @@ private slots:
     void arrangementIsSavedBeforeTheEnd();
     void theNextSessionOpensTheSame();
     void theNextSessionWaitsForRobotsAsLong();
+    void theNextSessionSpeaksTheSameLanguage();
     void nothingOpenIsNothingToKeep();
 
 private:
@@ -96,6 +97,17 @@ void TestSessionEnd::theNextSessionWaitsForRobotsAsLong()
     const int place = words.indexOf("--lost-after");
     QVERIFY(place > 0);
     QCOMPARE(words.value(place + 1), QString("120"));
+}
+
+void TestSessionEnd::theNextSessionSpeaksTheSameLanguage()
+{
+    QVERIFY(!fDesktop->sessionCommand("a").contains("--language"));
+    fLine.language = "fr";
+    begin();
+    const QStringList words = fDesktop->sessionCommand("a");
+    const int place = words.indexOf("--language");
+    QVERIFY(place > 0);
+    QCOMPARE(words.value(place + 1), QString("fr"));
 }
 
 void TestSessionEnd::nothingOpenIsNothingToKeep()

@@ -48,6 +48,8 @@ public:
 };
 
 /// The description of a plug-in, which Q_PLUGIN_METADATA names, may have these texts: "name", that
-/// of its panel, and "opens", the root element of the XML files that the panel asks for.
+/// of its panel, "opens", the root element of the XML files that the panel asks for, and
+/// "catalogue": the plug-in has its texts in other languages in resources of this name, as
+/// ":/translations/CATALOGUE_de.qm", and the host has them used.
 Q_DECLARE_INTERFACE(WidgetInterface, "org.tarvek.desktop.WidgetInterface/0.1")
 Q_DECLARE_METATYPE(WidgetInterface*)

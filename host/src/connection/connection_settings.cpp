@@ -19,6 +19,22 @@
 
 namespace {
 
+/// The context that translators find the texts in.
+struct Text
+{
+    Q_DECLARE_TR_FUNCTIONS(ConnectionSettings)
+};
+
+[[noreturn]] void refuse(const QString& problem)
+{
+    throw ZoError(problem.toStdString());
+}
+
+[[noreturn]] void refuse(const QString& problem, const QString& file)
+{
+    refuse(problem.arg(file));
+}
+
 /// The same file whatever the working folder will be.
 QString absolute(const std::string& path)
 {
@@ -74,7 +90,7 @@ QString robotTextAt(QString text, const ConnectionSettings& robot)
 {
     for (const QString& part : {QString::fromStdString(robot.other.sentinel), robot.prefix}) {
         if (!part.isEmpty())
-            text = QCoreApplication::translate("ConnectionSettings", "%1 at %2").arg(part, text);
+            text = Text::tr("%1 at %2").arg(part, text);
     }
     return text;
 }
@@ -127,12 +143,12 @@ void refuseUnreadableFiles(const ConnectionSettings& settings)
     for (const QString& path : {settings.caFile, settings.certFile, settings.keyFile}) {
         const QFileInfo file(path);
         if (file.exists() && !file.isFile())
-            throw ZoError("'" + path.toStdString() +
-                          "' is no file with certificates or a key: choose another");
+            refuse(Text::tr("'%1' is no file with certificates or a key: choose another"), path);
+        if (!path.isEmpty() && !file.exists())
+            refuse(Text::tr("the file '%1' is not there: put it right, or choose another"), path);
         if (!path.isEmpty() && !file.isReadable())
-            throw ZoError("the file '" + path.toStdString() + "' " +
-                          (file.exists() ? "may not be read" : "is not there") +
-                          ": put it right, or choose another");
+            refuse(Text::tr("the file '%1' may not be read: put it right, or choose another"),
+                   path);
     }
 }
 
@@ -160,10 +176,8 @@ QString ConnectionSettings::wayText() const
 {
     QString text = robotTextAt(addressesText(), *this);
     if (other.replica)
-        text = QCoreApplication::translate("ConnectionSettings", "a replica of %1").arg(text);
-    return jumpHost.isEmpty() ? text
-                              : QCoreApplication::translate("ConnectionSettings", "%1 by way of %2")
-                                    .arg(text, jumpHost);
+        text = Text::tr("a replica of %1").arg(text);
+    return jumpHost.isEmpty() ? text : Text::tr("%1 by way of %2").arg(text, jumpHost);
 }
 
 void ConnectionSettings::openWay()
@@ -185,7 +199,7 @@ QString wordsOfSsh(const ConnectionSettings& settings)
         lines += QString::fromStdString(kit::escaped(line.trimmed().toStdString()));
     if (lines.isEmpty())
         return {};
-    return QCoreApplication::translate("ConnectionSettings", "ssh says:\n%1").arg(lines.join('\n'));
+    return Text::tr("ssh says:\n%1").arg(lines.join('\n'));
 }
 
 QString endWithWordsOfSsh(const ConnectionSettings& settings)
@@ -199,16 +213,16 @@ void checkNodes(const ConnectionSettings& settings)
     const std::string& sentinel = settings.other.sentinel;
     const bool areSeveral = !settings.other.furtherAddresses.empty() || !sentinel.empty();
     if (areSeveral && !settings.jumpHost.isEmpty())
-        throw ZoError("ssh leads to one server: give one address and no sentinel, or go there "
-                      "without ssh");
+        refuse(Text::tr("ssh leads to one server: give one address and no sentinel, or go there "
+                        "without ssh"));
     const bool isFit = sentinel.size() <= longestSentinel &&
                        std::all_of(sentinel.begin(), sentinel.end(), isPrintable);
     if (!isFit)
-        throw ZoError("the name of the robot's server among its sentinels is too long, or has "
-                      "control characters");
+        refuse(Text::tr("the name of the robot's server among its sentinels is too long, or has "
+                        "control characters"));
     if (settings.other.replica && !sentinel.empty())
-        throw ZoError("replicas are those of a cluster, and sentinels lead to a server without "
-                      "one: choose one of them");
+        refuse(Text::tr("replicas are those of a cluster, and sentinels lead to a server without "
+                        "one: choose one of them"));
 }
 
 bool isSameAddress(const ConnectionSettings& one, const ConnectionSettings& other)

@@ -7,6 +7,7 @@
 
 #include <zo/error.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QSettings>
 
@@ -28,7 +29,9 @@ void readAddresses(const QVariant& value, ConnectionSettings& settings)
 {
     const QString text = value.toStringList().join(','); // which a file may hold without quotes
     if (text.size() > longestAddresses)
-        throw ZoError("the robot's addresses are too long a text");
+        throw ZoError(QCoreApplication::translate("ConnectionStore",
+                                                  "the robot's addresses are too long a text")
+                          .toStdString());
     settings.setAddresses(ZoAddress::listFromText(text.toStdString()));
 }
 

@@ -72,9 +72,8 @@ QString extent(const ConnectionState& state)
 {
     if (state.concerned == state.panels)
         return {};
-    return ConnectionText::tr("Concerns %1 of %2 panels; the others go on.")
-        .arg(state.concerned)
-        .arg(state.panels);
+    return ConnectionText::tr("Concerns %1 of %n panels; the others go on.", nullptr, state.panels)
+        .arg(state.concerned);
 }
 
 QString sentences(QStringList parts)

@@ -25,6 +25,12 @@
 
 namespace {
 
+/// The context that translators find the texts in.
+struct SshRelayText
+{
+    Q_DECLARE_TR_FUNCTIONS(SshRelay)
+};
+
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t mostWords = 2000;
@@ -73,9 +79,10 @@ void checkJumpHost(const std::string& text)
     const bool isFit = !text.empty() && text.size() <= longestJumpHost && !hasOption(text) &&
                        std::all_of(text.begin(), text.end(), isFitForJumpHost);
     if (!isFit)
-        throw ZoError("'" + text +
-                      "' is no host for ssh: write USER@HOST, as in pilot@gate-3, or a "
-                      "name that ssh's configuration knows");
+        throw ZoError(SshRelayText::tr("'%1' is no host for ssh: write USER@HOST, as in "
+                                       "pilot@gate-3, or a name that ssh's configuration knows")
+                          .arg(QString::fromStdString(text))
+                          .toStdString());
 }
 
 /// One connection, and the ssh that carries it.
@@ -129,7 +136,9 @@ void SshRelay::listen()
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (fPath.size() >= sizeof address.sun_path)
-        throw ZoError("the folder for temporary files has too long a name: " + fPath);
+        throw ZoError(SshRelayText::tr("the folder for temporary files has too long a name: %1")
+                          .arg(QFile::decodeName(fPath.c_str()))
+                          .toStdString());
     fPath.copy(address.sun_path, fPath.size());
     if (::bind(fListener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(fListener.get(), SOMAXCONN) != 0)

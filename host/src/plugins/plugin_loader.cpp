@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "plugins/plugin_loader.h"
 
+#include "language/languages.h"
+
 #include <tarvek/widget_interface.h>
 
 #include <QDir>
@@ -62,6 +64,7 @@ std::unique_ptr<PanelPlugin> load(const QString& path)
     plugin->name = named.isEmpty() ? QFileInfo(path).completeBaseName() : named;
     plugin->file = path;
     plugin->opens = own.value("opens").toString();
+    plugin->catalogue = own.value("catalogue").toString();
     plugin->panels = instanceOf(loader);
     return plugin;
 }
@@ -95,6 +98,7 @@ void PluginLoader::loadFile(const QString& path)
     fKnownFiles += info.canonicalFilePath();
     try {
         fPlugins.push_back(load(file));
+        speakAlso(fPlugins.back()->catalogue);
         tellApart();
     } catch (const std::exception& error) {
         addFailure(file, QString::fromUtf8(error.what()));

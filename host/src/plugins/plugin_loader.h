@@ -16,6 +16,7 @@ struct PanelPlugin
     QString name;               ///< its own
     QString label;              ///< as in the menu: the name, and the file where names are equal
     QString file;               ///< where it was found
+    QString catalogue;          ///< of its texts in other languages; empty: it has none
     QString opens;              ///< root element of the XML files that it opens; empty: none
     WidgetInterface* panels;    ///< its one instance; stays until the program ends
     bool isMakingPanel = false; ///< while its getWidget runs

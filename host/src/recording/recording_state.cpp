@@ -9,7 +9,9 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -46,6 +48,18 @@ QString sizeText(qint64 bytes)
     return QString::fromStdString(kit::sizeText(static_cast<std::uint64_t>(bytes)));
 }
 
+/// The number that tells a language which of its forms goes with `count`.
+int plural(qint64 count)
+{
+    return static_cast<int>(std::min<qint64>(count, std::numeric_limits<int>::max()));
+}
+
+/// With the region's marks between thousands.
+QString counted(const QString& text, qint64 count)
+{
+    return text.arg(QLocale().toString(count));
+}
+
 } // namespace
 
 std::optional<RecordingState> recordingStateFrom(const QByteArray& line)
@@ -75,13 +89,13 @@ QString recordingText(const RecordingState& state)
     QStringList parts;
     if (state.phase == Phase::Waiting)
         parts += Text::tr("waits for the robot");
-    // The numbers of a language with its marks between thousands.
-    parts += Text::tr("%1 rows").arg(QLocale().toString(state.rows));
+    parts += counted(Text::tr("%1 rows", nullptr, plural(state.rows)), state.rows);
     parts += sizeText(state.bytes);
     if (state.missed > 0)
-        parts += Text::tr("%1 polls missed").arg(QLocale().toString(state.missed));
+        parts += counted(Text::tr("%1 polls missed", nullptr, plural(state.missed)), state.missed);
     if (state.tooLarge > 0)
-        parts += Text::tr("%1 values too large").arg(QLocale().toString(state.tooLarge));
+        parts += counted(Text::tr("%1 values too large", nullptr, plural(state.tooLarge)),
+                         state.tooLarge);
     if (state.empty > 0)
         parts += Text::tr("keys without a value: %1").arg(QLocale().toString(state.empty));
     if (state.free)

@@ -127,11 +127,10 @@ QString FindBar::countText() const
         return {};
     const int matches = fSearch.matches();
     if (fSearch.isCounting())
-        return tr("%1 matches, %2 % searched")
-            .arg(QString::number(matches), QString::number(fSearch.percent()));
+        return tr("%n match(es), %1 % searched", nullptr, matches).arg(fSearch.percent());
     if (matches == 0)
         return tr("Not found");
-    return matches == 1 ? tr("1 match") : tr("%1 matches").arg(matches);
+    return tr("%n match(es)", nullptr, matches);
 }
 
 void FindBar::xShowCount()

@@ -6,14 +6,16 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
 
+/// Without the mark of its key, which has a place of its own behind texts in letters without keys.
 QString plain(QString text)
 {
-    text.remove('&');
+    text.remove(QRegularExpression(R"(\(&\w\))")).remove('&');
     if (text.endsWith("..."))
         text.chop(3);
     return text;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "language/languages.h"
 #include "support/guarded_test.h"
 #include "support/host.h"
 #include "support/register_test.h"
@@ -18,6 +19,11 @@ class TestFindBar : public GuardedTest, private WindowBench
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        GuardedTest::initTestCase();
+        speak("en"); // as the program does: English has singulars, too
+    }
     void init();
     void cleanup()
     {
