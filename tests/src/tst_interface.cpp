@@ -31,6 +31,7 @@ private slots:
     void exportsItsEntryPointsAndNothingElse();
     void verificationTextIsTheRequiredOne();
     void hasANameForTheMenu();
+    void hasItsTextsInOtherLanguages();
     void thereIsOneInstance();
     void aDeletedInstanceIsMadeAnew();
     void answersToItsNames();
@@ -173,6 +174,17 @@ void TestInterface::hasANameForTheMenu()
     const QJsonObject description = QPluginLoader(GLIMMET_PLUGIN).metaData();
     QCOMPARE(description["IID"].toString(), QString("org.tarvek.desktop.WidgetInterface/0.1"));
     QCOMPARE(description["MetaData"].toObject()["name"].toString(), QString("Glimmet"));
+}
+
+void TestInterface::hasItsTextsInOtherLanguages()
+{
+    const QJsonObject description = QPluginLoader(GLIMMET_PLUGIN).metaData()["MetaData"].toObject();
+    QVERIFY(QPluginLoader(GLIMMET_PLUGIN).load());
+    for (const char* language : {"de", "es", "fr", "ja"}) {
+        const QString file =
+            QString(":/translations/%1_%2.qm").arg(description["catalogue"].toString(), language);
+        QVERIFY2(QFileInfo(file).size() > 0, qPrintable(file));
+    }
 }
 
 void TestInterface::thereIsOneInstance()
