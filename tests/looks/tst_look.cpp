@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "language/languages.h"
 #include "looks/faults.h"
 #include "looks/palettes.h"
+#include "recording/recording_dialog.h"
 #include "session.h"
 #include "support/following.h"
 #include "support/guarded_test.h"
@@ -12,8 +14,10 @@
 #include <tarvek/tarvek_widget.h>
 
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QScrollBar>
@@ -30,13 +34,14 @@ QString wanted(const char* name, const QString& usual)
     return value.isEmpty() ? usual : value;
 }
 
-/// With the colours and letters that the environment asks for; the direction is an option of the
-/// toolkit's.
+/// With the language, the colours and letters that the environment asks for; the direction is an
+/// option of the toolkit's, or the language's.
 class LookApplication : public HostApplication
 {
 public:
     LookApplication(int& argc, char** argv) : HostApplication(argc, argv)
     {
+        speak(wanted("LOOK_LANGUAGE", "en"));
         const QString colors = wanted("LOOK_COLORS", "light");
         if (colors == "dark")
             setPalette(darkPalette());
@@ -68,6 +73,9 @@ private slots:
     void theConnectDialog();
     void aTestedRobot();
     void theShortcuts();
+    void theMenus();
+    void whatToRecord();
+    void theFailedPlugIns();
     void anError();
     void theDialogsOfThePanel();
     void anInterruption();
@@ -77,8 +85,8 @@ private:
     TarvekWidget* openExample();
     void openTwoPanels();
     void waitForCurves(TarvekWidget* panel);
-    QAction* action(const QString& text) const;
-    QWidget* openedBy(const QString& text) const;
+    QAction* action(const char* context, const char* text) const;
+    QWidget* openedBy(const char* context, const char* text) const;
     void lookAtWindow(const QString& name) const;
     static void look(QWidget& window, const QString& name, const QList<QWidget*>& besides = {});
 
@@ -110,7 +118,9 @@ TarvekWidget* TestLook::openExample()
     TarvekWidget* panel =
         fSession->open(fWindow, Session::fOpenFile, "QFileDialog", [](QDialog& files) {
             files.findChild<QLineEdit*>("fileNameEdit")->setText(EXAMPLE_CONFIGURATION);
-            clickButton(files, "&Open");
+            const auto* buttons = files.findChild<QDialogButtonBox*>("buttonBox");
+            QTest::mouseClick(static_cast<QWidget*>(buttons->button(QDialogButtonBox::Open)),
+                              Qt::LeftButton);
         });
     const bool isThere =
         panel && QTest::qWaitFor([this] { return fWindow->frontDock()->isArranged(); }, patience);
@@ -132,19 +142,21 @@ void TestLook::waitForCurves(TarvekWidget* panel)
     TRY_VERIFY(!rowOf(panel, "Elbow")->text(4).isEmpty());
 }
 
-QAction* TestLook::action(const QString& text) const
+/// The one with this text in the language of the display.
+QAction* TestLook::action(const char* context, const char* text) const
 {
+    const QString shown = QCoreApplication::translate(context, text);
     for (QAction* action : fWindow->menuBar()->findChildren<QAction*>())
-        if (action->text().remove('&').startsWith(text))
+        if (action->text() == shown)
             return action;
     return nullptr;
 }
 
 /// The dialog that comes up when the user chooses so in a menu.
-QWidget* TestLook::openedBy(const QString& text) const
+QWidget* TestLook::openedBy(const char* context, const char* text) const
 {
     const QList<QDialog*> before = fWindow->findChildren<QDialog*>();
-    action(text)->trigger();
+    action(context, text)->trigger();
     for (QDialog* dialog : fWindow->findChildren<QDialog*>())
         if (!before.contains(dialog))
             return dialog;
@@ -234,7 +246,7 @@ void TestLook::twoPanelsBehindTabs()
 void TestLook::findingInATable()
 {
     QVERIFY(openExample());
-    action("Find...")->trigger();
+    action("PanelCommands", "&Find...")->trigger();
     QTest::keyClicks(fWindow->findChild<QWidget*>("findBar")->findChild<QLineEdit*>(), "hip");
     lookAtWindow("find");
 }
@@ -249,7 +261,7 @@ void TestLook::aTestedRobot()
 {
     fSession->desktop().showConnectDialog();
     ConnectDialog* const dialog = fSession->desktop().connectDialog();
-    clickButton(*dialog, "&Test...");
+    clickButton(*dialog, QCoreApplication::translate("ConnectDialog", "&Test..."));
     auto* const test = dialog->findChild<QDialog*>();
     QVERIFY(test);
     look(*test, "test");
@@ -257,9 +269,38 @@ void TestLook::aTestedRobot()
 
 void TestLook::theShortcuts()
 {
-    QWidget* const dialog = openedBy("Shortcuts");
+    QWidget* const dialog = openedBy("HelpMenu", "&Shortcuts...");
     QVERIFY(dialog);
     look(*dialog, "shortcuts");
+}
+
+void TestLook::theMenus()
+{
+    for (const char* name : {"&File", "&Edit", "&Panels"}) {
+        QMenu* const menu = action("MainWindow", name)->menu();
+        menu->popup(fWindow->mapToGlobal(QPoint()));
+        look(*menu, QString("menu-") + QString(name).remove('&').toLower());
+        menu->close();
+    }
+}
+
+void TestLook::whatToRecord()
+{
+    ErrorReporter errors;
+    RecordingDialog dialog(fWindow->settings().robotText(), {}, errors, fWindow);
+    dialog.open();
+    look(dialog, "record");
+}
+
+void TestLook::theFailedPlugIns()
+{
+    const QString text = QCoreApplication::translate("HelpMenu", "&Plug-ins that failed (%1)...");
+    for (QAction* action : fWindow->menuBar()->findChildren<QAction*>())
+        if (action->text() == text.arg(fSession->desktop().plugins().failures().size()))
+            action->trigger();
+    auto* const dialog = fWindow->findChild<QDialog*>();
+    QVERIFY(dialog);
+    look(*dialog, "plugins");
 }
 
 void TestLook::anError()
@@ -303,7 +344,7 @@ void TestLook::aLoss()
     TarvekWidget* const panel = openExample();
     QVERIFY(panel);
     waitForCurves(panel);
-    action("Disconnect")->trigger();
+    action("MainWindow", "&Disconnect")->trigger();
     TRY_VERIFY(fWindow->findChild<QWidget*>("outageBar")->isVisible());
     lookAtWindow("lost");
 }
