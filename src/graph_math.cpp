@@ -25,8 +25,8 @@ double unitsPerPixel(const ValueRange& range, int rows)
 void pruneSamples(QList<TimeValue>& samples, double cutOff)
 {
     // Kept samples gather at the end, so that one cut at the front removes all the others.
-    int kept = samples.size();
-    for (int i = samples.size() - 1; i >= 0; --i) {
+    auto kept = samples.size();
+    for (auto i = samples.size() - 1; i >= 0; --i) {
         const double time = samples.at(i).first;
         const bool tooOld = time < cutOff;
         const bool outOfOrder = kept < samples.size() && time > samples.at(kept).first;

@@ -71,7 +71,7 @@ void RowButtons::deleteAll()
     if (fTree.viewport()->isAncestorOf(QApplication::focusWidget()))
         fTree.setFocus();
     // The view would have them go in any order, and each be searched among those left.
-    for (const QPointer<QWidget>& button : qAsConst(fShown))
+    for (const QPointer<QWidget>& button : std::as_const(fShown))
         if (button)
             button->deleteLater();
     for (QObject* drawer : fDrawers->children()) {
@@ -96,7 +96,7 @@ void RowButtons::place()
         fShown += xButton(cell);
         callLikeItsRow(fShown.last(), cell);
     }
-    for (const QPointer<QWidget>& button : qAsConst(before))
+    for (const QPointer<QWidget>& button : std::as_const(before))
         if (button && !fShown.contains(button))
             xPutAway(*button);
     xShow(cells);
@@ -122,7 +122,7 @@ void RowButtons::xShow(const QModelIndexList& cells)
 {
     QRect place = cells.isEmpty() ? QRect() : fTree.visualRect(cells.first());
     QWidget* above = &fTree;
-    for (QWidget* button : qAsConst(fShown)) {
+    for (QWidget* button : std::as_const(fShown)) {
         if (button) {
             xTakeFromDrawer(*button);
             button->setGeometry(placeInCell(place, *button));

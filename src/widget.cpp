@@ -202,7 +202,7 @@ void Widget::xRefreshTree()
     fTreeDirty = false;
     {
         const KeyTree::WriteBatch batch(xTable());
-        for (const auto& row : qAsConst(fRows)) {
+        for (const auto& row : std::as_const(fRows)) {
             if (!row.first || !row.second)
                 continue;
             xUselessNameUpdate(row.second);

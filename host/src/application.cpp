@@ -34,8 +34,10 @@ bool isUserAction(int eventType)
 
 void Application::prepare()
 {
+#if QT_VERSION_MAJOR == 5 // later ones do so always
     setAttribute(Qt::AA_EnableHighDpiScaling);
     setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
     // A screen of 1.5 is to be one: rounded, all would be a third too large.
     setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     setApplicationName("Tarvek Desktop");
@@ -49,9 +51,11 @@ Application::Application(int& argc, char** argv)
     // The toolkit takes the user's locale for the C library, too. With a decimal comma there,
     // strtod() would read "0.5" as 0, and panels read the robot's numbers with it.
     std::setlocale(LC_NUMERIC, "C");
+#if QT_VERSION_MAJOR == 5
     // A session that ends asks the windows to close, and may be called off when they are gone: what
-    // is to be saved is saved without that.
+    // is to be saved is saved without that. Later toolkits do not ask.
     setFallbackSessionManagementEnabled(false);
+#endif
     // Dialogs come and go while windows are being made: the program itself knows when to end.
     setQuitOnLastWindowClosed(false);
     setWindowIcon(QIcon(ownIconFile()));

@@ -303,7 +303,7 @@ void Desktop::closeAll()
 void Desktop::quit(MainWindow* window)
 {
     int running = 0;
-    for (const MainWindow* one : qAsConst(fWindows))
+    for (const MainWindow* one : std::as_const(fWindows))
         running += one->recordings();
     if (running == 0) {
         closeAll();
@@ -334,7 +334,7 @@ void Desktop::xQuit()
 
 void Desktop::endAll()
 {
-    for (MainWindow* window : qAsConst(fWindows))
+    for (MainWindow* window : std::as_const(fWindows))
         window->endRecordings();
     closeAll();
 }

@@ -31,7 +31,7 @@ MainWindow* Session::connectTo(const RobotProgram& robot, const ZoBrokerOptions&
 MainWindow* Session::connectTo(const QString& address, const std::string& password,
                                const ZoBrokerOptions& options)
 {
-    const int before = windows().size();
+    const auto before = windows().size();
     ConnectionSettings settings;
     settings.follow = options.follow;
     settings.prefix = QString::fromStdString(options.prefix);

@@ -101,7 +101,7 @@ QList<int> TestLostRobot::disconnections() const
 {
     QList<int> counts;
     for (const WatchedPanel& panel : fPanels)
-        counts += panel.disconnections->size();
+        counts += static_cast<int>(panel.disconnections->size());
     return counts;
 }
 

@@ -141,7 +141,7 @@ void TestApplication::aTaskThatFailsEachTickGetsOneBox()
     TRY_VERIFY(noted.size() > 5);
     QCOMPARE(shownBoxes().size(), 1);
     clickOk(shownBoxes()[0]);
-    const int before = noted.size();
+    const auto before = noted.size();
     TRY_VERIFY(noted.size() > before + 5);
     QVERIFY(shownBoxes().isEmpty());
     QCOMPARE(noted.last().at(0).toString(), QString("no value today"));

@@ -50,7 +50,9 @@ private:
 
 void TestSessionEnd::windowsAreNotClosedByAnEndThatMayBeCalledOff()
 {
+#if QT_VERSION_MAJOR == 5 // later toolkits never ask windows
     QVERIFY(!QGuiApplication::isFallbackSessionManagementEnabled());
+#endif
     endSession();
     QCoreApplication::processEvents();
     QVERIFY(window()->isVisible() && probe()->isVisible());
@@ -94,7 +96,7 @@ void TestSessionEnd::theNextSessionWaitsForRobotsAsLong()
     fLine.lostAfter = std::chrono::minutes(2);
     begin();
     const QStringList words = fDesktop->sessionCommand("a");
-    const int place = words.indexOf("--lost-after");
+    const auto place = words.indexOf("--lost-after");
     QVERIFY(place > 0);
     QCOMPARE(words.value(place + 1), QString("120"));
 }

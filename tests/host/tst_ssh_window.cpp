@@ -77,7 +77,7 @@ void TestSshWindow::sshMayAskAUserWhoReconnects()
     }
     TRY_VERIFY(fWindow->monitor().state().connected && fSsh->starts().size() >= 2);
     QVERIFY2(!fSsh->starts().last().contains("BatchMode"), qPrintable(fSsh->starts().last()));
-    const int starts = fSsh->starts().size();
+    const auto starts = fSsh->starts().size();
     fSettings.relay = std::make_shared<SshRelay>("gate", fSettings.address);
     fWindow->reconnect(fSettings); // given anew, and what tried them has had its answers
     TRY_VERIFY(fWindow->monitor().state().connected && fSsh->starts().size() > starts);

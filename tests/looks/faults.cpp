@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSplitter>
 #include <QStyleOption>
@@ -113,7 +114,7 @@ bool isCut(const QLabel& label)
     if (!label.wordWrap())
         return room.width() < wish.width() || room.height() < wish.height();
     int widest = 0;
-    for (const QString& word : label.text().split(QRegExp("[\\s/]")))
+    for (const QString& word : label.text().split(QRegularExpression("[\\s/]")))
         widest = std::max(widest, widthOf(label, word));
     return room.width() < widest || label.height() < label.heightForWidth(label.width());
 }

@@ -13,6 +13,7 @@ class NoObject : public QObject, public WidgetInterface
 
 public:
     static void* operator new(size_t) noexcept { return nullptr; }
+    static void* operator new(size_t, void* place) noexcept { return place; } // for its meta-type
     static void operator delete(void*) noexcept {}
 
     TarvekWidget* getWidget(QWidget*, const std::string&, int, const std::string&) override

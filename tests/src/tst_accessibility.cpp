@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 
 QVector<QObject*> heard; ///< whose cells are said to have changed
@@ -44,7 +46,7 @@ void TestAccessibility::aBatchIsToldOnce()
         heard.clear();
         {
             const KeyTree::WriteBatch batch(f.tree);
-            for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+            for (QTreeWidgetItem* row : std::as_const(f.rows)) {
                 row->setText(0, "y");
                 row->setText(1, "x");
             }

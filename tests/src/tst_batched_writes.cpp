@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -58,7 +59,7 @@ double secondsOfAPass(int count)
     const double start = processorSeconds();
     {
         const KeyTree::WriteBatch batch(f.tree);
-        for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+        for (QTreeWidgetItem* row : std::as_const(f.rows)) {
             const QString name = row->text(0);
             row->setText(0, "between");
             row->setText(0, name);
@@ -101,7 +102,7 @@ void TestBatchedWrites::everyWriteInABatchIsAnnouncedWithItsCellAndRoles()
     }
     QCOMPARE(spy.size(), 2);
     const QModelIndex cell = f.tree.model()->index(1, 1);
-    for (const QList<QVariant>& call : qAsConst(spy)) {
+    for (const QList<QVariant>& call : std::as_const(spy)) {
         QCOMPARE(call.at(0).toModelIndex(), cell);
         QCOMPARE(call.at(1).toModelIndex(), cell);
     }
@@ -199,7 +200,7 @@ void TestBatchedWrites::nestedBatchesSortOnceAtTheEnd()
     connect(f.tree.model(), &QAbstractItemModel::layoutChanged, [&sorted] { ++sorted; });
     {
         const KeyTree::WriteBatch outer(f.tree);
-        for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+        for (QTreeWidgetItem* row : std::as_const(f.rows)) {
             const KeyTree::WriteBatch inner(f.tree);
             row->setText(0, "z" + row->text(0));
         }
@@ -226,7 +227,7 @@ void TestBatchedWrites::randomBatchesEndInTheOrderOfAStableSort()
         KeyTable f(manyNames(8));
         QTreeWidget plain;
         plain.setColumnCount(2);
-        for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+        for (QTreeWidgetItem* row : std::as_const(f.rows)) {
             row->setText(1, "");
             plain.addTopLevelItem(new QTreeWidgetItem({row->text(0), ""}));
         }

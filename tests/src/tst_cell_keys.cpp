@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <utility>
 
 class TestCellKeys : public GuardedTest
 {
@@ -149,7 +150,7 @@ void TestCellKeys::nothingIsSelectedWhereRowsAreNotSelectable()
 {
     KeyTable f({"a", "b"});
     f.tree.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    for (QTreeWidgetItem* row : qAsConst(f.rows))
+    for (QTreeWidgetItem* row : std::as_const(f.rows))
         row->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled);
     f.show();
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Space, Qt::Key_Down})
@@ -319,7 +320,7 @@ void TestCellKeys::onlyATickedBoxIsHeardAsAClick()
 void TestCellKeys::aTickedRowThatMovesIsHeardWhereItWent()
 {
     KeyTable f({"a", "b"});
-    for (QTreeWidgetItem* row : qAsConst(f.rows)) {
+    for (QTreeWidgetItem* row : std::as_const(f.rows)) {
         row->setCheckState(1, Qt::Unchecked);
         row->setText(1, row->text(0));
     }

@@ -12,8 +12,10 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
+#if QT_VERSION_MAJOR == 5
+#include <QTextCodec>
+#endif
 
 #include <csignal>
 #include <cstdlib>
@@ -54,7 +56,9 @@ int flagsOf(const QString& path)
     return flags.left(flags.indexOf('\n')).trimmed().toInt(nullptr, 8);
 }
 
-/// What the toolkit takes for the encoding of the locale, until its end.
+#if QT_VERSION_MAJOR == 5
+/// What the toolkit takes for the encoding of the locale, until its end. Later ones know UTF-8
+/// only.
 class LocaleEncoding
 {
 public:
@@ -73,6 +77,7 @@ private:
     QTextCodec* fBefore;
     QTextCodec* fCodec;
 };
+#endif
 
 /// A pipe's name in a folder, with nobody at either end.
 bool makePipe(const QString& path)
@@ -215,16 +220,21 @@ void TestFileStream::init()
 void TestFileStream::aPathOutsideAsciiIsOpened_data()
 {
     QTest::addColumn<QByteArray>("encoding");
-    for (const char* encoding : {"UTF-8", "ISO-8859-1", "US-ASCII"})
+    QTest::newRow("UTF-8") << QByteArray("UTF-8");
+#if QT_VERSION_MAJOR == 5
+    for (const char* encoding : {"ISO-8859-1", "US-ASCII"})
         QTest::newRow(encoding) << QByteArray(encoding);
+#endif
 }
 
 // Whatever the toolkit takes for the encoding of the locale. Also run in other locales.
 void TestFileStream::aPathOutsideAsciiIsOpened()
 {
     QFETCH(QByteArray, encoding);
+#if QT_VERSION_MAJOR == 5
     const LocaleEncoding other(encoding);
     QVERIFY(other.isKnown());
+#endif
     const QByteArray bytes = fFolder->path().toUtf8() + "/Schl\xC3\xBCssel \xE2\x82\xAC.xml";
     const QString name = QString::fromUtf8(bytes);
     const auto module = newModule();

@@ -288,7 +288,7 @@ void TestGraph::aGraphWithoutModelKeepsItsCurvesAndDoesNotRepaint()
     TRY_VERIFY(!samplesOf(graph, "a").isEmpty());
     model.reset();
     QCoreApplication::processEvents();
-    const int size = samplesOf(graph, "a").size();
+    const auto size = samplesOf(graph, "a").size();
     const int paints = graph.fPaints;
     QSignalSpy ticks(graph.fTimer, SIGNAL(timeout()));
     TRY_VERIFY(ticks.size() >= 3);

@@ -33,8 +33,9 @@ double age(double column)
 QList<TimeValue> spread(const Values& values, double step = 1)
 {
     QList<TimeValue> samples;
-    for (int i = 0; i < values.size(); ++i)
-        samples.append({-age(qFloor((values.size() - 1 - i) * step)), values.at(i)});
+    const int last = static_cast<int>(values.size()) - 1;
+    for (int i = 0; i <= last; ++i)
+        samples.append({-age(qFloor((last - i) * step)), values.at(i)});
     return samples;
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -187,7 +188,7 @@ void TestKeyTree::textsThatBeginAlikeAreOrderedByWhatFollows()
 void TestKeyTree::rowsOfEqualTextStayAsTheyAre()
 {
     KeyTable f(manyNames(30));
-    for (QTreeWidgetItem* row : qAsConst(f.rows))
+    for (QTreeWidgetItem* row : std::as_const(f.rows))
         row->setText(1, "same text");
     const QStringList before = f.names();
     f.tree.setSortingEnabled(true);

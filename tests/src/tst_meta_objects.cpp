@@ -67,7 +67,7 @@ QStringList classesInSources()
         if (!file.open(QIODevice::ReadOnly))
             return {};
         const QString text = file.readAll();
-        const int macros = text.count("Q_OBJECT\n");
+        const auto macros = text.count("Q_OBJECT\n");
         auto found = definition.globalMatch(text);
         for (int i = 0; i < macros; ++i)
             names += found.hasNext() ? found.next().captured(1) : "unknown in " + file.fileName();

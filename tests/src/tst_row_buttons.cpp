@@ -256,13 +256,13 @@ void TestRowButtons::fewButtonsAreKeptTogetherWhateverTheNumberOfRows()
     KeyTable f(manyNames(count));
     f.show();
     const auto widgets = [&f] { return f.tree.findChildren<QWidget*>().size(); };
-    const int withoutButtons = widgets();
+    const auto withoutButtons = widgets();
     f.installButtons();
     seeAllRows(f);
     QCOMPARE(f.buttonsMade, count);
     QVERIFY(mostButtonsTogether(f) <= 100);
 
-    const int withButtons = widgets();
+    const auto withButtons = widgets();
     QVERIFY(withButtons - withoutButtons < count + count / 20);
     for (int round = 0; round < 2; ++round)
         seeAllRows(f);

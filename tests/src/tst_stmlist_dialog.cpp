@@ -395,7 +395,7 @@ void TestStmListDialog::theCurrentEntryStaysInSightAmongHiddenOnes()
         names.push_back((i % 6 ? "Motion/Body/Joint" : "Device/Joint") + std::to_string(i));
     Shown shown(names);
     QVERIFY(shown.isReady());
-    const int visible = shown.texts(true).size();
+    const auto visible = shown.texts(true).size();
     QCOMPARE(visible, 83);
     for (int i = 0; i < visible; ++i) {
         QCOMPARE(shown.list->currentItem()->text(), shown.texts(true).at(i));

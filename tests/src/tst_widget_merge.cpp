@@ -60,7 +60,7 @@ struct RobotPanel : Panel
 
 int sampleCount(const Panel& panel)
 {
-    return panel.graph()->fSeries.value("angle").second.size();
+    return static_cast<int>(panel.graph()->fSeries.value("angle").second.size());
 }
 
 } // namespace

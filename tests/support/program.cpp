@@ -13,12 +13,20 @@ namespace {
 
 constexpr int slice = 50; ///< ms: how long it waits for one of the outputs, and not the other
 
+void dieWithParent()
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
 } // namespace
 
 Program::Program(const QString& file, const QStringList& arguments)
 {
     setProgram(file);
     setArguments(arguments);
+#if QT_VERSION_MAJOR > 5
+    setChildProcessModifier(dieWithParent);
+#endif
 }
 
 Program::~Program()
@@ -27,10 +35,12 @@ Program::~Program()
     waitForFinished(patience);
 }
 
+#if QT_VERSION_MAJOR == 5
 void Program::setupChildProcess()
 {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    dieWithParent();
 }
+#endif
 
 QByteArray Program::output()
 {

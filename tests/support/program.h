@@ -37,8 +37,10 @@ public:
     /// The processes that it started itself.
     QList<qint64> children() const;
 
+#if QT_VERSION_MAJOR == 5
 protected:
     void setupChildProcess() override;
+#endif
 
 private:
     QByteArray fOutput;

@@ -50,5 +50,5 @@ inline QStringList at(const RedisServer& server, const QStringList& words)
 
 inline int linesIn(const QByteArray& text)
 {
-    return text.count('\n');
+    return static_cast<int>(text.count('\n'));
 }

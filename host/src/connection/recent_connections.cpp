@@ -37,7 +37,7 @@ void save(const QList<QVariantMap>& entries)
 {
     QSettings store;
     store.remove(arrayName);
-    store.beginWriteArray(arrayName, entries.size());
+    store.beginWriteArray(arrayName, static_cast<int>(entries.size()));
     for (int i = 0; i < entries.size(); ++i) {
         store.setArrayIndex(i);
         for (auto value = entries.at(i).begin(); value != entries.at(i).end(); ++value)

@@ -67,7 +67,7 @@ QMessageBox* ErrorReporter::boxOf(QWidget* window) const
 bool ErrorReporter::add(QMessageBox* box, const QString& text)
 {
     QStringList texts = box->property(textsProperty).toStringList();
-    const int place = texts.indexOf(text);
+    const auto place = texts.indexOf(text);
     if (place >= 0 || texts.size() == fMostKept)
         return place >= 0 && place < fMostInABox;
     texts += text;
@@ -77,7 +77,8 @@ bool ErrorReporter::add(QMessageBox* box, const QString& text)
         box->setText(texts.join("\n\n"));
         return true;
     }
-    box->setInformativeText(tr("%n more in the details.", nullptr, others.size()));
+    box->setInformativeText(
+        tr("%n more in the details.", nullptr, static_cast<int>(others.size())));
     box->setDetailedText(others.join("\n\n"));
     return false;
 }

@@ -88,7 +88,7 @@ void RobotList::xMove(int pSteps)
     for (const SavedRobot& robot : fRobots)
         names += robot.name;
     const int from = fList->currentRow();
-    names.move(from, std::clamp(from + pSteps, 0, names.size() - 1));
+    names.move(from, std::clamp(from + pSteps, 0, fList->count() - 1));
     orderRobots(names);
     refresh(current());
 }

@@ -27,15 +27,29 @@ QString lastLines(const QByteArray& words)
         if (!text.isEmpty())
             lines += text;
     }
-    return lines.mid(std::max(0, lines.size() - mostLines)).join('\n');
+    const auto others = lines.size() - mostLines;
+    return lines.mid(others > 0 ? others : 0).join('\n');
+}
+
+/// For a process that has just been forked.
+void endWithParent()
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 
 } // namespace
 
+#if QT_VERSION_MAJOR == 5
 void EndingProcess::setupChildProcess()
 {
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    endWithParent();
 }
+#else
+EndingProcess::EndingProcess()
+{
+    setChildProcessModifier(endWithParent);
+}
+#endif
 
 Recording::Recording(const ConnectionSettings& robot, const RecordingPlan& plan,
                      std::chrono::milliseconds patience)

@@ -16,8 +16,13 @@
 /// kernel asks the thread that starts it: the GUI's, which lives as long.
 class EndingProcess : public QProcess
 {
+#if QT_VERSION_MAJOR == 5
 protected:
     void setupChildProcess() override;
+#else
+public:
+    EndingProcess();
+#endif
 };
 
 /// A recording that the user began: the recorder, which runs as a program of its own with a link of

@@ -12,6 +12,8 @@
 #include <QMainWindow>
 #include <QMessageBox>
 
+#include <utility>
+
 Recordings::Recordings(QMainWindow* window, ErrorReporter& errors)
     : QObject(window), fWindow(window), fErrors(errors), fBar(new RecordingBar(window))
 {
@@ -21,7 +23,7 @@ Recordings::Recordings(QMainWindow* window, ErrorReporter& errors)
 
 Recordings::~Recordings()
 {
-    for (Recording* recording : qAsConst(fRecordings))
+    for (Recording* recording : std::as_const(fRecordings))
         recording->disconnect(this);
     stopAll(); // all at once, before each is waited for
     qDeleteAll(fRecordings);
@@ -118,6 +120,6 @@ void Recordings::endUnasked()
 
 void Recordings::stopAll()
 {
-    for (Recording* recording : qAsConst(fRecordings))
+    for (Recording* recording : std::as_const(fRecordings))
         recording->stop();
 }

@@ -5,7 +5,11 @@
 
 #include <QObject>
 
+#if QT_VERSION_MAJOR == 5
 #include <qt5keychain/keychain.h>
+#else
+#include <qt6keychain/keychain.h>
+#endif
 
 namespace {
 

@@ -169,7 +169,7 @@ void orderRobots(const QStringList& names)
     Store store;
     QList<Entry> entries = entriesOf(store);
     const auto placeOf = [&names](const Entry& entry) {
-        const int place = names.indexOf(entry.robot.name);
+        const auto place = names.indexOf(entry.robot.name);
         return place < 0 ? names.size() : place;
     };
     std::stable_sort(

@@ -80,7 +80,7 @@ QString valueText(const QString& key, const QVariant& value)
                                            QRegularExpression::CaseInsensitiveOption);
     if (secret.match(key).hasMatch())
         return "(left out)";
-    if (value.type() == QVariant::ByteArray)
+    if (value.userType() == QMetaType::QByteArray)
         return QString("(%1 bytes)").arg(value.toByteArray().size());
     return value.toStringList().join(", ").left(longestValue);
 }

@@ -2,6 +2,7 @@
 #include "windows/file_menu.h"
 
 #include "connection/connection_state.h"
+#include "windows/menu_command.h"
 #include "windows/panel_commands.h"
 #include "windows/workspace_menu.h"
 
@@ -12,14 +13,14 @@
 FileMenu::FileMenu(PanelCommands& commands, QMainWindow* window) : QObject(window)
 {
     QMenu* menu = window->menuBar()->addMenu(tr("&File"));
-    menu->addAction(tr("&New connection..."), this, &FileMenu::newConnectionRequested,
-                    QKeySequence(tr("Ctrl+N")));
+    addCommand(*menu, tr("&New connection..."), tr("Ctrl+N"), this,
+               &FileMenu::newConnectionRequested);
     const auto* workspaces = new WorkspaceMenu(menu);
     connect(workspaces, &WorkspaceMenu::saveRequested, this, &FileMenu::saveWorkspaceRequested);
     connect(workspaces, &WorkspaceMenu::openRequested, this, &FileMenu::openWorkspaceRequested);
     menu->addSeparator();
     commands.addSaving(*menu);
-    menu->addAction(tr("R&ecord..."), this, &FileMenu::recordRequested, QKeySequence(tr("Ctrl+R")));
+    addCommand(*menu, tr("R&ecord..."), tr("Ctrl+R"), this, &FileMenu::recordRequested);
     menu->addSeparator();
     addConnecting(*menu);
     menu->addSeparator();
@@ -35,11 +36,10 @@ void FileMenu::addConnecting(QMenu& menu)
 
 void FileMenu::addClosing(QMenu& menu)
 {
-    menu.addAction(tr("&Close panel"), this, &FileMenu::closePanelRequested,
-                   QKeySequence(tr("Ctrl+W")));
-    menu.addAction(tr("Close &window"), this, &FileMenu::closeWindowRequested,
-                   QKeySequence(tr("Ctrl+Shift+W")));
-    menu.addAction(tr("&Quit"), this, &FileMenu::quitRequested, QKeySequence(tr("Ctrl+Q")));
+    addCommand(menu, tr("&Close panel"), tr("Ctrl+W"), this, &FileMenu::closePanelRequested);
+    addCommand(menu, tr("Close &window"), tr("Ctrl+Shift+W"), this,
+               &FileMenu::closeWindowRequested);
+    addCommand(menu, tr("&Quit"), tr("Ctrl+Q"), this, &FileMenu::quitRequested);
 }
 
 void FileMenu::showState(const ConnectionState& state)

@@ -21,7 +21,7 @@ public:
         QVariant content = QTextBrowser::loadResource(type, name);
         if (type != QTextDocument::ImageResource || content.isNull())
             return content;
-        QImage picture = content.type() == QVariant::ByteArray
+        QImage picture = content.userType() == QMetaType::QByteArray
                              ? QImage::fromData(content.toByteArray())
                              : content.value<QImage>();
         if (picture.width() > fWidest)

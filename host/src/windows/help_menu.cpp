@@ -5,6 +5,7 @@
 #include "plugins/plugin_loader.h"
 #include "plugins/resource_paths.h"
 #include "windows/guide_window.h"
+#include "windows/menu_command.h"
 #include "windows/shortcuts_dialog.h"
 
 #include <QApplication>
@@ -31,7 +32,7 @@ HelpMenu::HelpMenu(const PluginLoader& plugins, std::function<QString()> diagnos
     : QObject(window), fPlugins(plugins), fDiagnostics(std::move(diagnostics)), fWindow(window)
 {
     QMenu* menu = window->menuBar()->addMenu(tr("&Help"));
-    menu->addAction(tr("&Guide"), this, &HelpMenu::xShowGuide, QKeySequence(tr("F1")));
+    addCommand(*menu, tr("&Guide"), tr("F1"), this, &HelpMenu::xShowGuide);
     menu->addAction(tr("&Shortcuts..."), this, &HelpMenu::xShowShortcuts);
     menu->addSeparator();
     menu->addAction(tr("&Plug-ins that failed (%1)...").arg(plugins.failures().size()), this,

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <utility>
 
 ItemSearch::ItemSearch(QObject* parent) : QObject(parent)
 {
@@ -145,7 +146,7 @@ void ItemSearch::countOnce()
         fIsCounting = false;
         return;
     }
-    for (const int column : qAsConst(fColumns))
+    for (const int column : std::as_const(fColumns))
         fMatches += isMatch(fCountRow.sibling(fCountRow.row(), column)) ? 1 : 0;
     if (fCountRow.parent() == fRoot)
         ++fRowsCounted;

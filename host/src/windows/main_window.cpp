@@ -36,6 +36,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 MainWindow::MainWindow(const WindowContext& context, const ConnectionSettings& settings,
@@ -286,16 +287,16 @@ void MainWindow::arrange(const WindowContent& content)
 
 void MainWindow::addPanel(PanelPlugin* plugin, const PanelContent& like)
 {
-    QScopedPointer<PanelDock> dock(new PanelDock(*plugin, this));
+    auto dock = std::make_unique<PanelDock>(*plugin, this);
     const MadePanel made =
         makePanel(*plugin, dock->holder(), fSettings, *fBroker, fContext.imageDir);
     if (!made.panel)
         return;
     dock->setPanel(made.panel);
     dock->setArrangement(like.arrangement);
-    fDocks->add(dock.data(), like.dock);
+    fDocks->add(dock.get(), like.dock);
     // A panel without a link of its own has nothing but the window's.
-    tellWhenLost(dock.take(), made.broker ? made.broker : fBroker);
+    tellWhenLost(dock.release(), made.broker ? made.broker : fBroker);
 }
 
 void MainWindow::tellWhenLost(PanelDock* dock, const boost::shared_ptr<ZoBroker>& broker)

@@ -149,7 +149,7 @@ PanelArrangement withoutSizes(const PanelArrangement& arrangement, const PanelAr
 {
     PanelArrangement rest;
     for (auto part = arrangement.begin(); part != arrangement.end(); ++part) {
-        const int widths = part.value().indexOf(';');
+        const auto widths = part.value().indexOf(';');
         const QString columns = part.value().mid(widths);
         if (widths >= 0 && !before.value(part.key()).endsWith(columns))
             rest[part.key()] = columns;

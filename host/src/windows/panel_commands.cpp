@@ -2,6 +2,7 @@
 #include "windows/panel_commands.h"
 
 #include "windows/find_bar.h"
+#include "windows/menu_command.h"
 #include "windows/panel_dock.h"
 #include "windows/panel_docks.h"
 #include "windows/picture.h"
@@ -15,6 +16,8 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QStandardPaths>
+
+#include <utility>
 
 namespace {
 
@@ -61,13 +64,13 @@ void PanelCommands::addPlacing(QMenu& menu)
 
 void PanelCommands::add(QMenu& menu, const QString& text, const QKeySequence& keys, Command command)
 {
-    fActions += menu.addAction(text, this, command, keys);
+    fActions += addCommand(menu, text, keys, this, command);
 }
 
 void PanelCommands::xUpdate()
 {
     const PanelDock* const front = fDocks.front();
-    for (QAction* action : qAsConst(fActions))
+    for (QAction* action : std::as_const(fActions))
         action->setEnabled(front != nullptr);
     fFindBar->follow(front ? front->panel() : nullptr);
 }

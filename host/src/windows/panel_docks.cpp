@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 PanelDocks::PanelDocks(QMainWindow* window) : QObject(window), fWindow(window)
 {
@@ -153,7 +154,7 @@ void PanelDocks::toFront(PanelDock* dock)
 void PanelDocks::xUpdate()
 {
     const PanelDock* const inFront = front();
-    for (PanelDock* dock : qAsConst(fDocks))
+    for (PanelDock* dock : std::as_const(fDocks))
         dock->setInFront(inFront && dock == inFront);
     emit changed();
 }
@@ -177,7 +178,7 @@ bool PanelDocks::isTaken(const QString& title, const PanelDock* besides) const
 
 void PanelDocks::xOnFocusChanged(QWidget* /*old*/, QWidget* now)
 {
-    for (PanelDock* dock : qAsConst(fDocks)) {
+    for (PanelDock* dock : std::as_const(fDocks)) {
         if (now && dock->isAncestorOf(now) && dock != front()) {
             toFront(dock);
             return;

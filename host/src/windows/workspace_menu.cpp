@@ -2,6 +2,7 @@
 #include "windows/workspace_menu.h"
 
 #include "connection/plain_tool_tip.h"
+#include "windows/menu_command.h"
 #include "windows/recent_workspaces.h"
 
 #include <QFileInfo>
@@ -9,13 +10,12 @@
 
 WorkspaceMenu::WorkspaceMenu(QMenu* file) : QObject(file)
 {
-    file->addAction(
-        tr("&Open workspace..."), this, [this] { emit openRequested({}); },
-        QKeySequence(tr("Ctrl+O")));
+    addCommand(*file, tr("&Open workspace..."), tr("Ctrl+O"), this,
+               [this] { emit openRequested({}); });
     fRecent = file->addMenu(tr("Recent wor&kspaces"));
     fRecent->setToolTipsVisible(true);
-    file->addAction(tr("Sa&ve workspace..."), this, &WorkspaceMenu::saveRequested,
-                    QKeySequence(tr("Ctrl+Alt+S")));
+    addCommand(*file, tr("Sa&ve workspace..."), tr("Ctrl+Alt+S"), this,
+               &WorkspaceMenu::saveRequested);
     connect(file, &QMenu::aboutToShow, this, &WorkspaceMenu::xShowRecent);
     xShowRecent();
 }

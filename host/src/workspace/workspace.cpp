@@ -15,6 +15,7 @@
 #include <QSettings>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -335,7 +336,7 @@ Workspace fitting(const Workspace& workspace, const QString& folder)
     Workspace fit;
     for (WorkspaceWindow window : workspace.windows) {
         QList<PanelContent> panels;
-        for (const PanelContent& panel : qAsConst(window.content.panels)) {
+        for (const PanelContent& panel : std::as_const(window.content.panels)) {
             if (panels.size() < mostWorkspacePanels && isReadable(jsonOf(panel, {})))
                 panels += panel;
         }

@@ -83,7 +83,7 @@ QList<WorkspaceWindow> WorkspaceOpening::unopened() const
 void WorkspaceOpening::connectToRobots()
 {
     fRobots.clear();
-    for (const WorkspaceWindow& window : qAsConst(fWorkspace.windows)) {
+    for (const WorkspaceWindow& window : std::as_const(fWorkspace.windows)) {
         auto opening = std::make_unique<RobotOpening>(window.robot, fProgram.passwords, nullptr);
         connect(opening.get(), &RobotOpening::ended, this, &WorkspaceOpening::xOnRobot);
         fRobots.push_back({window, std::move(opening), true});

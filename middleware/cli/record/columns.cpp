@@ -5,8 +5,8 @@
 
 #include <kit/usage_error.h>
 
+#include <QByteArray>
 #include <QString>
-#include <QTextCodec>
 
 #include <set>
 #include <utility>
@@ -65,9 +65,9 @@ void checkNoChanges(const Columns& columns)
 
 std::string recordedName(const std::string& name)
 {
+    // Behind a letter: a byte-order mark at the very beginning would be left out.
+    const QByteArray bytes = "_" + QByteArray::fromStdString(name);
+    const bool isUtf8 = QString::fromUtf8(bytes.constData(), bytes.size()).toUtf8() == bytes;
     const auto size = static_cast<int>(name.size());
-    QTextCodec::ConverterState state;
-    QTextCodec::codecForName("UTF-8")->toUnicode(name.data(), size, &state);
-    const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
     return isUtf8 ? name : QString::fromLatin1(name.data(), size).toUtf8().toStdString();
 }

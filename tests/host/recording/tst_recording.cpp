@@ -12,8 +12,10 @@
 #include <QtTest>
 
 #include <csignal>
+#include <memory>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 using std::chrono::milliseconds;
@@ -43,7 +45,7 @@ private:
     QString path(const QString& name) const { return fFolder.filePath(name); }
 
     const QTemporaryDir fFolder;
-    QScopedPointer<Recording> fRecording;
+    std::unique_ptr<Recording> fRecording;
     QScopedPointer<QSignalSpy> fEnded;
 };
 
@@ -63,7 +65,7 @@ void TestRecording::start(const QByteArray& script, const ConnectionSettings& ro
     RecordingPlan plan;
     plan.output = "/some/a.csv";
     fRecording.reset(new Recording(robot, plan, limit));
-    fEnded.reset(new QSignalSpy(fRecording.data(), &Recording::ended));
+    fEnded.reset(new QSignalSpy(fRecording.get(), &Recording::ended));
     fRecording->start(file.fileName());
 }
 
@@ -111,7 +113,7 @@ void TestRecording::severalAreWaitedForNoLongerThanOne()
     for (int i = 0; i < count; ++i) {
         const QString begun = path("begun" + QString::number(i));
         start("trap '' TERM; echo >'" + QFile::encodeName(begun) + "'; exec sleep 1000", {}, limit);
-        recordings.emplace_back(fRecording.take());
+        recordings.push_back(std::move(fRecording));
         TRY_VERIFY(QFile::exists(begun));
     }
     for (const auto& recording : recordings)

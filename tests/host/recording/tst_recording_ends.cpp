@@ -76,7 +76,7 @@ void TestRecordingEnds::closingTheWindowAsksFirst()
     QCOMPARE(shownBoxes().size(), 1); // not one more
     answer("Cancel");
     QVERIFY(fWindow->isVisible() && !shownBox());
-    const int before = lines().size();
+    const auto before = lines().size();
     TRY_VERIFY(lines().size() > before + 2);
     fWindow->close();
     answer("End recordings and close");
@@ -162,7 +162,7 @@ void TestRecordingEnds::quittingAsksBeforeTheFirstWindowCloses()
         QVERIFY(!shownBox());
         QCOMPARE(desktop->windows().size(), 2);
     }
-    const int before = lines().size();
+    const auto before = lines().size();
     TRY_VERIFY(lines().size() > before + 2);
     emit desktop->windows()[0]->quitRequested();
     answer("End recordings and quit");

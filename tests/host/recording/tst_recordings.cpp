@@ -88,7 +88,7 @@ void TestRecordings::aPanelIsNoneOfItsBusiness()
     TRY_VERIFY(lines().size() > 2);
     docks()[0]->close();
     TRY_VERIFY(docks().isEmpty());
-    const int before = lines().size();
+    const auto before = lines().size();
     TRY_VERIFY(lines().size() > before + 2);
     QCOMPARE(rows().size(), 1);
 }
@@ -111,7 +111,7 @@ void TestRecordings::disconnectingTheWindowDoesNotEndIt()
     record(path());
     TRY_VERIFY(lines().size() > 2);
     action("Disconnect")->trigger();
-    const int before = lines().size();
+    const auto before = lines().size();
     TRY_VERIFY(lines().size() > before + 2);
 }
 

@@ -184,6 +184,10 @@ void TestRecordRows::aNameThatIsNoUtf8IsTakenForLatin1()
     QCOMPARE(recordedName("\u00e9"), std::string("\u00e9"));
     QCOMPARE(recordedName("\xe9"), std::string("\u00e9"));
     QCOMPARE(recordedName("\xc3"), std::string("\u00c3"));
+    const std::string marked("\ufeff\u00e9");
+    QCOMPARE(recordedName(marked), marked);
+    const std::string cut("\u00e9\0\u00e9", 5);
+    QCOMPARE(recordedName(cut), cut);
 }
 
 void TestRecordRows::rowsAreTold()

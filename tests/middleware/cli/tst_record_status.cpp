@@ -111,15 +111,15 @@ void TestRecordStatus::nothingIsReadyToTellAProgramUnasked()
 {
     const auto threadsOf = [this](const QStringList& more) {
         ZoProgram zo(recording(QStringList{"--period", "20", "a"} + more));
-        const int rows = lines().size() + 2;
+        const auto rows = lines().size() + 2;
         zo.waitUntil([&] { return lines().size() > rows; });
         const QDir threads(QString("/proc/%1/task").arg(zo.processId()));
-        const int count = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+        const auto count = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
         zo.signal(SIGTERM);
         zo.waitForExit();
         return count;
     };
-    const int asked = threadsOf({"--status"});
+    const auto asked = threadsOf({"--status"});
     QVERIFY(asked > 1);
     QCOMPARE(threadsOf({}), asked - 1);
 }

@@ -10,6 +10,8 @@
 
 #include <QtTest>
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 /// How a robot is polled, and what becomes a row.
@@ -357,7 +359,7 @@ void TestRecorder::progressIsShownOnceASecond()
     plan.period = 2500ms;
     record([this](int poll) { return answer(poll); }, plan);
     QStringList ages;
-    for (const QString& line : qAsConst(fProgress))
+    for (const QString& line : std::as_const(fProgress))
         ages += line.section(", ", 2, 2);
     QCOMPARE(ages, (QStringList{"age 0 ms", "age 1000 ms", "age 2000 ms", "age 1000 ms",
                                 "age 2000 ms", "age 0 ms"}));

@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <termios.h>
+#include <utility>
 
 /// `zo record`, run as people and scripts run it, with real servers and real readers of its files.
 class TestZoRecord : public GuardedTest, private RecordBench
@@ -105,7 +106,7 @@ void TestZoRecord::aLostRobotIsAGap()
     fServer->kill();
     QVERIFY(zo.waitForError("zo record: the robot is lost: "));
     QVERIFY(zo.waitUntil([&] { return lines().last().endsWith(','); }));
-    const int before = lines().size();
+    const auto before = lines().size();
     fServer->restart();
     fServer->command({"SET", "a", "7"});
     QVERIFY(zo.waitForError("zo record: the robot is back"));
@@ -326,7 +327,7 @@ void TestZoRecord::aReaderWhoPausesGetsWholeRowsAgain()
     QList<QByteArray> read = rows.split('\n');
     QCOMPARE(read.takeFirst(), QByteArray("time,a\r"));
     read.removeLast();
-    for (const QByteArray& row : qAsConst(read))
+    for (const QByteArray& row : std::as_const(read))
         QVERIFY2(row.endsWith(",\"\"\"" + QByteArray::fromStdString(text) + "\"\"\"\r"),
                  row.left(40));
 }

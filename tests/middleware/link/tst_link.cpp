@@ -28,7 +28,9 @@ double secondsOfOthers()
 
 uint threadCount()
 {
-    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    const QStringList threads =
+        QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return static_cast<uint>(threads.size());
 }
 
 /// The descriptors of this process that are sockets.
