@@ -2,6 +2,7 @@
 #include "plugins/plugin_loader.h"
 
 #include "language/languages.h"
+#include "plugins/plugin_toolkit.h"
 
 #include <tarvek/widget_interface.h>
 
@@ -11,6 +12,7 @@
 #include <QPluginLoader>
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -21,6 +23,18 @@ class Unusable : public std::runtime_error
 public:
     explicit Unusable(const QString& reason) : std::runtime_error(reason.toStdString()) {}
 };
+
+/// Before the toolkit looks at it, which would complain on standard error and say less.
+void refuseOtherToolkit(const QString& path)
+{
+    const std::optional<int> toolkit = pluginToolkit(path);
+    if (toolkit && *toolkit != QT_VERSION_MAJOR)
+        throw Unusable(
+            PluginLoader::tr("It was built with Qt %1, and this program with Qt %2. Get a "
+                             "version made for this program.")
+                .arg(*toolkit)
+                .arg(QT_VERSION_MAJOR));
+}
 
 /// The library's own description, read without running any of its code.
 QJsonObject describe(const QPluginLoader& loader)
@@ -54,6 +68,7 @@ WidgetInterface* instanceOf(QPluginLoader& loader)
 
 std::unique_ptr<PanelPlugin> load(const QString& path)
 {
+    refuseOtherToolkit(path);
     QPluginLoader loader(path);
     // Symbols are looked up now: a missing one is a failure of this file, not a crash later.
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);

@@ -19,6 +19,8 @@ private slots:
     void copiesOfAPluginAreToldApart();
     void tellsFileAndReasonOfABrokenPlugin_data();
     void tellsFileAndReasonOfABrokenPlugin();
+    void aPluginOfAnotherToolkitIsRefused_data();
+    void aPluginOfAnotherToolkitIsRefused();
     void aFileThatIsNoLibraryIsAFailure_data();
     void aFileThatIsNoLibraryIsAFailure();
     void whatIsNotThereIsAFailure();
@@ -41,6 +43,21 @@ void write(const QString& path, const QByteArray& content)
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
 }
+
+/// The plug-in `probe` as another Qt describes it: with this before the number of that Qt. Both
+/// forms have a byte between that is the form's own number.
+QByteArray probeOf(char toolkit, const QByteArray& mark, const QByteArray& otherMark)
+{
+    QFile whole(pluginFile("probe"));
+    QByteArray library = whole.open(QIODevice::ReadOnly) ? whole.readAll() : QByteArray();
+    const auto place = qMax(library.indexOf(mark), library.indexOf(otherMark));
+    const auto end = place + (library.mid(place).startsWith(mark) ? mark : otherMark).size();
+    return library.replace(end - mark.size(), mark.size(), mark)
+        .replace(end + 1, 1, QByteArray(1, toolkit));
+}
+
+const QByteArray sectionMark("QTMETADATA !");
+const QByteArray noteMark("\x01\0Qtqt-project!", 16);
 
 } // namespace
 
@@ -110,6 +127,36 @@ void TestPluginLoader::tellsFileAndReasonOfABrokenPlugin()
     QCOMPARE(loader.failures().size(), size_t(1));
     QCOMPARE(loader.failures()[0].file, file);
     QVERIFY2(loader.failures()[0].reason.contains(part), qPrintable(loader.failures()[0].reason));
+}
+
+void TestPluginLoader::aPluginOfAnotherToolkitIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("library");
+    QTest::addColumn<int>("toolkit");
+    for (const int toolkit : {4, 5, 6, 7, 100})
+        for (const auto& [mark, other] :
+             {std::pair(sectionMark, noteMark), std::pair(noteMark, sectionMark)})
+            if (toolkit != QT_VERSION_MAJOR)
+                QTest::addRow("Qt %d, %s", toolkit, mark.constData() + 2)
+                    << probeOf(static_cast<char>(toolkit), mark, other) << toolkit;
+}
+
+void TestPluginLoader::aPluginOfAnotherToolkitIsRefused()
+{
+    QFETCH(QByteArray, library);
+    QFETCH(int, toolkit);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("other.so");
+    write(file, library);
+    PluginLoader loader;
+    loader.loadFile(file);
+    QVERIFY(loader.plugins().empty());
+    QCOMPARE(loader.failures().size(), size_t(1));
+    QCOMPARE(loader.failures()[0].reason,
+             QString("It was built with Qt %1, and this program with Qt %2. Get a version made for "
+                     "this program.")
+                 .arg(toolkit)
+                 .arg(QT_VERSION_MAJOR));
 }
 
 void TestPluginLoader::aFileThatIsNoLibraryIsAFailure_data()
