@@ -128,7 +128,7 @@ bool runOnce(const QString& program, const QStringList& words, Figures& figures)
         return false;
     }
     for (const QString& line : QString::fromLocal8Bit(run.output()).split('\n')) {
-        const int colon = line.indexOf(": ");
+        const auto colon = line.indexOf(": ");
         if (colon > 0)
             figures[line.left(colon)].push_back(line.mid(colon + 2).toDouble());
     }

@@ -18,9 +18,11 @@
 #include <QPainterPath>
 
 #include <qcustomplot.h>
+#ifdef BENCH_QWT
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
+#endif
 
 #include <algorithm>
 #include <array>
@@ -204,6 +206,7 @@ private:
     QCustomPlot fPlot;
 };
 
+#ifdef BENCH_QWT
 class QwtSubject : public Subject
 {
 public:
@@ -234,6 +237,7 @@ public:
 private:
     QwtPlot fPlot;
 };
+#endif
 
 using Maker = std::function<std::unique_ptr<Subject>(const Curves&)>;
 
@@ -248,7 +252,9 @@ const std::vector<std::pair<std::string, Maker>>& subjects()
     static const std::vector<std::pair<std::string, Maker>> all{
         {"glimmet", make<GlimmetSubject>},
         {"qcustomplot", make<QCustomPlotSubject>},
+#ifdef BENCH_QWT
         {"qwt", make<QwtSubject>},
+#endif
         {"bare", make<BareSubject>}};
     return all;
 }
@@ -309,7 +315,9 @@ std::vector<Ratio> ratios()
     for (const auto& size : sizes) {
         const std::string name = "/" + sizeName(size) + "/";
         all.push_back({"paint/glimmet" + name, "paint/qcustomplot" + name, 1.0});
+#ifdef BENCH_QWT
         all.push_back({"paint/glimmet" + name, "paint/qwt" + name, 1.0});
+#endif
     }
     all.push_back({"paint/glimmet/10x20000/", "paint/bare/10x20000/", 0.5});
     all.push_back({"sample/1000", "sample/100", 12.0});

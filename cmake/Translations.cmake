@@ -1,9 +1,6 @@
 # SPDX-License-Identifier: MIT
 # The texts of programs and plug-ins in other languages.
-if(NOT DEFINED TARVEK_QT)
-  set(TARVEK_QT 5)
-endif()
-find_package(Qt${TARVEK_QT} REQUIRED COMPONENTS LinguistTools)
+find_toolkit(LinguistTools)
 
 # add_catalogues(TARGET NAME_CODE.ts...): gives TARGET the compiled catalogues, as resources that are
 # called :/translations/NAME_CODE.qm. A static library has to initialise these itself: they are called

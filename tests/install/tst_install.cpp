@@ -68,7 +68,7 @@ void TestInstall::everythingIsThere()
                             "bin/zo",
                             "bin/zo-record",
                             lib + "/libzo.so",
-                            lib + "/libtarvek.so",
+                            lib + "/" TARVEK_LIBRARY,
                             lib + "/" PLUGIN_FOLDER "/libglimmet.so",
                             lib + "/cmake/zo/zoConfig.cmake",
                             lib + "/cmake/tarvek/tarvekConfig.cmake",
