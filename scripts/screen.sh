@@ -43,6 +43,9 @@ start_compositor() {
         fail "weston does not start"
     }
     export WAYLAND_DISPLAY=screen QT_QPA_PLATFORM=wayland
+    # This compositor has no keyboard, and what Qt 6.4 has for typing on Wayland reads from a null
+    # pointer then.
+    export QT_IM_MODULE=compose
 }
 
 # Not by xdotool's own search for names: it does not see those of windows without a title of
