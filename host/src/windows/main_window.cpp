@@ -28,6 +28,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QFontInfo>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
@@ -75,7 +76,9 @@ QSize MainWindow::firstSize() const
 {
     const int edge = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
     const QSize frame(2 * edge, style()->pixelMetric(QStyle::PM_TitleBarHeight) + 4 * edge);
-    return (QSize(75, 45) * fontMetrics().height())
+    // Not by the height of their lines, which toolkits round in ways of their own.
+    return (QSizeF(93.75, 56.25) * QFontInfo(font()).pixelSize())
+        .toSize()
         .boundedTo(screen()->availableSize() - frame)
         .expandedTo(QSize(1, 1));
 }
