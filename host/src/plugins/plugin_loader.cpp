@@ -25,8 +25,10 @@ public:
 };
 
 /// Before the toolkit looks at it, which would complain on standard error and say less.
-void refuseOtherToolkit(const QString& path)
+void refuseWhatIsNotForIt(const QString& path)
 {
+    if (QFileInfo(path).size() == 0)
+        throw Unusable(PluginLoader::tr("It is no plug-in: the file is empty."));
     const std::optional<int> toolkit = pluginToolkit(path);
     if (toolkit && *toolkit != QT_VERSION_MAJOR)
         throw Unusable(
@@ -68,7 +70,7 @@ WidgetInterface* instanceOf(QPluginLoader& loader)
 
 std::unique_ptr<PanelPlugin> load(const QString& path)
 {
-    refuseOtherToolkit(path);
+    refuseWhatIsNotForIt(path);
     QPluginLoader loader(path);
     // Symbols are looked up now: a missing one is a failure of this file, not a crash later.
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
