@@ -101,8 +101,8 @@ void TestRefusedRobot::pressConnect()
 /// How many logins the robot has refused.
 qint64 TestRefusedRobot::refusals() const
 {
-    return QString::fromStdString(fRobot->command({"INFO", "stats"}))
-        .section("acl_access_denied_auth:", 1)
+    return QString::fromStdString(fRobot->command({"INFO", "errorstats"}))
+        .section("errorstat_WRONGPASS:count=", 1)
         .section('\r', 0, 0)
         .toLongLong();
 }
