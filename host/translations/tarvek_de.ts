@@ -318,6 +318,14 @@ Prüfen Sie die Adresse und den Port, was der Roboter verlangt (Benutzer, Passwo
         <source>The address names the port.</source>
         <translation>Die Adresse nennt den Port.</translation>
     </message>
+    <message>
+        <source>HOST or HOST:PORT. Of nodes of a cluster, or of sentinels, several with commas between.</source>
+        <translation>HOST oder HOST:PORT. Von Knoten eines Clusters oder von Sentinels auch mehrere, durch Kommas getrennt.</translation>
+    </message>
+    <message>
+        <source>&amp;Leads to:</source>
+        <translation>&amp;Führt zu:</translation>
+    </message>
 </context>
 <context>
     <name>ConnectionSettings</name>
@@ -358,6 +366,10 @@ Prüfen Sie die Adresse und den Port, was der Roboter verlangt (Benutzer, Passwo
     <message>
         <source>replicas are those of a cluster, and sentinels lead to a server without one: choose one of them</source>
         <translation>Replikate gehören zu einem Cluster, und Sentinels führen zu einem Server ohne Cluster: Wählen Sie eins von beiden</translation>
+    </message>
+    <message>
+        <source>a replica of %1</source>
+        <translation>ein Replikat von %1</translation>
     </message>
 </context>
 <context>
@@ -548,6 +560,65 @@ Geben Sie eine Konfiguration an, die ein Panel gespeichert hat, oder einen Arbei
     </message>
 </context>
 <context>
+    <name>FileMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;New connection...</source>
+        <translation>&amp;Neue Verbindung...</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>R&amp;ecord...</source>
+        <translation>&amp;Aufzeichnen...</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>&amp;Reconnect</source>
+        <translation>&amp;Wiederverbinden</translation>
+    </message>
+    <message>
+        <source>Wa&amp;it for the robot...</source>
+        <translation>Auf den &amp;Roboter warten...</translation>
+    </message>
+    <message>
+        <source>&amp;Close panel</source>
+        <translation>Panel s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Close &amp;window</source>
+        <translation>&amp;Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>B&amp;eenden</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message>
         <source>Find</source>
@@ -658,74 +729,21 @@ Zeigt Werkzeug-Panels für Roboter im Netz.</translation>
     </message>
 </context>
 <context>
+    <name>LossLimitDialog</name>
+    <message>
+        <source>Wait for the robot</source>
+        <translation>Auf den Roboter warten</translation>
+    </message>
+    <message>
+        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
+        <translation>Minuten, die Panels auf einen Roboter warten, der weg ist, bevor sie aufgeben (0: keine):</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
-    <message>
-        <source>&amp;New connection...</source>
-        <translation>&amp;Neue Verbindung...</translation>
-    </message>
-    <message>
-        <source>Ctrl+N</source>
-        <translation>Ctrl+N</translation>
-    </message>
-    <message>
-        <source>R&amp;ecord...</source>
-        <translation>&amp;Aufzeichnen...</translation>
-    </message>
-    <message>
-        <source>Ctrl+R</source>
-        <translation>Ctrl+R</translation>
-    </message>
-    <message>
-        <source>&amp;Disconnect</source>
-        <translation>&amp;Trennen</translation>
-    </message>
-    <message>
-        <source>&amp;Reconnect</source>
-        <translation>&amp;Wiederverbinden</translation>
-    </message>
-    <message>
-        <source>Wa&amp;it for the robot...</source>
-        <translation>Auf den &amp;Roboter warten...</translation>
-    </message>
-    <message>
-        <source>&amp;Close panel</source>
-        <translation>Panel s&amp;chließen</translation>
-    </message>
-    <message>
-        <source>Ctrl+W</source>
-        <translation>Ctrl+W</translation>
-    </message>
-    <message>
-        <source>Close &amp;window</source>
-        <translation>&amp;Fenster schließen</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+W</source>
-        <translation>Ctrl+Shift+W</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>B&amp;eenden</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Ctrl+Q</translation>
-    </message>
     <message>
         <source>&amp;Edit</source>
         <translation>&amp;Bearbeiten</translation>
-    </message>
-    <message>
-        <source>&amp;Panels</source>
-        <translation>&amp;Panels</translation>
-    </message>
-    <message>
-        <source>(none found)</source>
-        <translation>(keine gefunden)</translation>
     </message>
     <message numerus="yes">
         <source>%1 (%n panel(s)). %2</source>
@@ -751,16 +769,43 @@ Zeigt Werkzeug-Panels für Roboter im Netz.</translation>
 %2</translation>
     </message>
     <message>
-        <source>Wait for the robot</source>
-        <translation>Auf den Roboter warten</translation>
-    </message>
-    <message>
-        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
-        <translation>Minuten, die Panels auf einen Roboter warten, der weg ist, bevor sie aufgeben (0: keine):</translation>
-    </message>
-    <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>NodesField</name>
+    <message>
+        <source>the robot&apos;s server or cluster</source>
+        <translation>dem Server oder Cluster des Roboters</translation>
+    </message>
+    <message>
+        <source>a replica in its cluster</source>
+        <translation>einem Replikat in seinem Cluster</translation>
+    </message>
+    <message>
+        <source>sentinels of</source>
+        <translation>Sentinels von</translation>
+    </message>
+    <message>
+        <source>What the address leads to</source>
+        <translation>Wohin die Adresse führt</translation>
+    </message>
+    <message>
+        <source>A replica takes work off the node that is written to; its values may be late. Sentinels know which of several servers is the robot&apos;s.</source>
+        <translation>Ein Replikat entlastet den Knoten, auf den geschrieben wird; seine Werte können verspätet sein. Sentinels wissen, welcher von mehreren Servern der des Roboters ist.</translation>
+    </message>
+    <message>
+        <source>Name of the server</source>
+        <translation>Name des Servers</translation>
+    </message>
+    <message>
+        <source>the server&apos;s name</source>
+        <translation>der Name des Servers</translation>
+    </message>
+    <message>
+        <source>Sentinels watch several servers: say what they call the robot&apos;s, or choose what else the address leads to.</source>
+        <translation>Sentinels überwachen mehrere Server: Geben Sie an, wie sie den des Roboters nennen, oder wählen Sie, wohin die Adresse sonst führt.</translation>
     </message>
 </context>
 <context>
@@ -940,6 +985,17 @@ Zeigt Werkzeug-Panels für Roboter im Netz.</translation>
     </message>
 </context>
 <context>
+    <name>PanelMenu</name>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>&amp;Panels</translation>
+    </message>
+    <message>
+        <source>(none found)</source>
+        <translation>(keine gefunden)</translation>
+    </message>
+</context>
+<context>
     <name>Picture</name>
     <message>
         <source>The picture cannot be saved as %1: let the name end in .png or .pdf.</source>
@@ -1010,6 +1066,14 @@ Zeigt Werkzeug-Panels für Roboter im Netz.</translation>
     <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>It is no plug-in: the file is empty.</source>
+        <translation>Es ist kein Plug-in: Die Datei ist leer.</translation>
+    </message>
+    <message>
+        <source>It was built with Qt %1, and this program with Qt %2. Get a version made for this program.</source>
+        <translation>Es wurde mit Qt %1 gebaut, dieses Programm mit Qt %2. Besorgen Sie eine Version für dieses Programm.</translation>
     </message>
 </context>
 <context>
@@ -1245,6 +1309,10 @@ Zeigt Werkzeug-Panels für Roboter im Netz.</translation>
     <message>
         <source>, </source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>keys without a value: %1</source>
+        <translation>Schlüssel ohne Wert: %1</translation>
     </message>
 </context>
 <context>
@@ -1598,6 +1666,10 @@ Wählen Sie eine Datei, die „Arbeitsbereich speichern“ geschrieben hat.</tra
     <message>
         <source>Try &amp;again</source>
         <translation>&amp;Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>&amp;Leave out panels without a plug-in when the workspace is saved again</source>
+        <translation>Panels ohne Plug-in &amp;weglassen, wenn der Arbeitsbereich wieder gespeichert wird</translation>
     </message>
 </context>
 <context>

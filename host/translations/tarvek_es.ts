@@ -318,6 +318,14 @@ Compruebe la dirección y el puerto, lo que pide el robot (usuario, contraseña,
         <source>The address names the port.</source>
         <translation>La dirección indica el puerto.</translation>
     </message>
+    <message>
+        <source>HOST or HOST:PORT. Of nodes of a cluster, or of sentinels, several with commas between.</source>
+        <translation>HOST o HOST:PORT. De nodos de un clúster o de centinelas, varias separadas por comas.</translation>
+    </message>
+    <message>
+        <source>&amp;Leads to:</source>
+        <translation>Ll&amp;eva a:</translation>
+    </message>
 </context>
 <context>
     <name>ConnectionSettings</name>
@@ -358,6 +366,10 @@ Compruebe la dirección y el puerto, lo que pide el robot (usuario, contraseña,
     <message>
         <source>replicas are those of a cluster, and sentinels lead to a server without one: choose one of them</source>
         <translation>las réplicas son de un clúster, y los centinelas llevan a un servidor sin clúster: elija uno de los dos</translation>
+    </message>
+    <message>
+        <source>a replica of %1</source>
+        <translation>una réplica de %1</translation>
     </message>
 </context>
 <context>
@@ -548,6 +560,65 @@ No se pudieron cargar %n complementos: «Ayuda», «Complementos que fallaron...
     </message>
 </context>
 <context>
+    <name>FileMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Archivo</translation>
+    </message>
+    <message>
+        <source>&amp;New connection...</source>
+        <translation>&amp;Nueva conexión...</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>R&amp;ecord...</source>
+        <translation>Gra&amp;bar...</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Desconectar</translation>
+    </message>
+    <message>
+        <source>&amp;Reconnect</source>
+        <translation>&amp;Reconectar</translation>
+    </message>
+    <message>
+        <source>Wa&amp;it for the robot...</source>
+        <translation>&amp;Esperar al robot...</translation>
+    </message>
+    <message>
+        <source>&amp;Close panel</source>
+        <translation>&amp;Cerrar panel</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Close &amp;window</source>
+        <translation>Cerrar &amp;ventana</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Salir</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message>
         <source>Find</source>
@@ -658,74 +729,21 @@ Muestra paneles de herramientas para robots en la red.</translation>
     </message>
 </context>
 <context>
+    <name>LossLimitDialog</name>
+    <message>
+        <source>Wait for the robot</source>
+        <translation>Esperar al robot</translation>
+    </message>
+    <message>
+        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
+        <translation>Minutos que los paneles esperan a un robot ausente antes de rendirse (0: ninguno):</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Archivo</translation>
-    </message>
-    <message>
-        <source>&amp;New connection...</source>
-        <translation>&amp;Nueva conexión...</translation>
-    </message>
-    <message>
-        <source>Ctrl+N</source>
-        <translation>Ctrl+N</translation>
-    </message>
-    <message>
-        <source>R&amp;ecord...</source>
-        <translation>Gra&amp;bar...</translation>
-    </message>
-    <message>
-        <source>Ctrl+R</source>
-        <translation>Ctrl+R</translation>
-    </message>
-    <message>
-        <source>&amp;Disconnect</source>
-        <translation>&amp;Desconectar</translation>
-    </message>
-    <message>
-        <source>&amp;Reconnect</source>
-        <translation>&amp;Reconectar</translation>
-    </message>
-    <message>
-        <source>Wa&amp;it for the robot...</source>
-        <translation>&amp;Esperar al robot...</translation>
-    </message>
-    <message>
-        <source>&amp;Close panel</source>
-        <translation>&amp;Cerrar panel</translation>
-    </message>
-    <message>
-        <source>Ctrl+W</source>
-        <translation>Ctrl+W</translation>
-    </message>
-    <message>
-        <source>Close &amp;window</source>
-        <translation>Cerrar &amp;ventana</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+W</source>
-        <translation>Ctrl+Shift+W</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>&amp;Salir</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Ctrl+Q</translation>
-    </message>
     <message>
         <source>&amp;Edit</source>
         <translation>&amp;Editar</translation>
-    </message>
-    <message>
-        <source>&amp;Panels</source>
-        <translation>&amp;Paneles</translation>
-    </message>
-    <message>
-        <source>(none found)</source>
-        <translation>(no se encontró ninguno)</translation>
     </message>
     <message numerus="yes">
         <source>%1 (%n panel(s)). %2</source>
@@ -751,16 +769,43 @@ Muestra paneles de herramientas para robots en la red.</translation>
 %2</translation>
     </message>
     <message>
-        <source>Wait for the robot</source>
-        <translation>Esperar al robot</translation>
-    </message>
-    <message>
-        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
-        <translation>Minutos que los paneles esperan a un robot ausente antes de rendirse (0: ninguno):</translation>
-    </message>
-    <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>NodesField</name>
+    <message>
+        <source>the robot&apos;s server or cluster</source>
+        <translation>el servidor o clúster del robot</translation>
+    </message>
+    <message>
+        <source>a replica in its cluster</source>
+        <translation>una réplica en su clúster</translation>
+    </message>
+    <message>
+        <source>sentinels of</source>
+        <translation>los centinelas de</translation>
+    </message>
+    <message>
+        <source>What the address leads to</source>
+        <translation>A qué lleva la dirección</translation>
+    </message>
+    <message>
+        <source>A replica takes work off the node that is written to; its values may be late. Sentinels know which of several servers is the robot&apos;s.</source>
+        <translation>Una réplica descarga al nodo en el que se escribe; sus valores pueden llegar con retraso. Los centinelas saben cuál de varios servidores es el del robot.</translation>
+    </message>
+    <message>
+        <source>Name of the server</source>
+        <translation>Nombre del servidor</translation>
+    </message>
+    <message>
+        <source>the server&apos;s name</source>
+        <translation>el nombre del servidor</translation>
+    </message>
+    <message>
+        <source>Sentinels watch several servers: say what they call the robot&apos;s, or choose what else the address leads to.</source>
+        <translation>Los centinelas vigilan varios servidores: indique cómo llaman al del robot, o elija a qué otra cosa lleva la dirección.</translation>
     </message>
 </context>
 <context>
@@ -940,6 +985,17 @@ Muestra paneles de herramientas para robots en la red.</translation>
     </message>
 </context>
 <context>
+    <name>PanelMenu</name>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>&amp;Paneles</translation>
+    </message>
+    <message>
+        <source>(none found)</source>
+        <translation>(no se encontró ninguno)</translation>
+    </message>
+</context>
+<context>
     <name>Picture</name>
     <message>
         <source>The picture cannot be saved as %1: let the name end in .png or .pdf.</source>
@@ -1010,6 +1066,14 @@ Muestra paneles de herramientas para robots en la red.</translation>
     <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>It is no plug-in: the file is empty.</source>
+        <translation>No es un complemento: el archivo está vacío.</translation>
+    </message>
+    <message>
+        <source>It was built with Qt %1, and this program with Qt %2. Get a version made for this program.</source>
+        <translation>Se compiló con Qt %1, y este programa con Qt %2. Consiga una versión hecha para este programa.</translation>
     </message>
 </context>
 <context>
@@ -1245,6 +1309,10 @@ Muestra paneles de herramientas para robots en la red.</translation>
     <message>
         <source>, </source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>keys without a value: %1</source>
+        <translation>claves sin valor: %1</translation>
     </message>
 </context>
 <context>
@@ -1598,6 +1666,10 @@ Elija un archivo escrito por «Guardar espacio de trabajo».</translation>
     <message>
         <source>Try &amp;again</source>
         <translation>Re&amp;intentar</translation>
+    </message>
+    <message>
+        <source>&amp;Leave out panels without a plug-in when the workspace is saved again</source>
+        <translation>&amp;Omitir los paneles sin complemento al volver a guardar el espacio de trabajo</translation>
     </message>
 </context>
 <context>

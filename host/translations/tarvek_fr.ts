@@ -318,6 +318,14 @@ Vérifiez l&apos;adresse et le port, ce que le robot demande (utilisateur, mot d
         <source>The address names the port.</source>
         <translation>L&apos;adresse indique le port.</translation>
     </message>
+    <message>
+        <source>HOST or HOST:PORT. Of nodes of a cluster, or of sentinels, several with commas between.</source>
+        <translation>HOST ou HOST:PORT. Pour les nœuds d&apos;une grappe ou les sentinelles, plusieurs, séparées par des virgules.</translation>
+    </message>
+    <message>
+        <source>&amp;Leads to:</source>
+        <translation>Mèn&amp;e à&#xa0;:</translation>
+    </message>
 </context>
 <context>
     <name>ConnectionSettings</name>
@@ -358,6 +366,10 @@ Vérifiez l&apos;adresse et le port, ce que le robot demande (utilisateur, mot d
     <message>
         <source>replicas are those of a cluster, and sentinels lead to a server without one: choose one of them</source>
         <translation>les répliques sont celles d&apos;une grappe, et les sentinelles mènent à un serveur sans grappe&#xa0;: choisissez l&apos;un des deux</translation>
+    </message>
+    <message>
+        <source>a replica of %1</source>
+        <translation>une réplique de %1</translation>
     </message>
 </context>
 <context>
@@ -548,6 +560,65 @@ Indiquez une configuration enregistrée par un panneau, ou un espace de travail 
     </message>
 </context>
 <context>
+    <name>FileMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Fichier</translation>
+    </message>
+    <message>
+        <source>&amp;New connection...</source>
+        <translation>&amp;Nouvelle connexion...</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>R&amp;ecord...</source>
+        <translation>Enregistrer des &amp;valeurs...</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Déconnecter</translation>
+    </message>
+    <message>
+        <source>&amp;Reconnect</source>
+        <translation>&amp;Reconnecter</translation>
+    </message>
+    <message>
+        <source>Wa&amp;it for the robot...</source>
+        <translation>Attente d&amp;u robot...</translation>
+    </message>
+    <message>
+        <source>&amp;Close panel</source>
+        <translation>Fermer le &amp;panneau</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Close &amp;window</source>
+        <translation>Fer&amp;mer la fenêtre</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quitter</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message>
         <source>Find</source>
@@ -658,74 +729,21 @@ Affiche des panneaux d&apos;outils pour les robots du réseau.</translation>
     </message>
 </context>
 <context>
+    <name>LossLimitDialog</name>
+    <message>
+        <source>Wait for the robot</source>
+        <translation>Attente du robot</translation>
+    </message>
+    <message>
+        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
+        <translation>Minutes pendant lesquelles les panneaux attendent un robot absent avant d&apos;abandonner (0&#xa0;: aucune)&#xa0;:</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Fichier</translation>
-    </message>
-    <message>
-        <source>&amp;New connection...</source>
-        <translation>&amp;Nouvelle connexion...</translation>
-    </message>
-    <message>
-        <source>Ctrl+N</source>
-        <translation>Ctrl+N</translation>
-    </message>
-    <message>
-        <source>R&amp;ecord...</source>
-        <translation>Enregistrer des &amp;valeurs...</translation>
-    </message>
-    <message>
-        <source>Ctrl+R</source>
-        <translation>Ctrl+R</translation>
-    </message>
-    <message>
-        <source>&amp;Disconnect</source>
-        <translation>&amp;Déconnecter</translation>
-    </message>
-    <message>
-        <source>&amp;Reconnect</source>
-        <translation>&amp;Reconnecter</translation>
-    </message>
-    <message>
-        <source>Wa&amp;it for the robot...</source>
-        <translation>Attente d&amp;u robot...</translation>
-    </message>
-    <message>
-        <source>&amp;Close panel</source>
-        <translation>&amp;Fermer le panneau</translation>
-    </message>
-    <message>
-        <source>Ctrl+W</source>
-        <translation>Ctrl+W</translation>
-    </message>
-    <message>
-        <source>Close &amp;window</source>
-        <translation>Fer&amp;mer la fenêtre</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+W</source>
-        <translation>Ctrl+Shift+W</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>&amp;Quitter</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Ctrl+Q</translation>
-    </message>
     <message>
         <source>&amp;Edit</source>
         <translation>&amp;Édition</translation>
-    </message>
-    <message>
-        <source>&amp;Panels</source>
-        <translation>&amp;Panneaux</translation>
-    </message>
-    <message>
-        <source>(none found)</source>
-        <translation>(aucun trouvé)</translation>
     </message>
     <message numerus="yes">
         <source>%1 (%n panel(s)). %2</source>
@@ -751,16 +769,43 @@ Affiche des panneaux d&apos;outils pour les robots du réseau.</translation>
 %2</translation>
     </message>
     <message>
-        <source>Wait for the robot</source>
-        <translation>Attente du robot</translation>
-    </message>
-    <message>
-        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
-        <translation>Minutes pendant lesquelles les panneaux attendent un robot absent avant d&apos;abandonner (0&#xa0;: aucune)&#xa0;:</translation>
-    </message>
-    <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>NodesField</name>
+    <message>
+        <source>the robot&apos;s server or cluster</source>
+        <translation>le serveur ou la grappe du robot</translation>
+    </message>
+    <message>
+        <source>a replica in its cluster</source>
+        <translation>une réplique dans sa grappe</translation>
+    </message>
+    <message>
+        <source>sentinels of</source>
+        <translation>les sentinelles de</translation>
+    </message>
+    <message>
+        <source>What the address leads to</source>
+        <translation>Ce à quoi mène l&apos;adresse</translation>
+    </message>
+    <message>
+        <source>A replica takes work off the node that is written to; its values may be late. Sentinels know which of several servers is the robot&apos;s.</source>
+        <translation>Une réplique décharge le nœud où l&apos;on écrit&#xa0;; ses valeurs peuvent avoir du retard. Les sentinelles savent lequel de plusieurs serveurs est celui du robot.</translation>
+    </message>
+    <message>
+        <source>Name of the server</source>
+        <translation>Nom du serveur</translation>
+    </message>
+    <message>
+        <source>the server&apos;s name</source>
+        <translation>le nom du serveur</translation>
+    </message>
+    <message>
+        <source>Sentinels watch several servers: say what they call the robot&apos;s, or choose what else the address leads to.</source>
+        <translation>Les sentinelles surveillent plusieurs serveurs&#xa0;: indiquez le nom qu&apos;elles donnent à celui du robot, ou choisissez à quoi d&apos;autre mène l&apos;adresse.</translation>
     </message>
 </context>
 <context>
@@ -940,6 +985,17 @@ Affiche des panneaux d&apos;outils pour les robots du réseau.</translation>
     </message>
 </context>
 <context>
+    <name>PanelMenu</name>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>&amp;Panneaux</translation>
+    </message>
+    <message>
+        <source>(none found)</source>
+        <translation>(aucun trouvé)</translation>
+    </message>
+</context>
+<context>
     <name>Picture</name>
     <message>
         <source>The picture cannot be saved as %1: let the name end in .png or .pdf.</source>
@@ -1010,6 +1066,14 @@ Affiche des panneaux d&apos;outils pour les robots du réseau.</translation>
     <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>It is no plug-in: the file is empty.</source>
+        <translation>Ce n&apos;est pas un module&#xa0;: le fichier est vide.</translation>
+    </message>
+    <message>
+        <source>It was built with Qt %1, and this program with Qt %2. Get a version made for this program.</source>
+        <translation>Il a été compilé avec Qt %1, et ce programme avec Qt %2. Procurez-vous une version faite pour ce programme.</translation>
     </message>
 </context>
 <context>
@@ -1245,6 +1309,10 @@ Affiche des panneaux d&apos;outils pour les robots du réseau.</translation>
     <message>
         <source>, </source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>keys without a value: %1</source>
+        <translation>clés sans valeur&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -1598,6 +1666,10 @@ Choisissez un fichier écrit par «&#xa0;Enregistrer l&apos;espace de travail&#x
     <message>
         <source>Try &amp;again</source>
         <translation>&amp;Réessayer</translation>
+    </message>
+    <message>
+        <source>&amp;Leave out panels without a plug-in when the workspace is saved again</source>
+        <translation>&amp;Omettre les panneaux sans module au prochain enregistrement de l&apos;espace de travail</translation>
     </message>
 </context>
 <context>

@@ -318,6 +318,14 @@ Check the address and the port, what the robot asks for (user, password, encrypt
         <source>The address names the port.</source>
         <translation>アドレスでポートが指定されています。</translation>
     </message>
+    <message>
+        <source>HOST or HOST:PORT. Of nodes of a cluster, or of sentinels, several with commas between.</source>
+        <translation>HOST または HOST:PORT。クラスターのノードやセンチネルは、コンマで区切って複数指定できます。</translation>
+    </message>
+    <message>
+        <source>&amp;Leads to:</source>
+        <translation>接続先の種類(&amp;L):</translation>
+    </message>
 </context>
 <context>
     <name>ConnectionSettings</name>
@@ -358,6 +366,10 @@ Check the address and the port, what the robot asks for (user, password, encrypt
     <message>
         <source>replicas are those of a cluster, and sentinels lead to a server without one: choose one of them</source>
         <translation>レプリカはクラスターのもので、センチネルはクラスターなしのサーバーのものです。どちらか一方を選んでください</translation>
+    </message>
+    <message>
+        <source>a replica of %1</source>
+        <translation>%1 のレプリカ</translation>
     </message>
 </context>
 <context>
@@ -542,6 +554,65 @@ Give a configuration that a panel has saved, or a workspace (*.tarvek).</source>
     </message>
 </context>
 <context>
+    <name>FileMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>ファイル(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;New connection...</source>
+        <translation>新しい接続(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>R&amp;ecord...</source>
+        <translation>記録(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>切断(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Reconnect</source>
+        <translation>再接続(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Wa&amp;it for the robot...</source>
+        <translation>ロボットを待つ時間(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>&amp;Close panel</source>
+        <translation>パネルを閉じる(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Close &amp;window</source>
+        <translation>ウィンドウを閉じる(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>終了(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message>
         <source>Find</source>
@@ -650,74 +721,21 @@ Shows tool panels for robots on the network.</source>
     </message>
 </context>
 <context>
+    <name>LossLimitDialog</name>
+    <message>
+        <source>Wait for the robot</source>
+        <translation>ロボットを待つ時間</translation>
+    </message>
+    <message>
+        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
+        <translation>応答のないロボットをパネルがあきらめずに待つ時間 (分、0: 待たない):</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
-    <message>
-        <source>&amp;File</source>
-        <translation>ファイル(&amp;F)</translation>
-    </message>
-    <message>
-        <source>&amp;New connection...</source>
-        <translation>新しい接続(&amp;N)...</translation>
-    </message>
-    <message>
-        <source>Ctrl+N</source>
-        <translation>Ctrl+N</translation>
-    </message>
-    <message>
-        <source>R&amp;ecord...</source>
-        <translation>記録(&amp;E)...</translation>
-    </message>
-    <message>
-        <source>Ctrl+R</source>
-        <translation>Ctrl+R</translation>
-    </message>
-    <message>
-        <source>&amp;Disconnect</source>
-        <translation>切断(&amp;D)</translation>
-    </message>
-    <message>
-        <source>&amp;Reconnect</source>
-        <translation>再接続(&amp;R)</translation>
-    </message>
-    <message>
-        <source>Wa&amp;it for the robot...</source>
-        <translation>ロボットを待つ時間(&amp;I)...</translation>
-    </message>
-    <message>
-        <source>&amp;Close panel</source>
-        <translation>パネルを閉じる(&amp;C)</translation>
-    </message>
-    <message>
-        <source>Ctrl+W</source>
-        <translation>Ctrl+W</translation>
-    </message>
-    <message>
-        <source>Close &amp;window</source>
-        <translation>ウィンドウを閉じる(&amp;W)</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+W</source>
-        <translation>Ctrl+Shift+W</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>終了(&amp;Q)</translation>
-    </message>
-    <message>
-        <source>Ctrl+Q</source>
-        <translation>Ctrl+Q</translation>
-    </message>
     <message>
         <source>&amp;Edit</source>
         <translation>編集(&amp;E)</translation>
-    </message>
-    <message>
-        <source>&amp;Panels</source>
-        <translation>パネル(&amp;P)</translation>
-    </message>
-    <message>
-        <source>(none found)</source>
-        <translation>(見つかりません)</translation>
     </message>
     <message numerus="yes">
         <source>%1 (%n panel(s)). %2</source>
@@ -742,16 +760,43 @@ Shows tool panels for robots on the network.</source>
 %2</translation>
     </message>
     <message>
-        <source>Wait for the robot</source>
-        <translation>ロボットを待つ時間</translation>
-    </message>
-    <message>
-        <source>Minutes that panels wait for a robot that is away before they give up (0: none):</source>
-        <translation>応答のないロボットをパネルがあきらめずに待つ時間 (分、0: 待たない):</translation>
-    </message>
-    <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>NodesField</name>
+    <message>
+        <source>the robot&apos;s server or cluster</source>
+        <translation>ロボットのサーバーまたはクラスター</translation>
+    </message>
+    <message>
+        <source>a replica in its cluster</source>
+        <translation>クラスター内のレプリカ</translation>
+    </message>
+    <message>
+        <source>sentinels of</source>
+        <translation>次のサーバーのセンチネル</translation>
+    </message>
+    <message>
+        <source>What the address leads to</source>
+        <translation>アドレスの接続先の種類</translation>
+    </message>
+    <message>
+        <source>A replica takes work off the node that is written to; its values may be late. Sentinels know which of several servers is the robot&apos;s.</source>
+        <translation>レプリカは書き込み先のノードの負荷を減らしますが、値が遅れることがあります。センチネルは、複数のサーバーのうちどれがロボットのものかを知っています。</translation>
+    </message>
+    <message>
+        <source>Name of the server</source>
+        <translation>サーバーの名前</translation>
+    </message>
+    <message>
+        <source>the server&apos;s name</source>
+        <translation>サーバーの名前</translation>
+    </message>
+    <message>
+        <source>Sentinels watch several servers: say what they call the robot&apos;s, or choose what else the address leads to.</source>
+        <translation>センチネルは複数のサーバーを監視します。ロボットのサーバーの、センチネルでの名前を入力するか、接続先の種類を選び直してください。</translation>
     </message>
 </context>
 <context>
@@ -931,6 +976,17 @@ Shows tool panels for robots on the network.</source>
     </message>
 </context>
 <context>
+    <name>PanelMenu</name>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>パネル(&amp;P)</translation>
+    </message>
+    <message>
+        <source>(none found)</source>
+        <translation>(見つかりません)</translation>
+    </message>
+</context>
+<context>
     <name>Picture</name>
     <message>
         <source>The picture cannot be saved as %1: let the name end in .png or .pdf.</source>
@@ -1001,6 +1057,14 @@ Shows tool panels for robots on the network.</source>
     <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>It is no plug-in: the file is empty.</source>
+        <translation>プラグインではありません: ファイルが空です。</translation>
+    </message>
+    <message>
+        <source>It was built with Qt %1, and this program with Qt %2. Get a version made for this program.</source>
+        <translation>Qt %1 でビルドされていますが、このプログラムは Qt %2 でビルドされています。このプログラム用の版を入手してください。</translation>
     </message>
 </context>
 <context>
@@ -1233,6 +1297,10 @@ Shows tool panels for robots on the network.</source>
     <message>
         <source>, </source>
         <translation>、</translation>
+    </message>
+    <message>
+        <source>keys without a value: %1</source>
+        <translation>値のないキー: %1</translation>
     </message>
 </context>
 <context>
@@ -1583,6 +1651,10 @@ Choose a file that &quot;Save workspace&quot; wrote.</source>
     <message>
         <source>Try &amp;again</source>
         <translation>再試行(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Leave out panels without a plug-in when the workspace is saved again</source>
+        <translation>次にワークスペースを保存するとき、プラグインのないパネルを除く(&amp;L)</translation>
     </message>
 </context>
 <context>
