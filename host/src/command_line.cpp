@@ -92,7 +92,7 @@ kit::Options aboutOptions(CommandLine& line)
 
 QString knownLanguage(const Text& option, const Text& code)
 {
-    const QString language = QString::fromLocal8Bit(code.c_str());
+    QString language = QString::fromLocal8Bit(code.c_str());
     if (!languages().contains(language))
         throw kit::UsageError(option + ": there is no language '" + code +
                               "', but these: " + languages().join(", ").toStdString());

@@ -25,6 +25,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <utility>
 
 namespace {
 
@@ -276,8 +277,10 @@ void TestLook::theShortcuts()
 
 void TestLook::theMenus()
 {
-    for (const char* name : {"&File", "&Edit", "&Panels"}) {
-        QMenu* const menu = action("MainWindow", name)->menu();
+    const std::pair<const char*, const char*> menus[] = {
+        {"FileMenu", "&File"}, {"MainWindow", "&Edit"}, {"PanelMenu", "&Panels"}};
+    for (const auto& [context, name] : menus) {
+        QMenu* const menu = action(context, name)->menu();
         menu->popup(fWindow->mapToGlobal(QPoint()));
         look(*menu, QString("menu-") + QString(name).remove('&').toLower());
         menu->close();
@@ -344,7 +347,7 @@ void TestLook::aLoss()
     TarvekWidget* const panel = openExample();
     QVERIFY(panel);
     waitForCurves(panel);
-    action("MainWindow", "&Disconnect")->trigger();
+    action("FileMenu", "&Disconnect")->trigger();
     TRY_VERIFY(fWindow->findChild<QWidget*>("outageBar")->isVisible());
     lookAtWindow("lost");
 }
