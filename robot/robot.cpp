@@ -32,7 +32,8 @@ public:
         }
         // Those that are there already would hold up the others.
         for (TickLoop& loop : fLoops)
-            fThreads.emplace_back(loop, [this](std::exception_ptr why) { keepRefusal(why); });
+            fThreads.emplace_back(loop,
+                                  [this](const std::exception_ptr& why) { keepRefusal(why); });
     }
 
     /// Throws what has ended one of them.

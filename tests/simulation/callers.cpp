@@ -238,7 +238,7 @@ void Callers::checkNamesInSlot(const Call& call) const
     checkNames(names);
     const std::set<std::string> listed(names.begin(), names.end());
     for (int key = 0; key < fMemory.keys(); ++key) {
-        const std::string name = fPrefix + keyName(key);
+        std::string name = fPrefix + keyName(key);
         require(listed.count(name) == 1 || fMemory.hasHeld(key, noValue, call.begin),
                 "a name that is not listed is not there", [&] { return name; });
     }

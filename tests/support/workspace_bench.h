@@ -85,7 +85,7 @@ protected:
     /// Takes note of the message, if there is one, and saves what is open; returns the file.
     QString savedAgain() const
     {
-        const QString again = fFolder->filePath("Again.tarvek");
+        QString again = fFolder->filePath("Again.tarvek");
         dismissMessage();
         saveAs(again);
         return again;

@@ -89,7 +89,7 @@ RemoteMemory::Fetched RemoteMemory::read(const ZoValue& request)
     const int connection = fLink.connections();
     const auto list = encoded(request, connection);
     const Deadline deadline = fLink.deadlineFor(list->count());
-    const Fetched fetched = fetchOrLate(list, deadline);
+    Fetched fetched = fetchOrLate(list, deadline);
     if (fetched.sink->refusals().empty())
         return fetched;
     return askKeyByKey(*list, fetched, connection, deadline);

@@ -64,7 +64,7 @@ void TestRecording::start(const QByteArray& script, const ConnectionSettings& ro
     file.close();
     RecordingPlan plan;
     plan.output = "/some/a.csv";
-    fRecording.reset(new Recording(robot, plan, limit));
+    fRecording = std::make_unique<Recording>(robot, plan, limit);
     fEnded.reset(new QSignalSpy(fRecording.get(), &Recording::ended));
     fRecording->start(file.fileName());
 }

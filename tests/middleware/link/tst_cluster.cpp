@@ -306,7 +306,7 @@ void TestCluster::aSlotThatMovesIsReadAndWritten()
     std::set<std::string> possible = {textOf(stored)};
     std::set<std::string> seen;
     const auto read = [&] {
-        const std::string text = valuesOf(memory);
+        std::string text = valuesOf(memory);
         if (!text.empty())
             seen.insert(text);
         return text;
