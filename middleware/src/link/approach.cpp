@@ -73,6 +73,8 @@ Approach::Place& Approach::placeOf(const NodePtr& node)
 
 bool Approach::hasRoom(Time now)
 {
+    if (fAsked.size() < mostAsked)
+        return true;
     const auto isLost = [now](const Asked& one) { return now >= one.since + longestLookUp; };
     fAsked.erase(std::remove_if(fAsked.begin(), fAsked.end(), isLost), fAsked.end());
     return fAsked.size() < mostAsked;
