@@ -60,6 +60,7 @@ private:
             } catch (const ZoError&) {
                 // As its panel, it goes on when its node has another one in its place.
             }
+            // The pace of a robot, which writes whether or not anybody reads.
             std::this_thread::sleep_for(fTick);
         }
     }
